@@ -1,0 +1,18 @@
+# Install rules: library, headers under include/utilvel90/, CMake package and pkg-config file.
+
+set(paquete ${CMAKE_INSTALL_LIBDIR}/cmake/UtilVel90)
+install(TARGETS UtilVel90 EXPORT UtilVel90Targets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/utilvel90)
+install(EXPORT UtilVel90Targets NAMESPACE UtilVel90:: DESTINATION ${paquete})
+configure_package_config_file(cmake/UtilVel90Config.cmake.in ${PROJECT_BINARY_DIR}/UtilVel90Config.cmake
+  INSTALL_DESTINATION ${paquete})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/UtilVel90ConfigVersion.cmake
+  COMPATIBILITY SameMajorVersion)
+install(FILES
+  ${PROJECT_BINARY_DIR}/UtilVel90Config.cmake ${PROJECT_BINARY_DIR}/UtilVel90ConfigVersion.cmake
+  DESTINATION ${paquete})
+configure_file(cmake/utilvel90.pc.in ${PROJECT_BINARY_DIR}/utilvel90.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/utilvel90.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

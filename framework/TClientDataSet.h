@@ -1,0 +1,130 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "framework/TDateTime.h"
+#include "framework/TFieldType.h"
+#include "framework/TObject.h"
+#include "framework/Texto.h"
+#include "framework/Variant.h"
+#include "utilvel90_export.h"
+
+namespace vel {
+
+class TClientDataSet;
+
+/// Definition of one field of a data set.
+struct TFieldDef {
+  UnicodeString Name;
+  TFieldType DataType = TFieldType::ftUnknown;
+  /// Characters of a text field, bytes of a binary one; 0 means no limit.
+  int Size = 0;
+  bool Required = false;
+  /// Fields of the records of a nested data set (ftDataSet); empty for any other type.
+  std::vector<TFieldDef> ChildDefs;
+};
+
+/// A field of a data set, read and written in the data set's current record. Belongs to the data set and
+/// stays valid until its structure changes (CreateDataSet, AssignData, LoadFromXML, Close). Look it up once
+/// and read it per record: no name is searched.
+class UTILVEL90_EXPORT TField {
+ public:
+  const UnicodeString& FieldName() const noexcept;
+  TFieldType DataType() const noexcept;
+  int Size() const noexcept;
+  bool Required() const noexcept;
+
+  bool IsNull() const noexcept;
+  /// Readers: null gives "", 0 or false. A text that is no number raises EConvertError naming the field.
+  UnicodeString AsString() const;
+  double AsFloat() const;
+  std::int32_t AsInteger() const;
+  std::int64_t AsLargeInt() const;
+  bool AsBoolean() const;
+  TDateTime AsDateTime() const;
+  Variant Value() const;
+  /// The text of a text field without a copy, valid until the record changes; any other type raises
+  /// EDatabaseError.
+  std::u16string_view TextView() const;
+
+  /// Writers: the data set must be in Edit or Append, else EDatabaseError. A value that does not fit the
+  /// field's type raises EConvertError or EDatabaseError naming the field; the record keeps what it had.
+  void SetAsString(std::u16string_view valor);
+  void SetAsFloat(double valor);
+  void SetAsInteger(std::int32_t valor);
+  void SetAsLargeInt(std::int64_t valor);
+  void SetAsBoolean(bool valor);
+  void SetAsDateTime(TDateTime valor);
+  void SetValue(const Variant& valor);
+  void Clear();
+
+  /// The nested data set of the current record, owned by that record; null when the field is of another
+  /// type or there is no current record.
+  TClientDataSet* NestedDataSet() const;
+};
+
+/// In-memory table of typed, named fields with a current record. Field names match without regard to case.
+/// Next past the last record sets Eof and leaves the last record current.
+class UTILVEL90_EXPORT TClientDataSet : public TObject {
+ public:
+  TClientDataSet();
+  TClientDataSet(TClientDataSet&&) noexcept;
+  TClientDataSet& operator=(TClientDataSet&&) noexcept;
+  ~TClientDataSet() override;
+
+  /// Gives the data set these fields and no records. A repeated or empty name raises EDatabaseError.
+  void CreateDataSet(std::vector<TFieldDef> campos);
+  /// Drops fields and records.
+  void Close() noexcept;
+  const std::vector<TFieldDef>& FieldDefs() const noexcept;
+  std::size_t FieldCount() const noexcept;
+  TField& Fields(std::size_t indice) const;
+  /// The field of that name, or null.
+  TField* FindField(std::u16string_view nombre) const noexcept;
+  /// The field of that name; an unknown one raises EDatabaseError naming it.
+  TField& FieldByName(std::u16string_view nombre) const;
+
+  std::size_t RecordCount() const noexcept;
+  bool IsEmpty() const noexcept { return RecordCount() == 0; }
+  /// 1-based number of the current record; 0 when there is none.
+  std::size_t RecNo() const noexcept;
+  /// Moves: an edit under way is posted first.
+  void First();
+  void Last();
+  void Next();
+  void Prior();
+  bool Eof() const noexcept;
+  bool Bof() const noexcept;
+  /// Makes the first record whose field equals the value current; false, and no move, when there is none.
+  bool Locate(std::u16string_view campo, const Variant& valor);
+
+  void Append();
+  void Edit();
+  /// Stores the record under edit; a required field that is null raises EDatabaseError and the edit goes on.
+  void Post();
+  void Cancel() noexcept;
+  /// Removes the current record; the next one (or the last) becomes current.
+  void Delete();
+  /// Drops all records; the fields stay.
+  void EmptyDataSet() noexcept;
+
+  /// Replaces fields and records by a copy of the other's; First.
+  void AssignData(const TClientDataSet& otro);
+  /// Appends copies of the other's records, fields matched by name; a data set without fields takes the
+  /// other's. A field that is missing here raises EDatabaseError and nothing is appended. Other fields are
+  /// null.
+  void AppendData(const TClientDataSet& otro);
+
+  /// Replaces fields and records by those of an XML data packet (version 2.0). `nombre` names the source in
+  /// messages. Raises EDatabaseError with source, line and field; the data set is then as it was.
+  void LoadFromXML(std::string_view bytes, std::u16string_view nombre);
+  /// The records as an XML data packet in UTF-8, without change log.
+  std::string SaveToXML() const;
+};
+
+}  // namespace vel

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+#include "framework/TFieldType.h"
+#include "framework/Texto.h"
+#include "framework/Variant.h"
+#include "utilvel90_export.h"
+
+namespace vel {
+
+/// One query parameter; the name stands without the colon.
+struct TParam {
+  UnicodeString Name;
+  TFieldType DataType = TFieldType::ftUnknown;
+  Variant Value;
+  friend bool operator==(const TParam&, const TParam&) = default;
+};
+
+/// Ordered list of the parameters of a query. Names match without regard to case.
+class UTILVEL90_EXPORT TParams {
+ public:
+  TParam& Add(TParam parametro);
+  void Clear() noexcept { parametros_.clear(); }
+  std::size_t Count() const noexcept { return parametros_.size(); }
+  /// The parameter at a 0-based index; one out of range raises EDatabaseError.
+  const TParam& operator[](std::size_t indice) const;
+  /// The first parameter of that name, or null.
+  const TParam* FindParam(std::u16string_view nombre) const noexcept;
+  TParam* FindParam(std::u16string_view nombre) noexcept;
+  /// The first parameter of that name; an unknown one raises EDatabaseError naming it.
+  const TParam& ParamByName(std::u16string_view nombre) const;
+  TParam& ParamByName(std::u16string_view nombre);
+  auto begin() const noexcept { return parametros_.begin(); }
+  auto end() const noexcept { return parametros_.end(); }
+
+ private:
+  std::vector<TParam> parametros_;
+};
+
+}  // namespace vel

@@ -1,0 +1,99 @@
+#pragma once
+
+#include <concepts>
+#include <cstdint>
+#include <memory>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "framework/TDateTime.h"
+#include "framework/Texto.h"
+#include "utilvel90_export.h"
+
+namespace vel {
+
+class Variant;
+
+/// An array of variants whose first index is `low` (0 unless said otherwise).
+struct VariantArray {
+  int low = 0;
+  std::vector<Variant> items;
+};
+
+/// The framework's tagged value: empty (unassigned), null, 32-bit or 64-bit integer, double, date-time,
+/// boolean, text, or an array of variants. A value type: copies are deep.
+class UTILVEL90_EXPORT Variant {
+ public:
+  /// What the value holds; the ordinals are those of the alternatives inside.
+  enum class Kind : std::uint8_t { Empty, Null, Integer, Int64, Double, Date, Boolean, String, Array };
+
+  Variant() noexcept = default;
+  /// A database null, which is not the same as an unassigned value.
+  static Variant Null();
+  explicit Variant(std::int32_t valor) : valor_(valor) {}
+  explicit Variant(std::int64_t valor) : valor_(valor) {}
+  explicit Variant(double valor) : valor_(valor) {}
+  explicit Variant(TDateTime valor) : valor_(valor) {}
+  explicit Variant(UnicodeString valor) : valor_(std::move(valor)) {}
+  explicit Variant(std::u16string_view valor) : valor_(UnicodeString(valor)) {}
+  explicit Variant(const char16_t* valor) : valor_(UnicodeString(valor)) {}
+  explicit Variant(VariantArray valor) : valor_(std::move(valor)) {}
+  /// Only a true bool becomes a boolean; pointers and numbers do not.
+  template <std::same_as<bool> T>
+  explicit Variant(T valor) : valor_(valor) {}
+  template <typename T>
+  Variant(T*) = delete;
+
+  Kind GetKind() const noexcept { return static_cast<Kind>(valor_.index()); }
+  bool IsEmpty() const noexcept { return GetKind() == Kind::Empty; }
+  bool IsNull() const noexcept { return GetKind() == Kind::Null; }
+  bool IsArray() const noexcept { return GetKind() == Kind::Array; }
+
+  /// Text of the value: empty and null give "", numbers their FloatToStr or decimal text, dates
+  /// DateTimeToStr, booleans "True" and "False". An array raises EVariantTypeCastError.
+  UnicodeString AsString() const;
+
+  /// Number of the value: empty gives 0, a boolean -1 or 0, a date its days, a text StrToFloat (raises
+  /// EConvertError). Null and arrays raise EVariantTypeCastError.
+  double AsDouble() const;
+
+  /// Whole number of the value, halves rounded to even; as AsDouble, and EVariantTypeCastError when the
+  /// number does not fit.
+  std::int32_t AsInteger() const;
+  std::int64_t AsInt64() const;
+
+  /// Empty gives false, a number whether it is not zero, a text StrToBool (raises EConvertError). Null and
+  /// arrays raise EVariantTypeCastError.
+  bool AsBoolean() const;
+
+  /// A date or a number of days; a text through StrToDateTime (raises EConvertError). Null and arrays
+  /// raise EVariantTypeCastError.
+  TDateTime AsDateTime() const;
+
+  /// The array; any other value raises EVariantTypeCastError. Indexes run from low() to high().
+  const VariantArray& AsArray() const;
+  VariantArray& AsArray();
+
+  /// The text itself without a copy; null pointer when the value is no text.
+  const UnicodeString* TextPtr() const noexcept { return std::get_if<UnicodeString>(&valor_); }
+
+  /// Same kind and same value.
+  friend UTILVEL90_EXPORT bool operator==(const Variant& a, const Variant& b);
+
+ private:
+  struct Nulo {
+    friend bool operator==(Nulo, Nulo) = default;
+  };
+  std::variant<std::monostate, Nulo, std::int32_t, std::int64_t, double, TDateTime, bool, UnicodeString,
+               VariantArray>
+      valor_;
+};
+
+/// Same bounds and equal items.
+UTILVEL90_EXPORT bool operator==(const VariantArray& a, const VariantArray& b);
+
+/// An array from index 0 of the values given.
+UTILVEL90_EXPORT Variant VarArrayOf(std::vector<Variant> valores);
+
+}  // namespace vel

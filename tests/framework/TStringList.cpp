@@ -1,0 +1,53 @@
+#include "framework/TStringList.h"
+
+#include <gtest/gtest.h>
+
+#include "framework/Excepciones.h"
+
+namespace vel {
+namespace {
+
+struct Testigo : TObject {
+  explicit Testigo(int& vivos) : vivos_(vivos) { ++vivos_; }
+  Testigo(const Testigo&) = delete;
+  Testigo& operator=(const Testigo&) = delete;
+  ~Testigo() override { --vivos_; }
+  int& vivos_;
+};
+
+TEST(TStringList, SortedListKeepsOrderAndRefusesDuplicates) {
+  int vivos = 0;
+  TStringList lista;
+  lista.SetSorted(true);
+  lista.SetDuplicates(TDuplicates::dupError);
+  lista.AddObject(u"FUN9", std::make_unique<Testigo>(vivos));
+  EXPECT_EQ(lista.AddObject(u"FUN10", std::make_unique<Testigo>(vivos)), 0U);
+  EXPECT_EQ(lista.IndexOf(u"fun9"), 1);
+  EXPECT_THROW(lista.AddObject(u"fun10", std::make_unique<Testigo>(vivos)), EStringListError);
+  EXPECT_EQ(vivos, 2);
+  lista.Delete(0);
+  EXPECT_EQ(vivos, 1);
+  EXPECT_THROW(lista.Put(0, u"x"), EStringListError);
+  EXPECT_THROW(lista.Strings(1), EStringListError);
+  lista.SetDuplicates(TDuplicates::dupIgnore);
+  EXPECT_EQ(lista.Add(u"FUN9"), 0U);
+  EXPECT_EQ(lista.Count(), 1U);
+}
+
+TEST(TStringList, ReadsNamesAndValues) {
+  TStringList lista;
+  lista.SetText(u"A=1\r\nB=x=y\nsuelto\n\rÑ=");
+  ASSERT_EQ(lista.Count(), 5U);
+  EXPECT_EQ(lista.Values(u"b"), u"x=y");
+  EXPECT_EQ(lista.Values(u"suelto"), u"");
+  EXPECT_EQ(lista.Names(2), u"");
+  EXPECT_EQ(lista.IndexOfName(u"ñ"), 4);
+  lista.SetValue(u"a", u"2");
+  lista.SetValue(u"C", u"3");
+  EXPECT_EQ(lista.Text(), u"a=2\r\nB=x=y\r\nsuelto\r\n\r\nÑ=\r\nC=3\r\n");
+  lista.AddStrings(lista);
+  EXPECT_EQ(lista.Count(), 12U);
+}
+
+}  // namespace
+}  // namespace vel
