@@ -18,6 +18,11 @@ namespace vel {
 
 class TClientDataSet;
 
+namespace conjunto {
+struct Columna;
+struct Estado;
+}  // namespace conjunto
+
 /// Definition of one field of a data set.
 struct TFieldDef {
   UnicodeString Name;
@@ -26,7 +31,8 @@ struct TFieldDef {
   int Size = 0;
   bool Required = false;
   /// Fields of the records of a nested data set (ftDataSet); empty for any other type.
-  std::vector<TFieldDef> ChildDefs;
+  std::vector<TFieldDef> ChildDefs = {};
+  friend bool operator==(const TFieldDef&, const TFieldDef&) = default;
 };
 
 /// A field of a data set, read and written in the data set's current record. Belongs to the data set and
@@ -66,10 +72,27 @@ class UTILVEL90_EXPORT TField {
   /// The nested data set of the current record, owned by that record; null when the field is of another
   /// type or there is no current record.
   TClientDataSet* NestedDataSet() const;
+
+  TField(const TField&) = delete;
+  TField& operator=(const TField&) = delete;
+  ~TField();
+
+ private:
+  friend struct conjunto::Estado;
+  TField(conjunto::Estado& estado, const TFieldDef& def);
+  conjunto::Columna& EnEdicion();
+
+  conjunto::Estado& estado_;
+  std::unique_ptr<conjunto::Columna> columna_;
 };
 
 /// In-memory table of typed, named fields with a current record. Field names match without regard to case.
-/// Next past the last record sets Eof and leaves the last record current.
+/// Next past the last record sets Eof and leaves the last record current. Records are kept by columns, so
+/// that reading one field of many records is cheap; appending costs constant time, Delete the records that
+/// follow. Binary, object and variant fields (ftBytes, ftBlob, ftADT, ftVariant and the like) are refused.
+///
+/// Changes are applied at once: there is no change log, and Append and Edit work in the record itself, which
+/// Cancel puts back as it was.
 class UTILVEL90_EXPORT TClientDataSet : public TObject {
  public:
   TClientDataSet();
@@ -80,7 +103,7 @@ class UTILVEL90_EXPORT TClientDataSet : public TObject {
   /// Gives the data set these fields and no records. A repeated or empty name raises EDatabaseError.
   void CreateDataSet(std::vector<TFieldDef> campos);
   /// Drops fields and records.
-  void Close() noexcept;
+  void Close();
   const std::vector<TFieldDef>& FieldDefs() const noexcept;
   std::size_t FieldCount() const noexcept;
   TField& Fields(std::size_t indice) const;
@@ -107,11 +130,11 @@ class UTILVEL90_EXPORT TClientDataSet : public TObject {
   void Edit();
   /// Stores the record under edit; a required field that is null raises EDatabaseError and the edit goes on.
   void Post();
-  void Cancel() noexcept;
+  void Cancel();
   /// Removes the current record; the next one (or the last) becomes current.
   void Delete();
   /// Drops all records; the fields stay.
-  void EmptyDataSet() noexcept;
+  void EmptyDataSet();
 
   /// Replaces fields and records by a copy of the other's; First.
   void AssignData(const TClientDataSet& otro);
@@ -123,8 +146,14 @@ class UTILVEL90_EXPORT TClientDataSet : public TObject {
   /// Replaces fields and records by those of an XML data packet (version 2.0). `nombre` names the source in
   /// messages. Raises EDatabaseError with source, line and field; the data set is then as it was.
   void LoadFromXML(std::string_view bytes, std::u16string_view nombre);
-  /// The records as an XML data packet in UTF-8, without change log.
+  /// The records as an XML data packet in UTF-8, without change log. Raises EDatabaseError, naming the
+  /// field, for a value that XML cannot hold (NUL in a text, a number that is not finite).
   std::string SaveToXML() const;
+
+ private:
+  friend struct conjunto::Estado;
+
+  std::unique_ptr<conjunto::Estado> estado_;
 };
 
 }  // namespace vel

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 
 namespace vel {
 namespace {
@@ -81,6 +82,19 @@ Decodificado DecodificaUtf8(std::string_view texto) noexcept {
   return {codigo, largo, true};
 }
 
+// Length of the ASCII beginning of a text, by words of eight bytes and then by bytes.
+std::size_t LargoAscii(std::string_view texto) noexcept {
+  constexpr std::uint64_t kAltos = 0x8080808080808080U;
+  std::size_t i = 0;
+  for (; i + sizeof(std::uint64_t) <= texto.size(); i += sizeof(std::uint64_t)) {
+    std::uint64_t ocho = 0;
+    std::memcpy(&ocho, texto.data() + i, sizeof ocho);
+    if ((ocho & kAltos) != 0) break;
+  }
+  while (i < texto.size() && static_cast<unsigned char>(texto[i]) < 0x80) ++i;
+  return i;
+}
+
 }  // namespace
 
 std::string UTF8Encode(std::u16string_view texto) {
@@ -99,8 +113,11 @@ std::string UTF8Encode(std::u16string_view texto) {
 }
 
 UnicodeString UTF8ToString(std::string_view utf8) {
-  UnicodeString salida;
+  const std::size_t ascii = LargoAscii(utf8);
+  UnicodeString salida(utf8.begin(), utf8.begin() + static_cast<std::ptrdiff_t>(ascii));
+  if (ascii == utf8.size()) return salida;
   salida.reserve(utf8.size());
+  utf8.remove_prefix(ascii);
   while (!utf8.empty()) {
     const Decodificado d = DecodificaUtf8(utf8);
     AgregaUtf16(salida, d.codigo);
@@ -110,12 +127,13 @@ UnicodeString UTF8ToString(std::string_view utf8) {
 }
 
 bool IsUTF8(std::string_view bytes) noexcept {
-  while (!bytes.empty()) {
+  for (;;) {
+    bytes.remove_prefix(LargoAscii(bytes));
+    if (bytes.empty()) return true;
     const Decodificado d = DecodificaUtf8(bytes);
     if (!d.valido) return false;
     bytes.remove_prefix(d.bytes);
   }
-  return true;
 }
 
 std::u16string_view TrimLeftView(std::u16string_view texto) noexcept {

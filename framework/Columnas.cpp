@@ -1,0 +1,340 @@
+#include "framework/Columnas.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+#include "framework/Excepciones.h"
+#include "framework/Numeros.h"
+
+namespace vel::conjunto {
+namespace {
+
+struct Intervalo {
+  TFieldType tipo;
+  std::int64_t minimo;
+  std::int64_t maximo;
+};
+
+constexpr std::int64_t kMinimo64 = std::numeric_limits<std::int64_t>::min();
+constexpr std::int64_t kMaximo64 = std::numeric_limits<std::int64_t>::max();
+
+constexpr Intervalo kEnteros[] = {
+    {TFieldType::ftShortint, -128, 127},
+    {TFieldType::ftByte, 0, 255},
+    {TFieldType::ftSmallint, -32768, 32767},
+    {TFieldType::ftWord, 0, 65535},
+    {TFieldType::ftInteger, -2147483648LL, 2147483647LL},
+    {TFieldType::ftAutoInc, -2147483648LL, 2147483647LL},
+    {TFieldType::ftLongWord, 0, 4294967295LL},
+    {TFieldType::ftLargeint, kMinimo64, kMaximo64},
+};
+
+const Intervalo* IntervaloDe(TFieldType tipo) noexcept {
+  const auto* const it = std::find_if(std::begin(kEnteros), std::end(kEnteros),
+                                      [tipo](const Intervalo& i) { return i.tipo == tipo; });
+  return it == std::end(kEnteros) ? nullptr : it;
+}
+
+UnicodeString EnCampo(const TFieldDef& def) { return u" (campo '" + def.Name + u"')"; }
+
+}  // namespace
+
+bool ClaseDe(TFieldType tipo, Clase& clase) noexcept {
+  switch (tipo) {
+    case TFieldType::ftShortint:
+    case TFieldType::ftByte:
+    case TFieldType::ftSmallint:
+    case TFieldType::ftWord:
+    case TFieldType::ftInteger:
+    case TFieldType::ftAutoInc:
+    case TFieldType::ftLongWord:
+    case TFieldType::ftLargeint:
+      clase = Clase::Entero;
+      return true;
+    case TFieldType::ftBoolean:
+      clase = Clase::Booleano;
+      return true;
+    case TFieldType::ftFloat:
+    case TFieldType::ftCurrency:
+    case TFieldType::ftBCD:
+    case TFieldType::ftFMTBcd:
+    case TFieldType::ftExtended:
+    case TFieldType::ftSingle:
+      clase = Clase::Real;
+      return true;
+    case TFieldType::ftDate:
+    case TFieldType::ftTime:
+    case TFieldType::ftDateTime:
+    case TFieldType::ftTimeStamp:
+      clase = Clase::Fecha;
+      return true;
+    case TFieldType::ftString:
+    case TFieldType::ftFixedChar:
+    case TFieldType::ftWideString:
+    case TFieldType::ftFixedWideChar:
+    case TFieldType::ftGuid:
+    case TFieldType::ftMemo:
+    case TFieldType::ftFmtMemo:
+    case TFieldType::ftWideMemo:
+      clase = Clase::Texto;
+      return true;
+    case TFieldType::ftDataSet:
+      clase = Clase::Anidado;
+      return true;
+    default:
+      return false;
+  }
+}
+
+Columna::Columna(const TFieldDef& definicion) : def(definicion) {
+  if (!ClaseDe(def.DataType, clase)) {
+    throw EDatabaseError(u"El tipo del campo '" + def.Name +
+                         u"' no se puede guardar en un conjunto de datos");
+  }
+}
+
+void Columna::FallaTipo() const {
+  throw EDatabaseError(u"El valor no corresponde al tipo del campo '" + def.Name + u"'");
+}
+
+void Columna::Dimensiona(std::size_t registros) {
+  const std::size_t antes = conValor.size();
+  conValor.resize(registros);
+  switch (clase) {
+    case Clase::Entero:
+    case Clase::Booleano:
+      enteros.resize(registros);
+      break;
+    case Clase::Real:
+    case Clase::Fecha:
+      reales.resize(registros);
+      break;
+    case Clase::Texto:
+      textos.resize(registros);
+      break;
+    case Clase::Anidado:
+      anidados.resize(registros);
+      for (std::size_t i = antes; i < registros; ++i) Anula(i);
+      break;
+  }
+}
+
+void Columna::Borra(std::size_t registro) {
+  const auto quita = [registro](auto& valores) {
+    if (!valores.empty()) valores.erase(valores.begin() + static_cast<std::ptrdiff_t>(registro));
+  };
+  quita(conValor);
+  quita(enteros);
+  quita(reales);
+  quita(textos);
+  quita(anidados);
+}
+
+void Columna::Anula(std::size_t registro) {
+  conValor[registro] = 0;
+  switch (clase) {
+    case Clase::Entero:
+    case Clase::Booleano:
+      enteros[registro] = 0;
+      break;
+    case Clase::Real:
+    case Clase::Fecha:
+      reales[registro] = 0;
+      break;
+    case Clase::Texto:
+      textos[registro].clear();
+      break;
+    case Clase::Anidado:
+      anidados[registro] = std::make_unique<TClientDataSet>();
+      anidados[registro]->CreateDataSet(def.ChildDefs);
+      break;
+  }
+}
+
+void Columna::AgregaCopias(const Columna& otra, std::size_t cuenta) {
+  // Room first: the other column may be this one, whose values must not move while they are read.
+  const auto copia = [cuenta](auto& hacia, const auto& desde) {
+    if (desde.empty()) return;
+    hacia.reserve(std::max(hacia.size() + cuenta, std::min(hacia.capacity() * 2, hacia.size() * 2)));
+    for (std::size_t i = 0; i < cuenta; ++i) hacia.push_back(desde[i]);
+  };
+  copia(enteros, otra.enteros);
+  copia(reales, otra.reales);
+  copia(textos, otra.textos);
+  if (clase == Clase::Anidado) {
+    anidados.reserve(anidados.size() + cuenta);
+    for (std::size_t i = 0; i < cuenta; ++i) {
+      anidados.push_back(std::make_unique<TClientDataSet>());
+      anidados.back()->AssignData(*otra.anidados[i]);
+    }
+  }
+  copia(conValor, otra.conValor);
+}
+
+Variant Columna::Lee(std::size_t registro) const {
+  if (clase == Clase::Anidado) FallaTipo();
+  if (conValor[registro] == 0) return Variant::Null();
+  switch (clase) {
+    case Clase::Entero:
+      if (std::in_range<std::int32_t>(enteros[registro]))
+        return Variant(static_cast<std::int32_t>(enteros[registro]));
+      return Variant(enteros[registro]);
+    case Clase::Booleano:
+      return Variant(enteros[registro] != 0);
+    case Clase::Real:
+      return Variant(reales[registro]);
+    case Clase::Fecha:
+      return Variant(TDateTime(reales[registro]));
+    default:
+      return Variant(textos[registro]);
+  }
+}
+
+UnicodeString Columna::LeeTexto(std::size_t registro) const {
+  if (def.DataType == TFieldType::ftTime && conValor[registro] != 0) {
+    // A time has no date to show.
+    const UnicodeString texto = DateTimeToStr(TDateTime(reales[registro]));
+    const std::size_t blanco = texto.find(u' ');
+    return blanco == UnicodeString::npos ? u"00:00:00" : texto.substr(blanco + 1);
+  }
+  return Lee(registro).AsString();
+}
+
+bool Columna::CabeEntero(std::int64_t valor) const noexcept {
+  const Intervalo* const intervalo = IntervaloDe(def.DataType);
+  return intervalo == nullptr || (valor >= intervalo->minimo && valor <= intervalo->maximo);
+}
+
+bool Columna::CabeTexto(std::u16string_view valor) const noexcept {
+  return def.Size <= 0 || valor.size() <= static_cast<std::size_t>(def.Size);
+}
+
+void Columna::PonEntero(std::size_t registro, std::int64_t valor) {
+  switch (clase) {
+    case Clase::Entero:
+      if (!CabeEntero(valor)) throw EDatabaseError(IntToStr(valor) + u" está fuera de rango" + EnCampo(def));
+      enteros[registro] = valor;
+      break;
+    case Clase::Booleano:
+      enteros[registro] = valor != 0 ? 1 : 0;
+      break;
+    case Clase::Real:
+    case Clase::Fecha:
+      reales[registro] = static_cast<double>(valor);
+      break;
+    case Clase::Texto:
+      return PonTexto(registro, IntToStr(valor));
+    case Clase::Anidado:
+      FallaTipo();
+  }
+  conValor[registro] = 1;
+}
+
+void Columna::PonReal(std::size_t registro, double valor) {
+  switch (clase) {
+    case Clase::Entero:
+      try {
+        return PonEntero(registro, Variant(valor).AsInt64());
+      } catch (const EVariantTypeCastError&) {
+        throw EDatabaseError(FloatToStr(valor) + u" está fuera de rango" + EnCampo(def));
+      }
+    case Clase::Booleano:
+      enteros[registro] = valor != 0 ? 1 : 0;
+      break;
+    case Clase::Real:
+    case Clase::Fecha:
+      reales[registro] = valor;
+      break;
+    case Clase::Texto:
+      return PonTexto(registro, FloatToStr(valor));
+    case Clase::Anidado:
+      FallaTipo();
+  }
+  conValor[registro] = 1;
+}
+
+void Columna::PonFecha(std::size_t registro, TDateTime valor) {
+  if (clase == Clase::Texto) return PonTexto(registro, DateTimeToStr(valor));
+  PonReal(registro, valor.Val());
+}
+
+void Columna::PonBooleano(std::size_t registro, bool valor) {
+  if (clase == Clase::Texto) return PonTexto(registro, Variant(valor).AsString());
+  // Only a boolean field keeps a truth value as 1; numbers keep the framework's -1.
+  PonEntero(registro, valor && clase != Clase::Booleano ? -1 : static_cast<std::int64_t>(valor));
+}
+
+void Columna::PonTexto(std::size_t registro, std::u16string_view valor) {
+  if (clase == Clase::Texto) {
+    if (!CabeTexto(valor)) throw EDatabaseError(u"El texto es más largo que el campo '" + def.Name + u"'");
+    textos[registro] = valor;
+    conValor[registro] = 1;
+    return;
+  }
+  if (clase == Clase::Anidado) FallaTipo();
+  // What a user left empty is no value.
+  if (TrimView(valor).empty()) return Anula(registro);
+  try {
+    switch (clase) {
+      case Clase::Entero:
+        return PonEntero(registro, StrToInt64(valor));
+      case Clase::Booleano:
+        return PonBooleano(registro, StrToBool(valor));
+      case Clase::Fecha:
+        return PonFecha(registro, StrToDateTime(valor));
+      default:
+        return PonReal(registro, StrToFloat(valor));
+    }
+  } catch (const EConvertError& e) {
+    throw EConvertError(e.Message() + EnCampo(def));
+  }
+}
+
+void Columna::Pon(std::size_t registro, const Variant& valor) {
+  switch (valor.GetKind()) {
+    case Variant::Kind::Empty:
+    case Variant::Kind::Null:
+      return Anula(registro);
+    case Variant::Kind::Integer:
+    case Variant::Kind::Int64:
+      return PonEntero(registro, valor.AsInt64());
+    case Variant::Kind::Double:
+      return PonReal(registro, valor.AsDouble());
+    case Variant::Kind::Date:
+      return PonFecha(registro, valor.AsDateTime());
+    case Variant::Kind::Boolean:
+      return PonBooleano(registro, valor.AsBoolean());
+    case Variant::Kind::String:
+      return PonTexto(registro, *valor.TextPtr());
+    case Variant::Kind::Array:
+      FallaTipo();
+  }
+}
+
+bool Columna::Iguala(std::size_t registro, const Variant& valor) const {
+  if (clase == Clase::Anidado) FallaTipo();
+  if (valor.IsEmpty() || valor.IsNull()) return conValor[registro] == 0;
+  if (conValor[registro] == 0) return false;
+  try {
+    switch (clase) {
+      case Clase::Entero:
+        return enteros[registro] == valor.AsInt64() &&
+               valor.AsDouble() == static_cast<double>(enteros[registro]);
+      case Clase::Booleano:
+        return (enteros[registro] != 0) == valor.AsBoolean();
+      case Clase::Real:
+        return reales[registro] == valor.AsDouble();
+      case Clase::Fecha:
+        return reales[registro] == valor.AsDateTime().Val();
+      default:
+        return valor.TextPtr() != nullptr ? textos[registro] == *valor.TextPtr()
+                                          : textos[registro] == valor.AsString();
+    }
+  } catch (const EConvertError&) {
+    return false;
+  }
+}
+
+}  // namespace vel::conjunto

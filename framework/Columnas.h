@@ -1,0 +1,103 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "framework/TClientDataSet.h"
+#include "framework/Texto.h"
+#include "framework/Variant.h"
+
+// How a client data set keeps its records: one column for each field, each with the values of one kind.
+namespace vel::conjunto {
+
+/// What a column holds. Dates and times are days in the double.
+enum class Clase : std::uint8_t { Entero, Booleano, Real, Fecha, Texto, Anidado };
+
+/// Kind of column of a field type; false for a type that data sets do not keep.
+bool ClaseDe(TFieldType tipo, Clase& clase) noexcept;
+
+/// The values of one field, by record. Only the vector of the column's kind is used; a null record holds
+/// zero or "" there, so that readers need not look at the flag.
+struct Columna {
+  explicit Columna(const TFieldDef& definicion);
+
+  TFieldDef def;
+  Clase clase = Clase::Texto;
+  std::vector<std::uint8_t> conValor;
+  std::vector<std::int64_t> enteros;
+  std::vector<double> reales;
+  std::vector<UnicodeString> textos;
+  std::vector<std::unique_ptr<TClientDataSet>> anidados;
+
+  /// Makes the column `registros` long; new records are null (nested ones empty).
+  void Dimensiona(std::size_t registros);
+  void Borra(std::size_t registro);
+  void Anula(std::size_t registro);
+  /// Appends copies of the other column's first `cuenta` records; both have the same definition. Throws
+  /// with the column as it was, or longer than before; the caller cuts it back.
+  void AgregaCopias(const Columna& otra, std::size_t cuenta);
+
+  Variant Lee(std::size_t registro) const;
+  UnicodeString LeeTexto(std::size_t registro) const;
+  /// Writers convert to the column's kind and check its range; they raise EConvertError or EDatabaseError
+  /// naming the field, and the record keeps what it had.
+  void PonEntero(std::size_t registro, std::int64_t valor);
+  void PonReal(std::size_t registro, double valor);
+  void PonFecha(std::size_t registro, TDateTime valor);
+  void PonBooleano(std::size_t registro, bool valor);
+  void PonTexto(std::size_t registro, std::u16string_view valor);
+  void Pon(std::size_t registro, const Variant& valor);
+
+  /// True when the value, converted to the column's kind, is the one of the record.
+  bool Iguala(std::size_t registro, const Variant& valor) const;
+
+  bool CabeEntero(std::int64_t valor) const noexcept;
+  bool CabeTexto(std::u16string_view valor) const noexcept;
+  [[noreturn]] void FallaTipo() const;
+};
+
+/// Everything of a data set but its handle.
+struct Estado {
+  enum class Modo : std::uint8_t { Lectura, Edicion, Alta };
+
+  std::vector<TFieldDef> defs;
+  std::vector<std::unique_ptr<TField>> campos;
+  /// Indexes of `campos` in the order of their names.
+  std::vector<std::size_t> porNombre;
+  std::size_t registros = 0;
+  std::size_t actual = 0;
+  bool eof = true;
+  bool bof = true;
+  Modo modo = Modo::Lectura;
+  /// The record under edit as it was: one-record columns, in field order.
+  std::vector<Columna> previo;
+
+  static std::unique_ptr<Estado> Crea(std::vector<TFieldDef> definiciones);
+  /// The state of a data set.
+  static Estado& De(const TClientDataSet& conjunto) noexcept;
+  Columna& ColumnaDe(std::size_t campo) const;
+  /// Index of the field of that name, or -1.
+  std::ptrdiff_t Busca(std::u16string_view nombre) const noexcept;
+  void Dimensiona(std::size_t nuevos);
+  /// Bof and Eof of a data set that was just filled: the first record is current.
+  void AlPrincipio() noexcept;
+};
+
+/// Reads a packet into a new state; SaveToXML's inverse.
+std::unique_ptr<Estado> LeePaquete(std::string_view bytes, std::u16string_view nombre);
+
+/// Names that the reader and the writer of packets share.
+struct TipoPaquete {
+  std::string_view tipo;
+  std::string_view subtipo;
+  TFieldType campo;
+};
+/// The packet's name of each field type; the first row of a type is the one written.
+extern const TipoPaquete kTiposPaquete[];
+extern const std::size_t kCuantosTiposPaquete;
+inline constexpr std::string_view kTipoAnidado = "nested";
+
+}  // namespace vel::conjunto

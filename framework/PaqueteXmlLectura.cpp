@@ -1,0 +1,392 @@
+// Reader of client data-set XML packets, version 2.0.
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstring>
+#include <pugixml.hpp>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "framework/Columnas.h"
+#include "framework/Excepciones.h"
+#include "framework/Numeros.h"
+
+namespace vel::conjunto {
+
+const TipoPaquete kTiposPaquete[] = {
+    {"i1", "", TFieldType::ftShortint},
+    {"i2", "", TFieldType::ftSmallint},
+    {"i4", "", TFieldType::ftInteger},
+    {"i4", "Autoinc", TFieldType::ftAutoInc},
+    {"i8", "", TFieldType::ftLargeint},
+    {"ui1", "", TFieldType::ftByte},
+    {"ui2", "", TFieldType::ftWord},
+    {"ui4", "", TFieldType::ftLongWord},
+    {"r8", "", TFieldType::ftFloat},
+    {"r8", "Money", TFieldType::ftCurrency},
+    {"r8", "Single", TFieldType::ftSingle},
+    {"r8", "Extended", TFieldType::ftExtended},
+    {"fixed", "", TFieldType::ftBCD},
+    {"fixed", "FMTBcd", TFieldType::ftFMTBcd},
+    {"boolean", "", TFieldType::ftBoolean},
+    {"string", "", TFieldType::ftString},
+    {"string", "FixedChar", TFieldType::ftFixedChar},
+    {"string", "Guid", TFieldType::ftGuid},
+    {"string.uni", "", TFieldType::ftWideString},
+    {"string.uni", "FixedChar", TFieldType::ftFixedWideChar},
+    {"date", "", TFieldType::ftDate},
+    {"time", "", TFieldType::ftTime},
+    {"dateTime", "", TFieldType::ftDateTime},
+    {"SQLdateTime", "", TFieldType::ftTimeStamp},
+    {"bin.hex", "Text", TFieldType::ftMemo},
+    {"bin.hex", "WideText", TFieldType::ftWideMemo},
+    {"bin.hex", "Formatted", TFieldType::ftFmtMemo},
+};
+const std::size_t kCuantosTiposPaquete = std::size(kTiposPaquete);
+
+namespace {
+
+// More levels than any catalog of the suite; a bound for hostile packets.
+constexpr int kNivelesMaximos = 16;
+
+// Bits of RowState: the row as it was before a change, or a deleted row; neither is a live record.
+constexpr int kFilaSuperada = 1;
+constexpr int kFilaBorrada = 2;
+
+/// A field of the packet: the attribute (or nested element) that holds it in a row.
+struct Entrada {
+  std::string atributo;
+  std::vector<Entrada> hijas;
+};
+
+// Reads `cuenta` digits from the front of the text.
+bool LeeCifras(std::string_view& texto, std::size_t cuenta, int& valor) noexcept {
+  if (texto.size() < cuenta) return false;
+  int leido = 0;
+  for (std::size_t i = 0; i < cuenta; ++i) {
+    if (texto[i] < '0' || texto[i] > '9') return false;
+    leido = leido * 10 + (texto[i] - '0');
+  }
+  texto.remove_prefix(cuenta);
+  valor = leido;
+  return true;
+}
+
+bool LeeCaracter(std::string_view& texto, char c) noexcept {
+  if (texto.empty() || texto.front() != c) return false;
+  texto.remove_prefix(1);
+  return true;
+}
+
+// "yyyymmdd"
+bool LeeFecha(std::string_view& texto, TDateTime& fecha) noexcept {
+  CivilDate f;
+  return LeeCifras(texto, 4, f.anio) && LeeCifras(texto, 2, f.mes) && LeeCifras(texto, 2, f.dia) &&
+         TryEncodeDate(f, fecha);
+}
+
+// "hh:mm:ss" and, when there are any, milliseconds "mmm"
+bool LeeHora(std::string_view& texto, TDateTime& hora) noexcept {
+  CivilTime h;
+  if (!LeeCifras(texto, 2, h.hora) || !LeeCaracter(texto, ':') || !LeeCifras(texto, 2, h.minuto) ||
+      !LeeCaracter(texto, ':') || !LeeCifras(texto, 2, h.segundo)) {
+    return false;
+  }
+  if (!texto.empty() && !LeeCifras(texto, 3, h.milisegundo)) return false;
+  return TryEncodeTime(h, hora);
+}
+
+bool LeeMomento(TFieldType tipo, std::string_view texto, TDateTime& momento) noexcept {
+  TDateTime fecha;
+  TDateTime hora;
+  if (tipo != TFieldType::ftTime && !LeeFecha(texto, fecha)) return false;
+  const bool conHora = tipo == TFieldType::ftTime || (tipo != TFieldType::ftDate && LeeCaracter(texto, 'T'));
+  if (conHora && !LeeHora(texto, hora)) return false;
+  if (!texto.empty()) return false;
+  momento = ComposeDateTime(fecha, hora);
+  return true;
+}
+
+bool IgualaAscii(std::string_view a, std::string_view mayusculas) noexcept {
+  return std::equal(a.begin(), a.end(), mayusculas.begin(), mayusculas.end(),
+                    [](char x, char y) { return (x >= 'a' && x <= 'z' ? x - 32 : x) == y; });
+}
+
+// Stores the text of an attribute in a record; false when it does not fit the column's type.
+bool PonAtributo(Columna& columna, std::size_t registro, std::string_view texto) {
+  switch (columna.clase) {
+    case Clase::Entero: {
+      std::int64_t valor = 0;
+      const auto r = std::from_chars(texto.data(), texto.data() + texto.size(), valor);
+      if (r.ec != std::errc() || r.ptr != texto.data() + texto.size() || !columna.CabeEntero(valor))
+        return false;
+      columna.enteros[registro] = valor;
+      break;
+    }
+    case Clase::Booleano: {
+      const bool cierto = IgualaAscii(texto, "TRUE");
+      if (!cierto && !IgualaAscii(texto, "FALSE")) return false;
+      columna.enteros[registro] = cierto ? 1 : 0;
+      break;
+    }
+    case Clase::Real:
+      if (!TryStrToFloat(texto, columna.reales[registro])) return false;
+      break;
+    case Clase::Fecha: {
+      TDateTime momento;
+      if (!LeeMomento(columna.def.DataType, texto, momento)) return false;
+      columna.reales[registro] = momento.Val();
+      break;
+    }
+    case Clase::Texto: {
+      UnicodeString& destino = columna.textos[registro];
+      destino = UTF8ToString(texto);
+      if (!columna.CabeTexto(destino)) return false;
+      break;
+    }
+    case Clase::Anidado:
+      return false;
+  }
+  columna.conValor[registro] = 1;
+  return true;
+}
+
+/// The document while it is read; knows how to say where something is wrong.
+class Lector {
+ public:
+  Lector(std::string_view bytes, std::u16string_view nombre) : nombre_(nombre), texto_(AUtf8(bytes)) {
+    if (!IsUTF8(texto_)) Falla(u"el texto no es UTF-8 válido", LugarDeByteMalo());
+    const pugi::xml_parse_result r =
+        documento_.load_buffer(texto_.data(), texto_.size(), pugi::parse_default, pugi::encoding_utf8);
+    if (!r) Falla(u"no es un documento XML válido (" + UTF8ToString(r.description()) + u")", r.offset);
+  }
+
+  std::unique_ptr<Estado> Lee() {
+    const pugi::xml_node raiz = documento_.document_element();
+    if (std::strcmp(raiz.name(), "DATAPACKET") != 0) Falla(u"falta el elemento DATAPACKET", raiz);
+    if (std::strcmp(raiz.attribute("Version").value(), "2.0") != 0) {
+      Falla(u"la versión del paquete no es 2.0", raiz);
+    }
+    const pugi::xml_node campos = raiz.child("METADATA").child("FIELDS");
+    if (!campos) Falla(u"falta el elemento METADATA con sus FIELDS", raiz);
+    std::vector<Entrada> entradas;
+    std::unique_ptr<Estado> estado = CreaEstado(LeeCampos(campos, entradas, 1), campos);
+    LeeFilas(*estado, entradas, raiz.child("ROWDATA"), "ROW");
+    return estado;
+  }
+
+ private:
+  [[noreturn]] void Falla(const UnicodeString& que, std::ptrdiff_t lugar) const {
+    const auto fin =
+        texto_.begin() + std::clamp<std::ptrdiff_t>(lugar, 0, static_cast<std::ptrdiff_t>(texto_.size()));
+    const auto linea = std::count(texto_.begin(), fin, '\n') + 1;
+    throw EDatabaseError(nombre_ + u", línea " + IntToStr(linea) + u": " + que);
+  }
+  [[noreturn]] void Falla(const UnicodeString& que, pugi::xml_node nodo) const {
+    Falla(que, nodo.offset_debug());
+  }
+
+  // The packet in UTF-8: as it is, or converted from UTF-16 with a mark or from ISO 8859-1.
+  std::string AUtf8(std::string_view bytes) const {
+    if (bytes.substr(0, 2) == "\xFF\xFE" || bytes.substr(0, 2) == "\xFE\xFF") return DeUtf16(bytes);
+    const std::string_view declaracion = bytes.substr(0, bytes.find("?>"));
+    const std::size_t lugar =
+        declaracion.substr(0, 5) == "<?xml" ? declaracion.find("encoding=") : bytes.npos;
+    if (lugar == bytes.npos) return std::string(bytes);
+    std::string_view resto = declaracion.substr(lugar + 9);
+    const char comilla = resto.empty() ? '"' : resto.front();
+    resto.remove_prefix(std::min<std::size_t>(1, resto.size()));
+    const std::string_view codificacion = resto.substr(0, resto.find(comilla));
+    if (IgualaAscii(codificacion, "UTF-8") || IgualaAscii(codificacion, "US-ASCII"))
+      return std::string(bytes);
+    if (!IgualaAscii(codificacion, "ISO-8859-1")) {
+      throw EDatabaseError(nombre_ + u", línea 1: la codificación '" + UTF8ToString(codificacion) +
+                           u"' no se admite");
+    }
+    UnicodeString ancho;
+    // Each byte of ISO 8859-1 is the code point of the same number.
+    for (const char c : bytes) ancho.push_back(static_cast<unsigned char>(c));
+    return UTF8Encode(ancho);
+  }
+
+  static std::string DeUtf16(std::string_view bytes) {
+    const std::size_t bajo = bytes.front() == '\xFF' ? 0 : 1;
+    UnicodeString ancho;
+    for (std::size_t i = 2; i + 1 < bytes.size(); i += 2) {
+      const auto b = [&](std::size_t k) {
+        return static_cast<unsigned>(static_cast<unsigned char>(bytes[i + k]));
+      };
+      ancho.push_back(static_cast<char16_t>(b(bajo) | b(1 - bajo) << 8));
+    }
+    return UTF8Encode(ancho);
+  }
+
+  std::ptrdiff_t LugarDeByteMalo() const {
+    // The longest good beginning, found by halves.
+    std::size_t bueno = 0;
+    std::size_t malo = texto_.size();
+    while (malo - bueno > 4) {
+      const std::size_t medio = bueno + (malo - bueno) / 2;
+      std::size_t corte = medio;
+      while (corte > bueno && (static_cast<unsigned char>(texto_[corte]) & 0xC0) == 0x80) --corte;
+      if (corte > bueno && IsUTF8(std::string_view(texto_).substr(bueno, corte - bueno))) {
+        bueno = corte;
+      } else {
+        malo = medio;
+      }
+    }
+    return static_cast<std::ptrdiff_t>(bueno);
+  }
+
+  std::unique_ptr<Estado> CreaEstado(std::vector<TFieldDef> defs, pugi::xml_node campos) const {
+    try {
+      return Estado::Crea(std::move(defs));
+    } catch (const EDatabaseError& e) {
+      Falla(e.Message(), campos);
+    }
+  }
+
+  std::vector<TFieldDef> LeeCampos(pugi::xml_node campos, std::vector<Entrada>& entradas, int nivel) const {
+    std::vector<TFieldDef> defs;
+    for (const pugi::xml_node nodo : campos.children()) {
+      if (std::strcmp(nodo.name(), "FIELD") != 0) Falla(u"elemento desconocido en FIELDS", nodo);
+      TFieldDef def;
+      Entrada entrada;
+      entrada.atributo = nodo.attribute("attrname").value();
+      // A name that is no XML name stands in "fieldname", and "attrname" is its stand-in for the rows.
+      const pugi::xml_attribute propio = nodo.attribute("fieldname");
+      def.Name = UTF8ToString(propio ? propio.value() : entrada.atributo.c_str());
+      def.Required = IgualaAscii(nodo.attribute("required").value(), "TRUE");
+      const std::string_view tipo = nodo.attribute("fieldtype").value();
+      if (tipo == kTipoAnidado) {
+        if (nivel == kNivelesMaximos) Falla(u"hay demasiados niveles de campos anidados", nodo);
+        def.DataType = TFieldType::ftDataSet;
+        def.ChildDefs = LeeCampos(nodo.child("FIELDS"), entrada.hijas, nivel + 1);
+      } else {
+        def.DataType = LeeTipo(nodo, tipo, def.Name);
+        def.Size = LeeAncho(nodo, def);
+      }
+      defs.push_back(std::move(def));
+      entradas.push_back(std::move(entrada));
+    }
+    return defs;
+  }
+
+  TFieldType LeeTipo(pugi::xml_node nodo, std::string_view tipo, const UnicodeString& campo) const {
+    const std::string_view subtipo = nodo.attribute("SUBTYPE").value();
+    const TipoPaquete* general = nullptr;
+    for (std::size_t i = 0; i < kCuantosTiposPaquete; ++i) {
+      const TipoPaquete& t = kTiposPaquete[i];
+      if (t.tipo != tipo) continue;
+      if (t.subtipo == subtipo) return t.campo;
+      if (t.subtipo.empty()) general = &t;
+    }
+    // A subtype that this reader does not know refines a type that it does.
+    if (general != nullptr) return general->campo;
+    Falla(u"el campo '" + campo + u"' es de un tipo desconocido (" + UTF8ToString(tipo) + u" " +
+              UTF8ToString(subtipo) + u")",
+          nodo);
+  }
+
+  int LeeAncho(pugi::xml_node nodo, const TFieldDef& def) const {
+    Clase clase = Clase::Texto;
+    ClaseDe(def.DataType, clase);
+    const bool memo = def.DataType == TFieldType::ftMemo || def.DataType == TFieldType::ftWideMemo ||
+                      def.DataType == TFieldType::ftFmtMemo;
+    const std::string_view ancho = nodo.attribute("WIDTH").value();
+    // Numbers and memos carry a width too, which limits nothing.
+    if (clase != Clase::Texto || memo || ancho.empty()) return 0;
+    int valor = 0;
+    const auto r = std::from_chars(ancho.data(), ancho.data() + ancho.size(), valor);
+    if (r.ec != std::errc() || r.ptr != ancho.data() + ancho.size() || valor < 0) {
+      Falla(u"el ancho del campo '" + def.Name + u"' no es válido", nodo);
+    }
+    // The width of Unicode text counts bytes.
+    return std::string_view(nodo.attribute("fieldtype").value()) == "string.uni" ? valor / 2 : valor;
+  }
+
+  bool EstaViva(pugi::xml_node fila, const Estado& estado) const {
+    const pugi::xml_attribute atributo = fila.attribute("RowState");
+    if (!atributo || estado.Busca(u"RowState") >= 0) return true;
+    const std::string_view texto = atributo.value();
+    int bits = 0;
+    const auto r = std::from_chars(texto.data(), texto.data() + texto.size(), bits);
+    if (r.ec != std::errc() || r.ptr != texto.data() + texto.size())
+      Falla(u"el RowState no es un número", fila);
+    return (bits & (kFilaSuperada | kFilaBorrada)) == 0;
+  }
+
+  void LeeFilas(Estado& estado, const std::vector<Entrada>& entradas, pugi::xml_node contenedor,
+                const std::string& nombreFila) const {
+    std::size_t vivas = 0;
+    for (const pugi::xml_node fila : contenedor.children()) {
+      if (fila.name() != nombreFila)
+        Falla(u"elemento desconocido entre las filas: " + UTF8ToString(fila.name()), fila);
+      if (EstaViva(fila, estado)) ++vivas;
+    }
+    estado.Dimensiona(vivas);
+    std::size_t registro = 0;
+    for (const pugi::xml_node fila : contenedor.children()) {
+      if (!EstaViva(fila, estado)) continue;
+      LeeAtributos(estado, entradas, fila, registro);
+      for (const pugi::xml_node hijo : fila.children()) LeeAnidado(estado, entradas, hijo, registro);
+      ++registro;
+    }
+    estado.AlPrincipio();
+  }
+
+  void LeeAtributos(Estado& estado, const std::vector<Entrada>& entradas, pugi::xml_node fila,
+                    std::size_t registro) const {
+    // Rows name their attributes in the order of the fields, some missing: look from where the last one was.
+    std::size_t campo = 0;
+    for (const pugi::xml_attribute atributo : fila.attributes()) {
+      const std::string_view nombre = atributo.name();
+      std::size_t vistos = 0;
+      while (vistos < entradas.size() && entradas[campo % entradas.size()].atributo != nombre) {
+        ++campo;
+        ++vistos;
+      }
+      if (vistos == entradas.size()) {
+        if (nombre == "RowState") continue;
+        Falla(u"la fila tiene un campo desconocido: '" + UTF8ToString(nombre) + u"'", fila);
+      }
+      campo %= entradas.size();
+      Columna& columna = estado.ColumnaDe(campo);
+      if (columna.conValor[registro] != 0) Falla(u"el campo '" + columna.def.Name + u"' está repetido", fila);
+      if (!PonAtributo(columna, registro, atributo.value())) {
+        Falla(u"el valor del campo '" + columna.def.Name + u"' no corresponde a su tipo: '" +
+                  UTF8ToString(atributo.value()).substr(0, 80) + u"'",
+              fila);
+      }
+      ++campo;
+    }
+  }
+
+  void LeeAnidado(Estado& estado, const std::vector<Entrada>& entradas, pugi::xml_node hijo,
+                  std::size_t registro) const {
+    const auto it = std::find_if(entradas.begin(), entradas.end(),
+                                 [hijo](const Entrada& e) { return e.atributo == hijo.name(); });
+    const auto indice = static_cast<std::size_t>(it - entradas.begin());
+    if (it == entradas.end() || estado.ColumnaDe(indice).clase != Clase::Anidado) {
+      Falla(u"la fila tiene un elemento desconocido: '" + UTF8ToString(hijo.name()) + u"'", hijo);
+    }
+    Estado& anidado = Estado::De(*estado.ColumnaDe(indice).anidados[registro]);
+    if (anidado.registros != 0)
+      Falla(u"el elemento '" + UTF8ToString(hijo.name()) + u"' está repetido", hijo);
+    LeeFilas(anidado, it->hijas, hijo, "ROW" + it->atributo);
+  }
+
+  UnicodeString nombre_;
+  std::string texto_;
+  pugi::xml_document documento_;
+};
+
+}  // namespace
+
+std::unique_ptr<Estado> LeePaquete(std::string_view bytes, std::u16string_view nombre) {
+  return Lector(bytes, nombre).Lee();
+}
+
+}  // namespace vel::conjunto
