@@ -154,6 +154,24 @@ void AppendFloat(UnicodeString& texto, double valor) {
   texto.append(buf.data(), buf.data() + n);
 }
 
+// Amounts seldom need the text. With a = |valor|, s = a * 10^6 and m the whole number nearest to s: the text
+// is the decimal m / 10^6 when that has at most 15 digits and lies nearer to the value than half a unit of
+// its 15th digit; the double nearest to it is m / 10^6, correctly rounded since both operands are exact.
+double RoundToText(double valor) noexcept {
+  constexpr double kMillon = 1e6;
+  const double a = std::abs(valor);
+  if (a < 1e9) {
+    const double s = a * kMillon;
+    const auto m = static_cast<double>(static_cast<long long>(s + 0.5));
+    // Half a unit of the 15th digit is at least 0.5e-15 of the value; the product errs by 1.2e-16 of it.
+    if (std::abs(s - m) <= 3.5e-16 * s) return std::copysign(m / kMillon, m == 0 ? 1.0 : valor);
+  }
+  std::array<char, kMaxFloatText> buf;
+  double leido = valor;
+  TryStrToFloat(std::string_view(buf.data(), FloatToChars(valor, buf)), leido);
+  return leido;
+}
+
 bool TryStrToFloat(std::string_view texto, double& valor) noexcept {
   const auto blanco = [](char c) { return c >= '\0' && c <= ' '; };
   while (!texto.empty() && blanco(texto.front())) texto.remove_prefix(1);

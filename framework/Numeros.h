@@ -25,6 +25,10 @@ UTILVEL90_EXPORT std::size_t FloatToChars(double valor, std::span<char, kMaxFloa
 /// Appends FloatToStr(valor) to a text.
 UTILVEL90_EXPORT void AppendFloat(UnicodeString& texto, double valor);
 
+/// The double that FloatToStr's text of the value reads back to: the value rounded to 15 significant digits.
+/// Zero of either sign gives 0; what is no finite number comes back unchanged.
+UTILVEL90_EXPORT double RoundToText(double valor) noexcept;
+
 /// Text to double: surrounding blanks, a sign, digits with at most one ".", an exponent; nothing else
 /// ("5.", ".5" and "+5" are numbers; "", ".", "0x10", "INF", "1,5" are not). Correctly rounded. A value
 /// too large for a double does not convert; one too small gives zero. Returns false and leaves `valor`

@@ -1,0 +1,126 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "Uutilext/documents/TiposDocto.h"
+#include "framework/TClientDataSet.h"
+#include "framework/TStringList.h"
+#include "utilvel90_export.h"
+
+namespace vel {
+
+/// Calculation process. Any value is legal; only PROC_POR_DOCUMENTO changes the calculation: the lines of
+/// several documents, told apart by "CVE_DOC", are totalled together.
+enum class ENUM_PROC_FACTCOMP : std::int32_t { PROC_NORMAL = 0, PROC_POR_DOCUMENTO = 9 };
+
+/// Discounts, taxes and totals of one sales or purchase document, as electronic invoices need them. Build an
+/// object, hand it the header and the lines, call CalculaTotales and read the members.
+///
+/// Amounts are doubles in the document's currency; rates and discounts are percentages (16 is 16 %). Arrays
+/// are 0-based: element 0 belongs to tax or discount 1. Line amounts are rounded to DecimalesPartida decimals
+/// and document totals to DecimalesTotales, by g_redoTo.
+///
+/// A field that is missing raises EDatabaseError naming it when it is first read ("IMP1APLA" to "IMP8APLA"
+/// and "MUESTRA_PAR" are optional); a text that is no number raises EConvertError. Totals are then partial. A
+/// null field reads as 0 or the empty text; a zero exchange rate or quantity gives infinity or NaN.
+class UTILVEL90_EXPORT TCalculoCFDI {
+ public:
+  static constexpr int kImpuestos = 8;
+  static constexpr int kDescuentos = 3;
+  using Impuestos = std::array<double, kImpuestos>;
+  using Descuentos = std::array<double, kDescuentos>;
+
+  TCalculoCFDI(ENUM_MODULO modulo, ENUM_PROC_FACTCOMP proceso, TIPO_DOCTO tipoDocto);
+  TCalculoCFDI(const TCalculoCFDI&) = delete;
+  TCalculoCFDI& operator=(const TCalculoCFDI&) = delete;
+  ~TCalculoCFDI();
+
+  /// Zeroes amounts, totals and percentages, and sets the decimals to 2 and 6. Data sets, lists and switches
+  /// stay.
+  void InicializaValores() noexcept;
+
+  /// Replaces the header by a copy of the data set given.
+  void SetCabecera(const TClientDataSet& cabecera);
+  /// Appends copies of the records given to the lines; a second call adds to the first.
+  void SetPartidas(const TClientDataSet& partidas);
+
+  /// Computes every total from zero. The tax lists are not emptied: a second calculation on the same object
+  /// adds to them, and with them to the totals of taxes that have more than one rate.
+  void CalculaTotales();
+
+  /// Computes discounts and taxes of the current line.
+  void CalculaImpDescPar();
+  /// Computes the three discounts, each on the whole amount, and returns their sum.
+  double CalculaDescuentosPar(double importe);
+  /// Adds the line's discounts to the document's.
+  void AcumulaDescuentosPar() noexcept;
+
+  /// Adds tax `indice` (0 to 7) of the line at `tasa` percent on the base that `codigo` gives: the amount and
+  /// the line's taxes 1 to `codigo` (0 to 7; any other code adds nothing). Adds the rounded line tax to the
+  /// document's and returns it. An index out of range raises EInvalidOperation.
+  double AplicaImpuesto(double base, double tasa, int codigo, int indice);
+
+  /// AplicaImpuesto for an excise tax with a quota ("MTO_CUOTA" of the current line): mode "M" takes the
+  /// larger of tax and quota, "C" the quota alone, "A" both; any other mode adds nothing. The document's
+  /// total of that tax becomes the line's own, whatever earlier lines had added: existing documents are
+  /// computed so. Returns the line tax, not rounded.
+  double AplicaImpuAdicIEPS(std::u16string_view modo, double base, double tasa, int codigo, int indice);
+
+  /// Adds a line to the list of tax `numero` (1 to 8), under its rate: base and tax. Rates that are not above
+  /// zero and other numbers are ignored.
+  void LlenaListImpuestos(double base, double tasa, double impuesto, int numero);
+
+  /// Points `lista` at the list of tax `numero` (1 to 8), still owned by this object; any other number leaves
+  /// it alone. An entry's text is the rate and its object a TStringList of two texts: taxable base and tax of
+  /// the lines at that rate. Valid until the next calculation.
+  void DameListImpuestos(TStringList*& lista, int numero);
+
+  /// Totals by 0-based index; 0 out of range.
+  double GetTotalImpuesto(int indice) const noexcept;
+  double GetTotalDescuento(int indice) const noexcept;
+
+  ENUM_MODULO Modulo;
+  ENUM_PROC_FACTCOMP Proceso;
+  TIPO_DOCTO TipoDocto;
+  TClientDataSet Cabecera;
+  /// The lines; the current record is the one being computed.
+  TClientDataSet Partidas;
+  /// Takes every exchange rate as 1.
+  bool IgnoraTipoCambio = false;
+  /// Which taxes enter the subtotal when SubtotalSimple is off.
+  std::array<bool, kImpuestos> IncluyeImpuesto;
+  Descuentos PorcDescuento;
+  Descuentos TotalDescuento;
+  /// Off: the price enters a line's amount once for each tax, eight times in all, with the included taxes.
+  bool SubtotalSimple = true;
+  double Subtotal;
+  /// Sum of the taxes while calculating; then the document total: taxes plus subtotal less discounts.
+  double TotalImpuestos;
+  double TotalImpuestosRedondeado;
+  double SumaDescuentos;
+  int DecimalesTotales;
+  int DecimalesPartida;
+  Impuestos ImpuestoPartida;
+  Descuentos DescuentoPartida;
+  Impuestos TotalImpuesto;
+  /// Brought up to date by DameListImpuestos.
+  std::array<TStringList, kImpuestos> ListaImpuesto;
+
+ private:
+  struct CamposPartida;
+  struct Gravado;
+
+  double RedondeaPartida(double valor) const;
+  double RedondeaTotal(double valor) const;
+  void ImpuestosDePartida(const CamposPartida& campos);
+  double ImporteConImpuestos(double cantidad, double precio, double cambio) const;
+  void CierraTotales();
+
+  /// What the lists hold, as numbers: the entries of each tax in the order of their first line.
+  std::array<std::vector<Gravado>, kImpuestos> gravados_;
+};
+
+}  // namespace vel

@@ -1,0 +1,143 @@
+// Totals of a document and its tax lists.
+
+#include <algorithm>
+#include <memory>
+
+#include "Ucalculocfdi/CamposPartida.h"
+#include "Ucalculocfdi/TCalculoCFDI.h"
+#include "Uutilext/documents/Redondeo.h"
+#include "framework/Numeros.h"
+
+namespace vel {
+
+TCalculoCFDI::TCalculoCFDI(ENUM_MODULO modulo, ENUM_PROC_FACTCOMP proceso, TIPO_DOCTO tipoDocto)
+    : Modulo(modulo), Proceso(proceso), TipoDocto(tipoDocto) {
+  InicializaValores();
+  IncluyeImpuesto.fill(true);
+}
+
+TCalculoCFDI::~TCalculoCFDI() = default;
+
+void TCalculoCFDI::InicializaValores() noexcept {
+  PorcDescuento.fill(0);
+  TotalDescuento.fill(0);
+  Subtotal = 0;
+  TotalImpuestos = 0;
+  TotalImpuestosRedondeado = 0;
+  SumaDescuentos = 0;
+  DecimalesTotales = 2;
+  DecimalesPartida = 6;
+  ImpuestoPartida.fill(0);
+  DescuentoPartida.fill(0);
+  TotalImpuesto.fill(0);
+}
+
+void TCalculoCFDI::SetCabecera(const TClientDataSet& cabecera) { Cabecera.AssignData(cabecera); }
+
+void TCalculoCFDI::SetPartidas(const TClientDataSet& partidas) { Partidas.AppendData(partidas); }
+
+double TCalculoCFDI::RedondeaTotal(double valor) const { return g_redoTo(valor, DecimalesTotales); }
+
+void TCalculoCFDI::CalculaTotales() {
+  InicializaValores();
+  const CamposPartida campos(Partidas, Modulo);
+  const auto seCuenta = [&campos] {
+    if (campos.tipoProducto.Es(u"P") || campos.tipoProducto.Es(u"S")) return !campos.tipoElemento.Es(u"K");
+    return !(campos.tipoProducto.Es(u"G") && campos.tipoElemento.Es(u"N"));
+  };
+  const auto seMuestra = [&campos] {
+    return !campos.muestra.Existe() || campos.muestra.Es(u"N") || campos.muestra.Es(u"");
+  };
+  Partidas.First();
+  UnicodeString documento = Partidas.IsEmpty() ? UnicodeString() : (*campos.documento).AsString();
+  while (!Partidas.Eof()) {
+    double importe = 0;
+    if (Modulo == ENUM_MODULO::MODULO_VENTAS) {
+      for (std::size_t i = 0; i < kDescuentos; ++i) PorcDescuento[i] = campos.descuento[i].Real();
+    } else {
+      PorcDescuento = {campos.descuentoCompra.Real(), 0, 0};
+    }
+    const double cantidad = RedondeaPartida(campos.cantidad.Real());
+    const double precio = RedondeaPartida(campos.precio.Real());
+    const double cambio = IgnoraTipoCambio ? 1.0 : RedondeaPartida(campos.cambio.Real());
+    if (seCuenta()) {
+      if (seMuestra()) ImpuestosDePartida(campos);
+      importe = SubtotalSimple ? cantidad * precio / cambio : ImporteConImpuestos(cantidad, precio, cambio);
+    }
+    Partidas.Next();
+    Subtotal += importe;
+    // After the last line the last record is read again, so the last document never closes here.
+    if (Proceso == ENUM_PROC_FACTCOMP::PROC_POR_DOCUMENTO && !campos.documento.Es(documento)) {
+      documento = (*campos.documento).AsString();
+      Subtotal = RedondeaTotal(Subtotal);
+      CalculaDescuentosPar(Subtotal);
+    }
+    // Also for lines whose discounts were not computed: they add the last ones again.
+    AcumulaDescuentosPar();
+  }
+  CierraTotales();
+}
+
+double TCalculoCFDI::ImporteConImpuestos(double cantidad, double precio, double cambio) const {
+  double importe = 0;
+  for (std::size_t i = 0; i < kImpuestos; ++i) {
+    double p = precio;
+    if (IncluyeImpuesto[i]) p += RedondeaPartida(ImpuestoPartida[i] / cantidad / cambio);
+    importe += cantidad * p / cambio;
+  }
+  return importe;
+}
+
+void TCalculoCFDI::CierraTotales() {
+  const double s = Subtotal;
+  for (const double descuento : TotalDescuento) SumaDescuentos += descuento;
+  for (std::size_t k = 0; k < kImpuestos; ++k) {
+    if (gravados_[k].size() > 1) {
+      TotalImpuesto[k] = 0;
+      for (const Gravado& g : gravados_[k]) TotalImpuesto[k] += RedondeaTotal(g.impuesto);
+    }
+    TotalImpuestos += TotalImpuesto[k];
+  }
+  TotalImpuestosRedondeado = RedondeaTotal(TotalImpuestos);
+  Subtotal = RedondeaTotal(Subtotal);
+  TotalImpuestos = RedondeaTotal(TotalImpuestos) + RedondeaTotal(s - SumaDescuentos);
+}
+
+void TCalculoCFDI::LlenaListImpuestos(double base, double tasa, double impuesto, int numero) {
+  if (!(tasa > 0) || numero < 1 || numero > kImpuestos) return;
+  std::vector<Gravado>& lista = gravados_[static_cast<std::size_t>(numero - 1)];
+  // Entries are told apart by the text of their rate; equal texts read back to equal numbers.
+  const double clave = RoundToText(tasa);
+  const auto it =
+      std::find_if(lista.begin(), lista.end(), [clave](const Gravado& g) { return g.tasa == clave; });
+  if (it == lista.end()) {
+    lista.push_back({clave, RoundToText(base), RoundToText(impuesto)});
+  } else {
+    it->base = RoundToText(it->base + base);
+    it->impuesto = RoundToText(it->impuesto + impuesto);
+  }
+}
+
+void TCalculoCFDI::DameListImpuestos(TStringList*& lista, int numero) {
+  if (numero < 1 || numero > kImpuestos) return;
+  const auto k = static_cast<std::size_t>(numero - 1);
+  TStringList& textos = ListaImpuesto[k];
+  textos.Clear();
+  for (const Gravado& g : gravados_[k]) {
+    auto montos = std::make_unique<TStringList>();
+    montos->Add(FloatToStr(g.base));
+    montos->Add(FloatToStr(g.impuesto));
+    textos.AddObject(FloatToStr(g.tasa), std::move(montos));
+  }
+  lista = &textos;
+}
+
+double TCalculoCFDI::GetTotalImpuesto(int indice) const noexcept {
+  return indice >= 0 && indice < kImpuestos ? TotalImpuesto[static_cast<std::size_t>(indice)] : 0;
+}
+
+double TCalculoCFDI::GetTotalDescuento(int indice) const noexcept {
+  return indice >= 0 && indice < kDescuentos ? TotalDescuento[static_cast<std::size_t>(indice)] : 0;
+}
+
+}  // namespace vel

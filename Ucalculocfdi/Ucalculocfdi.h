@@ -1,0 +1,5 @@
+#pragma once
+
+/// Discounts, taxes and totals of a document.
+
+#include "Ucalculocfdi/TCalculoCFDI.h"
