@@ -1,0 +1,154 @@
+// Adding, copying and removing conditions.
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include "Paramsql/TParametrosFiltro.h"
+#include "Uutilext/diagnostics/Traza.h"
+#include "framework/Numeros.h"
+
+namespace vel {
+namespace {
+
+// A copy of all seven properties.
+std::unique_ptr<TParamWhereSimple> Copia(const TParamWhereSimple& origen) {
+  return std::make_unique<TParamWhereSimple>(origen);
+}
+
+std::unique_ptr<TParamWhereSimple> CopiaSinSensitive(const TParamWhereSimple& origen) {
+  auto copia = Copia(origen);
+  copia->Sensitive = false;
+  return copia;
+}
+
+void Agrega(TParamWhereSimpleArray& lista, std::u16string_view campo, TFieldType tipo, const Variant& valor,
+            ENUM_OPERADOR op, ENUM_CONECTOR con, ENUM_GRUPO grupo, bool sensitive) {
+  auto condicion = std::make_unique<TParamWhereSimple>();
+  condicion->NombreCampo = campo;
+  condicion->TipoCampo = tipo;
+  condicion->ValorCampo = valor;
+  condicion->Operador = op;
+  condicion->ConectorSigCampo = con;
+  condicion->CharGrupo = grupo;
+  condicion->Sensitive = sensitive;
+  lista.push_back(std::move(condicion));
+}
+
+template <typename Lista>
+void Vacia(Lista& lista) {
+  while (!lista.empty()) lista.pop_back();
+}
+
+// A typed text in which the wildcards stand for themselves; "/" goes first, since it escapes the others.
+UnicodeString Escapa(std::u16string_view texto) {
+  UnicodeString escapado = StringReplace(texto, u"/", u"//");
+  for (const std::u16string_view comodin : {u"%", u"_", u"["}) {
+    escapado = StringReplace(escapado, comodin, u"/" + UnicodeString(comodin));
+  }
+  return escapado;
+}
+
+}  // namespace
+
+void TParametrosFiltro::AgregaFiltro(std::u16string_view campo, TFieldType tipo, const Variant& valor,
+                                     ENUM_OPERADOR op, ENUM_CONECTOR con, ENUM_GRUPO grupo, bool sensitive) {
+  Agrega(ParamWhere, campo, tipo, valor, op, con, grupo, sensitive);
+}
+
+void TParametrosFiltro::AgregaFiltro(std::u16string_view campo, TFieldType tipo, ENUM_OPERADOR op,
+                                     ENUM_CONECTOR con, ENUM_GRUPO grupo, const Variant& v1,
+                                     const Variant& v2) {
+  AgregaFiltro(campo, tipo, VarArrayOf({v1, v2}), op, con, grupo, false);
+}
+
+void TParametrosFiltro::AgregaFiltro(std::u16string_view campo, TFieldType tipo, ENUM_OPERADOR op,
+                                     ENUM_CONECTOR con, ENUM_GRUPO grupo, const Variant& v1,
+                                     const Variant& v2, const Variant& v3) {
+  AgregaFiltro(campo, tipo, VarArrayOf({v1, v2, v3}), op, con, grupo, false);
+}
+
+void TParametrosFiltro::AgregaFiltro(std::u16string_view campo, TFieldType tipo, ENUM_OPERADOR op,
+                                     ENUM_CONECTOR con, ENUM_GRUPO grupo, const Variant& v1,
+                                     const Variant& v2, const Variant& v3, const Variant& v4) {
+  AgregaFiltro(campo, tipo, VarArrayOf({v1, v2, v3, v4}), op, con, grupo, false);
+}
+
+void TParametrosFiltro::AgregaFiltro(std::u16string_view campo, TFieldType tipo, ENUM_OPERADOR op,
+                                     ENUM_CONECTOR con, ENUM_GRUPO grupo, const Variant& v1,
+                                     const Variant& v2, const Variant& v3, const Variant& v4,
+                                     const Variant& v5) {
+  AgregaFiltro(campo, tipo, VarArrayOf({v1, v2, v3, v4, v5}), op, con, grupo, false);
+}
+
+void TParametrosFiltro::AgregaFiltroStr(std::u16string_view campo, std::u16string_view tipo,
+                                        std::u16string_view valor, std::u16string_view op,
+                                        std::u16string_view con, std::u16string_view grupo, bool sensitive) {
+  // The record's field holds one byte; a larger ordinal keeps its low one, as the stored property does.
+  const auto tipoCampo = static_cast<TFieldType>(static_cast<std::uint8_t>(StrToInt(tipo)));
+  AgregaFiltro(campo, tipoCampo, DameValorLstCampos(tipoCampo, valor), DameOperador(op),
+               DameOperadorUnion(con), DameCharGrupo(grupo), sensitive);
+}
+
+void TParametrosFiltro::AgregaFiltroLIKE(std::u16string_view campo, std::u16string_view texto,
+                                         ENUM_COINCIDENCIA donde, ENUM_CONECTOR con, ENUM_GRUPO grupo,
+                                         bool sensitive) {
+  UnicodeString valor = Escapa(texto);
+  if (donde == ENUM_COINCIDENCIA::CONTIENE || donde == ENUM_COINCIDENCIA::TERMINA) valor.insert(0, u"%");
+  if (donde == ENUM_COINCIDENCIA::CONTIENE || donde == ENUM_COINCIDENCIA::EMPIEZA) valor.append(u"%");
+  AgregaFiltro(campo, TFieldType::ftString, Variant(std::move(valor)), ENUM_OPERADOR::LIKE, con, grupo,
+               sensitive);
+}
+
+void TParametrosFiltro::AgregaHaving(std::u16string_view campo, TFieldType tipo, const Variant& valor,
+                                     ENUM_OPERADOR op, ENUM_CONECTOR con, ENUM_GRUPO grupo, bool sensitive) {
+  Agrega(ParamHaving, campo, tipo, valor, op, con, grupo, sensitive);
+}
+
+void TParametrosFiltro::EliminaFiltros() {
+  const auto cuenta = [this] { return IntToStr(static_cast<std::int64_t>(ParamWhere.size())); };
+  logInter(u"TParametrosFiltro::EliminaFiltros Inicia: FParamWhere.Length= " + cuenta(), true);
+  while (!ParamWhere.empty()) {
+    logInter(u"TParametrosFiltro::EliminaFiltros Entra While ", true);
+    ParamWhere.pop_back();
+  }
+  logInter(u"TParametrosFiltro::EliminaFiltros Termina: FParamWhere.Length= " + cuenta(), true);
+}
+
+void TParametrosFiltro::EliminaHaving() { Vacia(ParamHaving); }
+
+void TParametrosFiltro::EliminaParamPers() { Vacia(ParamPers); }
+
+void TParametrosFiltro::EliminaFiltro(std::u16string_view campo) {
+  TParamWhereSimpleArray quedan;
+  bool hubo = false;
+  for (const auto& condicion : ParamWhere) {
+    if (condicion == nullptr) continue;
+    if (condicion->NombreCampo == campo) {
+      hubo = true;
+    } else {
+      quedan.push_back(CopiaSinSensitive(*condicion));
+    }
+  }
+  if (hubo) CopiaFiltros(quedan, 0);
+}
+
+void TParametrosFiltro::CopiaFiltros(const TParamWhereSimpleArray& origen, int desde) {
+  // Copied before the own list is emptied: origin may be that list.
+  TParamWhereSimpleArray copias;
+  for (std::size_t i = static_cast<std::size_t>(std::max(desde, 0)); i < origen.size(); ++i) {
+    if (origen[i] != nullptr) copias.push_back(Copia(*origen[i]));
+  }
+  EliminaFiltros();
+  ParamWhere = std::move(copias);
+}
+
+void TParametrosFiltro::AgregaFiltros(const TParamWhereSimpleArray& origen) {
+  TParamWhereSimpleArray copias;
+  for (const auto& condicion : origen) {
+    if (condicion != nullptr) copias.push_back(CopiaSinSensitive(*condicion));
+  }
+  std::move(copias.begin(), copias.end(), std::back_inserter(ParamWhere));
+}
+
+}  // namespace vel

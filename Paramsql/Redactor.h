@@ -1,0 +1,62 @@
+#pragma once
+
+#include <string_view>
+
+#include "Paramsql/TParamWhereSimple.h"
+#include "Paramsql/TParametrosFiltro.h"
+#include "framework/TParams.h"
+#include "framework/Texto.h"
+
+namespace vel {
+
+/// Writes the text of a definition and, when a list is given, collects the parameters on the way: one walk
+/// for both, so that placeholders and bound values cannot disagree.
+class Redactor {
+ public:
+  enum class Clausula : bool { Where, Having };
+
+  /// `numero` is the running parameter number; `parametros` may be null.
+  Redactor(UnicodeString& salida, bool conParametros, int& numero, TParams* parametros = nullptr)
+      : salida_(salida), conParametros_(conParametros), numero_(numero), parametros_(parametros) {}
+
+  void Sentencia(const TParametrosFiltro& filtro);
+  void CamposSelect(const TParametrosFiltro& filtro);
+  void Where(const TParamWhereSimpleArray& condiciones);
+  void CondicionesWhere(const TParamWhereSimpleArray& condiciones);
+  void Having(const TParamWhereSimpleArray& condiciones);
+
+  // One condition, without the parenthesis that closes its group.
+  void Comparacion(const TParamWhereSimple& c, std::u16string_view abre, Clausula clausula);
+  void Patron(const TParamWhereSimple& c, std::u16string_view abre, Clausula clausula);
+  void Pertenencia(const TParamWhereSimple& c, std::u16string_view abre, Clausula clausula);
+  void PruebaNulo(const TParamWhereSimple& c, std::u16string_view abre, Clausula clausula);
+  void Intervalo(const TParamWhereSimple& c, std::u16string_view abre, Clausula clausula);
+  void Existencia(const TParamWhereSimple& c, std::u16string_view abre, Clausula clausula);
+
+ private:
+  using Pieza = void (Redactor::*)(const TParamWhereSimple&, std::u16string_view, Clausula);
+
+  void Condicion(const TParamWhereSimple& c, Clausula clausula);
+  void Filtro(const TParametrosFiltro& filtro);
+  /// ":var" or ":hav" and the next number; the value goes to the parameters.
+  void Marcador(Clausula clausula, TFieldType tipo, const Variant& valor, bool enMayusculas = false);
+
+  UnicodeString& salida_;
+  bool conParametros_;
+  int& numero_;
+  TParams* parametros_;
+};
+
+/// The texts that statements are written with; empty for a value outside the members.
+std::u16string_view TextoOperador(ENUM_OPERADOR op) noexcept;
+std::u16string_view TextoConector(ENUM_CONECTOR con) noexcept;
+
+/// Text of a raw SQL value: an array gives its elements' texts joined by ", ".
+UnicodeString TextoCrudo(const Variant& valor);
+
+/// The value as its field type has it: texts, whole numbers, floating numbers, truth values and dates
+/// converted, anything else as it is. Null and empty values are null. Raises EConvertError or
+/// EVariantTypeCastError.
+Variant ConvierteATipo(TFieldType tipo, const Variant& valor);
+
+}  // namespace vel

@@ -1,0 +1,101 @@
+// Select list, joins, union and order.
+
+#include <algorithm>
+#include <utility>
+
+#include "Paramsql/TParametrosFiltro.h"
+
+namespace vel {
+namespace {
+
+UnicodeString ConBlancos(std::u16string_view texto) { return UnicodeString(u" ").append(texto).append(u" "); }
+
+const TParamSelect* BuscaCampo(const TParamSelectArray& lista, std::u16string_view campo) {
+  const auto it = std::find_if(lista.begin(), lista.end(), [nombre = TrimView(campo)](const auto& c) {
+    return c != nullptr && c->NombreCampo == nombre;
+  });
+  return it == lista.end() ? nullptr : it->get();
+}
+
+}  // namespace
+
+void TParametrosFiltro::AgregaCampoSelect(std::u16string_view campo, std::u16string_view alias,
+                                          bool visible) {
+  auto nuevo = std::make_unique<TParamSelect>();
+  nuevo->NombreCampo = campo;
+  nuevo->AliasCampo = alias;
+  nuevo->Visible = visible;
+  ParamSelect.push_back(std::move(nuevo));
+}
+
+void TParametrosFiltro::CopiaCamposSelect(const TParametrosFiltro* origen) {
+  if (origen == this) return;
+  EliminaCampoSelect();
+  if (origen == nullptr) return;
+  for (const auto& campo : origen->ParamSelect) {
+    if (campo != nullptr) AgregaCampoSelect(campo->NombreCampo, campo->AliasCampo, campo->Visible);
+  }
+}
+
+void TParametrosFiltro::EliminaCampoSelect() {
+  while (!ParamSelect.empty()) ParamSelect.pop_back();
+}
+
+UnicodeString TParametrosFiltro::CamposSelect() const {
+  UnicodeString lista;
+  for (const auto& campo : ParamSelect) {
+    if (campo == nullptr) continue;
+    if (!lista.empty()) lista += u',';
+    lista += campo->AliasCampo.empty() ? campo->NombreCampo : campo->AliasCampo;
+  }
+  return lista;
+}
+
+bool TParametrosFiltro::CampoVisible(std::u16string_view campo) const {
+  const TParamSelect* const encontrado = BuscaCampo(ParamSelect, campo);
+  return encontrado != nullptr && encontrado->Visible;
+}
+
+UnicodeString TParametrosFiltro::DameAliasCampo(std::u16string_view campo) const {
+  const TParamSelect* const encontrado = BuscaCampo(ParamSelect, campo);
+  if (encontrado == nullptr) return {};
+  const std::u16string_view alias = encontrado->AliasCampo;
+  if (!TrimView(alias).empty()) {
+    const bool entreComillas = alias.size() > 1 && alias.front() == u'"' && alias.back() == u'"';
+    return UnicodeString(entreComillas ? alias.substr(1, alias.size() - 2) : alias);
+  }
+  // Without a point find gives npos, and npos + 1 is the whole text.
+  return UnicodeString(campo.substr(campo.find(u'.') + 1));
+}
+
+void TParametrosFiltro::AgregaJoin(std::u16string_view texto) { Join.push_back(ConBlancos(texto)); }
+
+UnicodeString TParametrosFiltro::DameCadenaJoin() const {
+  UnicodeString cadena(u" ");
+  for (const UnicodeString& join : Join) cadena += join;
+  return cadena;
+}
+
+void TParametrosFiltro::EliminaJoin() { Join.clear(); }
+
+void TParametrosFiltro::EliminaJoin(std::u16string_view texto) { std::erase(Join, ConBlancos(texto)); }
+
+void TParametrosFiltro::CopiaJoin(const TParametrosFiltro* origen) {
+  if (origen != nullptr && !origen->Join.empty() && origen != this) Join = origen->Join;
+}
+
+TParametrosFiltro* TParametrosFiltro::AgregaUnion(std::u16string_view tabla) {
+  if (ParametrosUnion != nullptr) retirados_.push_back(std::move(ParametrosUnion));
+  ParametrosUnion = std::make_unique<TParametrosFiltro>(tabla);
+  ParametrosUnion->FechaTrabajo = FechaTrabajo;
+  return ParametrosUnion.get();
+}
+
+void TParametrosFiltro::QuitaUnion() { ParametrosUnion.reset(); }
+
+void TParametrosFiltro::SetOrderBy(std::u16string_view campo) {
+  OrdDesc = Pos(campo, OrderBy) != 0 && !OrdDesc;
+  OrderBy = campo;
+}
+
+}  // namespace vel

@@ -1,0 +1,212 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "Paramsql/Enumeraciones.h"
+#include "Paramsql/TParamSelect.h"
+#include "Paramsql/TParamWhereSimple.h"
+#include "framework/TDateTime.h"
+#include "framework/TFieldType.h"
+#include "framework/TParams.h"
+#include "framework/TRemotable.h"
+#include "framework/Texto.h"
+#include "framework/Variant.h"
+#include "utilvel90_export.h"
+
+namespace vel {
+
+/// Definition of one SELECT statement: table, select list, joins, conditions, grouping, union partner and
+/// order. Build it, take its text from DameSentenciaSQL, and, when that was built with parameters, the values
+/// to bind from AsignaParametros.
+///
+///     TParametrosFiltro filtro(u"CLIENTES");
+///     filtro.AgregaFiltro(u"CIUDAD", TFieldType::ftString, Variant(u"Mérida"), ENUM_OPERADOR::IGUAL,
+///                         ENUM_CONECTOR::AND, ENUM_GRUPO::NADA, true);
+///     filtro.DameSentenciaSQL(true, 0);   // "SELECT  *  from CLIENTES  WHERE (CIUDAD=:var1) "
+///
+/// Without parameters values are written as literals, texts as they are: embedded quotes are not doubled, so
+/// a text that a user typed belongs in a statement with parameters. Table, columns, joins and raw SQL values
+/// are always written as they are.
+///
+/// Nothing is validated but what could not be written at all: a BETWEEN without two values or an IN without
+/// any raises EInvalidOperation; a value that does not convert to its field type raises the conversion error.
+/// Group marks open and close one parenthesis each. Null entries of the lists are skipped.
+///
+/// Published properties are public members of the same name; objects are used by one thread at a time.
+class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
+ public:
+  explicit TParametrosFiltro(std::u16string_view tabla);
+  TParametrosFiltro(const TParametrosFiltro&) = delete;
+  TParametrosFiltro& operator=(const TParametrosFiltro&) = delete;
+  ~TParametrosFiltro() override;
+
+  UnicodeString NombreTabla;
+  TParamSelectArray ParamSelect;
+  TParamWhereSimpleArray ParamWhere;
+  TParamWhereSimpleArray ParamHaving;
+  /// Personalised conditions, kept for the caller; FilterTextPers is their SQL.
+  TParamWhereSimpleArray ParamPers;
+  UnicodeString OrderBy;
+  UnicodeString GroupBy;
+  bool OrdDesc = false;
+  /// Second definition whose statement is appended with UNION; null for none.
+  std::unique_ptr<TParametrosFiltro> ParametrosUnion;
+  /// Whether the last statement was built with parameters.
+  bool ConParametros = false;
+  bool Distinct = false;
+  /// Source of WHERE: 0 the list, 1 FilterTextPers, any other both joined with AND.
+  std::int32_t FiltroPActivo = 0;
+  /// Values of the personalised text, for the caller.
+  Variant FilterParamsPers;
+  /// A ready SQL condition, without the word WHERE.
+  UnicodeString FilterTextPers;
+  /// The personalised conditions as users see them.
+  std::vector<UnicodeString> FilterPersItems;
+  /// Parameters of the caller's own, and their number.
+  Variant ParamsExternos;
+  std::int32_t ParamsExternosCount = 0;
+  /// Join clauses, each with one blank on either side.
+  std::vector<UnicodeString> Join;
+  TDateTime FechaTrabajo;
+
+  // --- Conditions. Each Agrega appends one.
+
+  /// Note the order: one value stands before the enumerations, several after them.
+  void AgregaFiltro(std::u16string_view campo, TFieldType tipo, const Variant& valor, ENUM_OPERADOR op,
+                    ENUM_CONECTOR con, ENUM_GRUPO grupo, bool sensitive);
+  /// Two to five values become an array; Sensitive is false.
+  void AgregaFiltro(std::u16string_view campo, TFieldType tipo, ENUM_OPERADOR op, ENUM_CONECTOR con,
+                    ENUM_GRUPO grupo, const Variant& v1, const Variant& v2);
+  void AgregaFiltro(std::u16string_view campo, TFieldType tipo, ENUM_OPERADOR op, ENUM_CONECTOR con,
+                    ENUM_GRUPO grupo, const Variant& v1, const Variant& v2, const Variant& v3);
+  void AgregaFiltro(std::u16string_view campo, TFieldType tipo, ENUM_OPERADOR op, ENUM_CONECTOR con,
+                    ENUM_GRUPO grupo, const Variant& v1, const Variant& v2, const Variant& v3,
+                    const Variant& v4);
+  void AgregaFiltro(std::u16string_view campo, TFieldType tipo, ENUM_OPERADOR op, ENUM_CONECTOR con,
+                    ENUM_GRUPO grupo, const Variant& v1, const Variant& v2, const Variant& v3,
+                    const Variant& v4, const Variant& v5);
+  /// From texts, as they are stored: `tipo` is the field type's ordinal (raises EConvertError when it is no
+  /// integer), `valor` goes through DameValorLstCampos, the others through the exact text converters below.
+  void AgregaFiltroStr(std::u16string_view campo, std::u16string_view tipo, std::u16string_view valor,
+                       std::u16string_view op, std::u16string_view con, std::u16string_view grupo,
+                       bool sensitive);
+  /// A LIKE condition on a text that a user typed: "/", "%", "_" and "[" in it stand for themselves (escaped
+  /// with "/"), and the wildcards that `donde` asks for are added.
+  void AgregaFiltroLIKE(std::u16string_view campo, std::u16string_view texto, ENUM_COINCIDENCIA donde,
+                        ENUM_CONECTOR con, ENUM_GRUPO grupo, bool sensitive);
+  /// A HAVING condition, shaped like AgregaFiltro; several values are given as an array (VarArrayOf).
+  void AgregaHaving(std::u16string_view campo, TFieldType tipo, const Variant& valor, ENUM_OPERADOR op,
+                    ENUM_CONECTOR con, ENUM_GRUPO grupo, bool sensitive);
+
+  void EliminaFiltros();
+  void EliminaHaving();
+  void EliminaParamPers();
+  /// Removes every condition on exactly this column. When there was one, Sensitive becomes false in all that
+  /// stay: callers rely on it.
+  void EliminaFiltro(std::u16string_view campo);
+  /// Replaces the conditions by copies of origin's from index `desde` on. `origen` may be this object's own
+  /// list. Null entries are not copied; a negative `desde` counts as 0.
+  void CopiaFiltros(const TParamWhereSimpleArray& origen, int desde);
+  /// Appends copies of origin's conditions, with Sensitive false.
+  void AgregaFiltros(const TParamWhereSimpleArray& origen);
+
+  // --- Translations. A value outside the members gives the empty text; texts compare exactly, blanks and
+  // case included, and one that is not listed gives DIFERENTE, OR or NADA.
+
+  static UnicodeString DameOperador(ENUM_OPERADOR op);
+  static ENUM_OPERADOR DameOperador(std::u16string_view texto);
+  static UnicodeString DameOperadorUnion(ENUM_CONECTOR con);
+  static ENUM_CONECTOR DameOperadorUnion(std::u16string_view texto);
+  static void DameCharGrupo(UnicodeString& abre, UnicodeString& cierra, ENUM_GRUPO grupo);
+  static ENUM_GRUPO DameCharGrupo(std::u16string_view texto);
+
+  // --- Select list.
+
+  void AgregaCampoSelect(std::u16string_view campo, std::u16string_view alias, bool visible);
+  void CopiaCamposSelect(const TParametrosFiltro* origen);
+  void EliminaCampoSelect();
+  /// The select list and " from ", the table and a blank; " * " for an empty list.
+  UnicodeString DameCamposSelect() const;
+  /// Names of the output columns, separated by ",".
+  UnicodeString CamposSelect() const;
+  /// Visible of the first field of that name (blanks trimmed); false when there is none.
+  bool CampoVisible(std::u16string_view campo) const;
+  /// Alias of the first field of that name (blanks trimmed), without surrounding double quotes; without an
+  /// alias what follows the first "." of `campo`, or all of it. Empty when there is no such field.
+  UnicodeString DameAliasCampo(std::u16string_view campo) const;
+
+  // --- Joins, union and order.
+
+  void AgregaJoin(std::u16string_view texto);
+  UnicodeString DameCadenaJoin() const;
+  void EliminaJoin();
+  /// Removes every join added with exactly this text.
+  void EliminaJoin(std::u16string_view texto);
+  /// Takes a copy of origin's joins; when origin has none the own ones stay.
+  void CopiaJoin(const TParametrosFiltro* origen);
+  /// Makes a new union partner on `tabla` and returns it, owned by this object. A partner that it replaces
+  /// stays valid, though out of the statement, until this object ends.
+  TParametrosFiltro* AgregaUnion(std::u16string_view tabla);
+  void QuitaUnion();
+  /// Orders by `campo`; a column that occurs in the present order, as part of a longer name too, toggles
+  /// OrdDesc, any other resets it.
+  void SetOrderBy(std::u16string_view campo);
+
+  // --- The statement. `num` and `numInicial`: the number after which parameters are counted.
+
+  UnicodeString DameSentenciaSQL(bool conParametros, int numInicial);
+  UnicodeString DameWhere(bool conParametros, int& num);
+  UnicodeString DameCondWhere(bool conParametros, int& num);
+  UnicodeString DameHaving(bool conParametros, int& num);
+  /// Fills the list with the parameters of the statement just built, which must have been built with the same
+  /// `numInicial`: names without the colon, in the order of the statement, typed by the conditions' field
+  /// types. Raw SQL, null tests, EXISTS and MACRO bind nothing; the value of a LIKE without regard to case is
+  /// in capitals. Empty when the statement was built with literals.
+  void AsignaParametros(TParams& parametros, int numInicial) const;
+
+  // --- Pieces of conditions. `indice` is the 0-based index in ParamWhere or ParamHaving (one out of range
+  // raises EInvalidOperation; a null entry gives the empty text), `abre` the text that opens its group,
+  // `conParametros` 0 for literals, `contador` the running parameter number.
+
+  UnicodeString DameWhereDefault(int indice, UnicodeString abre, int conParametros, int* contador) const;
+  UnicodeString DameWhereLIKE(int indice, UnicodeString abre, int conParametros, int* contador) const;
+  UnicodeString DameWhereINNOTIN(int indice, UnicodeString abre, int conParametros, int* contador) const;
+  UnicodeString DameWhereISNULLNOTNULL(int indice, UnicodeString abre, int conParametros,
+                                       int* contador) const;
+  UnicodeString DameWhereBETWEEN(int indice, UnicodeString abre, int conParametros, int* contador) const;
+  UnicodeString DameWhereExists(int indice, UnicodeString abre, int conParametros, int* contador) const;
+  UnicodeString DameHavingDefault(int indice, UnicodeString abre, int conParametros, int* contador) const;
+  UnicodeString DameHavingLIKE(int indice, UnicodeString abre, int conParametros, int* contador) const;
+  UnicodeString DameHavingINNOTIN(int indice, UnicodeString abre, int conParametros, int* contador) const;
+  UnicodeString DameHavingISNULLNOTNULL(int indice, UnicodeString abre, int conParametros,
+                                        int* contador) const;
+  UnicodeString DameHavingBETWEEN(int indice, UnicodeString abre, int conParametros, int* contador) const;
+  UnicodeString DameHavingExists(int indice, UnicodeString abre, int conParametros, int* contador) const;
+
+  // --- Values.
+
+  /// Literal of a value: ftInteger decimal text, ftFloat float text, ftString, ftDateTime and ftTimeStamp in
+  /// single quotes (a text that begins with "'" stays as it is); empty for any other type, and for texts and
+  /// dates when `conParametros`. An array gives its elements' literals joined by ", ".
+  static UnicodeString DameValorCampoStr(TFieldType tipo, const Variant& valor, bool conParametros);
+  /// The value that a stored text means, by type: a number, date or truth value where the type says so, else
+  /// text. Surrounding double quotes are dropped; then a list of elements in single quotes (a quote inside
+  /// stands twice) separated by "," gives an array, one such element a single value, and NULL without quotes
+  /// a null. Any other text is the value itself. Raw SQL only loses its own outer quotes. Raises
+  /// EConvertError when an element does not convert to its type.
+  static Variant DameValorLstCampos(TFieldType tipo, std::u16string_view texto);
+
+  void Propiedades(VisitantePropiedades& visitante) override;
+
+ private:
+  /// Partners that AgregaUnion replaced; callers may still hold them.
+  std::vector<std::unique_ptr<TParametrosFiltro>> retirados_;
+};
+
+/// A new definition on `tabla`; the caller owns it and frees it with delete.
+UTILVEL90_EXPORT TParametrosFiltro* CreaParametrosFiltro(std::u16string_view tabla);
+
+}  // namespace vel

@@ -1,0 +1,198 @@
+// Values: their literals, what stored texts mean, and what is bound.
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "Paramsql/Redactor.h"
+#include "Paramsql/TParametrosFiltro.h"
+#include "framework/Excepciones.h"
+#include "framework/Numeros.h"
+
+namespace vel {
+namespace {
+
+enum class Familia : std::uint8_t { Texto, Entero, Flotante, Booleano, Fecha, Otra };
+
+Familia FamiliaDe(TFieldType tipo) {
+  switch (tipo) {
+    case TFieldType::ftString:
+    case TFieldType::ftWideString:
+    case TFieldType::ftFixedChar:
+    case TFieldType::ftFixedWideChar:
+    case TFieldType::ftMemo:
+    case TFieldType::ftWideMemo:
+    case TFieldType::ftFmtMemo:
+    case TFieldType::ftGuid:
+      return Familia::Texto;
+    case TFieldType::ftSmallint:
+    case TFieldType::ftInteger:
+    case TFieldType::ftWord:
+    case TFieldType::ftAutoInc:
+    case TFieldType::ftLargeint:
+    case TFieldType::ftLongWord:
+    case TFieldType::ftShortint:
+    case TFieldType::ftByte:
+      return Familia::Entero;
+    case TFieldType::ftFloat:
+    case TFieldType::ftCurrency:
+    case TFieldType::ftBCD:
+    case TFieldType::ftFMTBcd:
+    case TFieldType::ftExtended:
+    case TFieldType::ftSingle:
+      return Familia::Flotante;
+    case TFieldType::ftBoolean:
+      return Familia::Booleano;
+    case TFieldType::ftDate:
+    case TFieldType::ftTime:
+    case TFieldType::ftDateTime:
+    case TFieldType::ftTimeStamp:
+      return Familia::Fecha;
+    default:
+      return Familia::Otra;
+  }
+}
+
+Variant Entero(std::int64_t valor) {
+  return std::in_range<std::int32_t>(valor) ? Variant(static_cast<std::int32_t>(valor)) : Variant(valor);
+}
+
+// What a text of the field type means.
+Variant DeTexto(TFieldType tipo, std::u16string_view texto) {
+  const Variant valor(texto);
+  switch (FamiliaDe(tipo)) {
+    case Familia::Entero:
+      return Entero(valor.AsInt64());
+    case Familia::Flotante:
+      return Variant(valor.AsDouble());
+    case Familia::Booleano:
+      return Variant(valor.AsBoolean());
+    case Familia::Fecha: {
+      // A date that a user wrote in the database's own notation stays text.
+      TDateTime momento;
+      return TryStrToDateTime(texto, momento) ? Variant(momento) : valor;
+    }
+    case Familia::Texto:
+    case Familia::Otra:
+      break;
+  }
+  return valor;
+}
+
+bool EntreComillas(std::u16string_view texto, char16_t comilla) {
+  return texto.size() > 1 && texto.front() == comilla && texto.back() == comilla;
+}
+
+// Reads one element of a list: in single quotes, where a quote stands twice, or the word NULL.
+bool LeeElemento(std::u16string_view& resto, TFieldType tipo, std::vector<Variant>& elementos) {
+  constexpr std::u16string_view kNulo = u"NULL";
+  if (resto.substr(0, kNulo.size()) == kNulo) {
+    resto.remove_prefix(kNulo.size());
+    elementos.push_back(Variant::Null());
+    return true;
+  }
+  if (resto.empty() || resto.front() != u'\'') return false;
+  UnicodeString texto;
+  for (std::size_t i = 1; i < resto.size(); ++i) {
+    if (resto[i] != u'\'') {
+      texto.push_back(resto[i]);
+    } else if (i + 1 < resto.size() && resto[i + 1] == u'\'') {
+      texto.push_back(resto[i++]);
+    } else {
+      resto.remove_prefix(i + 1);
+      elementos.push_back(DeTexto(tipo, texto));
+      return true;
+    }
+  }
+  return false;
+}
+
+// A list of elements separated by "," with blanks around them; false when the text is no such list.
+bool LeeLista(std::u16string_view resto, TFieldType tipo, std::vector<Variant>& elementos) {
+  for (;;) {
+    resto = TrimLeftView(resto);
+    if (!LeeElemento(resto, tipo, elementos)) return false;
+    resto = TrimLeftView(resto);
+    if (resto.empty()) return true;
+    if (resto.front() != u',') return false;
+    resto.remove_prefix(1);
+  }
+}
+
+UnicodeString EntreApostrofos(const UnicodeString& texto) {
+  return !texto.empty() && texto.front() == u'\'' ? texto : u"'" + texto + u"'";
+}
+
+template <typename Texto>
+UnicodeString Une(const std::vector<Variant>& elementos, Texto texto) {
+  UnicodeString unidos;
+  for (const Variant& elemento : elementos) {
+    if (&elemento != &elementos.front()) unidos += u", ";
+    unidos += texto(elemento);
+  }
+  return unidos;
+}
+
+}  // namespace
+
+UnicodeString TParametrosFiltro::DameValorCampoStr(TFieldType tipo, const Variant& valor,
+                                                   bool conParametros) {
+  if (valor.IsArray()) {
+    return Une(valor.AsArray().items,
+               [&](const Variant& v) { return DameValorCampoStr(tipo, v, conParametros); });
+  }
+  switch (tipo) {
+    case TFieldType::ftInteger:
+      return IntToStr(valor.AsInt64());
+    case TFieldType::ftFloat:
+      return FloatToStr(valor.AsDouble());
+    case TFieldType::ftString:
+      return conParametros ? UnicodeString() : EntreApostrofos(valor.AsString());
+    case TFieldType::ftDateTime:
+    case TFieldType::ftTimeStamp:
+      if (conParametros) return {};
+      return EntreApostrofos(valor.TextPtr() != nullptr ? *valor.TextPtr()
+                                                        : DateTimeToStr(valor.AsDateTime()));
+    default:
+      return {};
+  }
+}
+
+Variant TParametrosFiltro::DameValorLstCampos(TFieldType tipo, std::u16string_view texto) {
+  if (EntreComillas(texto, u'"')) texto = texto.substr(1, texto.size() - 2);
+  if (tipo == TFieldType::ftDataSet) {
+    if (EntreComillas(texto, u'\'')) texto = texto.substr(1, texto.size() - 2);
+    return Variant(texto);
+  }
+  std::vector<Variant> elementos;
+  if (LeeLista(texto, tipo, elementos)) {
+    return elementos.size() == 1 ? std::move(elementos.front()) : VarArrayOf(std::move(elementos));
+  }
+  return texto.empty() ? Variant() : DeTexto(tipo, texto);
+}
+
+UnicodeString TextoCrudo(const Variant& valor) {
+  if (!valor.IsArray()) return valor.AsString();
+  return Une(valor.AsArray().items, [](const Variant& v) { return v.AsString(); });
+}
+
+Variant ConvierteATipo(TFieldType tipo, const Variant& valor) {
+  if (valor.IsEmpty() || valor.IsNull()) return Variant::Null();
+  switch (FamiliaDe(tipo)) {
+    case Familia::Texto:
+      return Variant(valor.AsString());
+    case Familia::Entero:
+      return Entero(valor.AsInt64());
+    case Familia::Flotante:
+      return Variant(valor.AsDouble());
+    case Familia::Booleano:
+      return Variant(valor.AsBoolean());
+    case Familia::Fecha:
+      return valor.TextPtr() != nullptr ? DeTexto(tipo, *valor.TextPtr()) : Variant(valor.AsDateTime());
+    case Familia::Otra:
+      break;
+  }
+  return valor;
+}
+
+}  // namespace vel

@@ -1,0 +1,146 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "framework/TDateTime.h"
+#include "framework/TObject.h"
+#include "framework/Texto.h"
+#include "framework/Variant.h"
+#include "utilvel90_export.h"
+
+namespace vel {
+
+class TRemotable;
+
+/// A place that owns a remotable object or nothing.
+class UTILVEL90_EXPORT HuecoRemotable {
+ public:
+  HuecoRemotable() = default;
+  HuecoRemotable(const HuecoRemotable&) = delete;
+  HuecoRemotable& operator=(const HuecoRemotable&) = delete;
+  virtual ~HuecoRemotable() = default;
+  virtual TRemotable* Objeto() const noexcept = 0;
+  /// Fills the place with a new object and returns it.
+  virtual TRemotable& Crea() = 0;
+  virtual void Vacia() noexcept = 0;
+};
+
+/// A dynamic array of such places.
+class UTILVEL90_EXPORT ArregloRemotable {
+ public:
+  ArregloRemotable() = default;
+  ArregloRemotable(const ArregloRemotable&) = delete;
+  ArregloRemotable& operator=(const ArregloRemotable&) = delete;
+  virtual ~ArregloRemotable() = default;
+  virtual std::size_t Cuenta() const noexcept = 0;
+  /// Makes the array this long, every place empty.
+  virtual void Dimensiona(std::size_t cuenta) = 0;
+  virtual void En(std::size_t indice, const std::function<void(HuecoRemotable&)>& uso) = 0;
+};
+
+/// Goes through the published properties of an object, in their order: the generic writer and reader, and
+/// whatever else wants to know them.
+class UTILVEL90_EXPORT VisitantePropiedades {
+ public:
+  VisitantePropiedades() = default;
+  VisitantePropiedades(const VisitantePropiedades&) = delete;
+  VisitantePropiedades& operator=(const VisitantePropiedades&) = delete;
+  virtual ~VisitantePropiedades() = default;
+  virtual void Texto(std::u16string_view nombre, UnicodeString& valor) = 0;
+  virtual void Booleano(std::u16string_view nombre, bool& valor) = 0;
+  virtual void Entero(std::u16string_view nombre, std::int32_t& valor) = 0;
+  virtual void FechaHora(std::u16string_view nombre, TDateTime& valor) = 0;
+  virtual void Valor(std::u16string_view nombre, Variant& valor) = 0;
+  virtual void Textos(std::u16string_view nombre, std::vector<UnicodeString>& valores) = 0;
+  virtual void Objeto(std::u16string_view nombre, HuecoRemotable& hueco) = 0;
+  virtual void Objetos(std::u16string_view nombre, ArregloRemotable& arreglo) = 0;
+
+  /// An enumeration goes by its ordinal, which need not be one of its members.
+  template <typename E>
+  requires std::is_enum_v<E>
+  void Enumeracion(std::u16string_view nombre, E& valor) {
+    auto ordinal = static_cast<std::int32_t>(valor);
+    Entero(nombre, ordinal);
+    if (!std::in_range<std::underlying_type_t<E>>(ordinal)) RechazaOrdinal(nombre);
+    valor = static_cast<E>(ordinal);
+  }
+
+  /// An owned object; `crea` makes a new one.
+  template <typename T, typename Crea>
+  void Propio(std::u16string_view nombre, std::unique_ptr<T>& objeto, Crea crea) {
+    HuecoDe<T, Crea> hueco(objeto, crea);
+    Objeto(nombre, hueco);
+  }
+
+  /// A dynamic array of owned objects, some of which may be null.
+  template <typename T>
+  void Propios(std::u16string_view nombre, std::vector<std::unique_ptr<T>>& objetos) {
+    ArregloDe<T> arreglo(objetos);
+    Objetos(nombre, arreglo);
+  }
+
+ private:
+  [[noreturn]] static void RechazaOrdinal(std::u16string_view nombre);
+
+  template <typename T, typename Crea_>
+  class HuecoDe final : public HuecoRemotable {
+   public:
+    HuecoDe(std::unique_ptr<T>& objeto, Crea_ crea) : objeto_(objeto), crea_(std::move(crea)) {}
+    TRemotable* Objeto() const noexcept override { return objeto_.get(); }
+    TRemotable& Crea() override {
+      objeto_ = crea_();
+      return *objeto_;
+    }
+    void Vacia() noexcept override { objeto_.reset(); }
+
+   private:
+    std::unique_ptr<T>& objeto_;
+    Crea_ crea_;
+  };
+
+  template <typename T>
+  class ArregloDe final : public ArregloRemotable {
+   public:
+    explicit ArregloDe(std::vector<std::unique_ptr<T>>& objetos) : objetos_(objetos) {}
+    std::size_t Cuenta() const noexcept override { return objetos_.size(); }
+    void Dimensiona(std::size_t cuenta) override {
+      objetos_.clear();
+      objetos_.resize(cuenta);
+    }
+    void En(std::size_t indice, const std::function<void(HuecoRemotable&)>& uso) override {
+      const auto crea = [] { return std::make_unique<T>(); };
+      HuecoDe<T, decltype(crea)> hueco(objetos_[indice], crea);
+      uso(hueco);
+    }
+
+   private:
+    std::vector<std::unique_ptr<T>>& objetos_;
+  };
+};
+
+/// Base of the classes whose published properties travel as XML. A class lists its properties once, in
+/// order; the names are part of its contract.
+class UTILVEL90_EXPORT TRemotable : public TObject {
+ public:
+  virtual void Propiedades(VisitantePropiedades& visitante) = 0;
+};
+
+/// The object as XML in UTF-8: an element `nombre` with one child a property, in order. Every value survives
+/// the way back, nulls, arrays and texts of any content included. Objects nested more than 64 deep raise
+/// EInvalidOperation.
+UTILVEL90_EXPORT std::string EscribeRemotableXML(const TRemotable& objeto, std::u16string_view nombre);
+
+/// Sets the object's properties from what EscribeRemotableXML wrote. XML that is broken, lacks a property or
+/// holds a value that does not fit raises EInvalidOperation naming the property; the object may then be
+/// partly read.
+UTILVEL90_EXPORT void LeeRemotableXML(TRemotable& objeto, std::string_view xml);
+
+}  // namespace vel

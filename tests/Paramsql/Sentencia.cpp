@@ -1,0 +1,192 @@
+#include <gtest/gtest.h>
+
+#include "Paramsql/Paramsql.h"
+#include "framework/Excepciones.h"
+
+namespace vel {
+namespace {
+
+constexpr auto kTexto = TFieldType::ftString;
+constexpr auto kEntero = TFieldType::ftInteger;
+constexpr auto kCrudo = TFieldType::ftDataSet;
+constexpr auto Y = ENUM_CONECTOR::AND;
+constexpr auto O = ENUM_CONECTOR::OR;
+constexpr auto SIN = ENUM_GRUPO::NADA;
+using Op = ENUM_OPERADOR;
+
+TEST(Clausulas, ReadAsStatedInWhereAndHaving) {
+  const Variant tres = VarArrayOf({Variant(1), Variant(2), Variant(3)});
+  const Variant dos = VarArrayOf({Variant(10), Variant(20)});
+  const struct {
+    Op op;
+    TFieldType tipo;
+    Variant valor;
+    bool sensitive;
+    const char16_t* literal;
+    const char16_t* where;
+    const char16_t* having;
+  } casos[] = {
+      {Op::IGUAL, kTexto, Variant(u"O'Brien"), true, u"C='O'Brien'", u"C=:var1", u"C=:hav1"},
+      {Op::DIFERENTE, kTexto, Variant(u"'x'"), true, u"C <> 'x'", u"C <> :var1", u"C <> :hav1"},
+      {Op::MENOR_IGUAL, TFieldType::ftFloat, Variant(0.1 + 0.2), true, u"C<=0.3", u"C<=:var1", u"C<=:hav1"},
+      {Op::MAYOR, TFieldType::ftDateTime, Variant(TDateTime(45427.25)), true, u"C>'15/05/2024 06:00:00'",
+       u"C>:var1", u"C>:hav1"},
+      {Op::MAYOR, TFieldType::ftWideString, Variant(u"x"), true, u"C>", u"C>:var1", u"C>:hav1"},
+      {Op::IGUAL, kCrudo, Variant(u"D.C"), true, u"C=D.C", u"C=D.C", u"C=D.C"},
+      {Op::ISNULL, kTexto, Variant(), true, u"C IS NULL ", u"C IS NULL ", u"C IS NULL "},
+      {Op::NOTNULL, kTexto, Variant(), true, u"C IS NOT NULL ", u"C IS NOT NULL ", u"C IS NOT NULL "},
+      {Op::EXISTS, kTexto, Variant(u"SELECT 1"), true, u"EXISTS  ( SELECT 1  ) ", u"EXISTS  ( SELECT 1  ) ",
+       u"EXISTS  ( SELECT 1  ) "},
+      {Op::INN, kEntero, tres, true, u"C IN  ( 1, 2, 3) ", u"C IN  ( :var1, :var2, :var3) ",
+       u"C IN  ( :hav1, :hav2, :hav3) "},
+      {Op::NOTIN, kEntero, Variant(7), true, u"C NOT IN  ( 7) ", u"C NOT IN  ( :var1) ",
+       u"C NOT IN  ( :hav1) "},
+      {Op::INN, kCrudo, Variant(u"SELECT 1"), true, u"C IN  ( SELECT 1) ", u"C IN  ( SELECT 1) ",
+       u"C IN  ( SELECT 1) "},
+      {Op::INN, kCrudo, VarArrayOf({Variant(u"A"), Variant(u"B")}), true, u"C IN  ( A, B  ) ",
+       u"C IN  ( A, B  ) ", u"C IN  ( A, B  ) "},
+      {Op::BETWEEN, kEntero, dos, true, u" ( C BETWEEN 10 AND 20 ) ", u" ( C BETWEEN  :var1 AND  :var2 ) ",
+       u" ( C BETWEEN  :hav1 AND  :hav2 ) "},
+      {Op::BETWEEN, kCrudo, dos, true, u" ( C BETWEEN 10 AND 20) ", u" ( C BETWEEN 10 AND 20) ",
+       u" ( C BETWEEN 10 AND 20) "},
+      {Op::LIKE, kTexto, Variant(u"O'Br\"ieñ%"), false, u"UPPER( C)  LIKE 'O''BRIEÑ%'",
+       u"UPPER( C)  LIKE  :var1", u" UPPER( C)  LIKE  UPPER( :hav1) "},
+      {Op::LIKE, kTexto, Variant(u"AB%"), true, u"C LIKE 'AB%'", u"C LIKE  :var1", u"C LIKE  :hav1"},
+      {Op::LIKE, kTexto, Variant(u"A_B%"), true, u"C LIKE 'A_B%'", u"C LIKE  :var1 ESCAPE '/' ",
+       u"C LIKE  :hav1 ESCAPE '/' "},
+      {Op::LIKE, kTexto, Variant(u"%A%B%"), true, u"C LIKE '%A%B%'", u"C LIKE  :var1 ESCAPE '/' ",
+       u"C LIKE  :hav1 ESCAPE '/' "},
+      {Op::LIKE, kTexto, Variant(u"a/[b"), true, u"C LIKE 'a/[b'", u"C LIKE  :var1 ESCAPE '/' ",
+       u"C LIKE  :hav1 ESCAPE '/' "},
+      {Op::LIKE, kCrudo, Variant(u"ab%"), true, u"C LIKE 'AB%'", u"C LIKE 'AB%'", u"C LIKE 'AB%'"},
+  };
+  for (const auto& c : casos) {
+    TParametrosFiltro f(u"T");
+    f.AgregaFiltro(u"C", c.tipo, c.valor, c.op, Y, SIN, c.sensitive);
+    f.AgregaHaving(u"C", c.tipo, c.valor, c.op, Y, SIN, c.sensitive);
+    int n = 0;
+    EXPECT_EQ(UTF8Encode(f.DameCondWhere(false, n)), UTF8Encode(c.literal));
+    EXPECT_EQ(UTF8Encode(f.DameCondWhere(true, n)), UTF8Encode(c.where));
+    n = 0;
+    EXPECT_EQ(UTF8Encode(f.DameHaving(true, n)), " HAVING " + UTF8Encode(c.having));
+  }
+}
+
+TEST(Clausulas, AreCallableOneByOne) {
+  TParametrosFiltro f(u"T");
+  f.AgregaFiltro(u"A", kEntero, Op::BETWEEN, Y, ENUM_GRUPO::INICIA, Variant(1), Variant(2));
+  f.ParamWhere.push_back(nullptr);
+  int n = 4;
+  EXPECT_EQ(f.DameWhereBETWEEN(0, u"(", 1, &n), u" ( (A BETWEEN  :var5 AND  :var6 ) ");
+  EXPECT_EQ(n, 6);
+  EXPECT_EQ(f.DameWhereDefault(1, u"(", 1, &n), u"");
+  EXPECT_THROW(f.DameWhereLIKE(2, u"", 0, &n), EInvalidOperation);
+  EXPECT_THROW(f.DameHavingDefault(-1, u"", 0, &n), EInvalidOperation);
+}
+
+TEST(Sentencia, JoinsItsPartsBlankByBlank) {
+  TParametrosFiltro f(u"T");
+  EXPECT_EQ(f.DameSentenciaSQL(true, 0), u"SELECT  *  from T ");
+  f.Distinct = true;
+  f.AgregaCampoSelect(u"A", u"X", true);
+  f.AgregaCampoSelect(u"B", u"", false);
+  f.AgregaJoin(u"JOIN D ON D.I=T.I");
+  f.AgregaFiltro(u"A", kEntero, Variant(1), Op::IGUAL, O, ENUM_GRUPO::INICIA, true);
+  f.AgregaFiltro(u"B", kEntero, Variant(2), Op::MENOR, Y, ENUM_GRUPO::TERMINA, true);
+  f.AgregaFiltro(u"C", kTexto, Variant(), Op::ISNULL, Y, SIN, true);
+  f.GroupBy = u"A,B";
+  f.AgregaHaving(u"SUM(S)", TFieldType::ftFloat, Variant(0.5), Op::MAYOR, Y, SIN, true);
+  f.AgregaUnion(u"U")->AgregaFiltro(u"D", kEntero, Variant(3), Op::IGUAL, Y, SIN, true);
+  f.SetOrderBy(u"A");
+  f.SetOrderBy(u"A");
+  EXPECT_EQ(f.DameSentenciaSQL(true, 5),
+            u"SELECT DISTINCT A AS X,B from T   JOIN D ON D.I=T.I  WHERE ((A=:var6 OR B<:var7) AND C IS NULL "
+            u")  GROUP BY A,B "
+            u"HAVING SUM(S)>:hav8 UNION SELECT  *  from U  WHERE (D=:var9)  ORDER BY A DESC");
+  EXPECT_TRUE(f.ConParametros && f.ParametrosUnion->ConParametros);
+  TParams p;
+  f.AsignaParametros(p, 5);
+  ASSERT_EQ(p.Count(), 4U);
+  EXPECT_EQ(p[0].Name, u"var6");
+  EXPECT_EQ(p[2], (TParam{u"hav8", TFieldType::ftFloat, Variant(0.5)}));
+  EXPECT_EQ(p[3], (TParam{u"var9", kEntero, Variant(3)}));
+  EXPECT_EQ(f.DameSentenciaSQL(false, 0),
+            u"SELECT DISTINCT A AS X,B from T   JOIN D ON D.I=T.I  WHERE ((A=1 OR B<2) AND C IS NULL )  "
+            u"GROUP BY A,B HAVING "
+            u"SUM(S)>0.5 UNION SELECT  *  from U  WHERE (D=3)  ORDER BY A DESC");
+  f.AsignaParametros(p, 0);
+  EXPECT_EQ(p.Count(), 0U) << "built with literals";
+}
+
+TEST(Sentencia, TakesWhereFromItsSource) {
+  const struct {
+    std::int32_t modo;
+    bool conLista;
+    const char16_t* texto;
+    const char16_t* where;
+  } casos[] = {{0, true, u"P=1", u" WHERE (A=1) "},
+               {0, false, u"P=1", u""},
+               {1, true, u"P=1", u" WHERE P=1"},
+               {1, true, u"", u""},
+               {2, true, u"P=1", u" WHERE (A=1) AND (P=1)"},
+               {2, false, u"P=1", u" WHERE (P=1)"},
+               {-1, true, u"", u" WHERE (A=1)"},
+               {2, false, u"", u""}};
+  for (const auto& c : casos) {
+    TParametrosFiltro f(u"T");
+    f.FiltroPActivo = c.modo;
+    f.FilterTextPers = c.texto;
+    if (c.conLista) f.AgregaFiltro(u"A", kEntero, Variant(1), Op::IGUAL, Y, SIN, true);
+    EXPECT_EQ(UTF8Encode(f.DameSentenciaSQL(false, 0)), "SELECT  *  from T " + UTF8Encode(c.where));
+  }
+}
+
+TEST(Grupos, BalanceInWhereAndStayInHaving) {
+  const auto arma = [](std::u16string_view marcas) {
+    auto f = std::make_unique<TParametrosFiltro>(u"T");
+    for (const char16_t m : marcas) {
+      const auto grupo = m == u'(' ? ENUM_GRUPO::INICIA : m == u')' ? ENUM_GRUPO::TERMINA : ENUM_GRUPO::NADA;
+      f->AgregaFiltro(u"A", kEntero, Variant(1), m == u'm' ? Op::MACRO : Op::IGUAL, Y, grupo, true);
+      f->AgregaHaving(u"A", kEntero, Variant(1), m == u'm' ? Op::MACRO : Op::IGUAL, Y, grupo, true);
+    }
+    return f;
+  };
+  int n = 0;
+  EXPECT_EQ(arma(u"(()")->DameCondWhere(false, n), u"(A=1 AND (A=1 AND A=1))");
+  EXPECT_EQ(arma(u"))")->DameCondWhere(false, n), u"((A=1) AND A=1)");
+  EXPECT_EQ(arma(u")")->DameHaving(false, n), u" HAVING A=1)");
+  EXPECT_EQ(arma(u"mm")->DameWhere(false, n), u" WHERE ");
+  EXPECT_EQ(arma(u"m.")->DameWhere(false, n), u" WHERE (A=1) ");
+  EXPECT_EQ(arma(u".m")->DameWhere(false, n), u" WHERE (A=1 AND ) ") << "a last MACRO leaves the connector";
+  EXPECT_EQ(arma(u".m")->DameHaving(false, n), u" HAVING A=1 AND A NINGUNO 1");
+}
+
+TEST(Sentencia, SaysWhatItCannotWrite) {
+  const struct {
+    Op op;
+    TFieldType tipo;
+    Variant valor;
+  } malos[] = {{Op::BETWEEN, kEntero, Variant(1)},
+               {Op::BETWEEN, kEntero, VarArrayOf({Variant(1)})},
+               {Op::INN, kEntero, VarArrayOf({})}};
+  for (const auto& m : malos) {
+    TParametrosFiltro f(u"T");
+    f.AgregaFiltro(u"C", m.tipo, m.valor, m.op, Y, SIN, true);
+    EXPECT_THROW(f.DameSentenciaSQL(true, 0), EInvalidOperation);
+  }
+  TParametrosFiltro f(u"T");
+  f.AgregaFiltro(u"C", kEntero, Variant(u"doce"), Op::IGUAL, Y, SIN, true);
+  EXPECT_THROW(f.DameSentenciaSQL(false, 0), EConvertError);
+  f.DameSentenciaSQL(true, 0);
+  TParams p;
+  EXPECT_THROW(f.AsignaParametros(p, 0), EConvertError);
+  f.ParamWhere[0] = nullptr;
+  f.ParamSelect.push_back(nullptr);
+  EXPECT_EQ(f.DameSentenciaSQL(true, 0), u"SELECT  from T  WHERE ");
+  f.AgregaFiltro(u"C", static_cast<TFieldType>(200), Variant(1), static_cast<Op>(99),
+                 static_cast<ENUM_CONECTOR>(9), static_cast<ENUM_GRUPO>(9), true);
+  EXPECT_EQ(f.DameSentenciaSQL(true, 0), u"SELECT  from T  WHERE (C:var1) ");
+}
+
+}  // namespace
+}  // namespace vel
