@@ -3,3 +3,10 @@
 set -euo pipefail
 programs=$1
 data=$2
+
+title() { printf '\n=== %s ===\n\n' "$1"; }
+
+title 'Documento: descuentos, impuestos y totales'
+"$programs/documento" "$data"
+title 'Consulta: sentencia, parámetros y renglones'
+"$programs/consulta" "$data"

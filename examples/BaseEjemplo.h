@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstdio>
+#include <memory>
+#include <sqlite3.h>
+#include <stdexcept>
+#include <string>
+
+#include "Paramsql/Paramsql.h"
+#include "examples/Salida.h"
+#include "framework/TParams.h"
+#include "platform/Caracteres.h"
+
+// A database in memory made from a script, and the running of a definition on it.
+namespace ejemplo {
+
+class Base {
+ public:
+  explicit Base(const std::string& script) {
+    sqlite3* base = nullptr;
+    if (sqlite3_open(":memory:", &base) != SQLITE_OK) throw std::runtime_error("No se puede abrir la base");
+    base_.reset(base);
+    // SQLite's own UPPER knows ASCII only.
+    sqlite3_create_function(base, "UPPER", 1, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, Mayusculas,
+                            nullptr, nullptr);
+    if (sqlite3_exec(base, script.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) Falla();
+  }
+
+  /// Runs the definition with its parameters bound, and prints its rows.
+  void Imprime(vel::TParametrosFiltro& filtro) {
+    const std::string sql = vel::UTF8Encode(filtro.DameSentenciaSQL(true, 0));
+    vel::TParams parametros;
+    filtro.AsignaParametros(parametros, 0);
+    sqlite3_stmt* cruda = nullptr;
+    if (sqlite3_prepare_v2(base_.get(), sql.c_str(), -1, &cruda, nullptr) != SQLITE_OK) Falla();
+    const std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)> sentencia(cruda, sqlite3_finalize);
+    for (const vel::TParam& p : parametros) Enlaza(cruda, p);
+    while (sqlite3_step(cruda) == SQLITE_ROW) {
+      for (int i = 0; i < sqlite3_column_count(cruda); ++i) {
+        const auto* texto = reinterpret_cast<const char*>(sqlite3_column_text(cruda, i));
+        std::printf("  %s",
+                    Columna(vel::UTF8ToString(texto == nullptr ? "" : texto), i == 0 ? 40 : -14).c_str());
+      }
+      std::printf("\n");
+    }
+  }
+
+ private:
+  [[noreturn]] void Falla() const { throw std::runtime_error(sqlite3_errmsg(base_.get())); }
+
+  static void Enlaza(sqlite3_stmt* sentencia, const vel::TParam& p) {
+    const int lugar = sqlite3_bind_parameter_index(sentencia, (":" + vel::UTF8Encode(p.Name)).c_str());
+    if (p.Value.TextPtr() != nullptr) {
+      const std::string texto = vel::UTF8Encode(*p.Value.TextPtr());
+      sqlite3_bind_text(sentencia, lugar, texto.c_str(), -1, SQLITE_TRANSIENT);
+    } else if (p.Value.IsNull()) {
+      sqlite3_bind_null(sentencia, lugar);
+    } else {
+      sqlite3_bind_double(sentencia, lugar, p.Value.AsDouble());
+    }
+  }
+
+  static void Mayusculas(sqlite3_context* contexto, int /*cuenta*/, sqlite3_value** valores) {
+    const auto* texto = reinterpret_cast<const char*>(sqlite3_value_text(valores[0]));
+    if (texto == nullptr) return sqlite3_result_null(contexto);
+    const std::string mayusculas = vel::UTF8Encode(vel::Mayusculas(vel::UTF8ToString(texto)));
+    sqlite3_result_text(contexto, mayusculas.c_str(), -1, SQLITE_TRANSIENT);
+  }
+
+  std::unique_ptr<sqlite3, int (*)(sqlite3*)> base_{nullptr, sqlite3_close};
+};
+
+}  // namespace ejemplo

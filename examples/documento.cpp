@@ -1,0 +1,92 @@
+// Loads an invoice from its data packets, computes it and prints it: every figure comes from the library.
+
+#include <cstdio>
+#include <string>
+
+#include "Ucalculocfdi/Ucalculocfdi.h"
+#include "examples/Salida.h"
+#include "framework/Numeros.h"
+
+namespace {
+
+using ejemplo::Columna;
+using ejemplo::Monto;
+
+vel::TClientDataSet Carga(const std::string& carpeta, const std::string& nombre) {
+  vel::TClientDataSet datos;
+  datos.LoadFromXML(ejemplo::LeeArchivo(carpeta + "/" + nombre), vel::UTF8ToString(nombre));
+  return datos;
+}
+
+// The lines one by one, each computed alone.
+void ImprimePartidas(const vel::TClientDataSet& cabecera, const vel::TClientDataSet& partidas) {
+  vel::TCalculoCFDI calculo(vel::ENUM_MODULO::MODULO_VENTAS, vel::ENUM_PROC_FACTCOMP::PROC_NORMAL,
+                            vel::TIPO_DOCTO::TD_FACTURA);
+  calculo.SetCabecera(cabecera);
+  calculo.SetPartidas(partidas);
+  vel::TClientDataSet& p = calculo.Partidas;
+  std::printf("%s%s%s%s%s%s\n", Columna(u"Partida", 34).c_str(), Columna(u"Cantidad", -9).c_str(),
+              Columna(u"Precio", -12).c_str(), Columna(u"Descuentos", -12).c_str(),
+              Columna(u"IEPS", -12).c_str(), Columna(u"IVA", -12).c_str());
+  for (p.First(); !p.Eof(); p.Next()) {
+    for (std::size_t i = 0; i < 3; ++i) {
+      calculo.PorcDescuento[i] = p.FieldByName(u"DESC" + vel::IntToStr(static_cast<int>(i) + 1)).AsFloat();
+    }
+    calculo.DescuentoPartida.fill(0);
+    calculo.CalculaImpDescPar();
+    double descuentos = 0;
+    for (const double d : calculo.DescuentoPartida) descuentos += d;
+    std::printf("%s%s%s%s%s%s%s\n", Columna(p.FieldByName(u"DESCR").AsString(), 34).c_str(),
+                Monto(p.FieldByName(u"CANT").AsFloat(), 9).c_str(),
+                Monto(p.FieldByName(u"PREC").AsFloat()).c_str(), Monto(descuentos).c_str(),
+                Monto(calculo.ImpuestoPartida[0]).c_str(), Monto(calculo.ImpuestoPartida[3]).c_str(),
+                p.FieldByName(u"TIPO_ELEM").AsString() == u"K" ? "  (componente de kit: no cuenta)" : "");
+  }
+}
+
+void ImprimeTotales(vel::TCalculoCFDI& calculo) {
+  const char* const nombres[] = {"IEPS", "ISR retenido", "IVA retenido", "IVA"};
+  for (int n = 1; n <= 4; ++n) {
+    vel::TStringList* lista = nullptr;
+    calculo.DameListImpuestos(lista, n);
+    for (std::size_t i = 0; i < lista->Count(); ++i) {
+      const auto& montos = dynamic_cast<const vel::TStringList&>(*lista->Objects(i));
+      std::printf("  %-14s %s %%   base %s   impuesto %s\n", nombres[n - 1],
+                  Columna(lista->Strings(i), -6).c_str(), Columna(montos[0], -14).c_str(),
+                  Columna(montos[1], -14).c_str());
+    }
+  }
+  std::printf("\n");
+  const struct {
+    const char* nombre;
+    double valor;
+  } totales[] = {{"Subtotal", calculo.Subtotal},
+                 {"Descuento 1", calculo.GetTotalDescuento(0)},
+                 {"Descuento 2", calculo.GetTotalDescuento(1)},
+                 {"Descuento 3", calculo.GetTotalDescuento(2)},
+                 {"Impuestos", calculo.TotalImpuestosRedondeado},
+                 {"Total", calculo.TotalImpuestos}};
+  for (const auto& t : totales) std::printf("  %-14s %s\n", t.nombre, Monto(t.valor, 14).c_str());
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  return ejemplo::Principal(argc, argv, [](const std::string& carpeta) {
+    const vel::TClientDataSet cabecera = Carga(carpeta, "documento_cabecera.xml");
+    const vel::TClientDataSet partidas = Carga(carpeta, "documento_partidas.xml");
+    std::printf("%s %s   %s   %s\n\n",
+                vel::UTF8Encode(vel::DameTipoDoctoStr(vel::TIPO_DOCTO::TD_FACTURA, 1)).c_str(),
+                vel::UTF8Encode(cabecera.FieldByName(u"CVE_DOC").AsString()).c_str(),
+                vel::UTF8Encode(cabecera.FieldByName(u"FECHA").AsString()).c_str(),
+                vel::UTF8Encode(cabecera.FieldByName(u"CLIENTE").AsString()).c_str());
+    ImprimePartidas(cabecera, partidas);
+    vel::TCalculoCFDI calculo(vel::ENUM_MODULO::MODULO_VENTAS, vel::ENUM_PROC_FACTCOMP::PROC_NORMAL,
+                              vel::TIPO_DOCTO::TD_FACTURA);
+    calculo.SetCabecera(cabecera);
+    calculo.SetPartidas(partidas);
+    calculo.CalculaTotales();
+    std::printf("\nImpuestos por tasa\n");
+    ImprimeTotales(calculo);
+  });
+}
