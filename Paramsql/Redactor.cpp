@@ -7,6 +7,9 @@
 namespace vel {
 namespace {
 
+// Characters of a common condition: room for a long list is made once.
+constexpr std::size_t kLargoComun = 32;
+
 constexpr TFieldType kSqlCrudo = TFieldType::ftDataSet;
 
 // Whether a pattern needs to say that "/" escapes.
@@ -141,6 +144,7 @@ void Redactor::CondicionesWhere(const TParamWhereSimpleArray& condiciones) {
     if (c->CharGrupo == ENUM_GRUPO::INICIA) ++balance;
     if (c->CharGrupo == ENUM_GRUPO::TERMINA) --balance;
   }
+  salida_.reserve(salida_.size() + condiciones.size() * kLargoComun);
   if (balance < 0) salida_.append(static_cast<std::size_t>(-balance), u'(');
   for (const auto& c : condiciones) {
     if (c == nullptr) continue;

@@ -156,7 +156,8 @@ bool PonAtributo(Columna& columna, std::size_t registro, std::string_view texto)
 /// The document while it is read; knows how to say where something is wrong.
 class Lector {
  public:
-  Lector(std::string_view bytes, std::u16string_view nombre) : nombre_(nombre), texto_(AUtf8(bytes)) {
+  Lector(std::string_view bytes, std::u16string_view nombre)
+      : nombre_(nombre), convertido_(Convierte(bytes)), texto_(convertido_.empty() ? bytes : convertido_) {
     if (!IsUTF8(texto_)) Falla(u"el texto no es UTF-8 válido", LugarDeByteMalo());
     const pugi::xml_parse_result r =
         documento_.load_buffer(texto_.data(), texto_.size(), pugi::parse_default, pugi::encoding_utf8);
@@ -188,19 +189,19 @@ class Lector {
     Falla(que, nodo.offset_debug());
   }
 
-  // The packet in UTF-8: as it is, or converted from UTF-16 with a mark or from ISO 8859-1.
-  std::string AUtf8(std::string_view bytes) const {
+  // The packet converted to UTF-8 from UTF-16 with a mark or from ISO 8859-1; empty when it needs no
+  // conversion.
+  std::string Convierte(std::string_view bytes) const {
     if (bytes.substr(0, 2) == "\xFF\xFE" || bytes.substr(0, 2) == "\xFE\xFF") return DeUtf16(bytes);
     const std::string_view declaracion = bytes.substr(0, bytes.find("?>"));
     const std::size_t lugar =
         declaracion.substr(0, 5) == "<?xml" ? declaracion.find("encoding=") : bytes.npos;
-    if (lugar == bytes.npos) return std::string(bytes);
+    if (lugar == bytes.npos) return {};
     std::string_view resto = declaracion.substr(lugar + 9);
     const char comilla = resto.empty() ? '"' : resto.front();
     resto.remove_prefix(std::min<std::size_t>(1, resto.size()));
     const std::string_view codificacion = resto.substr(0, resto.find(comilla));
-    if (IgualaAscii(codificacion, "UTF-8") || IgualaAscii(codificacion, "US-ASCII"))
-      return std::string(bytes);
+    if (IgualaAscii(codificacion, "UTF-8") || IgualaAscii(codificacion, "US-ASCII")) return {};
     if (!IgualaAscii(codificacion, "ISO-8859-1")) {
       throw EDatabaseError(nombre_ + u", línea 1: la codificación '" + UTF8ToString(codificacion) +
                            u"' no se admite");
@@ -231,7 +232,7 @@ class Lector {
       const std::size_t medio = bueno + (malo - bueno) / 2;
       std::size_t corte = medio;
       while (corte > bueno && (static_cast<unsigned char>(texto_[corte]) & 0xC0) == 0x80) --corte;
-      if (corte > bueno && IsUTF8(std::string_view(texto_).substr(bueno, corte - bueno))) {
+      if (corte > bueno && IsUTF8(texto_.substr(bueno, corte - bueno))) {
         bueno = corte;
       } else {
         malo = medio;
@@ -379,7 +380,8 @@ class Lector {
   }
 
   UnicodeString nombre_;
-  std::string texto_;
+  std::string convertido_;
+  std::string_view texto_;
   pugi::xml_document documento_;
 };
 

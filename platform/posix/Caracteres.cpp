@@ -24,12 +24,14 @@ UnicodeString Convierte(std::u16string_view texto, Ascii ascii, UChar32 (*letra)
 
 UnicodeString Mayusculas(std::u16string_view texto) {
   return Convierte(
-      texto, [](char16_t c) { return c >= u'a' && c <= u'z' ? static_cast<char16_t>(c - 32) : c; }, u_toupper);
+      texto, [](char16_t c) { return c >= u'a' && c <= u'z' ? static_cast<char16_t>(c - 32) : c; },
+      u_toupper);
 }
 
 UnicodeString Minusculas(std::u16string_view texto) {
   return Convierte(
-      texto, [](char16_t c) { return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 32) : c; }, u_tolower);
+      texto, [](char16_t c) { return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 32) : c; },
+      u_tolower);
 }
 
 bool EsDigito(char16_t c) noexcept { return u_isdigit(c) != 0; }

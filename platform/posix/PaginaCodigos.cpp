@@ -1,10 +1,9 @@
 #include "platform/PaginaCodigos.h"
 
-#include <unicode/ucnv.h>
-
 #include <algorithm>
 #include <array>
 #include <new>
+#include <unicode/ucnv.h>
 
 namespace vel {
 namespace {
