@@ -10,3 +10,5 @@ title 'Documento: descuentos, impuestos y totales'
 "$programs/documento" "$data"
 title 'Consulta: sentencia, parámetros y renglones'
 "$programs/consulta" "$data"
+title 'Textos: direcciones y claves'
+"$programs/textos" "$data"

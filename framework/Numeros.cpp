@@ -197,7 +197,11 @@ bool TryStrToFloat(std::string_view texto, double& valor) noexcept {
 }
 
 bool TryStrToFloat(std::u16string_view texto, double& valor) {
-  return TryStrToFloat(TextoEstrecho(TrimView(texto)).Vista(), valor);
+  texto = TrimView(texto);
+  // What does not even begin like a number needs no look at the rest.
+  constexpr std::u16string_view kComienzos = u"+-.0123456789";
+  if (texto.empty() || kComienzos.find(texto.front()) == std::u16string_view::npos) return false;
+  return TryStrToFloat(TextoEstrecho(texto).Vista(), valor);
 }
 
 double StrToFloat(std::u16string_view texto) {

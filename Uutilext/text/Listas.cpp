@@ -1,0 +1,32 @@
+#include "Uutilext/text/Listas.h"
+
+#include <algorithm>
+
+#include "framework/Numeros.h"
+
+namespace vel {
+
+void DivideCadena(UnicodeString& destino, UnicodeString& origen, int limite) {
+  const UnicodeString textoLimite = IntToStr(limite);
+  std::size_t tomado = 0;
+  while (destino < textoLimite && tomado < origen.size()) {
+    const std::size_t coma = std::min(origen.find(u',', tomado), origen.size());
+    const std::size_t largo = coma - tomado;
+    if (static_cast<long long>(destino.size() + largo) > limite) break;
+    if (!destino.empty()) destino += u',';
+    destino.append(origen, tomado, largo);
+    tomado = coma + 1;
+  }
+  origen.erase(0, tomado);
+}
+
+int CuentaVecesStr(std::u16string_view buscado, std::u16string_view texto) noexcept {
+  int veces = 0;
+  for (std::size_t p = Pos(buscado, texto); p != 0; p = Pos(buscado, texto)) {
+    texto.remove_prefix(p - 1 + buscado.size());
+    ++veces;
+  }
+  return veces;
+}
+
+}  // namespace vel
