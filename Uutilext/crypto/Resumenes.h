@@ -1,0 +1,40 @@
+#pragma once
+
+#include <string_view>
+
+#include "framework/Texto.h"
+#include "utilvel90_export.h"
+
+namespace vel {
+
+/// These functions report no errors: should libcrypto fail (no memory, an algorithm switched off on the
+/// machine) the texts come back empty, and the raw digest as a null pointer. Each thread keeps a small
+/// working area for each algorithm that it uses, freed when the thread ends; that of EncriptaHmacSha256 holds
+/// the key of the thread's last call.
+
+/// SHA-256 (FIPS 180-4) of the bytes of `texto` up to its terminating zero, as 64 hexadecimal digits in
+/// small letters. Null counts as the empty text.
+UTILVEL90_EXPORT AnsiString Hash256(const char* texto);
+
+/// SHA-1 (FIPS 180-4) of a text in the system code page, taken over its UTF-8 form up to the first zero
+/// byte, as 40 hexadecimal digits in small letters. SHA-1 no longer withstands forgers; use it only where a
+/// receiver asks for it.
+UTILVEL90_EXPORT AnsiString EncriptaSha1(std::string_view texto);
+
+/// MD5 (RFC 1321) of the UTF-8 form of `texto` in Base64: 24 characters. MD5 is broken as a proof against
+/// tampering; use it only where a receiver asks for it.
+UTILVEL90_EXPORT UnicodeString EncriptaMD5(std::u16string_view texto);
+
+/// HMAC-SHA-256 (RFC 2104) of `datos` in the system code page, as 32 raw bytes. The data end at their first
+/// zero, or before the first character that the code page does not have.
+///
+/// The key is the bytes of `llave` up to its terminating zero. With `ampliaA32` a key shorter than 32 bytes
+/// is taken as 32 bytes long, so `llave` must then point to at least 32 bytes, filled with zeros. Null
+/// counts as the empty key.
+///
+/// The result belongs to the library and stays valid until the same thread's next call, or its end: copy or
+/// encode it at once.
+UTILVEL90_EXPORT const unsigned char* EncriptaHmacSha256(std::u16string_view datos, const char* llave,
+                                                         bool ampliaA32);
+
+}  // namespace vel
