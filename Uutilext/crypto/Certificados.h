@@ -1,0 +1,44 @@
+#pragma once
+
+#include <string_view>
+
+#include "framework/Texto.h"
+#include "utilvel90_export.h"
+
+namespace vel {
+
+/// The taxpayer's seal: a certificate file (X.509 in DER form, RFC 5280) and a file with its private key
+/// (encrypted PKCS#8 in DER form, RFC 5958, with PBES2 or another scheme of libcrypto's default provider).
+///
+/// Paths are paths of the suite. A file that is missing, locked, or a folder "cannot be read", which the
+/// results below tell. A certificate file that is read but holds no DER certificate raises Exception ("No se
+/// pudo extraer la llave pública.") from all three functions.
+///
+/// Nothing is left behind: no entry in libcrypto's error queue, no password or key in memory that is given
+/// back; and nothing is ever asked at a terminal.
+
+/// The certificate's number: the octets of its serial (without the sign octet that DER puts before a high
+/// bit), each one a character of the system code page, up to the first zero octet. The tax authority issues
+/// serials whose octets are the twenty digits of the number. Empty when the file cannot be read.
+UTILVEL90_EXPORT UnicodeString CertGetNumSer(std::u16string_view rutaCertificado);
+
+/// The start of the certificate's validity, or its end with `fin`, as the certificate writes it, in UTC:
+/// YYMMDDhhmmssZ to the year 2049, YYYYMMDDhhmmssZ after it (RFC 5280, section 4.1.2.5). False, with `fecha`
+/// untouched, when the file cannot be read.
+UTILVEL90_EXPORT bool CertGetFechaHora(std::u16string_view rutaCertificado, bool fin, UnicodeString& fecha);
+
+/// Checks that the password opens the key file and that the key belongs to the certificate:
+///
+///     0  it does
+///     1  the key file cannot be read, is not an encrypted PKCS#8 key in DER form, or does not open with
+///        this password
+///     2  the key belongs to another certificate
+///     3  the certificate file cannot be read
+///
+/// The key comes first: with a bad key the certificate is not looked at. The password is used in the system
+/// code page, up to its first zero character and at most 1024 characters; one with a character that the code
+/// page does not have opens nothing.
+UTILVEL90_EXPORT int ValPrivKey(std::u16string_view rutaCertificado, std::u16string_view rutaLlave,
+                                std::u16string_view contrasena);
+
+}  // namespace vel

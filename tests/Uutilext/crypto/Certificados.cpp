@@ -1,0 +1,113 @@
+#include "Uutilext/crypto/Certificados.h"
+
+#include <filesystem>
+#include <functional>
+#include <gtest/gtest.h>
+#include <openssl/err.h>
+
+#include "Uutilext/crypto/Base64.h"
+#include "Uutilext/crypto/Cifrado.h"
+#include "Uutilext/crypto/Resumenes.h"
+#include "framework/Excepciones.h"
+#include "tests/Uutilext/crypto/Apoyo.h"
+
+namespace vel {
+namespace {
+
+UnicodeString Dato(const std::string& nombre) { return UTF8ToString(pruebas::RutaDato(nombre)); }
+
+std::string Error(const std::function<void()>& llamada) {
+  try {
+    llamada();
+  } catch (const Exception& e) {
+    return e.what();
+  }
+  return {};
+}
+
+TEST(Certificados, GiveTheOctetsOfTheSerial) {
+  EXPECT_EQ(CertGetNumSer(Dato("sello.cer")), u"00001000000509876543");
+  EXPECT_EQ(CertGetNumSer(Dato("ajeno.cer")), u"€1AE");
+  EXPECT_EQ(CertGetNumSer(Dato("cero.cer")), u"12");
+  EXPECT_EQ(CertGetNumSer(Dato(".")), u"");
+}
+
+TEST(Certificados, GiveTheirDatesAsWritten) {
+  UnicodeString fecha = u"antes";
+  EXPECT_FALSE(CertGetFechaHora(Dato("no_hay.cer"), true, fecha));
+  EXPECT_EQ(fecha, u"antes");
+  EXPECT_TRUE(CertGetFechaHora(Dato("sello.cer"), false, fecha));
+  EXPECT_EQ(fecha, u"240102030405Z");
+  EXPECT_TRUE(CertGetFechaHora(Dato("sello.cer"), true, fecha));
+  EXPECT_EQ(fecha, u"20551231235959Z");
+}
+
+TEST(Certificados, ReadNamesOutsideTheCodePageAndWhatCarelessIssuersWrite) {
+  const std::filesystem::path carpeta = std::filesystem::path(testing::TempDir()) / "sellos-あ";
+  std::filesystem::create_directories(carpeta);
+  const std::filesystem::path ruta = carpeta / "い.cer";
+  std::filesystem::copy_file(pruebas::RutaDato("sello.cer"), ruta,
+                             std::filesystem::copy_options::overwrite_existing);
+  EXPECT_EQ(ValPrivKey(ruta.u16string(), Dato("des3.key"), u"12345678a"), 0);
+  // The first octet of the serial without the sign octet that it needs, and something behind the certificate.
+  std::fstream archivo(ruta, std::ios::in | std::ios::out | std::ios::binary);
+  const std::string bytes{std::istreambuf_iterator<char>(archivo), {}};
+  archivo << "resto";
+  archivo.seekp(static_cast<std::streamoff>(bytes.find("00001000000509876543"))) << '\xE9';
+  archivo.close();
+  EXPECT_EQ(CertGetNumSer(ruta.u16string()), u"é0001000000509876543");
+  std::filesystem::remove_all(carpeta);
+}
+
+TEST(ValPrivKey, GivesEveryStatus) {
+  for (const auto& caso : pruebas::Casos("llaves.txt")) {
+    ASSERT_EQ(caso.size(), 5U);
+    EXPECT_EQ(ValPrivKey(Dato(caso[1]), Dato(caso[2]), UTF8ToString(caso[3])), std::stoi(caso[0])) << caso[4];
+  }
+}
+
+TEST(Certificados, RaiseWhenAFileHoldsNoDerCertificate) {
+  for (const char* malo : {"sello.pem", "claro.key", "cortado.cer", "azar.bin", "vacio.bin"}) {
+    const char* const mensaje = "No se pudo extraer la llave pública.";
+    UnicodeString fecha;
+    EXPECT_EQ(Error([&] { CertGetNumSer(Dato(malo)); }), mensaje) << malo;
+    EXPECT_EQ(Error([&] { CertGetFechaHora(Dato(malo), false, fecha); }), mensaje) << malo;
+    EXPECT_EQ(Error([&] { ValPrivKey(Dato(malo), Dato("des3.key"), u"12345678a"); }), mensaje) << malo;
+  }
+}
+
+TEST(Certificados, LeaveTheErrorQueueOfTheCallerAlone) {
+  ERR_clear_error();
+  ERR_raise(ERR_LIB_USER, 77);
+  for (const char* clave : {"12345678a", "mala"})
+    ValPrivKey(Dato("ajeno.cer"), Dato("des3.key"), UTF8ToString(clave));
+  Error([] { CertGetNumSer(Dato("sello.pem")); });
+  EXPECT_EQ(ERR_GET_REASON(ERR_get_error()), 77);
+  EXPECT_EQ(ERR_get_error(), 0UL);
+}
+
+// The sanitizer build tells what is left.
+TEST(Criptografia, LeavesNothingBehindOverManyCalls) {
+  const std::string bytes = "cualquier dato";
+  for (int i = 0; i < 10000; ++i) {
+    const UnicodeString certificado = Dato(i % 2 == 0 ? "sello.cer" : "sello.pem");
+    UnicodeString fecha;
+    Error([&] { CertGetNumSer(certificado); });
+    Error([&] { CertGetFechaHora(certificado, true, fecha); });
+    Error([&] {
+      ValPrivKey(certificado, Dato(i % 3 == 0 ? "claro.key" : "des3.key"), i % 5 == 0 ? u"" : u"12345678a");
+    });
+    int longitud = i % 7 - 1;
+    LiberaBuffer(Enc21(pruebas::Bytes(bytes), longitud, i % 2));
+    Error([&] { Encripta_AES_128(std::string(static_cast<std::size_t>(15 + i % 2), 'k'), bytes); });
+    EncriptaSha1(bytes);
+    EncriptaMD5(fecha);
+    EncriptaHmacSha256(fecha, bytes.c_str(), false);
+    Hash256(bytes.c_str());
+    unsigned char salida[8];
+    Base64(pruebas::Bytes(bytes), i % 15, salida, sizeof salida, i % 2 == 0);
+  }
+}
+
+}  // namespace
+}  // namespace vel
