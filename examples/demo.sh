@@ -12,3 +12,8 @@ title 'Consulta: sentencia, parámetros y renglones'
 "$programs/consulta" "$data"
 title 'Textos: direcciones y claves'
 "$programs/textos" "$data"
+title 'Sello: número, vigencia y llave de un certificado recién hecho'
+seal=$(mktemp -d)
+trap 'rm -rf "$seal"' EXIT
+bash "$(dirname "$0")/genera_sello.sh" "$seal"
+"$programs/sello" "$seal"
