@@ -17,3 +17,5 @@ seal=$(mktemp -d)
 trap 'rm -rf "$seal"' EXIT
 bash "$(dirname "$0")/genera_sello.sh" "$seal"
 "$programs/sello" "$seal"
+title 'Zonas horarias de México'
+"$programs/zonas" "$data"

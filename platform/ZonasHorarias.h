@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "framework/Texto.h"
+#include "utilvel90_export.h"
+
+namespace vel {
+
+/// Offset of a zone's local time from universal time, in seconds, positive east of Greenwich.
+struct DesfaseZona {
+  std::int32_t segundos = 0;
+  /// Daylight saving time.
+  bool verano = false;
+  friend bool operator==(const DesfaseZona&, const DesfaseZona&) = default;
+};
+
+/// When a zone changes its offset every year, in the local time before the change.
+struct ReglaCambio {
+  /// Day of the year by month, week and day of the week; week 5 is the last one of the month, day 0 is
+  /// Sunday.
+  int mes = 1;
+  int semana = 1;
+  int diaSemana = 0;
+  /// Seconds from the midnight that begins that day; may lie outside it.
+  std::int32_t segundos = 0;
+};
+
+/// All that the system knows of a zone: the changes of the past, and what holds after the last of them.
+struct ZonaHoraria {
+  struct Cambio {
+    /// Seconds since 1 January 1970, universal time.
+    std::int64_t momento;
+    DesfaseZona desfase;
+  };
+  struct Verano {
+    DesfaseZona desfase;
+    ReglaCambio comienza;
+    ReglaCambio termina;
+  };
+
+  /// Before the first change.
+  DesfaseZona inicial;
+  /// By moment.
+  std::vector<Cambio> cambios;
+  /// After the last change: standard time, and daylight saving time where the zone still has it.
+  DesfaseZona estandar;
+  std::optional<Verano> verano;
+  /// The zone's own names; empty when the system has none.
+  UnicodeString nombreEstandar;
+  UnicodeString nombreVerano;
+};
+
+/// The zone that the computer is set to. Never null: a computer without a zone is on universal time.
+UTILVEL90_EXPORT std::shared_ptr<const ZonaHoraria> DameZonaActiva();
+
+/// The zone of a Windows name ("Central Standard Time (Mexico)"), in any capitals; null when there is none.
+/// Zones are read once and kept: they do not change while a program runs.
+UTILVEL90_EXPORT std::shared_ptr<const ZonaHoraria> DameZonaWindows(std::u16string_view nombre);
+
+}  // namespace vel

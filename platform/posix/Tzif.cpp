@@ -1,0 +1,192 @@
+#include "platform/posix/Tzif.h"
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+namespace vel::posix {
+namespace {
+
+// Takes numbers from the front of a file; reading past the end makes it bad and gives zeros.
+class Lector {
+ public:
+  explicit Lector(std::string_view bytes) : resto_(bytes) {}
+  bool Bueno() const noexcept { return bueno_; }
+  std::string_view Resto() const noexcept { return resto_; }
+
+  std::string_view Toma(std::size_t n) {
+    if (n > resto_.size()) {
+      bueno_ = false;
+      n = 0;
+    }
+    const std::string_view tomado = resto_.substr(0, n);
+    resto_.remove_prefix(n);
+    return tomado;
+  }
+  // Big-endian, two's complement.
+  std::int64_t Entero(std::size_t n) {
+    const std::string_view bytes = Toma(n);
+    if (bytes.empty()) return 0;
+    std::uint64_t valor = (static_cast<unsigned char>(bytes.front()) & 0x80U) != 0 ? ~std::uint64_t{0} : 0;
+    for (const char c : bytes) valor = valor << 8 | static_cast<unsigned char>(c);
+    return static_cast<std::int64_t>(valor);
+  }
+  std::size_t Cuenta() { return static_cast<std::size_t>(Entero(4)); }
+
+ private:
+  std::string_view resto_;
+  bool bueno_ = true;
+};
+
+struct Encabezado {
+  char version;
+  std::size_t indicadoresUt, indicadoresEst, saltos, momentos, tipos, letras;
+
+  // Length of the block that follows, with moments of `ancho` bytes.
+  std::size_t Largo(std::size_t ancho) const {
+    return momentos * (ancho + 1) + tipos * 6 + letras + saltos * (ancho + 4) + indicadoresEst +
+           indicadoresUt;
+  }
+};
+
+Encabezado LeeEncabezado(Lector& lector) {
+  if (lector.Toma(4) != "TZif") lector.Toma(lector.Resto().size() + 1);
+  const std::string_view version = lector.Toma(1);
+  lector.Toma(15);
+  Encabezado e{};
+  e.version = version.empty() ? '\0' : version.front();
+  for (std::size_t* campo :
+       {&e.indicadoresUt, &e.indicadoresEst, &e.saltos, &e.momentos, &e.tipos, &e.letras}) {
+    *campo = lector.Cuenta();
+  }
+  return e;
+}
+
+// --- The rule's text.
+
+bool Consume(std::string_view& texto, char c) {
+  if (texto.empty() || texto.front() != c) return false;
+  texto.remove_prefix(1);
+  return true;
+}
+
+bool LeeNombre(std::string_view& texto) {
+  if (Consume(texto, '<')) {
+    const std::size_t fin = texto.find('>');
+    if (fin == std::string_view::npos) return false;
+    texto.remove_prefix(fin + 1);
+    return true;
+  }
+  std::size_t n = 0;
+  while (n < texto.size() && ((texto[n] >= 'A' && texto[n] <= 'Z') || (texto[n] >= 'a' && texto[n] <= 'z')))
+    ++n;
+  texto.remove_prefix(n);
+  return n >= 3;
+}
+
+bool LeeNumero(std::string_view& texto, int maximo, int& numero) {
+  if (texto.empty() || texto.front() < '0' || texto.front() > '9') return false;
+  int leido = 0;
+  while (!texto.empty() && texto.front() >= '0' && texto.front() <= '9') {
+    leido = leido * 10 + (texto.front() - '0');
+    if (leido > maximo) return false;
+    texto.remove_prefix(1);
+  }
+  numero = leido;
+  return true;
+}
+
+// [+-]hh[:mm[:ss]]
+bool LeeTiempo(std::string_view& texto, std::int32_t& segundos) {
+  const bool negativo = Consume(texto, '-');
+  if (!negativo) Consume(texto, '+');
+  int horas = 0;
+  int minutos = 0;
+  int resto = 0;
+  if (!LeeNumero(texto, 167, horas)) return false;
+  if (Consume(texto, ':')) {
+    if (!LeeNumero(texto, 59, minutos)) return false;
+    if (Consume(texto, ':') && !LeeNumero(texto, 59, resto)) return false;
+  }
+  segundos = (horas * 60 + minutos) * 60 + resto;
+  if (negativo) segundos = -segundos;
+  return true;
+}
+
+// "Mm.w.d" with an optional "/time". The forms by day of the year occur in no zone of today.
+bool LeeRegla(std::string_view& texto, ReglaCambio& regla) {
+  constexpr std::int32_t kDosDeLaManana = 2 * 3600;
+  if (!Consume(texto, ',') || !Consume(texto, 'M')) return false;
+  if (!LeeNumero(texto, 12, regla.mes) || !Consume(texto, '.') || !LeeNumero(texto, 5, regla.semana) ||
+      !Consume(texto, '.') || !LeeNumero(texto, 6, regla.diaSemana)) {
+    return false;
+  }
+  if (regla.mes < 1 || regla.semana < 1) return false;
+  regla.segundos = kDosDeLaManana;
+  return !Consume(texto, '/') || LeeTiempo(texto, regla.segundos);
+}
+
+}  // namespace
+
+bool LeeReglaPosix(std::string_view texto, ZonaHoraria& zona) {
+  std::int32_t oeste = 0;
+  if (!LeeNombre(texto) || !LeeTiempo(texto, oeste)) return false;
+  const DesfaseZona estandar{-oeste, false};
+  if (texto.empty()) {
+    zona.estandar = estandar;
+    zona.verano.reset();
+    return true;
+  }
+  ZonaHoraria::Verano verano;
+  verano.desfase = {estandar.segundos + 3600, true};
+  if (!LeeNombre(texto)) return false;
+  if (!texto.empty() && texto.front() != ',') {
+    if (!LeeTiempo(texto, oeste)) return false;
+    verano.desfase.segundos = -oeste;
+  }
+  // Without rules POSIX leaves them to the system; those of the United States are the common choice.
+  if (texto.empty()) texto = ",M3.2.0,M11.1.0";
+  if (!LeeRegla(texto, verano.comienza) || !LeeRegla(texto, verano.termina) || !texto.empty()) return false;
+  zona.estandar = estandar;
+  zona.verano = verano;
+  return true;
+}
+
+std::optional<ZonaHoraria> LeeTzif(std::string_view bytes) {
+  Lector lector(bytes);
+  Encabezado e = LeeEncabezado(lector);
+  // The first block, with moments of 32 bits, is for old readers.
+  if (!lector.Bueno() || e.version < '2') return std::nullopt;
+  lector.Toma(e.Largo(4));
+  e = LeeEncabezado(lector);
+  if (!lector.Bueno() || e.tipos == 0 || e.Largo(8) > lector.Resto().size()) return std::nullopt;
+
+  std::vector<std::int64_t> momentos(e.momentos);
+  for (std::int64_t& m : momentos) m = lector.Entero(8);
+  const std::string_view indices = lector.Toma(e.momentos);
+  std::vector<DesfaseZona> tipos(e.tipos);
+  for (DesfaseZona& t : tipos) {
+    t.segundos = static_cast<std::int32_t>(lector.Entero(4));
+    t.verano = lector.Entero(1) != 0;
+    lector.Toma(1);
+  }
+  lector.Toma(e.letras + e.saltos * 12 + e.indicadoresEst + e.indicadoresUt);
+
+  ZonaHoraria zona;
+  zona.inicial = tipos.front();
+  zona.estandar = zona.inicial;
+  for (std::size_t i = 0; i < momentos.size(); ++i) {
+    const auto tipo = static_cast<unsigned char>(indices[i]);
+    if (tipo >= tipos.size()) return std::nullopt;
+    zona.cambios.push_back({momentos[i], tipos[tipo]});
+    zona.estandar = tipos[tipo];
+  }
+  const std::string_view pie = lector.Resto();
+  const std::size_t fin = pie.size() > 1 ? pie.find('\n', 1) : std::string_view::npos;
+  if (!lector.Bueno() || pie.front() != '\n' || fin == std::string_view::npos) return std::nullopt;
+  // An empty rule: the last change holds for ever.
+  if (fin > 1 && !LeeReglaPosix(pie.substr(1, fin - 1), zona)) return std::nullopt;
+  return zona;
+}
+
+}  // namespace vel::posix

@@ -1,0 +1,99 @@
+#include "platform/ZonasHorarias.h"
+
+#include <array>
+#include <cstdlib>
+#include <mutex>
+#include <string>
+
+#include "platform/Archivos.h"
+#include "platform/posix/NombresZonas.h"
+#include "platform/posix/Tzif.h"
+
+// The zones come from the system's tz database and not from ICU's own copy of it: Debian keeps the first up
+// to date, while the copy in Debian 12's ICU was made before Mexico gave up daylight saving time in October
+// 2022.
+
+namespace vel {
+namespace {
+
+using Zona = std::shared_ptr<const ZonaHoraria>;
+
+std::string VariableEntorno(const char* nombre) {
+  const char* const valor = std::getenv(nombre);
+  return valor == nullptr ? std::string() : std::string(valor);
+}
+
+Zona LeeZona(const std::string& archivo) {
+  const std::optional<std::string> bytes = LeeArchivo(UTF8ToString(archivo));
+  if (!bytes.has_value()) return nullptr;
+  std::optional<ZonaHoraria> zona = posix::LeeTzif(*bytes);
+  return zona.has_value() ? std::make_shared<const ZonaHoraria>(std::move(*zona)) : nullptr;
+}
+
+std::string ArchivoDeZona(const std::string& nombre) {
+  std::string carpeta = VariableEntorno("TZDIR");
+  if (carpeta.empty()) carpeta = "/usr/share/zoneinfo";
+  return carpeta + "/" + nombre;
+}
+
+// The zone that TZ names, as the C library reads it: unset is the system's file, empty is universal time, and
+// else a file of the database or a rule.
+Zona LeeZonaActiva(const char* tz) {
+  const Zona universal = std::make_shared<const ZonaHoraria>();
+  if (tz == nullptr) {
+    const Zona zona = LeeZona("/etc/localtime");
+    return zona != nullptr ? zona : universal;
+  }
+  std::string nombre(tz);
+  if (!nombre.empty() && nombre.front() == ':') nombre.erase(0, 1);
+  if (nombre.empty()) return universal;
+  if (const Zona zona = LeeZona(nombre.front() == '/' ? nombre : ArchivoDeZona(nombre))) return zona;
+  ZonaHoraria regla;
+  if (!posix::LeeReglaPosix(nombre, regla)) return universal;
+  regla.inicial = regla.estandar;
+  return std::make_shared<const ZonaHoraria>(std::move(regla));
+}
+
+// "Central Standard Time (Mexico)" has the summer name "Central Daylight Time (Mexico)".
+UnicodeString NombreVerano(const UnicodeString& estandar) {
+  return StringReplace(estandar, u"Standard", u"Daylight");
+}
+
+}  // namespace
+
+Zona DameZonaActiva() {
+  // Read again only when TZ changes, as the C library does.
+  static std::mutex candado;
+  static std::string leida;
+  static Zona zona;
+  const char* const tz = std::getenv("TZ");
+  const std::lock_guard<std::mutex> guardia(candado);
+  const std::string_view actual = tz == nullptr ? std::string_view("\1") : std::string_view(tz);
+  if (zona == nullptr || leida != actual) {
+    zona = LeeZonaActiva(tz);
+    leida = actual;
+  }
+  return zona;
+}
+
+Zona DameZonaWindows(std::u16string_view nombre) {
+  struct Casilla {
+    std::once_flag leida;
+    Zona zona;
+  };
+  static std::array<Casilla, posix::kZonasWindows> casillas;
+  const posix::ZonaWindows* const buscada = posix::BuscaZonaWindows(nombre);
+  if (buscada == nullptr) return nullptr;
+  Casilla& casilla = casillas[posix::IndiceZonaWindows(*buscada)];
+  std::call_once(casilla.leida, [&] {
+    const Zona leida = LeeZona(ArchivoDeZona(buscada->tz));
+    if (leida == nullptr) return;
+    auto zona = std::make_shared<ZonaHoraria>(*leida);
+    zona->nombreEstandar = buscada->nombre;
+    zona->nombreVerano = NombreVerano(zona->nombreEstandar);
+    casilla.zona = std::move(zona);
+  });
+  return casilla.zona;
+}
+
+}  // namespace vel

@@ -1,0 +1,210 @@
+#include "Uutilext/time/ZonasHorarias.h"
+
+#include <cstdlib>
+#include <ctime>
+#include <gtest/gtest.h>
+#include <limits>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Uutilext/time/CalculoZonas.h"
+#include "platform/posix/Tzif.h"
+
+namespace vel {
+namespace {
+
+constexpr std::int64_t kHora = 3600;
+constexpr std::int64_t kAnio = 31'556'952;
+
+// TZ for the length of a test.
+class Tz {
+ public:
+  explicit Tz(const char* zona) { Pon(zona); }
+  Tz(const Tz&) = delete;
+  Tz& operator=(const Tz&) = delete;
+  ~Tz() {
+    unsetenv("TZ");
+    tzset();
+  }
+  static void Pon(const char* zona) {
+    setenv("TZ", zona, 1);
+    tzset();
+  }
+};
+
+// The C library reads the same data with code of its own.
+DesfaseZona DesfaseDeC(std::int64_t utc) {
+  const std::time_t t = utc;
+  std::tm local{};
+  localtime_r(&t, &local);
+  return {static_cast<std::int32_t>(local.tm_gmtoff), local.tm_isdst > 0};
+}
+
+TDateTime Fecha(const CivilDate& dia, const CivilTime& hora = {}) {
+  TDateTime tiempo;
+  EXPECT_TRUE(TryEncodeTime(hora, tiempo));
+  return ComposeDateTime(EncodeDate(dia), tiempo);
+}
+
+constexpr std::pair<const char16_t*, const char*> kZonas[] = {
+    {u"Central Standard Time (Mexico)", "America/Mexico_City"},
+    {u"Mountain Standard Time (Mexico)", "America/Mazatlan"},
+    {u"Pacific Standard Time (Mexico)", "America/Tijuana"},
+    {u"Eastern Standard Time (Mexico)", "America/Cancun"},
+    {u"Central Standard Time", "America/Chicago"},
+    {u"US Mountain Standard Time", "America/Phoenix"},
+    {u"Pacific Standard Time", "America/Los_Angeles"},
+    {u"Eastern Standard Time", "America/New_York"},
+    {u"Newfoundland Standard Time", "America/St_Johns"},
+    {u"Argentina Standard Time", "America/Argentina/Buenos_Aires"},
+    {u"E. South America Standard Time", "America/Sao_Paulo"},
+    {u"Pacific SA Standard Time", "America/Santiago"},
+    {u"Venezuela Standard Time", "America/Caracas"},
+    {u"GMT Standard Time", "Europe/London"},
+    {u"Romance Standard Time", "Europe/Paris"},
+    {u"Russian Standard Time", "Europe/Moscow"},
+    {u"Egypt Standard Time", "Africa/Cairo"},
+    {u"India Standard Time", "Asia/Kolkata"},
+    {u"Nepal Standard Time", "Asia/Kathmandu"},
+    {u"Tokyo Standard Time", "Asia/Tokyo"},
+    {u"Lord Howe Standard Time", "Australia/Lord_Howe"},
+    {u"New Zealand Standard Time", "Pacific/Auckland"},
+    {u"Samoa Standard Time", "Pacific/Apia"},
+    {u"Greenland Standard Time", "America/Nuuk"},
+    {u"UTC", "Etc/UTC"},
+};
+
+TEST(Zonas, AgreeWithTheCLibraryAroundEveryChange) {
+  const Tz tz("UTC");
+  int cambios = 0;
+  for (const auto& [nombre, archivo] : kZonas) {
+    Tz::Pon(archivo);
+    const auto zona = DameZonaWindows(nombre);
+    ASSERT_NE(zona, nullptr) << archivo;
+    for (std::int64_t t = 0; t < 68 * kAnio; t += 12 * kHora) {
+      if (DesfaseDeC(t) == DesfaseDeC(t + 12 * kHora)) continue;
+      ++cambios;
+      for (std::int64_t utc = t - 30 * kHora; utc < t + 42 * kHora; utc += kHora / 2) {
+        const DesfaseZona esperado = DesfaseDeC(utc);
+        ASSERT_EQ(DesfaseEnUtc(*zona, utc), esperado) << archivo << ' ' << utc;
+        // The local time of that moment, and the one that a clock put forward skips.
+        for (const std::int64_t local : {utc + esperado.segundos, utc + DesfaseDeC(t).segundos}) {
+          const std::int64_t leido = LocalAUtc(*zona, local);
+          const DesfaseZona lados[] = {DesfaseDeC(t - 2 * kHora), DesfaseDeC(t + 14 * kHora)};
+          std::vector<DesfaseZona> validos;
+          for (const DesfaseZona& d : lados) {
+            if (DesfaseDeC(local - d.segundos) == d) validos.push_back(d);
+          }
+          const bool unaEstandar = lados[0].verano != lados[1].verano;
+          if (validos.size() == 1 || (validos.size() == 2 && lados[0] == lados[1])) {
+            ASSERT_EQ(leido, local - validos[0].segundos) << archivo << ' ' << local;
+          } else if (unaEstandar) {
+            ASSERT_EQ(leido, local - (lados[0].verano ? lados[1] : lados[0]).segundos)
+                << archivo << ' ' << local;
+          }
+        }
+      }
+    }
+    // The years without a change of rules near them, one moment a week.
+    for (std::int64_t utc = -50 * kAnio; utc < 100 * kAnio; utc += 7 * 24 * kHora) {
+      ASSERT_EQ(DesfaseEnUtc(*zona, utc).segundos, DesfaseDeC(utc).segundos) << archivo << ' ' << utc;
+    }
+  }
+  EXPECT_GT(cambios, 1000) << "changes looked at, in all zones";
+}
+
+TEST(Zonas, MexicoGaveUpDaylightSavingInOctober2022) {
+  const Tz tz("America/Mexico_City");
+  const struct {
+    CivilDate dia;
+    const char16_t* zona;
+    int hora;
+  } casos[] = {{{2022, 7, 1}, u"UTC", 17},
+               {{2023, 7, 1}, u"UTC", 18},
+               {{2023, 7, 1}, u"pacific standard time (MEXICO)", 11},
+               {{2023, 7, 1}, u"Mountain Standard Time (Mexico)", 11},
+               {{2023, 1, 1}, u"Pacific Standard Time (Mexico)", 10},
+               {{2023, 7, 1}, u"Eastern Standard Time (Mexico)", 13},
+               {{2023, 7, 1}, u"Central Standard Time", 13},
+               {{2022, 7, 1}, u"Central Standard Time", 12},
+               {{2023, 7, 1}, u"", 12},
+               {{2023, 7, 1}, u"Hora de Nunca", 12}};
+  for (const auto& c : casos) {
+    const TDateTime convertida = ConvertTimeToTimeZone(Fecha(c.dia, {12, 0, 0, 7}), c.zona);
+    EXPECT_EQ(DecodeTime(convertida), (CivilTime{c.hora, 0, 0, 7})) << UTF8Encode(c.zona);
+    EXPECT_EQ(DecodeDate(convertida), c.dia);
+  }
+}
+
+TEST(Conversion, KeepsMillisecondsAndTheEndsOfTime) {
+  const Tz tz("Asia/Kolkata");
+  EXPECT_EQ(DateTimeToStr(ConvertTimeToTimeZone(Fecha({1899, 12, 30}, {0, 0, 0, 1}), u"UTC")),
+            u"29/12/1899 18:38:50.001")
+      << "before day 0; local mean time of Madras in those years";
+  EXPECT_EQ(DateTimeToStr(ConvertTimeToTimeZone(Fecha({2024, 2, 29}, {2, 0, 0, 999}), u"UTC")),
+            u"28/02/2024 20:30:00.999");
+  for (const double dias : {std::numeric_limits<double>::infinity(), -693593.0, 1e300}) {
+    EXPECT_EQ(ConvertTimeToTimeZone(TDateTime(dias), u"UTC").Val(), dias);
+  }
+}
+
+TEST(GetInfoTimeZone, FillsTheWholeRecord) {
+  TIME_ZONE_INFORMATION tzi{};
+  tzi.Bias = 99;
+  EXPECT_FALSE(GetInfoTimeZone(tzi, u""));
+  EXPECT_FALSE(GetInfoTimeZone(tzi, u"Mexico"));
+  EXPECT_EQ(tzi.Bias, 99);
+  ASSERT_TRUE(GetInfoTimeZone(tzi, u"CENTRAL STANDARD TIME (MEXICO)"));
+  EXPECT_EQ(tzi.Bias, 360);
+  EXPECT_EQ(std::u16string_view(tzi.StandardName), u"Central Standard Time (Mexico)");
+  EXPECT_EQ(std::u16string_view(tzi.DaylightName), u"Central Daylight Time (Mexico)");
+  EXPECT_EQ(tzi.DaylightBias, 0);
+  EXPECT_EQ(tzi.StandardDate, SYSTEMTIME{});
+  ASSERT_TRUE(GetInfoTimeZone(tzi, u"Pacific Standard Time (Mexico)"));
+  EXPECT_EQ(tzi.Bias, 480);
+  EXPECT_EQ(tzi.DaylightBias, -60);
+  EXPECT_EQ(tzi.DaylightDate, (SYSTEMTIME{0, 3, 0, 2, 2, 0, 0, 0}));
+  EXPECT_EQ(tzi.StandardDate, (SYSTEMTIME{0, 11, 0, 1, 2, 0, 0, 0}));
+  ASSERT_TRUE(GetInfoTimeZone(tzi, u"Greenland Standard Time"));
+  EXPECT_EQ(tzi.DaylightDate.wDayOfWeek, 6) << "an hour before Sunday is Saturday";
+  EXPECT_EQ(tzi.DaylightDate.wHour, 23);
+  ASSERT_TRUE(GetInfoTimeZone(tzi, u"Central America Standard Time"));
+  EXPECT_EQ(std::u16string_view(tzi.StandardName).size(), 29U);
+}
+
+TEST(HoraBase, RoundsHalvesAwayFromZero) {
+  const Tz tz("UTC");
+  const struct {
+    const char* zona;
+    int horas;
+  } casos[] = {{"CST6", -6},
+               {"<-0330>3:30", -4},
+               {"<+0530>-5:30", 6},
+               {"<+0545>-5:45", 6},
+               {"America/Mexico_City", -6},
+               {"", 0},
+               {":America/Cancun", -5},
+               {"Nada/Nadie", 0}};
+  for (const auto& c : casos) {
+    Tz::Pon(c.zona);
+    EXPECT_EQ(DameHoraBase(TDateTime()), c.horas) << c.zona;
+  }
+  EXPECT_EQ(DameSecTiempoSincro(5), u"TiempoSincronizacion05");
+  EXPECT_EQ(DameSecTiempoSincro(12), u"TiempoSincronizacion12");
+  EXPECT_EQ(DameSecTiempoSincro(-3), u"TiempoSincronizacion0-3");
+}
+
+TEST(Tzif, RefusesWhatIsNoZone) {
+  ZonaHoraria zona;
+  for (const char* malo : {"", "C6", "CST", "CST6CDT,M13.1.0,M11.1.0", "CST6CDT,M3.2.0",
+                           "CST6CDT,M3.2.0,M11.1.0x", "<CST6", "CST200"}) {
+    EXPECT_FALSE(posix::LeeReglaPosix(malo, zona)) << malo;
+  }
+  EXPECT_FALSE(posix::LeeTzif("").has_value());
+  EXPECT_FALSE(posix::LeeTzif("TZif2" + std::string(15, '\0') + std::string(24, '\xFF')).has_value());
+  EXPECT_FALSE(posix::LeeTzif(std::string(100, 'x')).has_value());
+}
+
+}  // namespace
+}  // namespace vel
