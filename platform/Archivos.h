@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -9,10 +11,67 @@
 
 namespace vel {
 
-/// Files by their paths in the suite's notation (see RutaNativa). Contents are bytes.
+/// Files and folders by their paths in the suite's notation (see RutaNativa). Contents are bytes.
 
-/// The whole file, opened for reading with sharing allowed to all; nothing when it cannot be read (missing,
-/// no permission, a folder, a device that fails).
+/// What went wrong, by meaning; the numbers of the systems differ.
+enum class ClaseFalla : std::uint8_t {
+  Ninguna,
+  NoExiste,
+  RutaNoExiste,
+  DemasiadosAbiertos,
+  AccesoDenegado,
+  SinMemoria,
+  DiscoLleno,
+  Otra,
+};
+
+/// The answer of an operation: nothing, or what went wrong and the system's own text for it, in the user's
+/// language where the system knows it.
+struct FallaArchivo {
+  ClaseFalla clase = ClaseFalla::Ninguna;
+  UnicodeString texto;
+  bool Hubo() const noexcept { return clase != ClaseFalla::Ninguna; }
+};
+
+/// The whole file, opened for reading with sharing allowed to all. A folder is unreadable (AccesoDenegado).
+UTILVEL90_EXPORT FallaArchivo LeeArchivo(std::u16string_view ruta, std::string& bytes);
+
+/// The same for callers that do not ask why: nothing when the file cannot be read.
 UTILVEL90_EXPORT std::optional<std::string> LeeArchivo(std::u16string_view ruta);
+
+/// True when the path names a file (a folder is none), or a folder.
+UTILVEL90_EXPORT bool ExisteArchivo(std::u16string_view ruta);
+UTILVEL90_EXPORT bool ExisteCarpeta(std::u16string_view ruta);
+
+/// Creates the folder with all its parents; one that exists is no fault.
+UTILVEL90_EXPORT FallaArchivo CreaCarpeta(std::u16string_view ruta);
+
+/// Gives the file new contents in one step: readers and a crash at any moment find the old contents or the
+/// new ones, whole. A temporary file beside it is written, flushed to the disk and renamed over it;
+/// permissions are kept, and a link's target is replaced, not the link. On a fault the old file stands and
+/// the temporary one is gone; one that a killed process leaves behind does no harm.
+UTILVEL90_EXPORT FallaArchivo ReemplazaArchivo(std::u16string_view ruta, std::string_view bytes);
+
+/// Copies a file in one step, as ReemplazaArchivo does. Without `sobrescribe` an existing destination stays
+/// and is no fault.
+UTILVEL90_EXPORT FallaArchivo CopiaArchivo(std::u16string_view origen, std::u16string_view destino,
+                                           bool sobrescribe);
+
+/// Keeps other threads and processes that ask for the lock of a file in the same folder out, until it is
+/// destroyed. The system lifts the lock of a process that ends in any way.
+class UTILVEL90_EXPORT CandadoArchivo {
+ public:
+  /// Waits for the lock. A folder that cannot be opened leaves the object without one; see Falla.
+  explicit CandadoArchivo(std::u16string_view ruta);
+  CandadoArchivo(const CandadoArchivo&) = delete;
+  CandadoArchivo& operator=(const CandadoArchivo&) = delete;
+  ~CandadoArchivo();
+  const FallaArchivo& Falla() const noexcept { return falla_; }
+
+ private:
+  struct Candado;
+  std::unique_ptr<Candado> candado_;
+  FallaArchivo falla_;
+};
 
 }  // namespace vel

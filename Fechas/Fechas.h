@@ -1,0 +1,5 @@
+#pragma once
+
+/// Named date ranges defined by date macros.
+
+#include "Fechas/TConfigVEL.h"

@@ -1,0 +1,150 @@
+#include "Uutilext/config/Rutas.h"
+
+#include <iterator>
+
+#include "Uutilext/config/Configuracion.h"
+#include "framework/Excepciones.h"
+#include "framework/Numeros.h"
+#include "platform/Archivos.h"
+#include "platform/Modulos.h"
+#include "platform/Registro.h"
+#include "version/Version.h"
+
+namespace vel {
+namespace {
+
+constexpr std::u16string_view kValorComun = u"TAVEXComunDir";
+
+/// Where a folder stands: in the engine folder, in the company's, or in the engine folder with the company's
+/// number at its end.
+enum class Base : std::uint8_t { Motor, Empresa, MotorConNumero };
+
+struct Carpeta {
+  Base base;
+  std::u16string_view ruta;
+  bool seCrea;
+};
+
+// By kind.
+constexpr Carpeta kCarpetas[] = {
+    {Base::Empresa, u"", true},
+    {Base::Empresa, u"", true},
+    {Base::Empresa, u"Consultas\\", true},
+    {Base::Empresa, u"Consultas personalizadas\\", true},
+    {Base::Empresa, u"Estadisticas\\", true},
+    {Base::Empresa, u"AyudasF2\\", true},
+    {Base::Empresa, u"Reportes\\", true},
+    {Base::Empresa, u"Datos\\", false},
+    {Base::Empresa, u"Exportacion\\", true},
+    {Base::Empresa, u"Interfaz Kolo\\", true},
+    {Base::Empresa, u"Interfaz Caudal\\", true},
+    {Base::Empresa, u"Imagenes\\", true},
+    {Base::Empresa, u"Documentos modelo\\", true},
+    {Base::Empresa, u"Reportes SAT\\", true},
+    {Base::Motor, u"Plantillas\\", false},
+    {Base::Motor, u"Plantillas\\Reportes\\", false},
+    {Base::Motor, u"Plantillas\\Estadisticas\\", false},
+    {Base::Motor, u"Plantillas\\Consultas personalizadas\\", false},
+    {Base::Motor, u"Respaldos\\", true},
+    {Base::MotorConNumero, u"Respaldos\\Empresa", true},
+    {Base::Motor, u"Plantillas\\Comprobantes\\", true},
+    {Base::Empresa, u"Comprobantes\\", true},
+    {Base::Motor, u"LoNuevo\\", true},
+    {Base::Empresa, u"Comprobantes\\Plantillas\\", true},
+    {Base::Empresa, u"Analisis datos\\", true},
+};
+
+UnicodeString CarpetaEmpresa(int numEmp) {
+  return DameRutaVELNG() + u"Empresa" + DameNumEmpFormat(numEmp) + u"\\";
+}
+
+UnicodeString Ruta(const Carpeta& carpeta, int numEmp) {
+  switch (carpeta.base) {
+    case Base::Motor:
+      return DameRutaVELNG().append(carpeta.ruta);
+    case Base::Empresa:
+      return CarpetaEmpresa(numEmp).append(carpeta.ruta);
+    case Base::MotorConNumero:
+      break;
+  }
+  return DameRutaVELNG().append(carpeta.ruta).append(DameNumEmpFormat(numEmp)).append(u"\\");
+}
+
+}  // namespace
+
+UnicodeString DameRutaDll() {
+  const UnicodeString archivo = RutaBiblioteca();
+  return archivo.substr(0, archivo.find_last_of(u"/\\")) + u"\\";
+}
+
+UnicodeString DameDirectorioArchComun() {
+  const ValorRegistro valor = LeeRegistro(u"Software\\Tavex", kValorComun);
+  if (!valor.claveExiste) return {};
+  UnicodeString carpeta = valor.texto.value_or(u"c:\\sistemas\\tavex\\comunes");
+  if (!carpeta.empty() && carpeta.back() != u'\\') carpeta += u'\\';
+  return carpeta;
+}
+
+void EscribeDirectorioArchComun(std::u16string_view carpeta) {
+  const FallaArchivo falla = EscribeRegistro(u"SOFTWARE\\TAVEX\\", kValorComun, carpeta);
+  if (falla.Hubo()) throw Exception(u"No se puede escribir en el registro: " + falla.texto);
+}
+
+UnicodeString DameValorRegistro(std::u16string_view nombre) {
+  return LeeRegistro(u"SOFTWARE\\WOW6432Node\\TAVEX\\Tavex-VEL 9.0\\", nombre)
+      .texto.value_or(UnicodeString());
+}
+
+UnicodeString DameDirArchComunLibrerias() { return DameDirectorioArchComun(); }
+
+UnicodeString DameRutaVELNG() {
+  return DameDirectorioArchComun() + u"Sistemas Tavex\\" + DameVerVEL() + u"\\";
+}
+
+UnicodeString DameRutaDatos() { return DameRutaVELNG() + u"Datos\\"; }
+
+UnicodeString DameDirectorioReportes() { return DameRutaVELNG() + u"Datos\\"; }
+
+UnicodeString DameRutaArchEmpresas() { return DameRutaVELNG() + u"Empresas.xml"; }
+
+UnicodeString DameRutaPlantillasCorreo() { return DameRutaVELNG() + u"Plantillas\\Correo\\"; }
+
+UnicodeString DameDirDatosLocal(int numEmp) {
+  const UnicodeString carpeta = DameValor(u"Empresa" + IntToStr(numEmp), u"RutaDatosLocal");
+  return carpeta.empty() ? DameRutaVELNG() + u"Ejemplos" : carpeta;
+}
+
+void EscribeDirDatosLocal(int numEmp, std::u16string_view carpeta) {
+  EscribeValor(u"Empresa" + IntToStr(numEmp), u"RutaDatosLocal", carpeta);
+}
+
+UnicodeString DameNumEmpFormat(int numEmp) {
+  return UnicodeString(numEmp >= 1 && numEmp <= 9 ? u"0" : u"") + IntToStr(numEmp);
+}
+
+UnicodeString DameRutaDatosEmpresa(int numEmp, ENUM_RUTA ruta) {
+  const auto indice = static_cast<std::size_t>(ruta);
+  if (indice >= std::size(kCarpetas)) return {};
+  UnicodeString carpeta = Ruta(kCarpetas[indice], numEmp);
+  // One that cannot be made shows when something is put into it.
+  if (kCarpetas[indice].seCrea && !ExisteCarpeta(carpeta)) CreaCarpeta(carpeta);
+  return carpeta;
+}
+
+UnicodeString DameRutaRespaldosEmpresa(int numEmp) {
+  return DameRutaVELNG() + u"Respaldos\\Empresa" + DameNumEmpFormat(numEmp) + u"\\";
+}
+
+UnicodeString DameRutaCertificados(int numEmp) {
+  // "Cerficados": existing installations use this spelling.
+  return DameDirectorioArchComun() + u"Comprobantes\\VEL\\Empresa " + DameNumEmpFormat(numEmp) +
+         u"\\Cerficados\\";
+}
+
+UnicodeString DameRutaAddendas(int numEmp) { return CarpetaEmpresa(numEmp) + u"Comprobantes\\Addendas\\"; }
+
+UnicodeString DameRutaNamespaces(int numEmp) {
+  return CarpetaEmpresa(numEmp) + u"Comprobantes\\Namespaces\\";
+}
+
+}  // namespace vel

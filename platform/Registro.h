@@ -1,0 +1,33 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "framework/Texto.h"
+#include "platform/Archivos.h"
+#include "utilvel90_export.h"
+
+namespace vel {
+
+/// The local-machine branch of the registry as a 32-bit program sees it, which is what the suite's programs
+/// are: what stands under "SOFTWARE\WOW6432Node" is seen under "SOFTWARE" too, and hides what stands there.
+/// Keys and value names match without regard to case; a key may end in "\".
+///
+/// POSIX: a text file in the format of the registry's own exports ("Windows Registry Editor Version 5.00"),
+/// at $UTILVEL_REGISTRO, else /etc/tavex/registro.reg; UTF-16LE with a mark or UTF-8.
+
+/// What a key holds under one name.
+struct ValorRegistro {
+  bool claveExiste = false;
+  /// The text of a text value; nothing when the key has no such value or it is no text.
+  std::optional<UnicodeString> texto;
+};
+
+UTILVEL90_EXPORT ValorRegistro LeeRegistro(std::u16string_view clave, std::u16string_view nombre);
+
+/// Writes a text value, creating the key when needed; on POSIX in one step and with all else in the file
+/// kept.
+UTILVEL90_EXPORT FallaArchivo EscribeRegistro(std::u16string_view clave, std::u16string_view nombre,
+                                              std::u16string_view texto);
+
+}  // namespace vel

@@ -1,0 +1,228 @@
+#include "platform/Registro.h"
+
+#include <cstdlib>
+#include <string>
+
+#include "platform/Archivos.h"
+
+namespace vel {
+namespace {
+
+constexpr std::u16string_view kEncabezado = u"Windows Registry Editor Version 5.00";
+constexpr std::u16string_view kRaiz = u"HKEY_LOCAL_MACHINE\\";
+constexpr std::u16string_view kSoftware = u"SOFTWARE\\";
+constexpr std::u16string_view kNodo32 = u"WOW6432Node\\";
+
+UnicodeString RutaRegistro() {
+  const char* const propia = std::getenv("UTILVEL_REGISTRO");
+  return UTF8ToString(propia != nullptr && *propia != '\0' ? propia : "/etc/tavex/registro.reg");
+}
+
+/// The file's text, and whether it is written in UTF-16LE.
+struct Documento {
+  UnicodeString texto;
+  bool utf16 = true;
+};
+
+Documento Decodifica(std::string_view bytes) {
+  constexpr std::string_view kMarca16 = "\xFF\xFE";
+  constexpr std::string_view kMarca8 = "\xEF\xBB\xBF";
+  Documento d;
+  if (bytes.substr(0, 2) == kMarca16) {
+    for (std::size_t i = 2; i + 1 < bytes.size(); i += 2) {
+      const auto bajo = static_cast<unsigned char>(bytes[i]);
+      const auto alto = static_cast<unsigned char>(bytes[i + 1]);
+      d.texto.push_back(static_cast<char16_t>(alto << 8 | bajo));
+    }
+    return d;
+  }
+  d.utf16 = false;
+  d.texto = UTF8ToString(bytes.substr(bytes.substr(0, 3) == kMarca8 ? 3 : 0));
+  return d;
+}
+
+std::string Codifica(const Documento& d) {
+  if (!d.utf16) return UTF8Encode(d.texto);
+  std::string bytes = "\xFF\xFE";
+  for (const char16_t c : d.texto) {
+    bytes.push_back(static_cast<char>(c & 0xFF));
+    bytes.push_back(static_cast<char>(c >> 8));
+  }
+  return bytes;
+}
+
+/// A logical line of the file, from `inicio` to `fin` of its text: one that ends in "\" goes on in the next.
+struct Linea {
+  std::size_t inicio;
+  std::size_t fin;
+  /// Where the next line begins.
+  std::size_t siguiente;
+};
+
+Linea LineaEn(std::u16string_view texto, std::size_t inicio) {
+  std::size_t desde = inicio;
+  for (;;) {
+    const std::size_t salto = std::min(texto.find(u'\n', desde), texto.size());
+    const std::u16string_view contenido = TrimRightView(texto.substr(inicio, salto - inicio));
+    const std::size_t siguiente = std::min(salto + 1, texto.size());
+    const bool sigue = !contenido.empty() && contenido.back() == u'\\' && contenido.front() != u'[' &&
+                       siguiente < texto.size();
+    if (!sigue) return {inicio, inicio + contenido.size(), siguiente};
+    desde = siguiente;
+  }
+}
+
+UnicodeString ClaveCompleta(std::u16string_view clave, bool nodo32) {
+  while (!clave.empty() && clave.back() == u'\\') clave.remove_suffix(1);
+  if (!SameText(clave.substr(0, kSoftware.size()), kSoftware)) return UnicodeString(kRaiz).append(clave);
+  clave.remove_prefix(kSoftware.size());
+  if (SameText(clave.substr(0, kNodo32.size()), kNodo32)) clave.remove_prefix(kNodo32.size());
+  UnicodeString completa(kRaiz);
+  completa.append(kSoftware).append(nodo32 ? kNodo32 : std::u16string_view()).append(clave);
+  return completa;
+}
+
+/// The lines between a key's own line and the next key's; nothing when the file has no such key.
+struct Tramo {
+  std::size_t inicio;
+  std::size_t fin;
+};
+
+std::optional<Tramo> BuscaClave(std::u16string_view texto, const UnicodeString& clave) {
+  std::optional<Tramo> tramo;
+  for (std::size_t i = 0; i < texto.size();) {
+    const Linea linea = LineaEn(texto, i);
+    const std::u16string_view contenido = TrimView(texto.substr(linea.inicio, linea.fin - linea.inicio));
+    if (!contenido.empty() && contenido.front() == u'[') {
+      if (tramo.has_value()) break;
+      if (SameText(contenido.substr(1, contenido.find(u']') - 1), clave))
+        tramo = Tramo{linea.siguiente, linea.siguiente};
+    } else if (tramo.has_value() && !contenido.empty()) {
+      tramo->fin = linea.siguiente;
+    }
+    i = linea.siguiente;
+  }
+  return tramo;
+}
+
+// Reads a quoted text in which "\" escapes, and moves past it.
+bool LeeCadena(std::u16string_view& texto, UnicodeString& cadena) {
+  if (texto.empty() || texto.front() != u'"') return false;
+  cadena.clear();
+  for (std::size_t i = 1; i < texto.size(); ++i) {
+    if (texto[i] == u'"') {
+      texto.remove_prefix(i + 1);
+      return true;
+    }
+    if (texto[i] == u'\\' && i + 1 < texto.size()) ++i;
+    cadena.push_back(texto[i]);
+  }
+  return false;
+}
+
+UnicodeString Cadena(std::u16string_view texto) {
+  return u"\"" + StringReplace(StringReplace(texto, u"\\", u"\\\\"), u"\"", u"\\\"") + u"\"";
+}
+
+// "hex(2):" and "hex(1):" hold a text as the bytes of its UTF-16LE code units.
+std::optional<UnicodeString> LeeHexadecimal(std::u16string_view valor) {
+  constexpr std::size_t kPrefijo = 7;
+  const std::u16string_view prefijo = valor.substr(0, kPrefijo);
+  if (!SameText(prefijo, u"hex(2):") && !SameText(prefijo, u"hex(1):")) return std::nullopt;
+  std::string bytes;
+  int pendiente = -1;
+  for (const char16_t c : valor.substr(kPrefijo)) {
+    const char16_t d = FoldCase(c);
+    const int cifra = d >= u'0' && d <= u'9' ? d - u'0' : d >= u'a' && d <= u'f' ? d - u'a' + 10 : -1;
+    if (cifra < 0) continue;
+    if (pendiente < 0) {
+      pendiente = cifra;
+    } else {
+      bytes.push_back(static_cast<char>(static_cast<unsigned char>(pendiente * 16 + cifra)));
+      pendiente = -1;
+    }
+  }
+  UnicodeString texto = Decodifica("\xFF\xFE" + bytes).texto;
+  return texto.substr(0, texto.find(u'\0'));
+}
+
+/// The value's place in a key: the whole line, and what stands after "=".
+struct Hallazgo {
+  Linea linea;
+  UnicodeString valor;
+};
+
+std::optional<Hallazgo> BuscaValor(std::u16string_view texto, const Tramo& tramo,
+                                   std::u16string_view nombre) {
+  for (std::size_t i = tramo.inicio; i < tramo.fin;) {
+    const Linea linea = LineaEn(texto, i);
+    std::u16string_view contenido = TrimLeftView(texto.substr(linea.inicio, linea.fin - linea.inicio));
+    UnicodeString leido;
+    const bool predeterminado = !contenido.empty() && contenido.front() == u'@';
+    if (predeterminado) contenido.remove_prefix(1);
+    if ((predeterminado || LeeCadena(contenido, leido)) && SameText(leido, nombre)) {
+      contenido = TrimLeftView(contenido);
+      if (!contenido.empty() && contenido.front() == u'=') {
+        return Hallazgo{linea, UnicodeString(TrimLeftView(contenido.substr(1)))};
+      }
+    }
+    i = linea.siguiente;
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+ValorRegistro LeeRegistro(std::u16string_view clave, std::u16string_view nombre) {
+  const Documento d = Decodifica(LeeArchivo(RutaRegistro()).value_or(std::string()));
+  ValorRegistro leido;
+  for (const bool nodo32 : {true, false}) {
+    const std::optional<Tramo> tramo = BuscaClave(d.texto, ClaveCompleta(clave, nodo32));
+    if (!tramo.has_value()) continue;
+    leido.claveExiste = true;
+    if (const std::optional<Hallazgo> hallazgo = BuscaValor(d.texto, *tramo, nombre)) {
+      std::u16string_view valor = hallazgo->valor;
+      UnicodeString cadena;
+      leido.texto = LeeCadena(valor, cadena) ? std::optional(cadena) : LeeHexadecimal(hallazgo->valor);
+    }
+    break;
+  }
+  return leido;
+}
+
+FallaArchivo EscribeRegistro(std::u16string_view clave, std::u16string_view nombre,
+                             std::u16string_view texto) {
+  const UnicodeString ruta = RutaRegistro();
+  const std::size_t diagonal = ruta.rfind(u'/');
+  if (diagonal != UnicodeString::npos) {
+    FallaArchivo falla = CreaCarpeta(ruta.substr(0, diagonal));
+    if (falla.Hubo()) return falla;
+  }
+  const CandadoArchivo candado(ruta);
+  if (candado.Falla().Hubo()) return candado.Falla();
+  std::string bytes;
+  const FallaArchivo lectura = LeeArchivo(ruta, bytes);
+  if (lectura.Hubo() && lectura.clase != ClaseFalla::NoExiste) return lectura;
+  Documento d = Decodifica(lectura.Hubo() ? "\xFF\xFE" : bytes);
+  if (d.texto.empty()) d.texto = UnicodeString(kEncabezado) + u"\r\n";
+
+  UnicodeString completa = ClaveCompleta(clave, true);
+  std::optional<Tramo> tramo = BuscaClave(d.texto, completa);
+  if (!tramo.has_value()) {
+    completa = ClaveCompleta(clave, false);
+    tramo = BuscaClave(d.texto, completa);
+  }
+  const UnicodeString linea = Cadena(nombre) + u"=" + Cadena(texto);
+  if (!tramo.has_value()) {
+    if (d.texto.back() != u'\n') d.texto += u"\r\n";
+    d.texto.append(u"\r\n[").append(completa).append(u"]\r\n").append(linea).append(u"\r\n");
+  } else if (const std::optional<Hallazgo> hallazgo = BuscaValor(d.texto, *tramo, nombre)) {
+    d.texto.replace(hallazgo->linea.inicio, hallazgo->linea.fin - hallazgo->linea.inicio, linea);
+  } else {
+    const bool sinSalto = tramo->fin > 0 && d.texto[tramo->fin - 1] != u'\n';
+    d.texto.insert(tramo->fin, (sinSalto ? u"\r\n" : u"") + linea + u"\r\n");
+  }
+  return ReemplazaArchivo(ruta, Codifica(d));
+}
+
+}  // namespace vel
