@@ -10,6 +10,8 @@ title 'Documento: descuentos, impuestos y totales'
 "$programs/documento" "$data"
 title 'Consulta: sentencia, parámetros y renglones'
 "$programs/consulta" "$data"
+title 'Fórmulas: comisión, margen y flete'
+"$programs/formulas" "$data"
 title 'Textos: direcciones y claves'
 "$programs/textos" "$data"
 title 'Sello: número, vigencia y llave de un certificado recién hecho'

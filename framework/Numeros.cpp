@@ -97,6 +97,33 @@ bool Desborda(std::string_view numero) noexcept {
   return exponente > 0;
 }
 
+// Reads what most texts are: up to 15 digits, a point among them perhaps, a "-" before. Such a number is a
+// whole number over a power of ten, both exact in a double, so one division rounds it correctly. False for
+// any other text, number or not.
+bool LeeCorto(std::u16string_view texto, double& valor) noexcept {
+  constexpr std::array<double, kDigitos + 1> kPotencias{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                        1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+  const bool negativo = !texto.empty() && texto.front() == u'-';
+  if (negativo) texto.remove_prefix(1);
+  if (texto.empty() || texto.size() > kDigitos) return false;
+  std::int64_t entero = 0;
+  std::size_t punto = texto.size();
+  for (std::size_t i = 0; i < texto.size(); ++i) {
+    const char16_t c = texto[i];
+    if (c >= u'0' && c <= u'9') {
+      entero = entero * 10 + (c - u'0');
+    } else if (c == u'.' && punto == texto.size() && texto.size() > 1) {
+      punto = i;
+    } else {
+      return false;
+    }
+  }
+  const auto magnitud = static_cast<double>(entero);
+  const double leido = punto == texto.size() ? magnitud : magnitud / kPotencias[texto.size() - 1 - punto];
+  valor = negativo ? -leido : leido;
+  return true;
+}
+
 }  // namespace
 
 std::size_t FloatToChars(double valor, std::span<char, kMaxFloatText> salida) noexcept {
@@ -197,6 +224,7 @@ bool TryStrToFloat(std::string_view texto, double& valor) noexcept {
 }
 
 bool TryStrToFloat(std::u16string_view texto, double& valor) {
+  if (LeeCorto(texto, valor)) return true;
   texto = TrimView(texto);
   // What does not even begin like a number needs no look at the rest.
   constexpr std::u16string_view kComienzos = u"+-.0123456789";

@@ -1,0 +1,72 @@
+#include "Uformula/FuncionesInternas.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <numeric>
+
+#include "framework/Excepciones.h"
+#include "framework/Numeros.h"
+#include "framework/Texto.h"
+
+namespace vel::formula {
+namespace {
+
+using Argumentos = std::span<const double>;
+
+double Entero32(double valor) noexcept {
+  const double entero = std::trunc(valor);
+  const bool cabe = entero >= std::numeric_limits<std::int32_t>::min() &&
+                    entero <= std::numeric_limits<std::int32_t>::max();
+  return cabe ? entero : std::numeric_limits<double>::quiet_NaN();
+}
+
+constexpr std::array<FuncionInterna, 16> kInternas{{
+    {u"SUMA", 1, [](Argumentos a) { return std::accumulate(a.begin(), a.end(), 0.0); }},
+    {u"PRODCTO", 1,
+     [](Argumentos a) { return std::accumulate(a.begin(), a.end(), 1.0, std::multiplies<>()); }},
+    {u"ABS", 1, [](Argumentos a) { return std::abs(Entero32(a[0])); }, true},
+    {u"PTENCIA", 2, [](Argumentos a) { return std::pow(a[0], a[1]); }},
+    {u"CUBO", 1, [](Argumentos a) { return std::pow(a[0], 3.0); }},
+    {u"QADRADO", 1, [](Argumentos a) { return a[0] * a[0]; }},
+    {u"MIN", 1, [](Argumentos a) { return *std::min_element(a.begin(), a.end()); }},
+    {u"MAX", 1, [](Argumentos a) { return *std::max_element(a.begin(), a.end()); }},
+    {u"RAIZ", 1, [](Argumentos a) { return std::sqrt(a[0]); }},
+    {u"RDONDEA", 1, [](Argumentos a) { return RedondeaMedio(a[0]); }, true},
+    {u"TRUNCAR", 1, [](Argumentos a) { return std::floor(a[0]); }},
+    {u"FRACC", 1, [](Argumentos a) { return a[0] - std::trunc(a[0]); }},
+    {u"SIGNO", 1, [](Argumentos a) { return static_cast<double>((a[0] > 0) - (a[0] < 0)); }},
+    {u"INVERSO", 1, [](Argumentos a) { return a[0] * -1; }},
+    {u"SI", 3, [](Argumentos a) { return a[0] != 0 ? a[1] : a[2]; }},
+    {u"NO", 1, [](Argumentos a) { return static_cast<double>(a[0] == 0); }},
+}};
+
+static_assert(std::all_of(kInternas.begin(), kInternas.end(),
+                          [](const FuncionInterna& f) { return f.nombre.size() <= kMaxNombreInterna; }));
+
+}  // namespace
+
+const FuncionInterna* BuscaInterna(std::u16string_view nombre) noexcept {
+  const auto it = std::find_if(kInternas.begin(), kInternas.end(),
+                               [nombre](const FuncionInterna& f) { return SameText(f.nombre, nombre); });
+  return it == kInternas.end() ? nullptr : &*it;
+}
+
+double Llama(const FuncionInterna& funcion, Argumentos argumentos) {
+  if (argumentos.size() < funcion.argumentos) {
+    throw EInvalidOperation(u"Faltan argumentos en la función [" + UnicodeString(funcion.nombre) + u"]");
+  }
+  const double valor = funcion.valor(argumentos);
+  if (funcion.entero32 && std::isnan(valor)) LanzaNoCabe(argumentos[0]);
+  return valor;
+}
+
+double RedondeaMedio(double valor) noexcept { return Entero32(valor + 0.5); }
+
+void LanzaNoCabe(double valor) {
+  throw EInvalidOperation(u"El valor " + FloatToStr(valor) + u" no cabe en un entero de 32 bits");
+}
+
+}  // namespace vel::formula

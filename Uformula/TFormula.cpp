@@ -1,0 +1,158 @@
+#include "Uformula/TFormula.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "Uformula/Arbol.h"
+#include "Uformula/Evaluador.h"
+#include "Uformula/FuncionesInternas.h"
+#include "Uformula/Operadores.h"
+#include "Uformula/Variables.h"
+#include "framework/Excepciones.h"
+#include "framework/Numeros.h"
+
+namespace vel {
+
+struct TFormula::Interior {
+  UnicodeString texto;
+  formula::Arbol arbol;
+  formula::Variables variables;
+  formula::Evaluador evaluador{arbol, variables};
+};
+
+namespace {
+
+const formula::Paso& PasoNumero(const formula::Arbol& arbol, const formula::Serie<std::uint32_t>& pasos,
+                                std::size_t numero) {
+  if (numero >= pasos.Cuenta()) throw EInvalidOperation(u"La fórmula no tiene ese elemento");
+  return arbol.Pasos()[pasos[numero]];
+}
+
+}  // namespace
+
+TFormula::TFormula() : interior_(std::make_unique<Interior>()) {}
+
+TFormula::~TFormula() = default;
+
+bool TFormula::NewFormula(std::u16string_view formula) {
+  if (formula != interior_->texto) interior_->texto = formula;
+  return FormateaFormula(interior_->texto);
+}
+
+bool TFormula::FormateaFormula(std::u16string_view formula) {
+  interior_->arbol.Construye(formula);
+  Execute();
+  return true;
+}
+
+void TFormula::SetVariables(const TStringList& lista) { interior_->variables.Pon(lista); }
+
+double TFormula::Execute() {
+  if (interior_->arbol.Raiz() == formula::kNinguno) throw EInvalidOperation(u"No hay fórmula que evaluar");
+  return interior_->evaluador.Ejecuta();
+}
+
+bool TFormula::EsOperador(std::u16string_view texto) noexcept {
+  return !texto.empty() && formula::EsOperador(texto.front());
+}
+
+bool TFormula::EsFuncionInterna(std::u16string_view nombre) noexcept {
+  return formula::BuscaInterna(nombre) != nullptr;
+}
+
+void TFormula::ConfigList(TStringList& lista) {
+  lista.SetSorted(true);
+  lista.SetDuplicates(TDuplicates::dupError);
+}
+
+std::int32_t TFormula::Redondea(double valor) {
+  const double entero = formula::RedondeaMedio(valor);
+  if (std::isnan(entero)) formula::LanzaNoCabe(valor);
+  return static_cast<std::int32_t>(entero);
+}
+
+UnicodeString TFormula::DameFuncionN(std::u16string_view operando) {
+  return interior_->arbol.DameFuncionN(operando);
+}
+
+void TFormula::CreaFuncionN(std::u16string_view expresion) { interior_->arbol.CreaFuncionN(expresion); }
+
+void TFormula::CreaFunciones(std::u16string_view operador) {
+  const auto it = std::find(formula::kOperadores.begin(), formula::kOperadores.end(), operador);
+  if (it == formula::kOperadores.end()) return;
+  interior_->arbol.CreaFunciones(static_cast<formula::Operador>(it - formula::kOperadores.begin()));
+}
+
+std::size_t TFormula::CreaFuncionInterna(std::u16string_view nombre, std::u16string_view argumentos) {
+  return interior_->arbol.CreaFuncionInterna(nombre, argumentos);
+}
+
+UnicodeString TFormula::RemplazaVariables(std::u16string_view operando) {
+  double numero = 0;
+  if (TryStrToFloat(operando, numero)) return UnicodeString(operando);
+  const std::ptrdiff_t variable = interior_->variables.Busca(operando);
+  if (variable >= 0) return UnicodeString(interior_->variables[static_cast<std::size_t>(variable)].Valor());
+  const std::uint32_t paso = interior_->arbol.BuscaPaso(operando);
+  if (paso != formula::kNinguno) return FloatToStr(interior_->evaluador.Evalua(paso));
+  return UnicodeString(operando);
+}
+
+double TFormula::Result(const FUNCTION_SIMPLE* funcion) {
+  const FUNCTION_SIMPLE resuelta{funcion->operador, RemplazaVariables(funcion->izquierdo),
+                                 RemplazaVariables(funcion->derecho)};
+  return ResuelveFuncion(&resuelta);
+}
+
+double TFormula::ResuelveFuncion(const FUNCTION_SIMPLE* funcion) const {
+  const double izquierdo = StrToFloat(funcion->izquierdo);
+  const double derecho = StrToFloat(funcion->derecho);
+  const auto it = std::find(formula::kOperadores.begin(), formula::kOperadores.end(), funcion->operador);
+  const auto operador = static_cast<formula::Operador>(it - formula::kOperadores.begin());
+  if (it != formula::kOperadores.end() && operador != formula::Operador::igual) {
+    return formula::Aplica(operador, izquierdo, derecho);
+  }
+  if (funcion->operador.size() == 2) return 0;
+  formula::LanzaOperadorDesconocido();
+}
+
+double TFormula::ResuelveFuncionIn(const FUNCTION_INTERNA* funcion) {
+  const formula::FuncionInterna* interna = formula::BuscaInterna(funcion->nombre);
+  if (interna == nullptr) formula::LanzaFuncionDesconocida(funcion->nombre);
+  std::vector<double> argumentos;
+  for (std::size_t i = 0; i < funcion->argumentos.Count(); ++i) {
+    argumentos.push_back(StrToFloat(RemplazaVariables(funcion->argumentos[i])));
+  }
+  return formula::Llama(*interna, argumentos);
+}
+
+const UnicodeString& TFormula::Texto() const noexcept { return interior_->texto; }
+
+std::size_t TFormula::Nodos() const noexcept { return interior_->arbol.Nodos().Cuenta(); }
+
+std::size_t TFormula::Internas() const noexcept { return interior_->arbol.Llamadas().Cuenta(); }
+
+FUNCTION_SIMPLE TFormula::Nodo(std::size_t numero) const {
+  const formula::Arbol& arbol = interior_->arbol;
+  const formula::Paso& p = PasoNumero(arbol, arbol.Nodos(), numero);
+  return {UnicodeString(formula::Texto(p.operador)), arbol.Texto(arbol.Operandos()[p.primero]),
+          arbol.Texto(arbol.Operandos()[p.primero + 1])};
+}
+
+FUNCTION_INTERNA TFormula::Interna(std::size_t numero) const {
+  const formula::Arbol& arbol = interior_->arbol;
+  const formula::Paso& p = PasoNumero(arbol, arbol.Llamadas(), numero);
+  FUNCTION_INTERNA interna{UnicodeString(arbol.Vista(p.nombre)), {}};
+  for (std::uint32_t j = 0; j < p.cuenta; ++j) {
+    interna.argumentos.Add(arbol.Texto(arbol.Operandos()[p.primero + j]));
+  }
+  return interna;
+}
+
+TStringList TFormula::Tokens() const {
+  TStringList lista;
+  for (const UnicodeString& token : interior_->arbol.Tokens()) lista.Add(token);
+  return lista;
+}
+
+}  // namespace vel

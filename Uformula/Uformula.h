@@ -1,0 +1,4 @@
+#pragma once
+
+/// The formula evaluator: everything of this folder.
+#include "Uformula/TFormula.h"

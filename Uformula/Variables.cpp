@@ -1,0 +1,106 @@
+#include "Uformula/Variables.h"
+
+#include <bit>
+#include <cstring>
+
+#include "Uformula/FuncionesInternas.h"
+#include "Uformula/TFormula.h"
+#include "framework/Numeros.h"
+
+namespace vel::formula {
+namespace {
+
+// Names that match without regard to case give the same number.
+std::size_t Dispersa(std::u16string_view nombre) noexcept {
+  std::uint32_t h = 0;
+  for (const char16_t c : nombre) h = h * 31 + (c < 0x80 ? c | 0x20u : FoldCase(c));
+  return h ^ (h >> 7);
+}
+
+// "FUN12", "suma3": a node's or a call's name, whether there is such a one or not.
+bool NombraPaso(std::u16string_view nombre) noexcept {
+  const std::size_t fin = nombre.find_last_not_of(u"0123456789");
+  if (fin == std::u16string_view::npos || fin + 1 == nombre.size()) return false;
+  const std::u16string_view raiz = nombre.substr(0, fin + 1);
+  return SameText(raiz, u"FUN") || BuscaInterna(raiz) != nullptr;
+}
+
+}  // namespace
+
+void Variable::LeeValor() { esNumero = TryStrToFloat(Valor(), numero); }
+
+void Variables::Pon(const TStringList& lista) {
+  if (PonValores(lista)) return;
+  ++version_;
+  variables_.clear();
+  orden_.clear();
+  casillas_.clear();
+  hayTextos_ = false;
+  nombranPasos_ = false;
+
+  TStringList ordenada;
+  TFormula::ConfigList(ordenada);
+  ordenada.AddStrings(lista);
+  const std::size_t n = ordenada.Count();
+  casillas_.resize(std::bit_ceil(2 * n + 1));
+  variables_.reserve(n);
+  for (std::size_t i = 0; i < n; ++i) {
+    const UnicodeString& linea = ordenada[i];
+    const std::size_t igual = linea.find(u'=');
+    if (igual == UnicodeString::npos) continue;
+    const std::size_t casilla = Casilla(std::u16string_view(linea).substr(0, igual));
+    if (casillas_[casilla] != 0) continue;
+    Variable& v = variables_.emplace_back(Variable{linea, igual});
+    v.LeeValor();
+    hayTextos_ = hayTextos_ || !v.esNumero;
+    casillas_[casilla] = static_cast<std::uint32_t>(variables_.size());
+    nombranPasos_ = nombranPasos_ || NombraPaso(v.Nombre());
+  }
+  if (variables_.size() < n) return;
+  for (std::size_t i = 0; i < n; ++i) {
+    const std::u16string_view linea = lista[i];
+    orden_.push_back(casillas_[Casilla(linea.substr(0, linea.find(u'=')))] - 1);
+  }
+}
+
+// True when the lines have the names that stand, in the same order, and the same ones have a value.
+bool Variables::PonValores(const TStringList& lista) {
+  if (orden_.empty() || lista.Count() != orden_.size()) return false;
+  bool hayTextos = false;
+  for (std::size_t i = 0; i < orden_.size(); ++i) {
+    const std::u16string_view linea = lista[i];
+    Variable& v = variables_[orden_[i]];
+    const std::size_t cabeza = v.largoNombre + 1;
+    if (linea.substr(0, cabeza) != std::u16string_view(v.linea).substr(0, cabeza)) return false;
+    if ((linea.size() == cabeza) != v.Vacia()) return false;
+    if (linea != v.linea) {
+      v.linea = linea;
+      v.LeeValor();
+    }
+    hayTextos = hayTextos || !v.esNumero;
+  }
+  hayTextos_ = hayTextos;
+  return true;
+}
+
+std::size_t Variables::Casilla(std::u16string_view nombre) const noexcept {
+  const std::size_t mascara = casillas_.size() - 1;
+  std::size_t i = Dispersa(nombre) & mascara;
+  const auto esta = [nombre](std::u16string_view otro) {
+    // Most names are spelled alike.
+    return otro.size() == nombre.size() &&
+           (std::memcmp(otro.data(), nombre.data(), nombre.size() * sizeof(char16_t)) == 0 ||
+            SameText(otro, nombre));
+  };
+  while (casillas_[i] != 0 && !esta(variables_[casillas_[i] - 1].Nombre())) i = (i + 1) & mascara;
+  return i;
+}
+
+std::ptrdiff_t Variables::Busca(std::u16string_view nombre) const noexcept {
+  if (casillas_.empty()) return -1;
+  const std::uint32_t lugar = casillas_[Casilla(nombre)];
+  if (lugar == 0 || variables_[lugar - 1].Vacia()) return -1;
+  return static_cast<std::ptrdiff_t>(lugar) - 1;
+}
+
+}  // namespace vel::formula

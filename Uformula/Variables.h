@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "framework/TStringList.h"
+#include "framework/Texto.h"
+
+namespace vel::formula {
+
+/// One name=value line of the caller, its value read.
+struct Variable {
+  UnicodeString linea;
+  std::size_t largoNombre = 0;
+  double numero = 0;
+  bool esNumero = false;
+
+  std::u16string_view Nombre() const noexcept { return std::u16string_view(linea).substr(0, largoNombre); }
+  std::u16string_view Valor() const noexcept { return std::u16string_view(linea).substr(largoNombre + 1); }
+  bool Vacia() const noexcept { return linea.size() == largoNombre + 1; }
+  void LeeValor();
+};
+
+/// The caller's variables. A formula is executed many times with the same names and other values: while the
+/// names stay, setting them only reads the new values, and what refers to a variable by its place stays good.
+class Variables {
+ public:
+  /// TFormula::SetVariables.
+  void Pon(const TStringList& lista);
+
+  /// Place of the variable of that name when it has a value; -1 otherwise.
+  std::ptrdiff_t Busca(std::u16string_view nombre) const noexcept;
+  const Variable& operator[](std::size_t lugar) const noexcept { return variables_[lugar]; }
+
+  /// Changes whenever a place may hold another name, or a value appear or disappear.
+  std::uint64_t Version() const noexcept { return version_; }
+  /// True when some value is no number.
+  bool HayTextos() const noexcept { return hayTextos_; }
+  /// True when some name could be that of a node or of a built-in call, which then gives way to it.
+  bool NombranPasos() const noexcept { return nombranPasos_; }
+
+ private:
+  bool PonValores(const TStringList& lista);
+  /// Slot of the name in the hash table: the one that holds it, or the free one where it would go.
+  std::size_t Casilla(std::u16string_view nombre) const noexcept;
+
+  // In the order of the sorted list, so that the first of a repeated name is the one that counts.
+  std::vector<Variable> variables_;
+  // For each line of the caller's list, its place here; empty when lines and places are not one to one.
+  std::vector<std::uint32_t> orden_;
+  // Open addressing by name, a power of two; place plus one, 0 where free.
+  std::vector<std::uint32_t> casillas_;
+  std::uint64_t version_ = 0;
+  bool hayTextos_ = false;
+  bool nombranPasos_ = false;
+};
+
+}  // namespace vel::formula

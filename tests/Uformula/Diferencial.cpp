@@ -1,0 +1,236 @@
+#include <cmath>
+#include <gtest/gtest.h>
+#include <map>
+#include <random>
+#include <set>
+#include <vector>
+
+#include "Uformula/Uformula.h"
+#include "framework/Excepciones.h"
+#include "framework/Numeros.h"
+
+namespace vel {
+namespace {
+
+using Texto = UnicodeString;
+
+bool EsOp(char16_t c) { return Texto(u"*+-/<=>").find(c) != Texto::npos; }
+bool ConOp(const Texto& t) { return t.find_first_of(u"*+-/<=>") != Texto::npos; }
+
+// The rules as they are stated: the text is rewritten once for each parenthesis, values travel as text.
+struct Literal {
+  struct Nodo {
+    Texto op, izq, der;
+  };
+  struct Interna {
+    Texto nombre;
+    std::vector<Texto> args;
+  };
+  std::map<Texto, Nodo, LessText> nodos;
+  std::map<Texto, Interna, LessText> internas;
+  std::map<Texto, Texto, LessText> variables;
+  std::vector<Texto> tokens;
+  std::set<Texto, LessText> abiertos;
+  Texto raiz;
+
+  static bool EsInterna(const Texto& nombre) {
+    static const std::set<Texto, LessText> nombres{
+        u"SUMA",    u"PRODCTO", u"ABS",   u"TRUNCAR", u"RDONDEA", u"FRACC", u"RAIZ", u"PTENCIA",
+        u"QADRADO", u"CUBO",    u"SIGNO", u"INVERSO", u"MIN",     u"MAX",   u"SI",   u"NO"};
+    return nombres.contains(nombre);
+  }
+
+  double Formula(Texto t) {
+    t = StringReplace(t, u" ", u"");
+    if (t.starts_with(u'-')) t = u"0" + t;
+    for (auto n = std::count(t.begin(), t.end(), u'('); n > 0; --n) t = Pasada(t, t.rfind(u'('));
+    FuncionN(t + u"+0");
+    return nodos.empty() ? throw EInvalidOperation(u"No hay fórmula que evaluar") : Result(raiz);
+  }
+
+  Texto Pasada(const Texto& t, std::size_t abre) {
+    const std::size_t cierra = t.find(u')', abre);
+    const std::size_t corte = t.find_last_of(u"*+-/<=>(,", abre == 0 ? 0 : abre - 1);
+    const Texto nombre = abre == 0 ? u"" : t.substr(corte == Texto::npos ? 0 : corte + 1, abre - (corte + 1));
+    Texto dentro = t.substr(abre + 1, cierra - abre - 1);
+    const Texto resto = t.substr(cierra + 1);
+    if (!EsInterna(nombre)) {
+      CreaFuncionN(dentro);
+      return t.substr(0, abre) + (tokens.empty() ? u"" : Trim(tokens[0])) + resto;
+    }
+    Interna llamada{nombre, {}};
+    for (dentro += u','; !dentro.empty(); dentro.erase(0, dentro.find(u',') + 1)) {
+      llamada.args.push_back(FuncionN(dentro.substr(0, dentro.find(u','))));
+    }
+    const Texto numero = IntToStr(static_cast<std::int64_t>(internas.size()));
+    internas[nombre + numero] = llamada;
+    return t.substr(0, abre) + numero + resto;
+  }
+
+  Texto FuncionN(const Texto& t) {
+    if (!ConOp(t.starts_with(u'-') ? t.substr(1) : t)) return t;
+    CreaFuncionN(t);
+    return Trim(tokens[0]);
+  }
+
+  void CreaFuncionN(const Texto& t) {
+    bool dobles = false;
+    for (const char16_t* d : {u"<>", u"<=", u">="}) dobles = dobles || t.find(d) != Texto::npos;
+    tokens.clear();
+    Texto pendiente;
+    for (std::size_t i = 0; i < t.size(); ++i) {
+      if (EsOp(t[i])) {
+        if (!pendiente.empty()) tokens.push_back(pendiente);
+        pendiente = t[i];
+        if ((dobles || t[i] == u'+' || t[i] == u'-') && i + 1 < t.size()) pendiente += t[++i];
+      } else {
+        pendiente += t[i];
+      }
+    }
+    if (!pendiente.empty()) tokens.push_back(pendiente);
+    for (const char16_t* op : {u"<>", u"<=", u">=", u"/", u"*", u"-", u"+", u"=", u">", u"<"}) {
+      if (dobles || Texto(op).size() == 1) CreaFunciones(op);
+    }
+  }
+
+  void CreaFunciones(const Texto& op) {
+    for (std::size_t i = 1; i < tokens.size(); ++i) {
+      if (tokens[i].substr(0, op.size()) != op) continue;
+      Texto izq = tokens[i - 1], prefijo;
+      if (i > 1 && EsOp(izq[0])) {
+        prefijo = izq[0];
+        izq.erase(0, 1);
+      }
+      const Texto nombre = u"FUN" + IntToStr(static_cast<std::int64_t>(nodos.size()));
+      nodos[nombre] = {op, izq, StringReplace(tokens[i], op, u"")};
+      raiz = nombre;
+      tokens[i - 1] = prefijo + nombre;
+      tokens.erase(tokens.begin() + static_cast<std::ptrdiff_t>(i));
+      i = 0;
+    }
+  }
+
+  Texto Remplaza(const Texto& t) {
+    double numero = 0;
+    if (TryStrToFloat(t, numero)) return t;
+    if (variables.contains(t)) return variables[t];
+    if (nodos.contains(t)) return FloatToStr(Result(nodos.find(t)->first));
+    if (internas.contains(t)) return FloatToStr(ResultIn(internas.find(t)->first));
+    return t;
+  }
+
+  void Abre(const Texto& nombre) {
+    if (!abiertos.insert(nombre).second) {
+      throw EInvalidOperation(u"La fórmula se refiere a sí misma en " + nombre);
+    }
+  }
+
+  double Result(const Texto& nombre) {
+    Abre(nombre);
+    const Nodo nodo = nodos[nombre];
+    const Texto izq = Remplaza(nodo.izq), der = Remplaza(nodo.der);
+    abiertos.erase(nombre);
+    const double a = StrToFloat(izq), b = StrToFloat(der);
+    if (nodo.op == u"+") return a + b;
+    if (nodo.op == u"-") return a - b;
+    if (nodo.op == u"*") return a * b;
+    if (nodo.op == u"/") return a / b;
+    if (nodo.op == u"<") return a < b;
+    if (nodo.op == u">") return a > b;
+    if (nodo.op == u"<=") return a <= b;
+    if (nodo.op == u">=") return a >= b;
+    if (nodo.op == u"<>") return a != b;
+    throw Exception(u"Operador desconocido");
+  }
+
+  // The built-ins that the generator writes.
+  double ResultIn(const Texto& nombre) {
+    Abre(nombre);
+    const Interna llamada = internas[nombre];
+    std::vector<double> a;
+    for (const Texto& arg : llamada.args) a.push_back(StrToFloat(Remplaza(arg)));
+    abiertos.erase(nombre);
+    const std::size_t minimo = SameText(llamada.nombre, u"SI") ? 3 : 1;
+    if (a.size() < minimo) throw EInvalidOperation(u"Faltan argumentos en la función [SI]");
+    if (minimo == 3) return a[0] != 0 ? a[1] : a[2];
+    if (SameText(llamada.nombre, u"RAIZ")) return std::sqrt(a[0]);
+    if (SameText(llamada.nombre, u"TRUNCAR")) return std::floor(a[0]);
+    double suma = 0;
+    for (const double x : a) suma += x;
+    return suma;
+  }
+};
+
+class Generador {
+ public:
+  Texto Expresion(int hondo) {
+    Texto t = De({u"", u"", u"", u"", u"", u"-", u"+"}) + Operando(hondo);
+    for (auto n = azar_() % 4; n > 0; --n) {
+      t += De({u"+", u"-", u"*", u"/", u"+", u"-", u"*", u"/", u"<", u">", u"<>", u"<=", u">=", u"="}, 13);
+      if (azar_() % 24 == 0) t += De({u"-", u"+", u"*", u" "});
+      t += Operando(hondo);
+    }
+    return t;
+  }
+
+ private:
+  Texto Operando(int hondo) {
+    const auto clase = azar_() % (hondo > 0 ? 12 : 8);
+    if (clase < 4) return De({u"1", u"2", u"0.1", u"3.7", u"12", u"0", u"1234.56", u".5"});
+    if (clase < 7) return De({u"A", u"b", u"IVA"});
+    if (clase == 7 && azar_() % 6 != 0) return u"C";
+    if (clase == 7)
+      return De({u"X", u"FUN0", u"fun1", u"FUN3", u"SUMA0", u"SI1", u"", u"T", u"\tC", u"1E308"});
+    if (clase < 10)
+      return De({u"", u"", u"", u"", u"", u"", u"", u"2", u"FUN"}) + u"(" + Expresion(hondo - 1) + u")";
+    Texto t = De({u"SUMA", u"si", u"SI", u"RAIZ", u"Truncar"}) + u"(";
+    for (auto n = azar_() % 10 == 0 ? 1 : 3; n > 0; --n) t += Expresion(hondo - 1) + (n > 1 ? u"," : u"");
+    return t + u")";
+  }
+  Texto De(std::vector<Texto> opciones, std::size_t raras = 0) {
+    const std::size_t i = azar_() % opciones.size();
+    return raras != 0 && i >= raras && azar_() % 8 != 0 ? opciones[0] : opciones[i];
+  }
+  std::mt19937 azar_{20240229};
+};
+
+template <class Accion>
+Texto Resultado(Accion accion) {
+  try {
+    return FloatToStr(accion());
+  } catch (const Exception& e) {
+    return e.Message();
+  }
+}
+
+TEST(Formula, AgreesWithTheLiteralRulesOnRandomFormulas) {
+  const std::map<Texto, Texto, LessText> variables{{u"A", u"7"},      {u"B", u"-2.25"}, {u"C", u"100"},
+                                                   {u"IVA", u"0.16"}, {u"T", u"texto"}, {u"FUN3", u"8"}};
+  TStringList lista;
+  for (const auto& [nombre, valor] : variables) lista.SetValue(nombre, valor);
+  TFormula formula;
+  formula.SetVariables(lista);
+  Generador generador;
+  int conValor = 0;
+  for (int i = 0; i < 60'000; ++i) {
+    const Texto texto = generador.Expresion(3);
+    Literal literal;
+    literal.variables = variables;
+    const Texto esperado = Resultado([&] { return literal.Formula(texto); });
+    Texto obtenido = Resultado([&] { return formula.FormateaFormula(texto), formula.Execute(); });
+    ASSERT_EQ(UTF8Encode(obtenido), UTF8Encode(esperado)) << UTF8Encode(texto);
+    ASSERT_EQ(formula.Nodos(), literal.nodos.size()) << UTF8Encode(texto);
+    for (std::size_t n = 0; n < formula.Nodos(); ++n) {
+      const FUNCTION_SIMPLE nodo = formula.Nodo(n);
+      const Literal::Nodo& otro = literal.nodos[u"FUN" + IntToStr(static_cast<std::int64_t>(n))];
+      ASSERT_TRUE(nodo.operador == otro.op && nodo.izquierdo == otro.izq && nodo.derecho == otro.der)
+          << UTF8Encode(texto) << ": " << n;
+    }
+    double numero = 0;
+    conValor += TryStrToFloat(esperado, numero) ? 1 : 0;
+  }
+  EXPECT_GT(conValor, 20'000);
+}
+
+}  // namespace
+}  // namespace vel

@@ -1,0 +1,160 @@
+#include <cmath>
+#include <gtest/gtest.h>
+#include <random>
+
+#include "Uformula/Uformula.h"
+#include "framework/Excepciones.h"
+#include "framework/Numeros.h"
+
+namespace vel {
+namespace {
+
+double Evalua(std::u16string_view texto) {
+  TFormula formula;
+  formula.NewFormula(texto);
+  return formula.Execute();
+}
+
+UnicodeString Repite(std::u16string_view parte, int veces) {
+  UnicodeString texto;
+  while (veces-- > 0) texto += parte;
+  return texto;
+}
+
+void Pon(TFormula& formula, std::u16string_view lineas) {
+  TStringList lista;
+  lista.SetText(lineas);
+  formula.SetVariables(lista);
+}
+
+TEST(Formula, IsBuiltOnceAndExecutedWithOtherVariables) {
+  TFormula formula;
+  EXPECT_THROW(formula.Execute(), EInvalidOperation);
+  EXPECT_THROW(formula.NewFormula(u"A*B+2*3"), EConvertError);
+  Pon(formula, u"A=2\nB=5");
+  EXPECT_EQ(formula.Execute(), 16);
+  Pon(formula, u"A=3\nB=5");
+  EXPECT_EQ(formula.Execute(), 21);
+  Pon(formula, u"A=3\nB=x");
+  EXPECT_THROW(formula.Execute(), EConvertError);
+  Pon(formula, u"A=3\nB=");
+  EXPECT_THROW(formula.Execute(), EConvertError);
+  Pon(formula, u"b=7\nC=1\nA=1\nfun0=10");  // The variable hides node FUN0, which is A*B.
+  EXPECT_EQ(formula.Execute(), 16);
+  Pon(formula, u"B=4\nA=1");
+  EXPECT_EQ(formula.Execute(), 10);
+  // Unbalanced parentheses leave no formula, and the object as good as new.
+  EXPECT_THROW(formula.NewFormula(u"(A"), EInvalidOperation);
+  EXPECT_EQ(formula.Nodos(), 0u);
+  EXPECT_THROW(formula.Execute(), EInvalidOperation);
+  EXPECT_TRUE(formula.NewFormula(u"A+B"));
+  EXPECT_EQ(formula.Texto(), u"A+B");
+}
+
+TEST(Formula, TakesTheFirstInOrderOfARepeatedVariable) {
+  TFormula formula;
+  Pon(formula, u"A=6\na=5\nsin valor\nB=1");
+  formula.NewFormula(u"A");
+  EXPECT_EQ(formula.Execute(), 5);
+  EXPECT_THROW(Pon(formula, u"A=6\na=6"), EStringListError);
+  EXPECT_THROW(formula.Execute(), EConvertError);
+}
+
+// What an operation hands to the next is the double that FloatToStr's text reads back to.
+TEST(Formula, CarriesFifteenDigitsBetweenOperations) {
+  TFormula formula;
+  Pon(formula, u"A=1");
+  formula.NewFormula(u"A*1");
+  std::mt19937_64 azar(5);
+  // Decimals beside a tie at the fifteenth digit, binary ties, amounts, all magnitudes, powers of ten.
+  for (int i = 0; i < 100'000; ++i) {
+    const auto entero = static_cast<double>(azar() % 1'000'000'000'000'000);
+    const double formas[] = {
+        entero / 8,
+        std::ldexp(entero, -static_cast<int>(azar() % 90)),
+        entero / 1e6,
+        (std::floor(entero / 10) + 0.5) / std::pow(10.0, static_cast<double>(azar() % 22)),
+        std::ldexp(entero, static_cast<int>(azar() % 1900) - 1074),
+        std::nextafter(std::pow(10.0, static_cast<double>(azar() % 40) - 20), i % 2 * 1e30)};
+    const double valor = formas[i % 6] * (i % 7 == 0 ? -1 : 1);
+    char exacto[40];
+    std::snprintf(exacto, sizeof exacto, "A=%.17g", valor);
+    Pon(formula, UTF8ToString(exacto));
+    ASSERT_EQ(formula.Execute(), StrToFloat(FloatToStr(valor))) << exacto;
+  }
+}
+
+TEST(Formula, EndsWhateverItHolds) {
+  constexpr int kMuchos = 100'000;
+  EXPECT_EQ(Evalua(Repite(u"(", kMuchos) + u"1" + Repite(u")", kMuchos)), 1);
+  EXPECT_EQ(Evalua(Repite(u"(1+", kMuchos) + u"1" + Repite(u")", kMuchos)), kMuchos + 1);
+  EXPECT_EQ(Evalua(Repite(u"ABS(1+", kMuchos) + u"1" + Repite(u")", kMuchos)), kMuchos + 1);
+  EXPECT_EQ(Evalua(u"1" + Repite(u"+1", kMuchos)), kMuchos + 1);
+  EXPECT_EQ(Evalua(u"SUMA(1" + Repite(u",1", kMuchos) + u")"), kMuchos + 1);
+  EXPECT_THROW(Evalua(Repite(u"(", kMuchos) + u"1" + Repite(u"2)", kMuchos)), EConvertError);
+  EXPECT_THROW(Evalua(Repite(u"(", kMuchos)), EInvalidOperation);
+  EXPECT_THROW(Evalua(Repite(u"-", kMuchos)), EConvertError);
+  // An unknown name at the end of a long chain makes the careful walk go all the way down.
+  EXPECT_THROW(Evalua(Repite(u"(1+", kMuchos) + u"X" + Repite(u")", kMuchos)), EConvertError);
+  // Each node is named twice by the next: following every name would take 2^49 steps.
+  UnicodeString doble = u"FUN49";
+  for (int i = 0; i < 49; ++i) doble = u"(FUN" + IntToStr(i) + u"+FUN" + IntToStr(i) + u")," + doble;
+  EXPECT_EQ(Evalua(u"MAX(" + doble + u",(1+0))"), std::ldexp(1.0, 49));
+}
+
+TEST(Formula, OffersItsStepsOneByOne) {
+  TFormula formula;
+  EXPECT_TRUE(TFormula::EsOperador(u"<=") && TFormula::EsOperador(u"-5"));
+  EXPECT_FALSE(TFormula::EsOperador(u"") || TFormula::EsOperador(u"(") || TFormula::EsOperador(u"5-"));
+  EXPECT_TRUE(TFormula::EsFuncionInterna(u"Qadrado"));
+  EXPECT_FALSE(TFormula::EsFuncionInterna(u"CUADRADO") || TFormula::EsFuncionInterna(u""));
+  EXPECT_EQ(TFormula::Redondea(2.5), 3);
+  EXPECT_EQ(TFormula::Redondea(-2147483648.4), -2147483647);
+  EXPECT_THROW(TFormula::Redondea(2147483647.5), EInvalidOperation);
+  EXPECT_THROW(TFormula::Redondea(std::nan("")), EInvalidOperation);
+
+  EXPECT_EQ(formula.DameFuncionN(u"-A"), u"-A");
+  EXPECT_EQ(formula.DameFuncionN(u"8-2*3"), u"FUN1");
+  EXPECT_EQ(formula.RemplazaVariables(u"fun1"), u"2");
+  formula.CreaFuncionN(u"FUN1/4");
+  EXPECT_EQ(formula.Tokens()[0], u"FUN2");
+  EXPECT_EQ(formula.RemplazaVariables(u"FUN2"), u"0.5");
+  EXPECT_EQ(formula.RemplazaVariables(u"FUN02"), u"FUN02");
+  EXPECT_EQ(formula.CreaFuncionInterna(u"suma", u"FUN2,2,A"), 0u);
+  EXPECT_THROW(formula.RemplazaVariables(u"SUMA0"), EConvertError);
+  Pon(formula, u"A=7");
+  EXPECT_EQ(formula.RemplazaVariables(u"SUMA0"), u"9.5");
+  EXPECT_EQ(formula.RemplazaVariables(u"A"), u"7");
+  EXPECT_EQ(formula.Interna(0).argumentos[2], u"A");
+  EXPECT_THROW(formula.Nodo(3), EInvalidOperation);
+
+  const auto resuelve = [&](const char16_t* op) {
+    const FUNCTION_SIMPLE funcion{op, u"A", u"SUMA0"};
+    return formula.Result(&funcion);
+  };
+  EXPECT_EQ(resuelve(u"+"), 16.5);
+  EXPECT_EQ(resuelve(u"<>"), 1);
+  EXPECT_EQ(resuelve(u"=="), 0);
+  for (const char16_t* op : {u"=", u"%"}) {
+    try {
+      resuelve(op);
+      ADD_FAILURE();
+    } catch (const Exception& e) {
+      EXPECT_EQ(e.Message(), u"Operador desconocido");
+    }
+  }
+  formula.CreaFuncionInterna(u"Coseno", u"XYZ");
+  try {
+    formula.RemplazaVariables(u"COSENO1");
+    ADD_FAILURE();
+  } catch (const Exception& e) {
+    EXPECT_EQ(e.Message(), u"Funcion desconocida [Coseno]");
+  }
+  FUNCTION_INTERNA potencia{u"ptencia", {}};
+  potencia.argumentos.Add(u"A");
+  potencia.argumentos.Add(u"FUN1");
+  EXPECT_EQ(formula.ResuelveFuncionIn(&potencia), 49);
+}
+
+}  // namespace
+}  // namespace vel
