@@ -1,6 +1,7 @@
 // Values: their literals, what stored texts mean, and what is bound.
 
-#include <algorithm>
+#include <array>
+#include <charconv>
 #include <utility>
 #include <vector>
 
@@ -11,6 +12,9 @@
 
 namespace vel {
 namespace {
+
+// Stands for a null value in a stored text.
+constexpr std::u16string_view kNulo = u"NULL";
 
 enum class Familia : std::uint8_t { Texto, Entero, Flotante, Booleano, Fecha, Otra };
 
@@ -85,7 +89,6 @@ bool EntreComillas(std::u16string_view texto, char16_t comilla) {
 
 // Reads one element of a list: in single quotes, where a quote stands twice, or the word NULL.
 bool LeeElemento(std::u16string_view& resto, TFieldType tipo, std::vector<Variant>& elementos) {
-  constexpr std::u16string_view kNulo = u"NULL";
   if (resto.substr(0, kNulo.size()) == kNulo) {
     resto.remove_prefix(kNulo.size());
     elementos.push_back(Variant::Null());
@@ -123,11 +126,21 @@ UnicodeString EntreApostrofos(const UnicodeString& texto) {
   return !texto.empty() && texto.front() == u'\'' ? texto : u"'" + texto + u"'";
 }
 
+// The text of a value that reads back to it: a number that its general text would round keeps all its digits.
+UnicodeString TextoIda(const Variant& valor) {
+  if (valor.GetKind() != Variant::Kind::Double || RoundToText(valor.AsDouble()) == valor.AsDouble()) {
+    return valor.AsString();
+  }
+  std::array<char, 40> buf;
+  const auto r = std::to_chars(buf.data(), buf.data() + buf.size(), valor.AsDouble());
+  return UnicodeString(buf.data(), r.ptr);
+}
+
 template <typename Texto>
-UnicodeString Une(const std::vector<Variant>& elementos, Texto texto) {
+UnicodeString Une(const std::vector<Variant>& elementos, std::u16string_view separador, Texto texto) {
   UnicodeString unidos;
   for (const Variant& elemento : elementos) {
-    if (&elemento != &elementos.front()) unidos += u", ";
+    if (&elemento != &elementos.front()) unidos += separador;
     unidos += texto(elemento);
   }
   return unidos;
@@ -138,7 +151,7 @@ UnicodeString Une(const std::vector<Variant>& elementos, Texto texto) {
 UnicodeString TParametrosFiltro::DameValorCampoStr(TFieldType tipo, const Variant& valor,
                                                    bool conParametros) {
   if (valor.IsArray()) {
-    return Une(valor.AsArray().items,
+    return Une(valor.AsArray().items, u", ",
                [&](const Variant& v) { return DameValorCampoStr(tipo, v, conParametros); });
   }
   switch (tipo) {
@@ -160,20 +173,40 @@ UnicodeString TParametrosFiltro::DameValorCampoStr(TFieldType tipo, const Varian
 
 Variant TParametrosFiltro::DameValorLstCampos(TFieldType tipo, std::u16string_view texto) {
   if (EntreComillas(texto, u'"')) texto = texto.substr(1, texto.size() - 2);
-  if (tipo == TFieldType::ftDataSet) {
-    if (EntreComillas(texto, u'\'')) texto = texto.substr(1, texto.size() - 2);
-    return Variant(texto);
-  }
   std::vector<Variant> elementos;
+  if (texto.size() > 1 && texto.front() == u'{' && texto.back() == u'}') {
+    const std::u16string_view lista = texto.substr(1, texto.size() - 2);
+    if (lista.empty() || LeeLista(lista, tipo, elementos)) return VarArrayOf(std::move(elementos));
+    elementos.clear();
+  }
+  const std::u16string_view sinApostrofos =
+      EntreComillas(texto, u'\'') ? texto.substr(1, texto.size() - 2) : texto;
+  if (tipo == TFieldType::ftDataSet) return texto == kNulo ? Variant::Null() : Variant(sinApostrofos);
   if (LeeLista(texto, tipo, elementos)) {
     return elementos.size() == 1 ? std::move(elementos.front()) : VarArrayOf(std::move(elementos));
   }
-  return texto.empty() ? Variant() : DeTexto(tipo, texto);
+  return texto.empty() ? Variant() : DeTexto(tipo, sinApostrofos);
+}
+
+UnicodeString TParametrosFiltro::DameValorIni(TFieldType tipo, const Variant& valor) {
+  const auto elemento = [](const Variant& v) {
+    const bool nulo = v.IsEmpty() || v.IsNull();
+    return nulo ? UnicodeString(kNulo) : u"'" + StringReplace(TextoIda(v), u"'", u"''") + u"'";
+  };
+  if (valor.IsEmpty()) return {};
+  if (valor.IsArray()) {
+    const std::vector<Variant>& elementos = valor.AsArray().items;
+    const UnicodeString lista = Une(elementos, u",", elemento);
+    const bool conLlaves = tipo == TFieldType::ftDataSet || elementos.empty();
+    return conLlaves ? u"\"{" + lista + u"}\"" : u"\"" + lista + u"\"";
+  }
+  if (tipo == TFieldType::ftDataSet && !valor.IsNull()) return u"\"'" + valor.AsString() + u"'\"";
+  return u"\"" + elemento(valor) + u"\"";
 }
 
 UnicodeString TextoCrudo(const Variant& valor) {
   if (!valor.IsArray()) return valor.AsString();
-  return Une(valor.AsArray().items, [](const Variant& v) { return v.AsString(); });
+  return Une(valor.AsArray().items, u", ", [](const Variant& v) { return v.AsString(); });
 }
 
 Variant ConvierteATipo(TFieldType tipo, const Variant& valor) {

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string_view>
+
+#include "framework/Texto.h"
+
+// Names of the sections and keys that hold a definition.
+namespace vel::persistencia {
+
+inline constexpr std::u16string_view kSelect = u"SELECT";
+inline constexpr std::u16string_view kTabla = u"TABLAPIV";
+inline constexpr std::u16string_view kJoins = u"JOINS";
+inline constexpr std::u16string_view kFiltro = u"FILTRO";
+inline constexpr std::u16string_view kGroupBy = u"GROUPBY";
+inline constexpr std::u16string_view kHaving = u"HAVING";
+inline constexpr std::u16string_view kUnion = u"UNION";
+
+inline constexpr std::u16string_view kNumFiltros = u"NumFiltros";
+inline constexpr std::u16string_view kNumElementos = u"NumElementos";
+
+/// A union partner's number is that of its owner plus one; numbers below 1 are the main definition's.
+UnicodeString Sufijo(int numero);
+int NumeroDeUnion(int numero);
+
+}  // namespace vel::persistencia

@@ -1,0 +1,168 @@
+// Writing definitions into INI files.
+
+#include <algorithm>
+#include <utility>
+
+#include "Paramsql/Persistencia.h"
+#include "Paramsql/TParametrosFiltro.h"
+#include "Uutilext/config/ArchivoIni.h"
+#include "framework/Numeros.h"
+
+namespace vel {
+
+namespace persistencia {
+
+UnicodeString Sufijo(int numero) { return numero <= 0 ? UnicodeString() : IntToStr(numero); }
+
+int NumeroDeUnion(int numero) { return std::max(numero, 0) + 1; }
+
+}  // namespace persistencia
+
+namespace {
+
+using namespace persistencia;  // the names of sections and keys
+
+UnicodeString Logico(bool valor) { return valor ? u"TRUE" : u"FALSE"; }
+
+/// One section while it is written.
+class Seccion {
+ public:
+  Seccion(TextoIni& texto, UnicodeString nombre) : texto_(texto), nombre_(std::move(nombre)) {}
+  void Borra() { texto_.Borra(nombre_); }
+  void Pon(std::u16string_view clave, std::u16string_view valor) { texto_.Pon(nombre_, clave, valor); }
+  void Pon(std::u16string_view clave, std::size_t indice, std::u16string_view valor) {
+    Pon(UnicodeString(clave) + IntToStr(static_cast<std::int64_t>(indice)), valor);
+  }
+  /// A count is written only when there is something to count.
+  void PonCuenta(std::u16string_view clave, std::size_t cuenta) {
+    if (cuenta > 0) Pon(clave, IntToStr(static_cast<std::int64_t>(cuenta)));
+  }
+
+ private:
+  TextoIni& texto_;
+  UnicodeString nombre_;
+};
+
+// Calls `escribe` with each record that is there and its index among them, and returns how many there are.
+template <typename Lista, typename Escribe>
+std::size_t Cada(const Lista& lista, Escribe escribe) {
+  std::size_t indice = 0;
+  for (const auto& registro : lista) {
+    if (registro != nullptr) escribe(indice++, *registro);
+  }
+  return indice;
+}
+
+void PonCondiciones(Seccion& s, const TParamWhereSimpleArray& condiciones, std::u16string_view cuenta) {
+  const bool conSensitive = cuenta == kNumFiltros;
+  const auto nada = [](std::size_t, const TParamWhereSimple&) {};
+  s.PonCuenta(cuenta, Cada(condiciones, nada));
+  Cada(condiciones, [&](std::size_t i, const TParamWhereSimple& c) {
+    s.Pon(u"NomCampo", i, c.NombreCampo);
+    s.Pon(u"TipoCampo", i, IntToStr(static_cast<int>(c.TipoCampo)));
+    s.Pon(u"ValCampo", i, TParametrosFiltro::DameValorIni(c.TipoCampo, c.ValorCampo));
+    s.Pon(u"OpCampo", i, c.DameOperador());
+    s.Pon(u"ConectCampo", i, c.DameOperadorUnion());
+    s.Pon(u"CharGrupCampo", i, c.DameCharGrupo());
+    // HAVING keeps the key only where the statement needs it.
+    const bool distingue = c.Sensitive && c.Operador == ENUM_OPERADOR::LIKE;
+    if (conSensitive || distingue) s.Pon(u"Sensitive", i, Logico(c.Sensitive));
+  });
+}
+
+TFieldType TipoDe(const Variant& valor) {
+  switch (valor.GetKind()) {
+    case Variant::Kind::Integer:
+      return TFieldType::ftInteger;
+    case Variant::Kind::Int64:
+      return TFieldType::ftLargeint;
+    case Variant::Kind::Double:
+      return TFieldType::ftFloat;
+    case Variant::Kind::Date:
+      return TFieldType::ftDateTime;
+    case Variant::Kind::Boolean:
+      return TFieldType::ftBoolean;
+    default:
+      return TFieldType::ftString;
+  }
+}
+
+void PonPersonalizadas(Seccion& s, const TParametrosFiltro& f) {
+  if (f.FilterParamsPers.IsArray()) {
+    const std::vector<Variant>& valores = f.FilterParamsPers.AsArray().items;
+    s.PonCuenta(u"NumFiltrosP", valores.size());
+    for (std::size_t i = 0; i < valores.size(); ++i) {
+      s.Pon(u"TipoCampoFilterParamsPers", i, IntToStr(static_cast<int>(TipoDe(valores[i]))));
+      s.Pon(u"ValCampoFilterParamsPers", i, TParametrosFiltro::DameValorIni(TipoDe(valores[i]), valores[i]));
+      s.Pon(u"TipoVariantParamsPers", i, IntToStr(static_cast<int>(valores[i].GetKind())));
+    }
+  }
+  if (!f.FilterTextPers.empty()) s.Pon(u"SentenciaSQLPers", u"\"" + f.FilterTextPers + u"\"");
+  if (f.FiltroPActivo != 0) s.Pon(u"ActivarFiltroP", IntToStr(f.FiltroPActivo));
+  if (!f.FilterPersItems.empty()) {
+    std::vector<Variant> textos;
+    for (const UnicodeString& texto : f.FilterPersItems) textos.emplace_back(texto);
+    s.Pon(u"CondicionesPers",
+          TParametrosFiltro::DameValorIni(TFieldType::ftString, VarArrayOf(std::move(textos))));
+  }
+}
+
+void PonDefinicion(TextoIni& texto, const TParametrosFiltro& f, int numero) {
+  const auto seccion = [&](std::u16string_view nombre) {
+    Seccion s(texto, UnicodeString(nombre) + Sufijo(numero));
+    s.Borra();
+    return s;
+  };
+  Seccion campos = seccion(kSelect);
+  campos.PonCuenta(u"NumCampos", Cada(f.ParamSelect, [](std::size_t, const TParamSelect&) {}));
+  Cada(f.ParamSelect, [&](std::size_t i, const TParamSelect& c) {
+    campos.Pon(u"NomCampo", i, c.NombreCampo);
+    campos.Pon(u"AliasCampo", i, c.AliasCampo);
+    campos.Pon(u"Visible", i, Logico(c.Visible));
+  });
+  seccion(kTabla).Pon(u"TABLA", f.NombreTabla);
+  Seccion joins = seccion(kJoins);
+  joins.PonCuenta(u"NumJoins", f.Join.size());
+  for (std::size_t i = 0; i < f.Join.size(); ++i) joins.Pon(u"Join", i, f.Join[i]);
+  Seccion filtro = seccion(kFiltro);
+  PonCondiciones(filtro, f.ParamWhere, kNumFiltros);
+  PonPersonalizadas(filtro, f);
+  Seccion grupo = seccion(kGroupBy);
+  if (!f.GroupBy.empty()) grupo.Pon(u"GroupBy", f.GroupBy);
+  Seccion having = seccion(kHaving);
+  PonCondiciones(having, f.ParamHaving, kNumElementos);
+  Seccion unida = seccion(kUnion);
+  if (f.ParametrosUnion == nullptr) return;
+  unida.Pon(u"Filtro", IntToStr(NumeroDeUnion(numero)));
+  PonDefinicion(texto, *f.ParametrosUnion, NumeroDeUnion(numero));
+}
+
+}  // namespace
+
+void TParametrosFiltro::SaveToIni(std::u16string_view archivo, int numero) const {
+  CambiaIni(archivo, kNoSePuedeEscribir, [&](TextoIni& texto) { PonDefinicion(texto, *this, numero); });
+}
+
+void TParametrosFiltro::SaveToIni(std::u16string_view archivo, std::u16string_view seccion) const {
+  CambiaIni(archivo, kNoSePuedeEscribir, [&](TextoIni& texto) {
+    Seccion s(texto, UnicodeString(seccion));
+    s.Borra();
+    PonCondiciones(s, ParamWhere, kNumFiltros);
+    PonPersonalizadas(s, *this);
+  });
+}
+
+void TParametrosFiltro::SaveParamPersToIni(std::u16string_view archivo, std::u16string_view seccion,
+                                           bool borra) const {
+  CambiaIni(archivo, kNoSePuedeEscribir, [&](TextoIni& texto) {
+    Seccion s(texto, UnicodeString(seccion));
+    if (borra) s.Borra();
+    PonPersonalizadas(s, *this);
+  });
+}
+
+UnicodeString TParametrosFiltro::SaveToExistsInn(const Variant& valor) const {
+  return DameValorIni(TFieldType::ftDataSet, valor);
+}
+
+}  // namespace vel

@@ -1,0 +1,199 @@
+// Reading definitions back from INI files.
+
+#include <algorithm>
+#include <map>
+#include <utility>
+
+#include "Paramsql/Persistencia.h"
+#include "Paramsql/TParametrosFiltro.h"
+#include "Uutilext/config/ArchivoIni.h"
+#include "Uutilext/config/Configuracion.h"
+#include "framework/Excepciones.h"
+#include "framework/Numeros.h"
+
+namespace vel {
+namespace {
+
+using namespace persistencia;  // the names of sections and keys
+
+// More partners than any query has; a bound for a damaged file.
+constexpr int kUnionesMaximas = 1000;
+
+/// The keys of one section, read once. Of equal keys the first counts; a missing one is empty.
+class Seccion {
+ public:
+  Seccion(const TextoIni& texto, const UnicodeString& nombre) {
+    for (auto& [clave, valor] : texto.Seccion(nombre)) valores_.emplace(std::move(clave), std::move(valor));
+  }
+  UnicodeString Valor(const UnicodeString& clave) const {
+    const auto it = valores_.find(clave);
+    return it == valores_.end() ? UnicodeString() : it->second;
+  }
+  UnicodeString Valor(std::u16string_view clave, std::int32_t indice) const {
+    return Valor(UnicodeString(clave) + IntToStr(indice));
+  }
+  /// A whole number; 0 when it is missing or no number.
+  std::int32_t Numero(const UnicodeString& clave) const {
+    std::int32_t numero = 0;
+    TryStrToInt(Valor(clave), numero);
+    return numero;
+  }
+  /// A count: no more than there are keys, so that a damaged one ends.
+  std::int32_t Cuenta(std::u16string_view clave) const {
+    return std::clamp(Numero(UnicodeString(clave)), 0, static_cast<std::int32_t>(valores_.size()));
+  }
+
+ private:
+  std::map<UnicodeString, UnicodeString, LessText> valores_;
+};
+
+// A condition's own texts differ from those that the exact converters read: they are padded, and MACRO has
+// another name.
+ENUM_OPERADOR Operador(std::u16string_view texto) {
+  texto = TrimView(texto);
+  return texto == u"MACRO" ? ENUM_OPERADOR::MACRO : TParametrosFiltro::DameOperador(texto);
+}
+
+ENUM_CONECTOR Conector(std::u16string_view texto) {
+  texto = TrimView(texto);
+  return texto.empty() ? ENUM_CONECTOR::AND : TParametrosFiltro::DameOperadorUnion(texto);
+}
+
+TParamWhereSimpleArray LeeCondiciones(const Seccion& s, std::u16string_view cuenta) {
+  TParamWhereSimpleArray condiciones;
+  for (std::int32_t i = 0; i < s.Cuenta(cuenta); ++i) {
+    auto c = std::make_unique<TParamWhereSimple>();
+    const UnicodeString tipo = s.Valor(u"TipoCampo", i);
+    c->NombreCampo = s.Valor(u"NomCampo", i);
+    c->TipoCampo = static_cast<TFieldType>(static_cast<std::uint8_t>(tipo.empty() ? 0 : StrToInt(tipo)));
+    c->ValorCampo = TParametrosFiltro::DameValorLstCampos(c->TipoCampo, s.Valor(u"ValCampo", i));
+    c->Operador = Operador(s.Valor(u"OpCampo", i));
+    c->ConectorSigCampo = Conector(s.Valor(u"ConectCampo", i));
+    c->CharGrupo = TParametrosFiltro::DameCharGrupo(TrimView(s.Valor(u"CharGrupCampo", i)));
+    c->Sensitive = DameValorBooleano(s.Valor(u"Sensitive", i));
+    condiciones.push_back(std::move(c));
+  }
+  return condiciones;
+}
+
+// The value in the kind that it had, which the field type alone does not tell.
+Variant EnClase(const Variant& valor, std::int32_t clase) {
+  switch (static_cast<Variant::Kind>(clase)) {
+    case Variant::Kind::Null:
+      return Variant::Null();
+    case Variant::Kind::Integer:
+      return Variant(valor.AsInteger());
+    case Variant::Kind::Int64:
+      return Variant(valor.AsInt64());
+    case Variant::Kind::Double:
+      return Variant(valor.AsDouble());
+    case Variant::Kind::Date:
+      return Variant(valor.AsDateTime());
+    case Variant::Kind::Boolean:
+      return Variant(valor.AsBoolean());
+    default:
+      return valor;
+  }
+}
+
+void LeePersonalizadas(const Seccion& s, TParametrosFiltro& f) {
+  std::vector<Variant> valores;
+  for (std::int32_t i = 0; i < s.Cuenta(u"NumFiltrosP"); ++i) {
+    const auto tipo = static_cast<TFieldType>(
+        static_cast<std::uint8_t>(s.Numero(u"TipoCampoFilterParamsPers" + IntToStr(i))));
+    const Variant valor =
+        TParametrosFiltro::DameValorLstCampos(tipo, s.Valor(u"ValCampoFilterParamsPers", i));
+    valores.push_back(EnClase(valor, s.Numero(u"TipoVariantParamsPers" + IntToStr(i))));
+  }
+  f.FilterParamsPers = valores.empty() ? Variant() : VarArrayOf(std::move(valores));
+  const UnicodeString texto = s.Valor(u"SentenciaSQLPers");
+  std::u16string_view sentencia = texto;
+  if (sentencia.size() > 1 && sentencia.front() == u'"' && sentencia.back() == u'"') {
+    sentencia = sentencia.substr(1, sentencia.size() - 2);
+  }
+  f.FilterTextPers = sentencia;
+  f.FiltroPActivo = s.Numero(u"ActivarFiltroP");
+  f.FilterPersItems.clear();
+  const Variant textos =
+      TParametrosFiltro::DameValorLstCampos(TFieldType::ftString, s.Valor(u"CondicionesPers"));
+  if (textos.IsArray()) {
+    for (const Variant& v : textos.AsArray().items) f.FilterPersItems.push_back(v.AsString());
+  } else if (!textos.IsEmpty()) {
+    f.FilterPersItems.push_back(textos.AsString());
+  }
+}
+
+// A join is stored with a blank on either side, which the file's reader trims: it gets one again.
+UnicodeString LeeJoin(const UnicodeString& texto) { return u" " + Trim(texto) + u" "; }
+
+std::unique_ptr<TParametrosFiltro> LeeDefinicion(const TextoIni& texto, int numero) {
+  const auto seccion = [&](std::u16string_view nombre) {
+    return Seccion(texto, UnicodeString(nombre) + Sufijo(numero));
+  };
+  auto f = std::make_unique<TParametrosFiltro>(seccion(kTabla).Valor(u"TABLA"));
+  const Seccion campos = seccion(kSelect);
+  for (std::int32_t i = 0; i < campos.Cuenta(u"NumCampos"); ++i) {
+    f->AgregaCampoSelect(campos.Valor(u"NomCampo", i), campos.Valor(u"AliasCampo", i),
+                         DameValorBooleano(campos.Valor(u"Visible", i)));
+  }
+  const Seccion joins = seccion(kJoins);
+  for (std::int32_t i = 0; i < joins.Cuenta(u"NumJoins"); ++i)
+    f->Join.push_back(LeeJoin(joins.Valor(u"Join", i)));
+  const Seccion filtro = seccion(kFiltro);
+  f->ParamWhere = LeeCondiciones(filtro, kNumFiltros);
+  LeePersonalizadas(filtro, *f);
+  f->GroupBy = seccion(kGroupBy).Valor(u"GroupBy");
+  f->ParamHaving = LeeCondiciones(seccion(kHaving), kNumElementos);
+  const UnicodeString unida = seccion(kUnion).Valor(u"Filtro");
+  if (!unida.empty()) {
+    const int siguiente = StrToInt(unida);
+    // A partner that leads back would never end.
+    if (siguiente <= std::max(numero, 0) || siguiente > kUnionesMaximas) {
+      throw EInvalidOperation(u"La unión " + unida + u" de la consulta no es válida");
+    }
+    f->ParametrosUnion = LeeDefinicion(texto, siguiente);
+  }
+  return f;
+}
+
+}  // namespace
+
+void TParametrosFiltro::LoadFromIni(std::u16string_view archivo, int numero) {
+  const TextoIni texto = LeeIni(archivo);
+  const std::unique_ptr<TParametrosFiltro> leido = LeeDefinicion(texto, numero);
+  NombreTabla = std::move(leido->NombreTabla);
+  ParamSelect = std::move(leido->ParamSelect);
+  Join = std::move(leido->Join);
+  ParamWhere = std::move(leido->ParamWhere);
+  ParamHaving = std::move(leido->ParamHaving);
+  GroupBy = std::move(leido->GroupBy);
+  FiltroPActivo = leido->FiltroPActivo;
+  FilterTextPers = std::move(leido->FilterTextPers);
+  FilterPersItems = std::move(leido->FilterPersItems);
+  FilterParamsPers = std::move(leido->FilterParamsPers);
+  if (ParametrosUnion != nullptr) retirados_.push_back(std::move(ParametrosUnion));
+  ParametrosUnion = std::move(leido->ParametrosUnion);
+  for (TParametrosFiltro* f = ParametrosUnion.get(); f != nullptr; f = f->ParametrosUnion.get()) {
+    f->FechaTrabajo = FechaTrabajo;
+  }
+  if (numero > 0) return;
+  const Seccion vista(texto, u"Vista1");
+  const UnicodeString orden = vista.Valor(u"OrdenadoPor");
+  const UnicodeString descendente = vista.Valor(u"Descendente");
+  if (!orden.empty()) SetOrderBy(orden);
+  if (!descendente.empty())
+    OrdDesc = DameValorBooleano(descendente) || descendente == u"1" || descendente == u"-1";
+}
+
+void TParametrosFiltro::LoadFromIni(std::u16string_view archivo, std::u16string_view seccion) {
+  const Seccion s(LeeIni(archivo), UnicodeString(seccion));
+  TParamWhereSimpleArray condiciones = LeeCondiciones(s, kNumFiltros);
+  LeePersonalizadas(s, *this);
+  ParamWhere = std::move(condiciones);
+}
+
+void TParametrosFiltro::LoadParamPersFromIni(std::u16string_view archivo, std::u16string_view seccion) {
+  LeePersonalizadas(Seccion(LeeIni(archivo), UnicodeString(seccion)), *this);
+}
+
+}  // namespace vel
