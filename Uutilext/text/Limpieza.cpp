@@ -1,6 +1,7 @@
 #include "Uutilext/text/Limpieza.h"
 
 #include <array>
+#include <cstddef>
 
 #include "framework/Numeros.h"
 #include "platform/Caracteres.h"
@@ -11,7 +12,7 @@ namespace {
 // Keeps the characters that pass, moving them to the front. Each is written before it is judged, so that the
 // loop has no branch to guess.
 template <typename Prueba>
-void Filtra(UnicodeString& texto, Prueba pasa) {
+void Filtra(UnicodeString& texto, const Prueba& pasa) {
   char16_t* destino = texto.data();
   for (const char16_t c : texto) {
     *destino = c;
@@ -20,34 +21,33 @@ void Filtra(UnicodeString& texto, Prueba pasa) {
   texto.resize(static_cast<std::size_t>(destino - texto.data()));
 }
 
-bool EsExtranio(char16_t c) noexcept {
-  return c == u',' || c == u'-' || c == u'_' || c == u'.' || c == u':' || c == u'*' || c == u';';
-}
+// A test of characters with its answers for Latin-1 at hand: nearly all texts are made of it, and asking the
+// system for each accented letter costs more than all the rest.
+class PruebaLatina {
+ public:
+  constexpr explicit PruebaLatina(bool (*prueba)(char16_t)) : prueba_(prueba) {
+    for (std::size_t i = 0; i < latinas_.size(); ++i) latinas_[i] = prueba(static_cast<char16_t>(i));
+  }
+  bool operator()(char16_t c) const { return c < latinas_.size() ? latinas_[c] : prueba_(c); }
 
-bool PasaDigito(char16_t c) noexcept { return c < 0x80 ? c >= u'0' && c <= u'9' : EsDigito(c); }
-
-constexpr std::array<bool, 128> kAlfaNumAscii = [] {
-  std::array<bool, 128> tabla{};
-  for (std::size_t c = '0'; c <= '9'; ++c) tabla[c] = true;
-  for (std::size_t c = 'A'; c <= 'Z'; ++c) tabla[c] = tabla[c + 32] = true;
-  tabla['&'] = tabla['@'] = true;
-  return tabla;
-}();
-
-bool PasaAlfaNum(char16_t c) noexcept {
-  return c < kAlfaNumAscii.size() ? kAlfaNumAscii[c] : EsAlfanumerico(c);
-}
+ private:
+  bool (*prueba_)(char16_t);
+  std::array<bool, 256> latinas_{};
+};
 
 }  // namespace
 
 void QuitaCaracteresExtraniosSAT(UnicodeString& texto) {
-  Filtra(texto, [](char16_t c) { return !EsExtranio(c); });
+  static constexpr PruebaLatina kPermitido(
+      [](char16_t c) { return std::u16string_view(u",-_.:*;").find(c) == std::u16string_view::npos; });
+  Filtra(texto, kPermitido);
 }
 
 UnicodeString DevuelveSoloNumeros(std::u16string_view texto) {
+  static const PruebaLatina digito([](char16_t c) { return EsDigito(c); });
   UnicodeString salida(texto);
   double valor = 0;
-  if (!TryStrToFloat(texto, valor)) Filtra(salida, PasaDigito);
+  if (!TryStrToFloat(texto, valor)) Filtra(salida, digito);
   return salida;
 }
 
@@ -71,8 +71,10 @@ UnicodeString QuitaBlancos(std::u16string_view texto) {
 UnicodeString MuestraAmpersAnd(std::u16string_view texto) { return StringReplace(texto, u"&", u"&&"); }
 
 UnicodeString RegresaCadAlfaNum(std::u16string_view texto) {
+  static const PruebaLatina conservado(
+      [](char16_t c) { return EsAlfanumerico(c) || c == u'&' || c == u'@'; });
   UnicodeString salida = Mayusculas(texto);
-  Filtra(salida, PasaAlfaNum);
+  Filtra(salida, conservado);
   return salida;
 }
 

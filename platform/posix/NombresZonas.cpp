@@ -8,8 +8,9 @@ namespace {
 
 // The zone names of Windows and the zones of the tz database that they stand for: the public mapping of the
 // Unicode Common Locale Data Repository (windowsZones, territory 001), in the order of CompareText. Newer
-// than the table of the installed ICU in one point: Mazatlan stands for "Mountain Standard Time (Mexico)"
-// since Chihuahua keeps central time.
+// than the table of the installed ICU in two points: Mazatlan stands for "Mountain Standard Time (Mexico)"
+// since Chihuahua keeps central time, and Bishkek for "Central Asia Standard Time" since all of Kazakhstan
+// is five hours ahead of universal time (March 2024).
 constexpr ZonaWindows kZonas[kZonasWindows] = {
     {u"Afghanistan Standard Time", "Asia/Kabul"},
     {u"Alaskan Standard Time", "America/Anchorage"},
@@ -35,7 +36,7 @@ constexpr ZonaWindows kZonas[kZonasWindows] = {
     {u"Caucasus Standard Time", "Asia/Yerevan"},
     {u"Cen. Australia Standard Time", "Australia/Adelaide"},
     {u"Central America Standard Time", "America/Guatemala"},
-    {u"Central Asia Standard Time", "Asia/Almaty"},
+    {u"Central Asia Standard Time", "Asia/Bishkek"},
     {u"Central Brazilian Standard Time", "America/Cuiaba"},
     {u"Central Europe Standard Time", "Europe/Budapest"},
     {u"Central European Standard Time", "Europe/Warsaw"},

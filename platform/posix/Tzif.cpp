@@ -31,7 +31,8 @@ class Lector {
     for (const char c : bytes) valor = valor << 8 | static_cast<unsigned char>(c);
     return static_cast<std::int64_t>(valor);
   }
-  std::size_t Cuenta() { return static_cast<std::size_t>(Entero(4)); }
+  // Without sign, so that lengths made of a file's counts do not overflow.
+  std::size_t Cuenta() { return static_cast<std::uint32_t>(Entero(4)); }
 
  private:
   std::string_view resto_;
@@ -183,7 +184,7 @@ std::optional<ZonaHoraria> LeeTzif(std::string_view bytes) {
   }
   const std::string_view pie = lector.Resto();
   const std::size_t fin = pie.size() > 1 ? pie.find('\n', 1) : std::string_view::npos;
-  if (!lector.Bueno() || pie.front() != '\n' || fin == std::string_view::npos) return std::nullopt;
+  if (!lector.Bueno() || fin == std::string_view::npos || pie.front() != '\n') return std::nullopt;
   // An empty rule: the last change holds for ever.
   if (fin > 1 && !LeeReglaPosix(pie.substr(1, fin - 1), zona)) return std::nullopt;
   return zona;

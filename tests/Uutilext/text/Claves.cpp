@@ -75,7 +75,10 @@ TEST(Folios, KeepSeriesAndWidth) {
                {u"0099", u"100", u"     0100"},
                {u"F1009", u"10", u"F10"},
                {u"      123", u"124", u"      124"},
-               {u"F0099", u"10000", u"F10000"}};
+               {u"F0099", u"10000", u"F10000"},
+               // Outer blanks count in the old width: one behind adds a zero, one before hides the digits.
+               {u"F0009 ", u"10", u"F00010"},
+               {u" F0009", u"10", u"F10"}};
   for (const auto& c : casos)
     EXPECT_EQ(FormateaFolioCxCP(c.anterior, c.nuevo), c.folio) << UTF8Encode(c.anterior);
   try {

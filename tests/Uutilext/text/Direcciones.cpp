@@ -37,8 +37,17 @@ TEST(DividirDireccion, CutsAtItsKeywords) {
   for (const auto& c : casos) {
     EXPECT_EQ(Divide(c.direccion), c.partes) << UTF8Encode(c.direccion);
   }
-  const UnicodeString larga = UnicodeString(20'000, u'a') + u" # 5 " + UnicodeString(20'000, u'b');
-  EXPECT_EQ(Divide(larga), std::string(20'000, 'a') + "|5 " + std::string(20'000, 'b') + "||||");
+  for (const std::size_t n : {9'997U, 9'998U, 9'999U, 20'000U}) {
+    const UnicodeString larga = UnicodeString(n, u'a') + u" # 5 " + UnicodeString(n, u'b') + u" Y c";
+    EXPECT_EQ(Divide(larga), std::string(n, 'a') + "|5 " + std::string(n, 'b') + "|||c|");
+  }
+}
+
+TEST(DividirDireccion, AnOutputMayHoldTheAddress) {
+  UnicodeString partes[5] = {u"Una calle bastante larga # 12 ENTRE Otra y Otra más"};
+  DividirDireccion(partes[0], partes[0], partes[1], partes[2], partes[3], partes[4]);
+  EXPECT_EQ(partes[0], u"Una calle bastante larga");
+  EXPECT_EQ(partes[4], u"Otra más");
 }
 
 TEST(DividePoblacion, WritesOnlyWhatItsCommasSay) {
@@ -58,7 +67,7 @@ TEST(DividePoblacion, WritesOnlyWhatItsCommasSay) {
 }
 
 TEST(ValidarCorreo, RaisesAtTheFirstFault) {
-  for (const char16_t* bueno : {u"a@b", u"a@b.mx;c@d.mx", u"a@b;a@b;", u"a@;c@d"}) {
+  for (const char16_t* bueno : {u"a@b", u"a@b.mx;c@d.mx", u"a@b;a@b;", u"a@;c@d", u"a@b;xa@b;c@d"}) {
     EXPECT_NO_THROW(ValidarCorreo(bueno)) << UTF8Encode(bueno);
   }
   const struct {

@@ -4,11 +4,13 @@
 #include <ctime>
 #include <gtest/gtest.h>
 #include <limits>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "Uutilext/time/CalculoZonas.h"
+#include "platform/Archivos.h"
 #include "platform/posix/Tzif.h"
 
 namespace vel {
@@ -67,6 +69,10 @@ constexpr std::pair<const char16_t*, const char*> kZonas[] = {
     {u"Egypt Standard Time", "Africa/Cairo"},
     {u"India Standard Time", "Asia/Kolkata"},
     {u"Nepal Standard Time", "Asia/Kathmandu"},
+    {u"Central Asia Standard Time", "Asia/Bishkek"},
+    {u"Israel Standard Time", "Asia/Jerusalem"},
+    {u"West Bank Standard Time", "Asia/Hebron"},
+    {u"Morocco Standard Time", "Africa/Casablanca"},
     {u"Tokyo Standard Time", "Asia/Tokyo"},
     {u"Lord Howe Standard Time", "Australia/Lord_Howe"},
     {u"New Zealand Standard Time", "Pacific/Auckland"},
@@ -204,6 +210,11 @@ TEST(Tzif, RefusesWhatIsNoZone) {
   EXPECT_FALSE(posix::LeeTzif("").has_value());
   EXPECT_FALSE(posix::LeeTzif("TZif2" + std::string(15, '\0') + std::string(24, '\xFF')).has_value());
   EXPECT_FALSE(posix::LeeTzif(std::string(100, 'x')).has_value());
+  const std::optional<std::string> entero = LeeArchivo(u"/usr/share/zoneinfo/America/Tijuana");
+  ASSERT_TRUE(entero.has_value() && posix::LeeTzif(*entero).has_value());
+  for (std::size_t n = 0; n < entero->size(); ++n) {
+    EXPECT_FALSE(posix::LeeTzif(entero->substr(0, n)).has_value()) << "cut at " << n;
+  }
 }
 
 }  // namespace
