@@ -2,10 +2,13 @@
 // a small SQLite database.
 
 #include <cstdio>
+#include <filesystem>
 #include <memory>
+#include <random>
 #include <string>
 
 #include "Paramsql/Paramsql.h"
+#include "Uutilext/config/Configuracion.h"
 #include "examples/BaseEjemplo.h"
 #include "examples/Salida.h"
 
@@ -63,5 +66,20 @@ int main(int argc, char** argv) {
     std::printf("\nRenglones:\n");
     ejemplo::Base base(ejemplo::LeeArchivo(carpeta + "/base.sql"));
     base.Imprime(*filtro);
+
+    // Kept as a user's saved query, its order beside it, and run again from the file.
+    const std::filesystem::path guardada = std::filesystem::temp_directory_path() /
+                                           ("consulta_" + std::to_string(std::random_device{}()) + ".ini");
+    const vel::UnicodeString archivo = vel::UTF8ToString(guardada.string());
+    filtro->SaveToIni(archivo, 0);
+    vel::EscribeValor(archivo, u"Vista1", u"OrdenadoPor", filtro->OrderBy);
+    vel::EscribeValor(archivo, u"Vista1", u"Descendente", filtro->OrdDesc ? u"TRUE" : u"FALSE");
+    vel::TParametrosFiltro leida(u"");
+    leida.LoadFromIni(archivo, 0);
+    std::filesystem::remove(guardada);
+    const bool igual = leida.DameSentenciaSQL(true, 0) == filtro->DameSentenciaSQL(true, 0);
+    std::printf("\nGuardada y leída de nuevo (%s), renglones:\n",
+                igual ? "la misma sentencia" : "OTRA sentencia");
+    base.Imprime(leida);
   });
 }

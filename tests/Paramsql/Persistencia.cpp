@@ -1,0 +1,215 @@
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <memory>
+#include <string>
+#include <unistd.h>
+
+#include "Paramsql/Paramsql.h"
+#include "Uutilext/config/Configuracion.h"
+#include "framework/Excepciones.h"
+
+namespace vel {
+namespace {
+
+constexpr auto Y = ENUM_CONECTOR::AND;
+constexpr auto SIN = ENUM_GRUPO::NADA;
+using Op = ENUM_OPERADOR;
+using Tipo = TFieldType;
+
+class Definicion : public testing::Test {
+ protected:
+  void SetUp() override {
+    carpeta_ = std::filesystem::temp_directory_path() / ("utilvel90_consulta_" + std::to_string(getpid()));
+    std::filesystem::create_directories(carpeta_);
+    archivo_ = UTF8ToString((carpeta_ / "consulta.ini").string());
+  }
+  void TearDown() override { std::filesystem::remove_all(carpeta_); }
+
+  void Escribe(const std::string& texto) const {
+    std::ofstream(carpeta_ / "consulta.ini", std::ios::binary) << texto;
+  }
+  std::string Lee() const {
+    std::ifstream entrada(carpeta_ / "consulta.ini", std::ios::binary);
+    return {std::istreambuf_iterator<char>(entrada), {}};
+  }
+
+  std::filesystem::path carpeta_;
+  UnicodeString archivo_;
+};
+
+// Statement and parameters of a definition as one text.
+std::string Huella(TParametrosFiltro& f) {
+  std::string huella =
+      UTF8Encode(f.DameSentenciaSQL(false, 0)) + "\n" + UTF8Encode(f.DameSentenciaSQL(true, 0));
+  TParams parametros;
+  f.AsignaParametros(parametros, 0);
+  for (const TParam& p : parametros) {
+    huella += "\n" + UTF8Encode(p.Name) + " " + std::to_string(static_cast<int>(p.DataType)) + " " +
+              std::to_string(static_cast<int>(p.Value.GetKind())) + " " + UTF8Encode(p.Value.AsString());
+    if (p.Value.GetKind() == Variant::Kind::Double) huella += " " + std::to_string(p.Value.AsDouble() * 1e17);
+  }
+  return huella;
+}
+
+void ArmaTodo(TParametrosFiltro& f) {
+  f.AgregaCampoSelect(u"C.NOMBRE", u"\"Nombre\"", true);
+  f.AgregaCampoSelect(u"SUM(S)", u"", false);
+  f.AgregaJoin(u"JOIN C ON C.I = T.I");
+  f.AgregaJoin(u"LEFT JOIN D ON D.N = 'x'");
+  const auto texto = [&f](Op op, const Variant& v, ENUM_CONECTOR con, ENUM_GRUPO grupo, bool sensitive) {
+    f.AgregaFiltro(u"C.NOMBRE", Tipo::ftString, v, op, con, grupo, sensitive);
+  };
+  texto(Op::IGUAL, Variant(u"O'Brien; \"S.A.\" = [x] ''"), ENUM_CONECTOR::OR, ENUM_GRUPO::INICIA, true);
+  texto(Op::LIKE, Variant(u"%Ñandú_/%"), Y, ENUM_GRUPO::TERMINA, false);
+  texto(Op::DIFERENTE, Variant(u""), Y, SIN, true);
+  texto(Op::IGUAL, Variant::Null(), Y, SIN, true);
+  texto(Op::IGUAL, Variant(u"NULL"), Y, SIN, true);
+  texto(Op::INN,
+        VarArrayOf({Variant(u"a,b"), Variant(u"'"), Variant(u"  "), Variant::Null(), Variant(u"Ωμέγα €")}), Y,
+        SIN, true);
+  f.AgregaFiltro(u"F", Tipo::ftDateTime, Op::BETWEEN, Y, SIN, Variant(TDateTime(45427)),
+                 Variant(TDateTime(45427.25)));
+  f.AgregaFiltro(u"R", Tipo::ftFloat, Variant(0.1 + 0.2), Op::MENOR, Y, SIN, true);
+  f.AgregaFiltro(u"I", Tipo::ftInteger, Variant(7), Op::MAYOR_IGUAL, Y, SIN, true);
+  f.AgregaFiltro(u"I", Tipo::ftInteger, Variant(-7), Op::MENOR_IGUAL, Y, SIN, true);
+  f.AgregaFiltro(u"I", Tipo::ftLargeint, Variant(std::int64_t{1} << 60), Op::MAYOR, Y, SIN, true);
+  f.AgregaFiltro(u"B", Tipo::ftBoolean, Variant(true), Op::IGUAL, Y, SIN, true);
+  f.AgregaFiltro(u"X", Tipo::ftDataSet, Variant(u"SELECT 'a','b' FROM \"T\""), Op::INN, Y, SIN, true);
+  f.AgregaFiltro(u"X", Tipo::ftDataSet, Op::INN, Y, SIN, Variant(u"A.B"), Variant(u"'c'"));
+  f.AgregaFiltro(u"X", Tipo::ftDataSet, Op::BETWEEN, Y, SIN, Variant(u"1+1"), Variant(u"2"));
+  f.AgregaFiltro(u"", Tipo::ftDataSet, Variant(u"SELECT 1"), Op::EXISTS, Y, SIN, true);
+  f.AgregaFiltro(u"M", Tipo::ftString, Variant(u"m"), Op::MACRO, Y, SIN, true);
+  f.AgregaFiltro(u"N", Tipo::ftString, Variant(), Op::ISNULL, Y, SIN, true);
+  f.AgregaFiltro(u"N", Tipo::ftInteger, Variant(1), Op::NOTIN, Y, SIN, true);
+  f.AgregaFiltro(u"N", Tipo::ftString, Variant(), Op::NOTNULL, Y, SIN, true);
+  f.GroupBy = u"C.NOMBRE, C.I";
+  f.AgregaHaving(u"MIN(N)", Tipo::ftString, Variant(u"a%"), Op::LIKE, ENUM_CONECTOR::OR, ENUM_GRUPO::INICIA,
+                 true);
+  f.AgregaHaving(u"MIN(N)", Tipo::ftString, Variant(u"b%"), Op::LIKE, Y, ENUM_GRUPO::TERMINA, false);
+  f.AgregaHaving(u"COUNT(*)", Tipo::ftInteger, VarArrayOf({Variant(1), Variant(2)}), Op::BETWEEN, Y, SIN,
+                 true);
+  f.FiltroPActivo = 2;
+  f.FilterTextPers = u" C.I > 0 ";
+  f.FilterPersItems = {u"I mayor que 0", u"con, coma"};
+  f.FilterParamsPers =
+      VarArrayOf({Variant(u"x'y"), Variant(3), Variant(0.5), Variant::Null(), Variant(false)});
+}
+
+TEST_F(Definicion, OfAnyContentReloadsToTheSame) {
+  TParametrosFiltro f(u"FACTF01 T");
+  ArmaTodo(f);
+  TParametrosFiltro* u = &f;
+  for (const char16_t* tabla : {u"A", u"B", u"C"}) {
+    u = u->AgregaUnion(tabla);
+    ArmaTodo(*u);
+  }
+  f.ParamWhere.insert(f.ParamWhere.begin(), nullptr);
+  f.SaveToIni(archivo_, 0);
+  f.ParamWhere.erase(f.ParamWhere.begin());
+  TParametrosFiltro leida(u"otra");
+  leida.AgregaJoin(u"vieja");
+  TParametrosFiltro* const partner = leida.AgregaUnion(u"vieja");
+  leida.LoadFromIni(archivo_, 0);
+  EXPECT_EQ(Huella(leida), Huella(f));
+  EXPECT_EQ(partner->NombreTabla, u"vieja");
+  EXPECT_EQ(leida.FilterPersItems, f.FilterPersItems);
+  EXPECT_EQ(leida.FilterParamsPers, f.FilterParamsPers);
+  EXPECT_TRUE(leida.CampoVisible(u"C.NOMBRE"));
+  // Saved again the file stays as it is, and a shorter definition leaves nothing stale.
+  const std::string bytes = Lee();
+  leida.SaveToIni(archivo_, 0);
+  EXPECT_EQ(Lee(), bytes);
+  TParametrosFiltro corta(u"T");
+  corta.SaveToIni(archivo_, -5);
+  leida.LoadFromIni(archivo_, 0);
+  EXPECT_EQ(Huella(leida), Huella(corta));
+}
+
+TEST_F(Definicion, HasTheStatedLayout) {
+  TParametrosFiltro f(u"T");
+  f.SaveToIni(archivo_, 0);
+  EXPECT_EQ(Lee(), "[TABLAPIV]\r\nTABLA=T\r\n");
+  f.AgregaCampoSelect(u"A", u"X", true);
+  f.AgregaJoin(u"JOIN D");
+  f.AgregaFiltro(u"N", Tipo::ftString, Variant(u"O'Brien"), Op::LIKE, Y, ENUM_GRUPO::INICIA, true);
+  f.AgregaFiltro(u"I", Tipo::ftInteger, Op::INN, Y, SIN, Variant(1), Variant(2));
+  f.GroupBy = u"A";
+  f.AgregaHaving(u"H", Tipo::ftInteger, Variant(3), Op::DIFERENTE, Y, SIN, true);
+  f.AgregaUnion(u"U");
+  f.SaveToIni(archivo_, 0);
+  EXPECT_EQ(Lee(),
+            "[SELECT]\r\nNumCampos=1\r\nNomCampo0=A\r\nAliasCampo0=X\r\nVisible0=TRUE\r\n\r\n"
+            "[TABLAPIV]\r\nTABLA=T\r\n\r\n[JOINS]\r\nNumJoins=1\r\nJoin0= JOIN D \r\n\r\n"
+            "[FILTRO]\r\nNumFiltros=2\r\nNomCampo0=N\r\nTipoCampo0=1\r\nValCampo0=\"'O''Brien'\"\r\nOpCampo0="
+            " LIKE \r\n"
+            "ConectCampo0= AND \r\nCharGrupCampo0=(\r\nSensitive0=TRUE\r\nNomCampo1=I\r\nTipoCampo1=3\r\n"
+            "ValCampo1=\"'1','2'\"\r\nOpCampo1= IN \r\nConectCampo1= AND "
+            "\r\nCharGrupCampo1=\r\nSensitive1=FALSE\r\n\r\n"
+            "[GROUPBY]\r\nGroupBy=A\r\n\r\n[HAVING]\r\nNumElementos=1\r\nNomCampo0=H\r\nTipoCampo0=3\r\n"
+            "ValCampo0=\"'3'\"\r\nOpCampo0= != \r\nConectCampo0= AND "
+            "\r\nCharGrupCampo0=\r\n\r\n[UNION]\r\nFiltro=1\r\n\r\n"
+            "[TABLAPIV1]\r\nTABLA=U\r\n");
+}
+
+TEST_F(Definicion, WrittenByHandLoads) {
+  Escribe(
+      "[tablapiv]\ntabla = CLIENTES\n[Filtro]\nNumFiltros=2\nNomCampo0=NOMBRE\nTipoCampo0=1\nValCampo0=Pe\xF1"
+      "a\nOpCampo0=LIKE\nConectCampo0=OR\nNomCampo1=I\nTipoCampo1=3\nValCampo1='1','2'\nOpCampo1=IN\n"
+      "CharGrupCampo1=)\nSensitive1=T\n[JOINS]\nNumJoins=1\nJoin0=JOIN "
+      "D\n[Vista1]\nOrdenadoPor=NOMBRE\nDescendente=-1\n");
+  TParametrosFiltro f(u"");
+  f.LoadFromIni(archivo_, 0);
+  EXPECT_EQ(f.DameSentenciaSQL(false, 0),
+            u"SELECT  *  from CLIENTES   JOIN D  WHERE ((UPPER( NOMBRE)  LIKE 'PEÑA' OR I IN  ( 1, 2) ))  "
+            u"ORDER BY NOMBRE DESC");
+}
+
+TEST_F(Definicion, OneSectionHoldsConditions) {
+  TParametrosFiltro f(u"T");
+  f.AgregaFiltro(u"I", Tipo::ftInteger, Variant(1), Op::IGUAL, Y, SIN, true);
+  f.FilterTextPers = u"P=1";
+  f.SaveToIni(archivo_, u"MiFiltro");
+  TParametrosFiltro leida(u"T");
+  leida.LoadFromIni(archivo_, u"MIFILTRO");
+  EXPECT_EQ(Huella(leida), Huella(f));
+  EXPECT_EQ(leida.FilterTextPers, u"P=1");
+  leida.FilterTextPers.clear();
+  leida.LoadParamPersFromIni(archivo_, u"MiFiltro");
+  EXPECT_EQ(leida.FilterTextPers, u"P=1");
+  leida.SaveParamPersToIni(archivo_, u"MiFiltro", true);
+  leida.LoadFromIni(archivo_, u"MiFiltro");
+  EXPECT_TRUE(leida.ParamWhere.empty());
+}
+
+TEST_F(Definicion, StaysWholeOnBadInput) {
+  TParametrosFiltro f(u"T");
+  f.AgregaFiltro(u"I", Tipo::ftInteger, Variant(1), Op::IGUAL, Y, SIN, true);
+  f.SaveToIni(archivo_, 0);
+  const std::string bytes = Lee();
+  f.AgregaFiltro(u"N", Tipo::ftString, Variant(u"dos\nlíneas"), Op::IGUAL, Y, SIN, true);
+  EXPECT_THROW(f.SaveToIni(archivo_, 0), EInvalidOperation);
+  EXPECT_EQ(Lee(), bytes);
+  try {
+    f.SaveToIni(u"/proc/nada/consulta.ini", 0);
+    FAIL();
+  } catch (const Exception& e) {
+    EXPECT_EQ(e.Message(),
+              u"No se puede escribir en el archivo \"/proc/nada/consulta.ini\"\nCompruebe que tenga los "
+              u"permisos necesarios.");
+  }
+  const std::string huella = Huella(f);
+  for (const char* malo : {"[UNION]\nFiltro=0\n", "[UNION]\nFiltro=1\n[UNION1]\nFiltro=1\n",
+                           "[UNION]\nFiltro=x\n", "[FILTRO]\nNumFiltros=1\nTipoCampo0=3\nValCampo0=doce\n"}) {
+    Escribe(malo);
+    EXPECT_THROW(f.LoadFromIni(archivo_, 0), Exception) << malo;
+    EXPECT_EQ(Huella(f), huella);
+  }
+  Escribe("[FILTRO]\nNumFiltros=2000000000\nNomCampo0=A\n");
+  f.LoadFromIni(archivo_, 0);
+  EXPECT_LE(f.ParamWhere.size(), 2U);
+}
+
+}  // namespace
+}  // namespace vel
