@@ -21,3 +21,5 @@ bash "$(dirname "$0")/genera_sello.sh" "$seal"
 "$programs/sello" "$seal"
 title 'Zonas horarias de México'
 "$programs/zonas" "$data"
+title 'Empresas del catálogo'
+"$programs/empresas" "$data"

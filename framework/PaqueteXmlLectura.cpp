@@ -308,52 +308,55 @@ class Lector {
     return std::string_view(nodo.attribute("fieldtype").value()) == "string.uni" ? valor / 2 : valor;
   }
 
-  bool EstaViva(pugi::xml_node fila, const Estado& estado) const {
-    const pugi::xml_attribute atributo = fila.attribute("RowState");
-    if (!atributo || estado.Busca(u"RowState") >= 0) return true;
-    const std::string_view texto = atributo.value();
+  // Whether a row with this state is a record.
+  bool EstaViva(pugi::xml_node fila, std::string_view estadoFila) const {
     int bits = 0;
-    const auto r = std::from_chars(texto.data(), texto.data() + texto.size(), bits);
-    if (r.ec != std::errc() || r.ptr != texto.data() + texto.size())
+    const auto r = std::from_chars(estadoFila.data(), estadoFila.data() + estadoFila.size(), bits);
+    if (r.ec != std::errc() || r.ptr != estadoFila.data() + estadoFila.size()) {
       Falla(u"el RowState no es un número", fila);
+    }
     return (bits & (kFilaSuperada | kFilaBorrada)) == 0;
   }
 
   void LeeFilas(Estado& estado, const std::vector<Entrada>& entradas, pugi::xml_node contenedor,
                 const std::string& nombreFila) const {
-    std::size_t vivas = 0;
+    std::size_t filas = 0;
     for (const pugi::xml_node fila : contenedor.children()) {
-      if (fila.name() != nombreFila)
+      if (fila.name() != nombreFila) {
         Falla(u"elemento desconocido entre las filas: " + UTF8ToString(fila.name()), fila);
-      if (EstaViva(fila, estado)) ++vivas;
+      }
+      ++filas;
     }
-    estado.Dimensiona(vivas);
+    estado.Dimensiona(filas);
     std::size_t registro = 0;
     for (const pugi::xml_node fila : contenedor.children()) {
-      if (!EstaViva(fila, estado)) continue;
-      LeeAtributos(estado, entradas, fila, registro);
+      if (!LeeAtributos(estado, entradas, fila, registro)) continue;
       for (const pugi::xml_node hijo : fila.children()) LeeAnidado(estado, entradas, hijo, registro);
       ++registro;
     }
+    estado.Dimensiona(registro);
     estado.AlPrincipio();
   }
 
-  void LeeAtributos(Estado& estado, const std::vector<Entrada>& entradas, pugi::xml_node fila,
+  // False for a row that is no record; its place is then as it was.
+  bool LeeAtributos(Estado& estado, const std::vector<Entrada>& entradas, pugi::xml_node fila,
                     std::size_t registro) const {
+    bool viva = true;
     // Rows name their attributes in the order of the fields, some missing: look from where the last one was.
     std::size_t campo = 0;
     for (const pugi::xml_attribute atributo : fila.attributes()) {
       const std::string_view nombre = atributo.name();
       std::size_t vistos = 0;
-      while (vistos < entradas.size() && entradas[campo % entradas.size()].atributo != nombre) {
-        ++campo;
+      while (vistos < entradas.size() && entradas[campo].atributo != nombre) {
+        campo = campo + 1 == entradas.size() ? 0 : campo + 1;
         ++vistos;
       }
       if (vistos == entradas.size()) {
-        if (nombre == "RowState") continue;
-        Falla(u"la fila tiene un campo desconocido: '" + UTF8ToString(nombre) + u"'", fila);
+        if (nombre != "RowState")
+          Falla(u"la fila tiene un campo desconocido: '" + UTF8ToString(nombre) + u"'", fila);
+        viva = EstaViva(fila, atributo.value());
+        continue;
       }
-      campo %= entradas.size();
       Columna& columna = estado.ColumnaDe(campo);
       if (columna.conValor[registro] != 0) Falla(u"el campo '" + columna.def.Name + u"' está repetido", fila);
       if (!PonAtributo(columna, registro, atributo.value())) {
@@ -361,8 +364,10 @@ class Lector {
                   UTF8ToString(atributo.value()).substr(0, 80) + u"'",
               fila);
       }
-      ++campo;
+      campo = campo + 1 == entradas.size() ? 0 : campo + 1;
     }
+    for (std::size_t i = 0; !viva && i < entradas.size(); ++i) estado.ColumnaDe(i).Anula(registro);
+    return viva;
   }
 
   void LeeAnidado(Estado& estado, const std::vector<Entrada>& entradas, pugi::xml_node hijo,

@@ -113,17 +113,21 @@ std::string UTF8Encode(std::u16string_view texto) {
 }
 
 UnicodeString UTF8ToString(std::string_view utf8) {
-  const std::size_t ascii = LargoAscii(utf8);
-  UnicodeString salida(utf8.begin(), utf8.begin() + static_cast<std::ptrdiff_t>(ascii));
-  if (ascii == utf8.size()) return salida;
-  salida.reserve(utf8.size());
-  utf8.remove_prefix(ascii);
-  while (!utf8.empty()) {
+  UnicodeString salida;
+  // Most texts are ASCII but for a letter here and there: runs are widened at once.
+  for (;;) {
+    const std::size_t ascii = LargoAscii(utf8);
+    const std::size_t inicio = salida.size();
+    if (ascii < utf8.size()) salida.reserve(inicio + utf8.size());
+    salida.resize(inicio + ascii);
+    char16_t* const destino = salida.data() + inicio;
+    for (std::size_t i = 0; i < ascii; ++i) destino[i] = static_cast<char16_t>(utf8[i]);
+    utf8.remove_prefix(ascii);
+    if (utf8.empty()) return salida;
     const Decodificado d = DecodificaUtf8(utf8);
     AgregaUtf16(salida, d.codigo);
     utf8.remove_prefix(d.bytes);
   }
-  return salida;
 }
 
 bool IsUTF8(std::string_view bytes) noexcept {

@@ -57,6 +57,19 @@ UTILVEL90_EXPORT FallaArchivo ReemplazaArchivo(std::u16string_view ruta, std::st
 UTILVEL90_EXPORT FallaArchivo CopiaArchivo(std::u16string_view origen, std::u16string_view destino,
                                            bool sobrescribe);
 
+/// Adds bytes at the file's end in one write, creating the file when it is missing: what several threads and
+/// processes add does not mix.
+UTILVEL90_EXPORT FallaArchivo AgregaAlFinal(std::u16string_view ruta, std::string_view bytes);
+
+/// Deletes a file; a missing one is no fault.
+UTILVEL90_EXPORT FallaArchivo BorraArchivo(std::u16string_view ruta);
+
+/// Opens a file by the runtime's mode flags (see IntentarAbrirArchivo). The handle is the caller's, to be
+/// closed with CierraArchivo; -1 on a fault. Deny modes hold against other programs that open by this
+/// function.
+UTILVEL90_EXPORT FallaArchivo AbreArchivo(std::u16string_view ruta, unsigned int modo, int& manejador);
+UTILVEL90_EXPORT void CierraArchivo(int manejador) noexcept;
+
 /// Keeps other threads and processes that ask for the lock of a file in the same folder out, until it is
 /// destroyed. The system lifts the lock of a process that ends in any way.
 class UTILVEL90_EXPORT CandadoArchivo {

@@ -29,6 +29,8 @@ class Descriptor {
     if (fd_ >= 0) close(fd_);
   }
   int Fd() const noexcept { return fd_; }
+  /// Hands the descriptor over to the caller.
+  int Suelta() noexcept { return std::exchange(fd_, -1); }
   /// Closes now, to learn of errors that the system kept back until the end.
   bool Cierra() noexcept { return close(std::exchange(fd_, -1)) == 0; }
 
@@ -162,6 +164,43 @@ FallaArchivo CopiaArchivo(std::u16string_view origen, std::u16string_view destin
   FallaArchivo falla = LeeArchivo(origen, bytes);
   return falla.Hubo() ? falla : ReemplazaArchivo(destino, bytes);
 }
+
+FallaArchivo AgregaAlFinal(std::u16string_view ruta, std::string_view bytes) {
+  constexpr mode_t kModoNuevo = 0666;
+  const std::string nativa = Nativa(ruta);
+  Descriptor archivo(open(nativa.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, kModoNuevo));
+  if (archivo.Fd() < 0) return FallaDeRuta(errno, nativa);
+  return EscribeTodo(archivo.Fd(), bytes) && archivo.Cierra() ? FallaArchivo{} : posix::FallaDe(errno);
+}
+
+FallaArchivo BorraArchivo(std::u16string_view ruta) {
+  if (unlink(Nativa(ruta).c_str()) == 0 || errno == ENOENT) return {};
+  return posix::FallaDe(errno);
+}
+
+FallaArchivo AbreArchivo(std::u16string_view ruta, unsigned int modo, int& manejador) {
+  constexpr unsigned int kCrea = 0xFF00;
+  constexpr unsigned int kAcceso = 0x3;
+  constexpr unsigned int kComparticion = 0x70;
+  constexpr unsigned int kExclusivo = 0x10;
+  constexpr unsigned int kNiegaEscritura = 0x20;
+  constexpr int kBanderas[] = {O_RDONLY, O_WRONLY, O_RDWR, O_RDWR};
+  constexpr mode_t kModoNuevo = 0666;
+  manejador = -1;
+  const std::string nativa = Nativa(ruta);
+  const int banderas = (modo & kCrea) == kCrea ? O_RDWR | O_CREAT | O_TRUNC : kBanderas[modo & kAcceso];
+  Descriptor archivo(open(nativa.c_str(), banderas | O_CLOEXEC, kModoNuevo));
+  struct stat estado {};
+  if (archivo.Fd() < 0 || fstat(archivo.Fd(), &estado) != 0) return FallaDeRuta(errno, nativa);
+  if (S_ISDIR(estado.st_mode)) return posix::FallaDe(EISDIR);
+  const unsigned int comparticion = modo & kComparticion;
+  const int candado = comparticion == kExclusivo ? LOCK_EX : comparticion == kNiegaEscritura ? LOCK_SH : 0;
+  if (candado != 0 && flock(archivo.Fd(), candado | LOCK_NB) != 0) return posix::FallaDe(errno);
+  manejador = archivo.Suelta();
+  return {};
+}
+
+void CierraArchivo(int manejador) noexcept { close(manejador); }
 
 // The lock is the folder's own: it needs no file of its own, works where nothing may be written, and ends
 // with the process.

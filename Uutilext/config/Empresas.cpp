@@ -1,0 +1,175 @@
+#include "Uutilext/config/Empresas.h"
+
+#include <chrono>
+#include <string>
+#include <thread>
+#include <utility>
+
+#include "Uutilext/config/Rutas.h"
+#include "Uutilext/diagnostics/Traza.h"
+#include "framework/Excepciones.h"
+#include "framework/Numeros.h"
+#include "platform/Archivos.h"
+
+namespace vel {
+namespace {
+
+// How long a catalog that would not load is given before the second attempt: another program of the suite
+// may be writing it.
+constexpr std::chrono::milliseconds kEsperaEscritor{35};
+
+UnicodeString RutaCatalogo(std::u16string_view ruta) {
+  return ruta.empty() ? DameRutaArchEmpresas() : UnicodeString(ruta);
+}
+
+// The catalog's path with another ending in the place of ".xml".
+UnicodeString ConTerminacion(std::u16string_view catalogo, std::u16string_view terminacion) {
+  constexpr std::u16string_view kXml = u".xml";
+  if (catalogo.size() >= kXml.size() && SameText(catalogo.substr(catalogo.size() - kXml.size()), kXml)) {
+    catalogo.remove_suffix(kXml.size());
+  }
+  return UnicodeString(catalogo).append(terminacion);
+}
+
+UnicodeString RutaRespaldo(std::u16string_view catalogo) { return ConTerminacion(catalogo, u".bak"); }
+
+void Exige(const FallaArchivo& falla, std::u16string_view que, std::u16string_view ruta) {
+  if (falla.Hubo())
+    throw EStreamError(UnicodeString(que).append(u" \"").append(ruta).append(u"\": ").append(falla.texto));
+}
+
+// Loads once; returns the bytes that were loaded.
+std::string Carga(TClientDataSet& empresas, std::u16string_view ruta) {
+  std::string bytes;
+  Exige(LeeArchivo(ruta, bytes), u"No se puede leer el archivo", ruta);
+  empresas.LoadFromXML(bytes, ruta);
+  return bytes;
+}
+
+void Reemplaza(std::u16string_view ruta, std::string_view bytes) {
+  Exige(ReemplazaArchivo(ruta, bytes), u"No se puede escribir en el archivo", ruta);
+}
+
+void RestauraOEspera(std::u16string_view ruta) {
+  const UnicodeString respaldo = RutaRespaldo(ruta);
+  if (ExisteArchivo(ruta)) {
+    std::this_thread::sleep_for(kEsperaEscritor);
+  } else if (ExisteArchivo(respaldo)) {
+    CopiaArchivo(respaldo, ConTerminacion(ruta, u" copia.bak"), true);
+    CopiaArchivo(respaldo, ruta, true);
+  }
+}
+
+std::string CargaConRecuperacion(TClientDataSet& empresas, std::u16string_view ruta) {
+  try {
+    return Carga(empresas, ruta);
+  } catch (const Exception&) {
+    RestauraOEspera(ruta);
+  }
+  return Carga(empresas, ruta);
+}
+
+// Loads the catalog, lets `cambio` change it and saves it, with no other writer in between.
+template <typename Cambio>
+void CambiaCatalogo(const Cambio& cambio) {
+  const UnicodeString ruta = DameRutaArchEmpresas();
+  const CandadoArchivo candado(ruta);
+  Exige(candado.Falla(), u"No se puede escribir en el archivo", ruta);
+  TClientDataSet empresas;
+  const std::string anterior = CargaConRecuperacion(empresas, ruta);
+  cambio(empresas);
+  // The backup gets the bytes that were just loaded, so it always holds a catalog that loads.
+  const std::string nuevo = empresas.SaveToXML();
+  Reemplaza(RutaRespaldo(ruta), anterior);
+  Reemplaza(ruta, nuevo);
+}
+
+// The catalog with the company's record current; null when there is none.
+std::unique_ptr<TClientDataSet> BuscaEmpresa(int numEmp) {
+  std::unique_ptr<TClientDataSet> empresas;
+  AbreArchivoEmpresa(empresas, {});
+  return empresas->Locate(u"NumEmp", Variant(numEmp)) ? std::move(empresas) : nullptr;
+}
+
+UnicodeString CampoDeEmpresa(int numEmp, std::u16string_view campo) {
+  const std::unique_ptr<TClientDataSet> empresas = BuscaEmpresa(numEmp);
+  return empresas == nullptr ? UnicodeString() : empresas->FieldByName(campo).AsString();
+}
+
+}  // namespace
+
+void AbreArchivoEmpresa(std::unique_ptr<TClientDataSet>& empresas, std::u16string_view ruta) {
+  if (empresas != nullptr) {
+    CargaConRecuperacion(*empresas, RutaCatalogo(ruta));
+    return;
+  }
+  auto nuevo = std::make_unique<TClientDataSet>();
+  CargaConRecuperacion(*nuevo, RutaCatalogo(ruta));
+  empresas = std::move(nuevo);
+}
+
+void DameEmpresasVEL(TStringList& lista) {
+  std::unique_ptr<TClientDataSet> empresas;
+  AbreArchivoEmpresa(empresas, {});
+  const TField& numero = empresas->FieldByName(u"NumEmp");
+  const TField& nombre = empresas->FieldByName(u"Nombre_Empresa");
+  lista.Clear();
+  for (empresas->First(); !empresas->Eof(); empresas->Next())
+    lista.Add(numero.AsString() + u"=" + nombre.AsString());
+}
+
+UnicodeString DameNombreEmpresa(int numEmp) { return CampoDeEmpresa(numEmp, u"Nombre_Empresa"); }
+
+UnicodeString DameDriverBaseDatos(int numEmp) { return CampoDeEmpresa(numEmp, u"Driver"); }
+
+UnicodeString DameAliasBaseDatos(int numEmp) {
+  logInter(u"uUtil::DameAliasBaseDatos...INICIO");
+  logInter(u"uUtil::DameAliasBaseDatos...ANumEmp : " + IntToStr(numEmp));
+  logInter(u"uUtil::DameAliasBaseDatos...AbreArchivoEmpresa");
+  const std::unique_ptr<TClientDataSet> empresas = BuscaEmpresa(numEmp);
+  logInter(u"uUtil::DameAliasBaseDatos...AcdsEmpresas");
+  UnicodeString rutaDatos =
+      empresas == nullptr ? UnicodeString() : empresas->FieldByName(u"RutaDatos").AsString();
+  logInter(u"uUtil::DameAliasBaseDatos...ARutaDatos : " + rutaDatos);
+  logInter(u"uUtil::DameAliasBaseDatos...FIN");
+  return rutaDatos;
+}
+
+UnicodeString DameRutaTrabajoEmpresa(std::u16string_view numEmp, UnicodeString& datosBD) {
+  datosBD.clear();
+  std::int32_t numero = 0;
+  if (!TryStrToInt(TrimView(numEmp), numero)) return {};
+  const std::unique_ptr<TClientDataSet> empresas = BuscaEmpresa(numero);
+  if (empresas == nullptr) return {};
+  datosBD = empresas->FieldByName(u"DatosBD").AsString();
+  UnicodeString rutaTrabajo = empresas->FieldByName(u"RutaTrabajo").AsString();
+  return rutaTrabajo.empty() ? empresas->FieldByName(u"RutaDatos").AsString() : rutaTrabajo;
+}
+
+void AgregaEmpresaXML(int numEmp, std::u16string_view rutaDatos, std::u16string_view driver,
+                      std::u16string_view nombre, std::u16string_view rutaTrabajo,
+                      std::u16string_view versionBD) {
+  CambiaCatalogo([&](TClientDataSet& empresas) {
+    empresas.Append();
+    empresas.FieldByName(u"NumEmp").SetAsInteger(numEmp);
+    empresas.FieldByName(u"RutaDatos").SetAsString(rutaDatos);
+    empresas.FieldByName(u"Driver").SetAsString(driver);
+    empresas.FieldByName(u"Nombre_Empresa").SetAsString(nombre);
+    empresas.FieldByName(u"RutaTrabajo").SetAsString(rutaTrabajo);
+    empresas.FieldByName(u"VersionBD").SetAsString(versionBD);
+    empresas.Post();
+  });
+}
+
+void ActualizaXMLNombreEmpresa(int numEmp, std::u16string_view nombre) {
+  CambiaCatalogo([&](TClientDataSet& empresas) {
+    if (!empresas.Locate(u"NumEmp", Variant(numEmp))) {
+      throw EInvalidOperation(u"El catálogo no contiene la empresa " + IntToStr(numEmp) + u".");
+    }
+    empresas.Edit();
+    empresas.FieldByName(u"Nombre_Empresa").SetAsString(nombre);
+    empresas.Post();
+  });
+}
+
+}  // namespace vel

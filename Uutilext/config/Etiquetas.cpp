@@ -1,0 +1,42 @@
+#include "Uutilext/config/Etiquetas.h"
+
+#include <string>
+
+#include "Uutilext/config/Rutas.h"
+#include "framework/Excepciones.h"
+#include "platform/Archivos.h"
+
+namespace vel {
+
+UnicodeString DameRutaEtiqVEL(int /*numEmp*/) { return DameRutaVELNG() + u"EtiqVEL.xml"; }
+
+std::unique_ptr<TClientDataSet> DameCDSEtiqVEL(std::u16string_view ruta, int numEmp) {
+  const UnicodeString archivo = ruta.empty() ? DameRutaEtiqVEL(numEmp) : UnicodeString(ruta);
+  if (!ExisteArchivo(archivo)) return nullptr;
+  std::string bytes;
+  const FallaArchivo falla = LeeArchivo(archivo, bytes);
+  if (falla.Hubo()) throw EStreamError(u"No se puede leer el archivo \"" + archivo + u"\": " + falla.texto);
+  auto catalogo = std::make_unique<TClientDataSet>();
+  catalogo->LoadFromXML(bytes, archivo);
+  return catalogo;
+}
+
+bool LeeXMLCamposTablasSistema(std::u16string_view etiqueta, TStringList& lista, bool ocultos) {
+  const std::unique_ptr<TClientDataSet> catalogo = DameCDSEtiqVEL({}, 0);
+  if (catalogo == nullptr || !catalogo->Locate(u"Etiqueta", Variant(etiqueta))) return false;
+  TClientDataSet* const campos = catalogo->FieldByName(u"Campos").NestedDataSet();
+  if (campos == nullptr)
+    throw EDatabaseError(u"El campo 'Campos' del catálogo de etiquetas no es un conjunto de datos");
+  const TField& campo = campos->FieldByName(u"Campo");
+  const TField& titulo = campos->FieldByName(u"Titulo");
+  const TField& disponible = campos->FieldByName(u"Disponible");
+  const TField& visible = campos->FieldByName(u"Visible");
+  const TField& calculado = campos->FieldByName(u"Calculado");
+  for (campos->First(); !campos->Eof(); campos->Next()) {
+    const bool seOfrece = disponible.AsBoolean() && !calculado.AsBoolean();
+    if (seOfrece && (ocultos || visible.AsBoolean())) lista.Add(campo.AsString() + u"=" + titulo.AsString());
+  }
+  return true;
+}
+
+}  // namespace vel

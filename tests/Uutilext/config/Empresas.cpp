@@ -1,0 +1,175 @@
+#include "Uutilext/config/Empresas.h"
+
+#include <algorithm>
+#include <csignal>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "Uutilext/config/Etiquetas.h"
+#include "framework/Excepciones.h"
+#include "framework/Numeros.h"
+#include "tests/CarpetaTemporal.h"
+
+namespace vel {
+namespace {
+
+constexpr const char* kCatalogo = "C/Sistemas Tavex/VEL9.00/Empresas.xml";
+constexpr const char* kRespaldo = "C/Sistemas Tavex/VEL9.00/Empresas.bak";
+constexpr const char* kCopia = "C/Sistemas Tavex/VEL9.00/Empresas copia.bak";
+
+std::string Vacio() {
+  TClientDataSet datos;
+  std::vector<TFieldDef> campos{{.Name = u"NumEmp", .DataType = TFieldType::ftInteger}};
+  for (const char16_t* texto :
+       {u"Nombre_Empresa", u"RutaDatos", u"Driver", u"RutaTrabajo", u"VersionBD", u"DatosBD"}) {
+    campos.push_back({.Name = texto, .DataType = TFieldType::ftWideString, .Size = 200});
+  }
+  datos.CreateDataSet(campos);
+  return datos.SaveToXML();
+}
+
+class Catalogo : public testing::Test {
+ protected:
+  void SetUp() override {
+    c_.Instala();
+    c_.Escribe(kCatalogo, Vacio());
+  }
+  pruebas::CarpetaTemporal c_;
+};
+
+TEST_F(Catalogo, AddsRenamesAndAnswers) {
+  AgregaEmpresaXML(1, u"C:\\Datos1", u"DEVARTINTERBASE", u"Peña & Ñandú, S.A.", u"", u"9.00");
+  AgregaEmpresaXML(12, u"C:\\Datos12", u"PARADOX", u"Doce", u"D:\\Trabajo", u"8.00");
+  TStringList lista;
+  lista.Add(u"vieja");
+  DameEmpresasVEL(lista);
+  EXPECT_EQ(lista.Text(), u"1=Peña & Ñandú, S.A.\r\n12=Doce\r\n");
+  EXPECT_EQ(DameNombreEmpresa(1), u"Peña & Ñandú, S.A.");
+  EXPECT_EQ(DameDriverBaseDatos(12), u"PARADOX");
+  EXPECT_EQ(DameAliasBaseDatos(12), u"C:\\Datos12");
+  UnicodeString datosBD = u"?";
+  EXPECT_EQ(DameRutaTrabajoEmpresa(u"12", datosBD), u"D:\\Trabajo");
+  EXPECT_EQ(datosBD, u"");
+  EXPECT_EQ(DameRutaTrabajoEmpresa(u" 1 ", datosBD), u"C:\\Datos1")
+      << "the data folder when there is no working one";
+  EXPECT_EQ(DameRutaTrabajoEmpresa(u"uno", datosBD), u"");
+  EXPECT_EQ(DameNombreEmpresa(3), u"");
+  const std::string antes = c_.Lee(kCatalogo);
+  ActualizaXMLNombreEmpresa(12, u"La Doce");
+  EXPECT_EQ(DameNombreEmpresa(12), u"La Doce");
+  EXPECT_EQ(c_.Lee(kRespaldo), antes) << "the backup is the catalog as it stood";
+  const std::string despues = c_.Lee(kCatalogo);
+  EXPECT_THROW(ActualizaXMLNombreEmpresa(3, u"x"), EInvalidOperation);
+  EXPECT_EQ(c_.Lee(kCatalogo), despues);
+  EXPECT_EQ(c_.Lee(kRespaldo), antes);
+}
+
+TEST_F(Catalogo, RestoresAMissingOneFromItsBackup) {
+  AgregaEmpresaXML(1, u"r", u"d", u"Uno", u"t", u"v");
+  AgregaEmpresaXML(2, u"r", u"d", u"Dos", u"t", u"v");
+  std::filesystem::remove(c_.Ruta() / kCatalogo);
+  std::unique_ptr<TClientDataSet> empresas;
+  AbreArchivoEmpresa(empresas, u"");
+  EXPECT_EQ(empresas->RecordCount(), 1U);
+  EXPECT_TRUE(c_.Existe(kCatalogo) && c_.Existe(kRespaldo) && c_.Existe(kCopia));
+  const std::string otro = "otra carpeta/Empresas.xml";
+  c_.Escribe(otro, c_.Lee(kCatalogo));
+  AbreArchivoEmpresa(empresas, c_.Archivo(otro));
+  EXPECT_EQ(empresas->RecordCount(), 1U);
+}
+
+TEST_F(Catalogo, LeavesAGoodBackupWhenBroken) {
+  AgregaEmpresaXML(1, u"r", u"d", u"Uno", u"t", u"v");
+  AgregaEmpresaXML(2, u"r", u"d", u"Dos", u"t", u"v");
+  const std::string respaldo = c_.Lee(kRespaldo);
+  std::unique_ptr<TClientDataSet> empresas = std::make_unique<TClientDataSet>();
+  empresas->LoadFromXML(c_.Lee(kCatalogo), u"x");
+  for (const std::string& roto : {std::string(), std::string("<DATAPACKET"), std::string(300'000, '<'),
+                                  std::string("\xFF\xFE\x00", 3), c_.Lee(kCatalogo).substr(0, 400)}) {
+    c_.Escribe(kCatalogo, roto);
+    EXPECT_THROW(AbreArchivoEmpresa(empresas, u""), EDatabaseError);
+    EXPECT_EQ(empresas->RecordCount(), 2U) << "the data set given is as it was";
+    EXPECT_THROW(AgregaEmpresaXML(3, u"", u"", u"", u"", u""), EDatabaseError);
+    EXPECT_EQ(c_.Lee(kCatalogo), roto);
+    EXPECT_EQ(c_.Lee(kRespaldo), respaldo);
+  }
+  std::filesystem::remove_all(c_.Motor());
+  EXPECT_THROW(AbreArchivoEmpresa(empresas, u""), EStreamError);
+}
+
+TEST_F(Catalogo, IsAlwaysWholeForItsReadersAndAfterAKill) {
+  AgregaEmpresaXML(1, u"r", u"d", u"Empresa 0", u"t", u"v");
+  const pid_t escritor = fork();
+  if (escritor == 0) {
+    for (int i = 0;; ++i)
+      ActualizaXMLNombreEmpresa(
+          1, UnicodeString(u"Empresa ") + UnicodeString(static_cast<std::size_t>(i % 2) * 150, u'x'));
+  }
+  pid_t lectores[3];
+  for (pid_t& lector : lectores) {
+    lector = fork();
+    if (lector != 0) continue;
+    int fallas = 0;
+    for (int i = 0; i < 1000; ++i) {
+      try {
+        const UnicodeString nombre = DameNombreEmpresa(1);
+        if (nombre.size() != 8 && nombre.size() != 158 && nombre != u"Empresa 0") ++fallas;
+      } catch (const Exception&) {
+        ++fallas;
+      }
+    }
+    _exit(std::min(fallas, 100));
+  }
+  for (const pid_t lector : lectores) {
+    int estado = 0;
+    waitpid(lector, &estado, 0);
+    EXPECT_TRUE(WIFEXITED(estado));
+    EXPECT_EQ(WEXITSTATUS(estado), 0) << "failed or partial reads";
+  }
+  kill(escritor, SIGKILL);
+  waitpid(escritor, nullptr, 0);
+  for (int i = 0; i < 40; ++i) {
+    const pid_t otro = fork();
+    if (otro == 0) {
+      for (int k = 0;; ++k) ActualizaXMLNombreEmpresa(1, u"Empresa " + IntToStr(k));
+    }
+    usleep(static_cast<useconds_t>(1000 + 977 * i % 9000));
+    kill(otro, SIGKILL);
+    waitpid(otro, nullptr, 0);
+    EXPECT_EQ(DameNombreEmpresa(1).substr(0, 8), u"Empresa ");
+  }
+}
+
+TEST_F(Catalogo, LabelsListTheFieldsOfATable) {
+  TStringList lista;
+  EXPECT_EQ(DameCDSEtiqVEL(u"", 1), nullptr);
+  EXPECT_FALSE(LeeXMLCamposTablasSistema(u"CLIENTES", lista, true));
+  c_.Escribe(
+      "C/Sistemas Tavex/VEL9.00/EtiqVEL.xml",
+      "<DATAPACKET Version=\"2.0\"><METADATA><FIELDS><FIELD attrname=\"Etiqueta\" fieldtype=\"string\" "
+      "WIDTH=\"20\"/>"
+      "<FIELD attrname=\"Campos\" fieldtype=\"nested\"><FIELDS><FIELD attrname=\"Campo\" "
+      "fieldtype=\"string\" WIDTH=\"20\"/>"
+      "<FIELD attrname=\"Titulo\" fieldtype=\"string\" WIDTH=\"40\"/><FIELD attrname=\"Disponible\" "
+      "fieldtype=\"boolean\"/>"
+      "<FIELD attrname=\"Visible\" fieldtype=\"boolean\"/><FIELD attrname=\"Calculado\" "
+      "fieldtype=\"boolean\"/></FIELDS></FIELD>"
+      "</FIELDS></METADATA><ROWDATA><ROW Etiqueta=\"CLIENTES\"><Campos>"
+      "<ROWCampos Campo=\"RFC\" Titulo=\"R.F.C.\" Disponible=\"TRUE\" Visible=\"TRUE\" Calculado=\"FALSE\"/>"
+      "<ROWCampos Campo=\"NOTA\" Titulo=\"Nota\" Disponible=\"TRUE\" Visible=\"FALSE\"/>"
+      "<ROWCampos Campo=\"SALDO\" Titulo=\"Saldo\" Disponible=\"TRUE\" Visible=\"TRUE\" Calculado=\"TRUE\"/>"
+      "<ROWCampos Campo=\"CLAVE\" Titulo=\"Clave ñ\" Visible=\"TRUE\"/>"
+      "<ROWCampos Campo=\"NOMBRE\" Titulo=\"Nombre\" Disponible=\"TRUE\" "
+      "Visible=\"TRUE\"/></Campos></ROW></ROWDATA></DATAPACKET>");
+  EXPECT_TRUE(LeeXMLCamposTablasSistema(u"CLIENTES", lista, false));
+  EXPECT_EQ(lista.Text(), u"RFC=R.F.C.\r\nNOMBRE=Nombre\r\n");
+  lista.Clear();
+  EXPECT_TRUE(LeeXMLCamposTablasSistema(u"CLIENTES", lista, true));
+  EXPECT_EQ(lista.Text(), u"RFC=R.F.C.\r\nNOTA=Nota\r\nNOMBRE=Nombre\r\n");
+  EXPECT_FALSE(LeeXMLCamposTablasSistema(u"PRODUCTOS", lista, true));
+  EXPECT_TRUE(DameRutaEtiqVEL(7).ends_with(u"C\\Sistemas Tavex\\VEL9.00\\EtiqVEL.xml"));
+}
+
+}  // namespace
+}  // namespace vel

@@ -1,0 +1,1 @@
+// A module needs no contents to be loaded.
