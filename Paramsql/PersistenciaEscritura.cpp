@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 #include "Paramsql/Persistencia.h"
 #include "Paramsql/TParametrosFiltro.h"
@@ -24,12 +25,15 @@ using namespace persistencia;  // the names of sections and keys
 
 UnicodeString Logico(bool valor) { return valor ? u"TRUE" : u"FALSE"; }
 
-/// One section while it is written.
+/// One section while it is written: its keys are gathered and go into the text at once.
 class Seccion {
  public:
   Seccion(TextoIni& texto, UnicodeString nombre) : texto_(texto), nombre_(std::move(nombre)) {}
-  void Borra() { texto_.Borra(nombre_); }
-  void Pon(std::u16string_view clave, std::u16string_view valor) { texto_.Pon(nombre_, clave, valor); }
+  void Borra() {
+    texto_.Borra(nombre_);
+    borrada_ = true;
+  }
+  void Pon(std::u16string_view clave, std::u16string_view valor) { claves_.emplace_back(clave, valor); }
   void Pon(std::u16string_view clave, std::size_t indice, std::u16string_view valor) {
     Pon(UnicodeString(clave) + IntToStr(static_cast<std::int64_t>(indice)), valor);
   }
@@ -37,10 +41,16 @@ class Seccion {
   void PonCuenta(std::u16string_view clave, std::size_t cuenta) {
     if (cuenta > 0) Pon(clave, IntToStr(static_cast<std::int64_t>(cuenta)));
   }
+  void Escribe() {
+    if (borrada_) return texto_.AgregaSeccion(nombre_, claves_);
+    for (const auto& [clave, valor] : claves_) texto_.Pon(nombre_, clave, valor);
+  }
 
  private:
   TextoIni& texto_;
   UnicodeString nombre_;
+  std::vector<std::pair<UnicodeString, UnicodeString>> claves_;
+  bool borrada_ = false;
 };
 
 // Calls `escribe` with each record that is there and its index among them, and returns how many there are.
@@ -108,33 +118,37 @@ void PonPersonalizadas(Seccion& s, const TParametrosFiltro& f) {
 }
 
 void PonDefinicion(TextoIni& texto, const TParametrosFiltro& f, int numero) {
-  const auto seccion = [&](std::u16string_view nombre) {
+  const auto seccion = [&](std::u16string_view nombre, const auto& llena) {
     Seccion s(texto, UnicodeString(nombre) + Sufijo(numero));
     s.Borra();
-    return s;
+    llena(s);
+    s.Escribe();
   };
-  Seccion campos = seccion(kSelect);
-  campos.PonCuenta(u"NumCampos", Cada(f.ParamSelect, [](std::size_t, const TParamSelect&) {}));
-  Cada(f.ParamSelect, [&](std::size_t i, const TParamSelect& c) {
-    campos.Pon(u"NomCampo", i, c.NombreCampo);
-    campos.Pon(u"AliasCampo", i, c.AliasCampo);
-    campos.Pon(u"Visible", i, Logico(c.Visible));
+  seccion(kSelect, [&f](Seccion& s) {
+    s.PonCuenta(u"NumCampos", Cada(f.ParamSelect, [](std::size_t, const TParamSelect&) {}));
+    Cada(f.ParamSelect, [&s](std::size_t i, const TParamSelect& c) {
+      s.Pon(u"NomCampo", i, c.NombreCampo);
+      s.Pon(u"AliasCampo", i, c.AliasCampo);
+      s.Pon(u"Visible", i, Logico(c.Visible));
+    });
   });
-  seccion(kTabla).Pon(u"TABLA", f.NombreTabla);
-  Seccion joins = seccion(kJoins);
-  joins.PonCuenta(u"NumJoins", f.Join.size());
-  for (std::size_t i = 0; i < f.Join.size(); ++i) joins.Pon(u"Join", i, f.Join[i]);
-  Seccion filtro = seccion(kFiltro);
-  PonCondiciones(filtro, f.ParamWhere, kNumFiltros);
-  PonPersonalizadas(filtro, f);
-  Seccion grupo = seccion(kGroupBy);
-  if (!f.GroupBy.empty()) grupo.Pon(u"GroupBy", f.GroupBy);
-  Seccion having = seccion(kHaving);
-  PonCondiciones(having, f.ParamHaving, kNumElementos);
-  Seccion unida = seccion(kUnion);
-  if (f.ParametrosUnion == nullptr) return;
-  unida.Pon(u"Filtro", IntToStr(NumeroDeUnion(numero)));
-  PonDefinicion(texto, *f.ParametrosUnion, NumeroDeUnion(numero));
+  seccion(kTabla, [&f](Seccion& s) { s.Pon(u"TABLA", f.NombreTabla); });
+  seccion(kJoins, [&f](Seccion& s) {
+    s.PonCuenta(u"NumJoins", f.Join.size());
+    for (std::size_t i = 0; i < f.Join.size(); ++i) s.Pon(u"Join", i, f.Join[i]);
+  });
+  seccion(kFiltro, [&f](Seccion& s) {
+    PonCondiciones(s, f.ParamWhere, kNumFiltros);
+    PonPersonalizadas(s, f);
+  });
+  seccion(kGroupBy, [&f](Seccion& s) {
+    if (!f.GroupBy.empty()) s.Pon(u"GroupBy", f.GroupBy);
+  });
+  seccion(kHaving, [&f](Seccion& s) { PonCondiciones(s, f.ParamHaving, kNumElementos); });
+  seccion(kUnion, [&f, numero](Seccion& s) {
+    if (f.ParametrosUnion != nullptr) s.Pon(u"Filtro", IntToStr(NumeroDeUnion(numero)));
+  });
+  if (f.ParametrosUnion != nullptr) PonDefinicion(texto, *f.ParametrosUnion, NumeroDeUnion(numero));
 }
 
 }  // namespace
@@ -149,6 +163,7 @@ void TParametrosFiltro::SaveToIni(std::u16string_view archivo, std::u16string_vi
     s.Borra();
     PonCondiciones(s, ParamWhere, kNumFiltros);
     PonPersonalizadas(s, *this);
+    s.Escribe();
   });
 }
 
@@ -158,6 +173,7 @@ void TParametrosFiltro::SaveParamPersToIni(std::u16string_view archivo, std::u16
     Seccion s(texto, UnicodeString(seccion));
     if (borra) s.Borra();
     PonPersonalizadas(s, *this);
+    s.Escribe();
   });
 }
 

@@ -23,3 +23,5 @@ title 'Zonas horarias de México'
 "$programs/zonas" "$data"
 title 'Empresas del catálogo'
 "$programs/empresas" "$data"
+title 'Rangos de fechas'
+"$programs/rangos" "$data"

@@ -150,6 +150,8 @@ bool IsUTF8(std::string_view bytes) noexcept {
   }
 }
 
+bool IsASCII(std::string_view bytes) noexcept { return LargoAscii(bytes) == bytes.size(); }
+
 std::u16string_view TrimLeftView(std::u16string_view texto) noexcept {
   const auto primero = std::find_if_not(texto.begin(), texto.end(), EsBlancoOControl);
   return texto.substr(static_cast<std::size_t>(primero - texto.begin()));

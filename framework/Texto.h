@@ -24,6 +24,9 @@ UTILVEL90_EXPORT UnicodeString UTF8ToString(std::string_view utf8);
 /// True when the bytes are well-formed UTF-8.
 UTILVEL90_EXPORT bool IsUTF8(std::string_view bytes) noexcept;
 
+/// True when every byte is ASCII.
+UTILVEL90_EXPORT bool IsASCII(std::string_view bytes) noexcept;
+
 /// The text without leading and trailing blanks and control characters (U+0000 to U+0020). The view
 /// points into the text given.
 UTILVEL90_EXPORT std::u16string_view TrimView(std::u16string_view texto) noexcept;

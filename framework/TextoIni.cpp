@@ -144,9 +144,28 @@ void TextoIni::Pon(std::u16string_view seccion, std::u16string_view clave, std::
     texto_.insert(*lugar, sinSalto(*lugar) ? finDeLinea + nueva : nueva);
     return;
   }
-  if (sinSalto(texto_.size())) texto_ += finDeLinea;
-  if (!texto_.empty()) texto_ += finDeLinea;
-  texto_.append(u"[").append(TrimView(seccion)).append(u"]").append(finDeLinea).append(nueva);
+  AbreSeccion(seccion, finDeLinea);
+  texto_ += nueva;
+}
+
+// Writes the line of a new section at the end, with a blank line before it.
+void TextoIni::AbreSeccion(std::u16string_view seccion, std::u16string_view finDeLinea) {
+  if (!texto_.empty()) {
+    if (texto_.back() != u'\n' && texto_.back() != u'\r') texto_ += finDeLinea;
+    texto_ += finDeLinea;
+  }
+  texto_.append(u"[").append(TrimView(seccion)).append(u"]").append(finDeLinea);
+}
+
+void TextoIni::AgregaSeccion(std::u16string_view seccion,
+                             const std::vector<std::pair<UnicodeString, UnicodeString>>& claves) {
+  for (const auto& [clave, valor] : claves) Valida(seccion, clave, valor);
+  if (claves.empty()) return;
+  const UnicodeString finDeLinea(FinDeLinea());
+  AbreSeccion(seccion, finDeLinea);
+  for (const auto& [clave, valor] : claves) {
+    texto_.append(TrimView(clave)).append(u"=").append(valor).append(finDeLinea);
+  }
 }
 
 void TextoIni::Borra(std::u16string_view seccion) {

@@ -32,11 +32,16 @@ class UTILVEL90_EXPORT TextoIni {
   /// EInvalidOperation, and changes nothing, for what would not be read back: a line break or NUL anywhere, a
   /// "]" in a section, a "=" in a key, or a key that begins like a comment or a section.
   void Pon(std::u16string_view seccion, std::u16string_view clave, std::u16string_view valor);
+  /// Appends a section with its keys at the end of the text, at once; nothing without keys. For a name that
+  /// the text does not hold. Raises as Pon does, and changes nothing.
+  void AgregaSeccion(std::u16string_view seccion,
+                     const std::vector<std::pair<UnicodeString, UnicodeString>>& claves);
   /// Removes every section of that name with its keys; comments after its last key stay.
   void Borra(std::u16string_view seccion);
 
  private:
   std::u16string_view FinDeLinea() const noexcept;
+  void AbreSeccion(std::u16string_view seccion, std::u16string_view finDeLinea);
 
   UnicodeString texto_;
 };

@@ -1,0 +1,227 @@
+#include "Uutilext/config/Configuracion.h"
+
+#include <csignal>
+#include <functional>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "Uutilext/config/NombreSistema.h"
+#include "Uutilext/config/Rutas.h"
+#include "framework/Excepciones.h"
+#include "framework/Numeros.h"
+#include "tests/CarpetaTemporal.h"
+#include "version/Version.h"
+
+namespace vel {
+namespace {
+
+constexpr const char* kIni = "casa/.local/share/Tavex/VEL9.00/VELWIN90.INI";
+
+std::string MensajeDe(const std::function<void()>& accion) {
+  try {
+    accion();
+  } catch (const Exception& e) {
+    return UTF8Encode(e.Message());
+  }
+  return "none";
+}
+
+TEST(Configuracion, GivesItsDefaultsOnABareMachine) {
+  pruebas::CarpetaTemporal c;
+  EXPECT_EQ(DameArchivoConfig(), c.Archivo("casa/.local/share") + u"\\Tavex\\VEL9.00\\VELWIN90.INI");
+  EXPECT_TRUE(std::filesystem::is_directory(c.Ruta() / "casa/.local/share/Tavex/VEL9.00"));
+  EXPECT_FALSE(c.Existe(kIni));
+  EXPECT_EQ(DameDriver(3), u"PARADOX");
+  EXPECT_FALSE(DameTipoAcceso());
+  EXPECT_EQ(DameTamPaquete(), 50);
+  EXPECT_FALSE(DameMultimoneda(1) || DameValEnLinea() || DameModificaAlmacen() || DameCxCContraDocto(1) ||
+               DameMultiAlmacen(1));
+  EXPECT_THROW(DameRegsXDemanda(), EConvertError);
+  EXPECT_THROW(DameAlmacenPredeter(1), EConvertError);
+  EXPECT_EQ(DameDriverDefault(), u"");
+  EXPECT_EQ(DameValorSinComillas(u"", u"a", u"b"), u"");
+  EXPECT_EQ(GetNombreSistema(), u"VEL");
+  EXPECT_EQ(DameRutaVersionVel(), u"Sistemas Tavex\\VEL9.00\\");
+  c.Pon("HOME", std::nullopt);
+  EXPECT_TRUE(DameArchivoConfig().ends_with(u"\\Tavex\\VEL9.00\\VELWIN90.INI"));
+}
+
+TEST(Configuracion, KeepsEachSettingsOwnEncoding) {
+  const pruebas::CarpetaTemporal c;
+  EscribeDriver(3, u"DEVARTSQLSERVER");
+  EscribeDirDatos(3, u"C:\\Datos");
+  EscribeTipoAcceso(ENUM_TIP_ACCESO::REMOTO);
+  EscribeTamPaquete(-7);
+  EscribeRegsXDemanda(true);
+  EscribeMultimoneda(3, true);
+  EscribeValEnLinea(false);
+  EscribeModificaAlmacen(true);
+  EscribeCxCContraDocto(3, true);
+  EscribeMultiAlmacen(3, false);
+  EscribeAlmacenPredeter(3, 12);
+  EXPECT_EQ(
+      c.Lee(kIni),
+      "[Empresa3]\r\nDriver=DEVARTSQLSERVER\r\nRutaDatos=C:\\Datos\r\nMultimoneda=true\r\nCxCContraDocto="
+      "true\r\n"
+      "Multialmacen=false\r\nAlmacenPredeterminado=12\r\n\r\n[Sistema]\r\nAcceso=REMOTO\r\ntamPaquete=-7\r\n"
+      "RegsXDemanda=-1\r\nValEnLinea=false\r\nModificaAlmacen=true\r\n");
+  EXPECT_EQ(DameDriver(3), u"DEVARTSQLSERVER");
+  EXPECT_TRUE(DameTipoAcceso() && DameRegsXDemanda() && DameMultimoneda(3) && DameModificaAlmacen() &&
+              DameCxCContraDocto(3));
+  EXPECT_EQ(DameTamPaquete(), -7);
+  EXPECT_EQ(DameAlmacenPredeter(3), 12);
+  for (const auto& [valor, paquete] : {std::pair(u"abc", 50), {u"0", 50}, {u"99999999999", 50}, {u"8", 8}}) {
+    EscribeValor(u"Sistema", u"TAMPAQUETE", valor);
+    EXPECT_EQ(DameTamPaquete(), paquete);
+  }
+  EscribeValor(u"Empresa3", u"Multimoneda", u"TRUE");
+  EXPECT_TRUE(DameMultimoneda(3));
+  EscribeValor(u"Empresa3", u"Multimoneda", u"1");
+  EXPECT_FALSE(DameMultimoneda(3));
+  EXPECT_EQ(MensajeDe([] { EscribeTipoAcceso(static_cast<ENUM_TIP_ACCESO>(2)); }), "Tipo de Acceso Inválido");
+  EXPECT_EQ(DameTipoDriverEnum(u"devartsqlserver"), TiposDeDriver::DEVARTSQLSERVER);
+  EXPECT_EQ(DameTipoDriverEnum(u"otro"), TiposDeDriver::DEVARTINTERBASE);
+  EXPECT_EQ(DameTipoDriverStr(TiposDeDriver::DEVARTSQLSERVERCOMPACT), u"DEVARTSQLSERVERCOMPACT");
+  EXPECT_EQ(DameTipoDriverStr(static_cast<TiposDeDriver>(1)), u"");
+  EXPECT_TRUE(DameValorBooleano(u"t") && DameValorBooleano(u"True"));
+  EXPECT_FALSE(DameValorBooleano(u"1") || DameValorBooleano(u""));
+  EXPECT_EQ(DameCadena(true) + DameCadena(false), u"TF");
+}
+
+TEST(Configuracion, ReadsInTwoStyles) {
+  const pruebas::CarpetaTemporal c;
+  c.Escribe("a.ini", "[S]\nA=\"uno\"\nB='dos'\nC = tres \n;D=4\n");
+  const UnicodeString archivo = c.Archivo("a.ini");
+  EXPECT_EQ(DameValor(archivo, u"s", u"a"), u"\"uno\"");
+  EXPECT_EQ(GetProfileStringW(archivo, u"S", u"B"), u"'dos'");
+  EXPECT_EQ(DameValorSinComillas(archivo, u"S", u"A"), u"uno");
+  TStringList lista;
+  DameValoresSeccion(archivo, u"S", lista);
+  EXPECT_EQ(lista.Text(), u"A=uno\r\nB=dos\r\nC=tres\r\n");
+  DameDatosDeSeccion(archivo, u"S", lista);
+  EXPECT_EQ(lista.Text(), u"A\r\nB\r\nC\r\n");
+  BorraSeccion(archivo, u"s");
+  EXPECT_EQ(c.Lee("a.ini"), ";D=4\n");
+}
+
+TEST(Configuracion, KeepsTheEncodingOnDisk) {
+  const pruebas::CarpetaTemporal c;
+  const UnicodeString archivo = c.Archivo("a.ini");
+  const std::string largo(100'000, 'x');
+  const auto utf16 = [](std::u16string_view texto) {
+    std::string bytes = "\xFF\xFE";
+    for (const char16_t ch : texto) bytes += {static_cast<char>(ch & 0xFF), static_cast<char>(ch >> 8)};
+    return bytes;
+  };
+  const struct {
+    std::string antes;
+    const char16_t* valor;
+    std::string despues;
+  } casos[] = {
+      {"[S]\r\nn=Pe\xF1"
+       "a\x81\r\nk=1\r\n;" +
+           largo,
+       u"Ñ€",
+       "[S]\r\nn=Pe\xF1"
+       "a\x81\r\nk=\xD1\x80\r\n;" +
+           largo},
+      {"[S]\nn=Peña\nk=1\n", u"Ñ", "[S]\nn=Peña\nk=Ñ\n"},
+      {"\xEF\xBB\xBF[S]\nk=1\n", u"Ñ", "\xEF\xBB\xBF[S]\nk=Ñ\n"},
+      {utf16(u"[S]\nn=Ω\nk=1\n") + "z", u"Ñ", utf16(u"[S]\nn=Ω\nk=Ñ\n") + "z"},
+      {"[S]\nn=Pe\xF1"
+       "a\nk=1\n",
+       u"Ω", utf16(u"[S]\nn=Peña\nk=Ω\n")},
+      {"", u"ñ", "[S]\r\nk=\xF1\r\n"},
+  };
+  for (const auto& caso : casos) {
+    c.Escribe("a.ini", caso.antes);
+    EscribeValor(archivo, u"S", u"k", caso.valor);
+    EXPECT_EQ(c.Lee("a.ini"), caso.despues);
+    EXPECT_EQ(DameValor(archivo, u"S", u"k"), caso.valor);
+  }
+}
+
+TEST(Configuracion, SaysWhichFileItCannotWriteAndLeavesIt) {
+  const pruebas::CarpetaTemporal c;
+  c.Escribe("archivo", "x");
+  for (const std::string& ruta : {(c.Ruta() / "archivo/a.ini").string(), (c.Ruta() / "nada/a.ini").string(),
+                                  std::string("/proc/version"), c.Ruta().string()}) {
+    const UnicodeString archivo = UTF8ToString(ruta);
+    const std::string fin = "\"" + ruta + "\"\nCompruebe que tenga los permisos necesarios.";
+    EXPECT_EQ(MensajeDe([&] { EscribeValor(archivo, u"a", u"b", u"c"); }),
+              "No se puede escribir en el archivo " + fin);
+    if (ruta.ends_with("nada/a.ini") || ruta.ends_with("version")) continue;
+    EXPECT_EQ(MensajeDe([&] { BorraSeccion(archivo, u"a"); }),
+              "No se puede actualizar la información del archivo " + fin);
+  }
+  // A full disk: the system refuses to let the file grow.
+  const std::string antes = "[S]\nk=1\n;" + std::string(5000, 'x') + "\n";
+  c.Escribe("a.ini", antes);
+  signal(SIGXFSZ, SIG_IGN);
+  rlimit limite{};
+  getrlimit(RLIMIT_FSIZE, &limite);
+  const rlimit corto{4096, limite.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &corto);
+  const std::string mensaje = MensajeDe([&] { EscribeValor(c.Archivo("a.ini"), u"S", u"k", u"2"); });
+  setrlimit(RLIMIT_FSIZE, &limite);
+  EXPECT_NE(mensaje, "none");
+  EXPECT_EQ(c.Lee("a.ini"), antes);
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(c.Ruta()), {}), 2) << "no temporary file stays";
+  EXPECT_THROW(EscribeValor(c.Archivo("a.ini"), u"S", u"k", u"a\nb"), EInvalidOperation);
+  EXPECT_EQ(c.Lee("a.ini"), antes);
+}
+
+TEST(Configuracion, IsTheOldFileOrTheNewOneAfterAKill) {
+  const pruebas::CarpetaTemporal c;
+  const UnicodeString archivo = c.Archivo("a.ini");
+  EscribeValor(archivo, u"S", u"k", u"0");
+  int escrituras = 0;
+  for (int i = 0; escrituras < 10'000; ++i) {
+    const pid_t hijo = fork();
+    if (hijo == 0) {
+      for (int k = 0;; ++k)
+        EscribeValor(archivo, u"S", u"k", IntToStr(k) + UnicodeString(2000, u'.') + IntToStr(k));
+    }
+    usleep(static_cast<useconds_t>(500 + 1777 * i % 15'000));
+    kill(hijo, SIGKILL);
+    waitpid(hijo, nullptr, 0);
+    const UnicodeString valor = DameValor(archivo, u"S", u"k");
+    const std::size_t punto = std::min(valor.find(u'.'), valor.size());
+    const UnicodeString numero = valor.substr(0, punto);
+    EXPECT_TRUE(valor == u"0" || valor == numero + UnicodeString(2000, u'.') + numero) << UTF8Encode(valor);
+    EXPECT_TRUE(c.Lee("a.ini").ends_with("\r\n"));
+    escrituras += StrToInt(numero);
+    ASSERT_LT(i, 5000) << "too few writes between the kills";
+  }
+}
+
+TEST(Configuracion, FourProgramsLoseNoKey) {
+  const pruebas::CarpetaTemporal c;
+  const UnicodeString archivo = c.Archivo("a.ini");
+  constexpr int kClaves = 100;
+  for (int p = 0; p < 4; ++p) {
+    if (fork() != 0) continue;
+    for (int k = 0; k < kClaves; ++k)
+      EscribeValor(archivo, u"P" + IntToStr(p), u"k" + IntToStr(k), IntToStr(k));
+    _exit(0);
+  }
+  for (int p = 0; p < 4; ++p) wait(nullptr);
+  TStringList claves;
+  for (int p = 0; p < 4; ++p) {
+    DameDatosDeSeccion(archivo, u"P" + IntToStr(p), claves);
+    EXPECT_EQ(claves.Count(), static_cast<std::size_t>(kClaves));
+  }
+}
+
+TEST(Version, GivesItsTexts) {
+  EXPECT_EQ(DameVerVEL(), u"VEL9.00");
+  EXPECT_EQ(DameVersionCompVEL(false), u"9.0.0");
+  EXPECT_EQ(DameVersionCompVEL(true), u"Tavex-VEL 9.0.0");
+  EXPECT_EQ(DameVerVELBitacora(), u"Tavex-VEL 9.00");
+  EXPECT_EQ(DameNombreArchIni(), u"VELWIN90.INI");
+}
+
+}  // namespace
+}  // namespace vel

@@ -1,0 +1,109 @@
+#include "Uutilext/config/Rutas.h"
+
+#include <gtest/gtest.h>
+
+#include "Uutilext/config/Configuracion.h"
+#include "framework/Numeros.h"
+#include "platform/Registro.h"
+#include "platform/Rutas.h"
+#include "tests/CarpetaTemporal.h"
+
+namespace vel {
+namespace {
+
+TEST(Registro, IsReadAsA32BitProgramSeesIt) {
+  const pruebas::CarpetaTemporal c;
+  EXPECT_FALSE(LeeRegistro(u"Software\\Tavex", u"TAVEXComunDir").claveExiste);
+  const std::string texto =
+      "Windows Registry Editor Version "
+      "5.00\r\n\r\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\TAVEX]\r\n\"TavexComunDir\"=\"C:\\\\Com\\\"un\"\r\n"
+      "\"n\"=dword:00000001\r\n\r\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\TAVEX\\Tavex-VEL 9.0]\r\n@=\"pred\"\r\n"
+      "\"Hex\"=hex(2):43,00,3a,00,\\\r\n  5c,00,f1,00,00,00\r\n";
+  c.Escribe("registro.reg", texto);
+  EXPECT_EQ(LeeRegistro(u"software\\tavex\\", u"TAVEXCOMUNDIR").texto, u"C:\\Com\"un");
+  EXPECT_FALSE(LeeRegistro(u"Software\\Tavex", u"n").texto.has_value()) << "no text";
+  EXPECT_EQ(DameValorRegistro(u"Hex"), u"C:\\ñ");
+  EXPECT_EQ(DameValorRegistro(u""), u"pred");
+  EXPECT_EQ(DameValorRegistro(u"falta"), u"");
+  EscribeDirectorioArchComun(u"D:\\Año\\");
+  EXPECT_EQ(DameDirectorioArchComun(), u"D:\\Año\\");
+  std::string cambiado = texto;
+  cambiado.replace(cambiado.find("\"TavexComunDir\"=\"C:\\\\Com\\\"un\""), 29,
+                   "\"TAVEXComunDir\"=\"D:\\\\Año\\\\\"");
+  EXPECT_EQ(c.Lee("registro.reg"), cambiado);
+  c.Escribe("registro.reg", cambiado + "[HKEY_LOCAL_MACHINE\\SOFTWARE\\WOW6432Node\\Tavex]\r\n");
+  EXPECT_EQ(DameDirectorioArchComun(), u"c:\\sistemas\\tavex\\comunes\\") << "the key without the value";
+  EscribeDirectorioArchComun(u"E:");
+  EXPECT_EQ(DameDirectorioArchComun(), u"E:\\");
+}
+
+TEST(Registro, IsWrittenWhereThereIsNone) {
+  pruebas::CarpetaTemporal c;
+  c.Pon("UTILVEL_REGISTRO", (c.Ruta() / "nueva/carpeta/r.reg").string());
+  EscribeDirectorioArchComun(u"C:\\ñ");
+  EXPECT_EQ(DameDirectorioArchComun(), u"C:\\ñ\\");
+  EXPECT_EQ(c.Lee("nueva/carpeta/r.reg").substr(0, 4), std::string("\xFF\xFEW\0", 4))
+      << "as the registry exports";
+}
+
+TEST(Rutas, FollowTheTable) {
+  const pruebas::CarpetaTemporal c;
+  EXPECT_EQ(DameRutaVELNG(), u"Sistemas Tavex\\VEL9.00\\");
+  EscribeDirectorioArchComun(u"C:\\Com");
+  const UnicodeString e = u"C:\\Com\\Sistemas Tavex\\VEL9.00\\";
+  EXPECT_EQ(DameRutaVELNG(), e);
+  EXPECT_EQ(DameDirArchComunLibrerias(), u"C:\\Com\\");
+  EXPECT_EQ(DameRutaDatos(), e + u"Datos\\");
+  EXPECT_EQ(DameDirectorioReportes(), e + u"Datos\\");
+  EXPECT_EQ(DameRutaArchEmpresas(), e + u"Empresas.xml");
+  EXPECT_EQ(DameRutaPlantillasCorreo(), e + u"Plantillas\\Correo\\");
+  EXPECT_EQ(DameRutaRespaldosEmpresa(7), e + u"Respaldos\\Empresa07\\");
+  EXPECT_EQ(DameRutaCertificados(3), u"C:\\Com\\Comprobantes\\VEL\\Empresa 03\\Cerficados\\");
+  EXPECT_EQ(DameRutaAddendas(12), e + u"Empresa12\\Comprobantes\\Addendas\\");
+  EXPECT_EQ(DameRutaNamespaces(12), e + u"Empresa12\\Comprobantes\\Namespaces\\");
+  EXPECT_EQ(DameDirDatosLocal(2), e + u"Ejemplos");
+  EscribeDirDatosLocal(2, u"D:\\Local");
+  EXPECT_EQ(DameDirDatosLocal(2), u"D:\\Local");
+  for (const auto& [numero, texto] :
+       {std::pair(0, u"0"), {1, u"01"}, {9, u"09"}, {10, u"10"}, {123, u"123"}, {-1, u"-1"}}) {
+    EXPECT_EQ(DameNumEmpFormat(numero), texto);
+  }
+  const std::pair<const char16_t*, bool> clases[] = {{u"F", true},
+                                                     {u"F", true},
+                                                     {u"FConsultas\\", true},
+                                                     {u"FConsultas personalizadas\\", true},
+                                                     {u"FEstadisticas\\", true},
+                                                     {u"FAyudasF2\\", true},
+                                                     {u"FReportes\\", true},
+                                                     {u"FDatos\\", false},
+                                                     {u"FExportacion\\", true},
+                                                     {u"FInterfaz Kolo\\", true},
+                                                     {u"FInterfaz Caudal\\", true},
+                                                     {u"FImagenes\\", true},
+                                                     {u"FDocumentos modelo\\", true},
+                                                     {u"FReportes SAT\\", true},
+                                                     {u"EPlantillas\\", false},
+                                                     {u"EPlantillas\\Reportes\\", false},
+                                                     {u"EPlantillas\\Estadisticas\\", false},
+                                                     {u"EPlantillas\\Consultas personalizadas\\", false},
+                                                     {u"ERespaldos\\", true},
+                                                     {u"ERespaldos\\Empresa07\\", true},
+                                                     {u"EPlantillas\\Comprobantes\\", true},
+                                                     {u"FComprobantes\\", true},
+                                                     {u"ELoNuevo\\", true},
+                                                     {u"FComprobantes\\Plantillas\\", true},
+                                                     {u"FAnalisis datos\\", true}};
+  int valor = 0;
+  for (const auto& [clase, seCrea] : clases) {
+    const UnicodeString ruta = (clase[0] == u'F' ? e + u"Empresa07\\" : e) + (clase + 1);
+    std::filesystem::remove_all(c.Ruta() / "unidades");
+    EXPECT_EQ(DameRutaDatosEmpresa(7, static_cast<ENUM_RUTA>(valor++)), ruta);
+    EXPECT_EQ(std::filesystem::is_directory(UTF8Encode(RutaNativa(ruta))), seCrea) << UTF8Encode(ruta);
+  }
+  EXPECT_EQ(DameRutaDatosEmpresa(7, static_cast<ENUM_RUTA>(25)), u"");
+  EXPECT_EQ(DameRutaDatosEmpresa(7, static_cast<ENUM_RUTA>(-1)), u"");
+  EXPECT_TRUE(DameRutaDll().ends_with(u"\\"));
+}
+
+}  // namespace
+}  // namespace vel
