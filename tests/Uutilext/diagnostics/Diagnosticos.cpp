@@ -1,6 +1,6 @@
+#include <algorithm>
 #include <dlfcn.h>
 #include <gtest/gtest.h>
-#include <regex>
 #include <sstream>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -27,10 +27,10 @@ TEST(Bitacora, KeepsEveryLineOfEveryProgramWhole) {
   Deletelog();
   EXPECT_EQ(Bitacora(), "missing");
   logInterAux("a\xF1o\r\ndos l\xEDneas");
-  EXPECT_TRUE(std::regex_match(
-      Bitacora(),
-      std::regex("\\d\\d/\\d\\d/\\d{4} \\d\\d:\\d\\d:\\d\\d \\d{3} - a\xF1o\r\ndos l\xEDneas\r\n")))
-      << Bitacora();
+  std::string forma = Bitacora();
+  std::replace_if(
+      forma.begin(), forma.end(), [](char c) { return c >= '0' && c <= '9'; }, '9');
+  EXPECT_EQ(forma, "99/99/9999 99:99:99 999 - a\xF1o\r\ndos l\xEDneas\r\n");
   Deletelog();
   logInterAux(std::string(1 << 20, 'M'));
   EXPECT_EQ(Bitacora().size(), (1U << 20) + 28);
