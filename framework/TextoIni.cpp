@@ -26,7 +26,8 @@ class Lineas {
 
   bool Lee(Linea& linea) {
     if (lugar_ == texto_.size()) return false;
-    const std::size_t fin = std::min(texto_.find_first_of(u"\r\n", lugar_), texto_.size());
+    std::size_t fin = lugar_;
+    while (fin < texto_.size() && texto_[fin] != u'\n' && texto_[fin] != u'\r') ++fin;
     linea = Linea{};
     linea.inicio = lugar_;
     linea.siguiente = fin + (texto_.substr(fin, 2) == u"\r\n" ? 2 : fin < texto_.size() ? 1 : 0);

@@ -48,12 +48,14 @@ UTILVEL90_EXPORT FallaArchivo CreaCarpeta(std::u16string_view ruta);
 
 /// Gives the file new contents in one step: readers and a crash at any moment find the old contents or the
 /// new ones, whole. A temporary file beside it is written, flushed to the disk and renamed over it;
-/// permissions are kept, and a link's target is replaced, not the link. On a fault the old file stands and
-/// the temporary one is gone; one that a killed process leaves behind does no harm.
+/// permissions are kept, and a link's target is replaced, not the link. What is no file (a folder, a device)
+/// or protected against writing is AccesoDenegado. On a fault the old file stands and the temporary one is
+/// gone; one that a killed process leaves behind does no harm.
 UTILVEL90_EXPORT FallaArchivo ReemplazaArchivo(std::u16string_view ruta, std::string_view bytes);
 
-/// Copies a file in one step, as ReemplazaArchivo does. Without `sobrescribe` an existing destination stays
-/// and is no fault.
+/// Copies a file in one step, as ReemplazaArchivo does; a destination that is new gets the permissions of the
+/// origin. Without `sobrescribe` an existing destination stays and is no fault, also one that another process
+/// makes meanwhile.
 UTILVEL90_EXPORT FallaArchivo CopiaArchivo(std::u16string_view origen, std::u16string_view destino,
                                            bool sobrescribe);
 
@@ -71,7 +73,8 @@ UTILVEL90_EXPORT FallaArchivo AbreArchivo(std::u16string_view ruta, unsigned int
 UTILVEL90_EXPORT void CierraArchivo(int manejador) noexcept;
 
 /// Keeps other threads and processes that ask for the lock of a file in the same folder out, until it is
-/// destroyed. The system lifts the lock of a process that ends in any way.
+/// destroyed. The system lifts the lock of a process that ends in any way. A thread that asks for the lock of
+/// a folder that it has locked already waits for ever.
 class UTILVEL90_EXPORT CandadoArchivo {
  public:
   /// Waits for the lock. A folder that cannot be opened leaves the object without one; see Falla.

@@ -14,7 +14,7 @@ namespace vel {
 /// Keys and value names match without regard to case; a key may end in "\".
 ///
 /// POSIX: a text file in the format of the registry's own exports ("Windows Registry Editor Version 5.00"),
-/// at $UTILVEL_REGISTRO, else /etc/tavex/registro.reg; UTF-16LE with a mark or UTF-8.
+/// at $UTILVEL_REGISTRO, else /etc/tavex/registro.reg, in any encoding of TextoArchivo.h.
 
 /// What a key holds under one name.
 struct ValorRegistro {
@@ -25,8 +25,8 @@ struct ValorRegistro {
 
 UTILVEL90_EXPORT ValorRegistro LeeRegistro(std::u16string_view clave, std::u16string_view nombre);
 
-/// Writes a text value, creating the key when needed; on POSIX in one step and with all else in the file
-/// kept.
+/// Writes a text value, creating the key when needed; on POSIX in one step, under a lock and with all else in
+/// the file kept. Key and name have no line breaks; the empty name is the key's default value.
 UTILVEL90_EXPORT FallaArchivo EscribeRegistro(std::u16string_view clave, std::u16string_view nombre,
                                               std::u16string_view texto);
 

@@ -4,7 +4,7 @@
 #include "Uutilext/config/Rutas.h"
 #include "platform/Archivos.h"
 #include "platform/Caracteres.h"
-#include "platform/PaginaCodigos.h"
+#include "platform/TextoArchivo.h"
 
 namespace vel {
 
@@ -18,8 +18,8 @@ UnicodeString GetNombreSistema() {
   const UnicodeString archivo = DameValor(carpeta + u"AlsConfig.ini", u"GENERAL", u"Verfile");
   const std::optional<std::string> bytes = archivo.empty() ? std::nullopt : LeeArchivo(carpeta + archivo);
   if (!bytes.has_value()) return u"VEL";
-  const std::string linea = bytes->substr(0, bytes->find_first_of("\r\n"));
-  const UnicodeString nombre = Trim(Mayusculas(IsUTF8(linea) ? UTF8ToString(linea) : DeCp1252(linea)));
+  const UnicodeString texto = DecodificaArchivo(*bytes).texto;
+  const UnicodeString nombre = Trim(Mayusculas(texto.substr(0, texto.find_first_of(u"\r\n"))));
   return nombre.empty() ? u"VEL" : nombre;
 }
 

@@ -2,10 +2,11 @@
 
 #include <atomic>
 #include <cerrno>
-#include <cstdlib>
 #include <fcntl.h>
+#include <filesystem>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 #include <utility>
 
@@ -14,6 +15,9 @@
 
 namespace vel {
 namespace {
+
+// What the user's mask leaves of it.
+constexpr mode_t kModoNuevo = 0666;
 
 std::string Nativa(std::u16string_view ruta) { return UTF8Encode(RutaNativa(ruta)); }
 
@@ -54,10 +58,17 @@ FallaArchivo FallaDeRuta(int error, const std::string& ruta) {
   return falla;
 }
 
-// The file that a path leads to, links followed; the path itself when there is none.
+// The file that a path leads to, links followed; a link to nothing leads to where the file would be.
 std::string Resuelve(const std::string& ruta) {
-  const std::unique_ptr<char, decltype(&std::free)> real(realpath(ruta.c_str(), nullptr), &std::free);
-  return real == nullptr ? ruta : std::string(real.get());
+  constexpr int kMaxEnlaces = 40;
+  std::filesystem::path actual = ruta;
+  for (int i = 0; i < kMaxEnlaces; ++i) {
+    std::error_code error;
+    const std::filesystem::path destino = std::filesystem::read_symlink(actual, error);
+    if (error) break;
+    actual = actual.parent_path() / destino;
+  }
+  return actual.string();
 }
 
 bool EscribeTodo(int fd, std::string_view bytes) {
@@ -70,26 +81,65 @@ bool EscribeTodo(int fd, std::string_view bytes) {
   return true;
 }
 
-// A name beside the file that no other thread or process uses.
-std::string NombreTemporal(const std::string& ruta) {
+// A new file beside `destino`, and its name. A name that is taken, by a process killed in the middle or by
+// whoever guessed it, is passed over.
+Descriptor CreaTemporal(const std::string& destino, mode_t modo, std::string& temporal) {
   static std::atomic<unsigned> cuenta{0};
-  const std::size_t nombre = ruta.rfind('/') + 1;
-  return ruta.substr(0, nombre) + "." + ruta.substr(nombre) + "." + std::to_string(getpid()) + "." +
-         std::to_string(cuenta++) + ".tmp";
+  const std::string inicio =
+      destino.substr(0, destino.rfind('/') + 1) + ".utilvel90." + std::to_string(getpid()) + ".";
+  for (;;) {
+    temporal = inicio + std::to_string(cuenta++) + ".tmp";
+    Descriptor archivo(open(temporal.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, modo));
+    if (archivo.Fd() >= 0 || errno != EEXIST) return archivo;
+  }
 }
 
-// Writes a new file with the permissions of the one that it will replace; errno says why it failed.
-bool EscribeNuevo(const std::string& temporal, const std::string& ruta, std::string_view bytes) {
-  constexpr mode_t kModoNuevo = 0666;
-  Descriptor archivo(open(temporal.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kModoNuevo));
-  if (archivo.Fd() < 0) return false;
-  struct stat estado {};
-  if (stat(ruta.c_str(), &estado) == 0) {
-    if (fchmod(archivo.Fd(), estado.st_mode & 07777) != 0) return false;
-    // Only an administrator may give files away; for everyone else the owner is right already.
-    if (geteuid() == 0 && fchown(archivo.Fd(), estado.st_uid, estado.st_gid) != 0) return false;
+// Gives the file the owner, group and permissions of the one that it will replace.
+bool HeredaPermisos(int fd, const struct stat& anterior) {
+  constexpr mode_t kDelGrupo = 070;
+  constexpr mode_t kTodos = 07777;
+  constexpr auto kMismoDueno = static_cast<uid_t>(-1);
+  // Only an administrator may give files away. Where even the group cannot stay, the new one gets no right
+  // that was another's.
+  const bool mismoGrupo =
+      fchown(fd, anterior.st_uid, anterior.st_gid) == 0 || fchown(fd, kMismoDueno, anterior.st_gid) == 0;
+  return fchmod(fd, anterior.st_mode & (mismoGrupo ? kTodos : kTodos & ~kDelGrupo)) == 0;
+}
+
+// Gives a finished file its name. Without `sobrescribe` the first of several that do so wins, and the others
+// leave it at that.
+bool Publica(const std::string& temporal, const std::string& destino, bool sobrescribe) {
+  if (!sobrescribe && (link(temporal.c_str(), destino.c_str()) == 0 || errno == EEXIST)) {
+    unlink(temporal.c_str());
+    return true;
   }
-  return EscribeTodo(archivo.Fd(), bytes) && fsync(archivo.Fd()) == 0 && archivo.Cierra();
+  // Also for a file system without links: that nothing was there has been seen before.
+  return rename(temporal.c_str(), destino.c_str()) == 0;
+}
+
+// Puts a whole file at a path in one step; `modo` is for one that is new there.
+FallaArchivo Coloca(std::u16string_view ruta, std::string_view bytes, mode_t modo, bool sobrescribe) {
+  const std::string destino = Resuelve(Nativa(ruta));
+  struct stat anterior {};
+  const bool existe = stat(destino.c_str(), &anterior) == 0;
+  if (!existe && errno != ENOENT) return FallaDeRuta(errno, destino);
+  if (existe && !sobrescribe) return {};
+  // A device or a pipe must not give way to a file; nor may one that is protected against writing.
+  if (existe && !S_ISREG(anterior.st_mode)) {
+    return posix::FallaDe(S_ISDIR(anterior.st_mode) ? EISDIR : EACCES);
+  }
+  if (existe && faccessat(AT_FDCWD, destino.c_str(), W_OK, AT_EACCESS) != 0) return posix::FallaDe(errno);
+
+  std::string temporal;
+  Descriptor archivo = CreaTemporal(destino, existe ? anterior.st_mode & kModoNuevo : modo, temporal);
+  if (archivo.Fd() < 0) return FallaDeRuta(errno, destino);
+  if ((!existe || HeredaPermisos(archivo.Fd(), anterior)) && EscribeTodo(archivo.Fd(), bytes) &&
+      fsync(archivo.Fd()) == 0 && archivo.Cierra() && Publica(temporal, destino, sobrescribe)) {
+    return {};
+  }
+  const FallaArchivo falla = FallaDeRuta(errno, destino);
+  unlink(temporal.c_str());
+  return falla;
 }
 
 bool Existe(std::u16string_view ruta, bool carpeta) {
@@ -150,19 +200,17 @@ FallaArchivo CreaCarpeta(std::u16string_view ruta) {
 }
 
 FallaArchivo ReemplazaArchivo(std::u16string_view ruta, std::string_view bytes) {
-  const std::string destino = Resuelve(Nativa(ruta));
-  const std::string temporal = NombreTemporal(destino);
-  if (EscribeNuevo(temporal, destino, bytes) && rename(temporal.c_str(), destino.c_str()) == 0) return {};
-  const FallaArchivo falla = FallaDeRuta(errno, destino);
-  unlink(temporal.c_str());
-  return falla;
+  return Coloca(ruta, bytes, kModoNuevo, true);
 }
 
 FallaArchivo CopiaArchivo(std::u16string_view origen, std::u16string_view destino, bool sobrescribe) {
-  if (!sobrescribe && ExisteArchivo(destino)) return {};
   std::string bytes;
   FallaArchivo falla = LeeArchivo(origen, bytes);
-  return falla.Hubo() ? falla : ReemplazaArchivo(destino, bytes);
+  if (falla.Hubo()) return falla;
+  // A copy is no more open to others than what it was made of.
+  struct stat estado {};
+  const bool leido = stat(Nativa(origen).c_str(), &estado) == 0;
+  return Coloca(destino, bytes, leido ? estado.st_mode & kModoNuevo : S_IRUSR | S_IWUSR, sobrescribe);
 }
 
 FallaArchivo AgregaAlFinal(std::u16string_view ruta, std::string_view bytes) {
@@ -214,7 +262,7 @@ CandadoArchivo::CandadoArchivo(std::u16string_view ruta) {
   int r = descriptor.Fd() < 0 ? -1 : flock(descriptor.Fd(), LOCK_EX);
   while (r != 0 && errno == EINTR) r = flock(descriptor.Fd(), LOCK_EX);
   if (r != 0) {
-    falla_ = posix::FallaDe(errno);
+    falla_ = FallaDeRuta(errno, carpeta + "/");
     return;
   }
   candado_ = std::make_unique<Candado>(Candado{std::move(descriptor)});

@@ -1,7 +1,11 @@
 #include "platform/posix/FallasPosix.h"
 
 #include <cerrno>
-#include <system_error>
+#include <cstring>
+#include <locale.h>
+#include <string_view>
+
+#include "platform/PaginaCodigos.h"
 
 namespace vel::posix {
 namespace {
@@ -31,10 +35,17 @@ ClaseFalla ClaseDe(int error) noexcept {
   }
 }
 
+// The text in the user's language, whatever locale the program itself runs in.
+UnicodeString TextoDe(int error) {
+  constexpr int kIdioma = LC_MESSAGES_MASK | LC_CTYPE_MASK;
+  static const locale_t propio = newlocale(kIdioma, "", nullptr);
+  static const locale_t idioma = propio != nullptr ? propio : newlocale(kIdioma, "C", nullptr);
+  const std::string_view texto = strerror_l(error, idioma);
+  return IsUTF8(texto) ? UTF8ToString(texto) : DeCp1252(texto);
+}
+
 }  // namespace
 
-FallaArchivo FallaDe(int error) {
-  return {ClaseDe(error), UTF8ToString(std::generic_category().message(error))};
-}
+FallaArchivo FallaDe(int error) { return {ClaseDe(error), TextoDe(error)}; }
 
 }  // namespace vel::posix

@@ -9,12 +9,19 @@
 namespace vel {
 namespace {
 
-// The name of a shared object without "lib", folder, and all that follows its first ".so".
+// A module's name without folder, "lib" and ending: ".dll", or ".so" with what may follow it (".so.9.0").
 std::u16string_view NombreBase(std::u16string_view ruta) {
   ruta.remove_prefix(ruta.rfind(u'/') + 1);
   if (SameText(ruta.substr(0, 3), u"lib")) ruta.remove_prefix(3);
-  const std::size_t fin = ruta.find(u".so");
-  return fin == std::u16string_view::npos ? std::u16string_view() : ruta.substr(0, fin);
+  for (std::size_t punto = ruta.find(u'.'); punto != std::u16string_view::npos;
+       punto = ruta.find(u'.', punto + 1)) {
+    const std::u16string_view terminacion = ruta.substr(punto);
+    const bool objeto = SameText(terminacion.substr(0, 3), u".so");
+    if (SameText(terminacion, u".dll") || (objeto && (terminacion.size() == 3 || terminacion[3] == u'.'))) {
+      return ruta.substr(0, punto);
+    }
+  }
+  return ruta;
 }
 
 struct Busqueda {
@@ -32,20 +39,17 @@ int Visita(dl_phdr_info* modulo, std::size_t /*largo*/, void* datos) {
 }  // namespace
 
 bool ModuloCargado(std::u16string_view nombre) {
-  constexpr std::u16string_view kDll = u".dll";
-  if (nombre.size() > kDll.size() && SameText(nombre.substr(nombre.size() - kDll.size()), kDll)) {
-    nombre.remove_suffix(kDll.size());
-  }
-  if (SameText(nombre.substr(0, 3), u"lib")) nombre.remove_prefix(3);
-  Busqueda busqueda{nombre, false};
+  Busqueda busqueda{NombreBase(nombre), false};
   dl_iterate_phdr(Visita, &busqueda);
   return busqueda.encontrado;
 }
 
 UnicodeString RutaBiblioteca() {
+  // An object that no other module sees says in which file it stands; the address of an exported function may
+  // be the program's.
+  static const char ancla = 0;
   Dl_info informacion{};
-  // The address of a function of this library says in which file it stands.
-  if (dladdr(reinterpret_cast<const void*>(&RutaBiblioteca), &informacion) == 0) return {};
+  if (dladdr(&ancla, &informacion) == 0) return {};
   std::error_code error;
   const std::filesystem::path ruta = std::filesystem::absolute(informacion.dli_fname, error);
   return UTF8ToString(error ? std::string(informacion.dli_fname) : ruta.string());

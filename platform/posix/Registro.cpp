@@ -1,9 +1,11 @@
 #include "platform/Registro.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <string>
 
 #include "platform/Archivos.h"
+#include "platform/TextoArchivo.h"
 
 namespace vel {
 namespace {
@@ -18,40 +20,8 @@ UnicodeString RutaRegistro() {
   return UTF8ToString(propia != nullptr && *propia != '\0' ? propia : "/etc/tavex/registro.reg");
 }
 
-/// The file's text, and whether it is written in UTF-16LE.
-struct Documento {
-  UnicodeString texto;
-  bool utf16 = true;
-};
-
-Documento Decodifica(std::string_view bytes) {
-  constexpr std::string_view kMarca16 = "\xFF\xFE";
-  constexpr std::string_view kMarca8 = "\xEF\xBB\xBF";
-  Documento d;
-  if (bytes.substr(0, 2) == kMarca16) {
-    for (std::size_t i = 2; i + 1 < bytes.size(); i += 2) {
-      const auto bajo = static_cast<unsigned char>(bytes[i]);
-      const auto alto = static_cast<unsigned char>(bytes[i + 1]);
-      d.texto.push_back(static_cast<char16_t>(alto << 8 | bajo));
-    }
-    return d;
-  }
-  d.utf16 = false;
-  d.texto = UTF8ToString(bytes.substr(bytes.substr(0, 3) == kMarca8 ? 3 : 0));
-  return d;
-}
-
-std::string Codifica(const Documento& d) {
-  if (!d.utf16) return UTF8Encode(d.texto);
-  std::string bytes = "\xFF\xFE";
-  for (const char16_t c : d.texto) {
-    bytes.push_back(static_cast<char>(c & 0xFF));
-    bytes.push_back(static_cast<char>(c >> 8));
-  }
-  return bytes;
-}
-
-/// A logical line of the file, from `inicio` to `fin` of its text: one that ends in "\" goes on in the next.
+/// A logical line of the file, from `inicio` to `fin` of its text: a value that ends in "\" goes on in the
+/// next; a key or a comment does not.
 struct Linea {
   std::size_t inicio;
   std::size_t fin;
@@ -65,9 +35,11 @@ Linea LineaEn(std::u16string_view texto, std::size_t inicio) {
     const std::size_t salto = std::min(texto.find(u'\n', desde), texto.size());
     const std::u16string_view contenido = TrimRightView(texto.substr(inicio, salto - inicio));
     const std::size_t siguiente = std::min(salto + 1, texto.size());
-    const bool sigue = !contenido.empty() && contenido.back() == u'\\' && contenido.front() != u'[' &&
-                       siguiente < texto.size();
-    if (!sigue) return {inicio, inicio + contenido.size(), siguiente};
+    const std::u16string_view sinMargen = TrimLeftView(contenido);
+    const bool esValor = !sinMargen.empty() && sinMargen.front() != u'[' && sinMargen.front() != u';';
+    if (!esValor || contenido.back() != u'\\' || siguiente == texto.size()) {
+      return {inicio, inicio + contenido.size(), siguiente};
+    }
     desde = siguiente;
   }
 }
@@ -95,7 +67,7 @@ std::optional<Tramo> BuscaClave(std::u16string_view texto, const UnicodeString& 
     const std::u16string_view contenido = TrimView(texto.substr(linea.inicio, linea.fin - linea.inicio));
     if (!contenido.empty() && contenido.front() == u'[') {
       if (tramo.has_value()) break;
-      if (SameText(contenido.substr(1, contenido.find(u']') - 1), clave))
+      if (SameText(contenido.substr(1, contenido.rfind(u']') - 1), clave))
         tramo = Tramo{linea.siguiente, linea.siguiente};
     } else if (tramo.has_value() && !contenido.empty()) {
       tramo->fin = linea.siguiente;
@@ -124,6 +96,20 @@ UnicodeString Cadena(std::u16string_view texto) {
   return u"\"" + StringReplace(StringReplace(texto, u"\\", u"\\\\"), u"\"", u"\\\"") + u"\"";
 }
 
+// A text as a value: in quotes or, when it has line breaks, as the bytes of its UTF-16LE code units.
+UnicodeString Dato(std::u16string_view texto) {
+  if (texto.find_first_of(u"\r\n") == std::u16string_view::npos) return Cadena(texto);
+  constexpr std::u16string_view kCifras = u"0123456789abcdef";
+  UnicodeString dato = u"hex(1):";
+  for (const char16_t c : texto) {
+    for (const int desplazamiento : {4, 0, 12, 8}) {
+      dato += kCifras[static_cast<std::size_t>(c >> desplazamiento & 0xF)];
+      if (desplazamiento == 0 || desplazamiento == 8) dato += u',';
+    }
+  }
+  return dato + u"00,00";
+}
+
 // "hex(2):" and "hex(1):" hold a text as the bytes of its UTF-16LE code units.
 std::optional<UnicodeString> LeeHexadecimal(std::u16string_view valor) {
   constexpr std::size_t kPrefijo = 7;
@@ -142,7 +128,7 @@ std::optional<UnicodeString> LeeHexadecimal(std::u16string_view valor) {
       pendiente = -1;
     }
   }
-  UnicodeString texto = Decodifica("\xFF\xFE" + bytes).texto;
+  const UnicodeString texto = DecodificaArchivo("\xFF\xFE" + bytes).texto;
   return texto.substr(0, texto.find(u'\0'));
 }
 
@@ -174,13 +160,13 @@ std::optional<Hallazgo> BuscaValor(std::u16string_view texto, const Tramo& tramo
 }  // namespace
 
 ValorRegistro LeeRegistro(std::u16string_view clave, std::u16string_view nombre) {
-  const Documento d = Decodifica(LeeArchivo(RutaRegistro()).value_or(std::string()));
+  const UnicodeString registro = DecodificaArchivo(LeeArchivo(RutaRegistro()).value_or(std::string())).texto;
   ValorRegistro leido;
   for (const bool nodo32 : {true, false}) {
-    const std::optional<Tramo> tramo = BuscaClave(d.texto, ClaveCompleta(clave, nodo32));
+    const std::optional<Tramo> tramo = BuscaClave(registro, ClaveCompleta(clave, nodo32));
     if (!tramo.has_value()) continue;
     leido.claveExiste = true;
-    if (const std::optional<Hallazgo> hallazgo = BuscaValor(d.texto, *tramo, nombre)) {
+    if (const std::optional<Hallazgo> hallazgo = BuscaValor(registro, *tramo, nombre)) {
       std::u16string_view valor = hallazgo->valor;
       UnicodeString cadena;
       leido.texto = LeeCadena(valor, cadena) ? std::optional(cadena) : LeeHexadecimal(hallazgo->valor);
@@ -203,7 +189,10 @@ FallaArchivo EscribeRegistro(std::u16string_view clave, std::u16string_view nomb
   std::string bytes;
   const FallaArchivo lectura = LeeArchivo(ruta, bytes);
   if (lectura.Hubo() && lectura.clase != ClaseFalla::NoExiste) return lectura;
-  Documento d = Decodifica(lectura.Hubo() ? "\xFF\xFE" : bytes);
+  // A new file is UTF-16, as the registry's own exports.
+  TextoArchivo d = DecodificaArchivo(lectura.Hubo() ? "\xFF\xFE" : bytes);
+  // An ASCII file gets its first accents as an editor of this system would write them.
+  if (!lectura.Hubo() && IsASCII(bytes)) d.codificacion = Codificacion::Utf8;
   if (d.texto.empty()) d.texto = UnicodeString(kEncabezado) + u"\r\n";
 
   UnicodeString completa = ClaveCompleta(clave, true);
@@ -212,7 +201,7 @@ FallaArchivo EscribeRegistro(std::u16string_view clave, std::u16string_view nomb
     completa = ClaveCompleta(clave, false);
     tramo = BuscaClave(d.texto, completa);
   }
-  const UnicodeString linea = Cadena(nombre) + u"=" + Cadena(texto);
+  const UnicodeString linea = (nombre.empty() ? u"@" : Cadena(nombre)) + u"=" + Dato(texto);
   if (!tramo.has_value()) {
     if (d.texto.back() != u'\n') d.texto += u"\r\n";
     d.texto.append(u"\r\n[").append(completa).append(u"]\r\n").append(linea).append(u"\r\n");
@@ -222,7 +211,7 @@ FallaArchivo EscribeRegistro(std::u16string_view clave, std::u16string_view nomb
     const bool sinSalto = tramo->fin > 0 && d.texto[tramo->fin - 1] != u'\n';
     d.texto.insert(tramo->fin, (sinSalto ? u"\r\n" : u"") + linea + u"\r\n");
   }
-  return ReemplazaArchivo(ruta, Codifica(d));
+  return ReemplazaArchivo(ruta, CodificaArchivo(d));
 }
 
 }  // namespace vel

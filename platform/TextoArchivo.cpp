@@ -1,0 +1,71 @@
+#include "platform/TextoArchivo.h"
+
+#include "platform/PaginaCodigos.h"
+
+namespace vel {
+namespace {
+
+constexpr std::string_view kMarcaUtf8 = "\xEF\xBB\xBF";
+constexpr std::string_view kMarcaUtf16 = "\xFF\xFE";
+
+Codificacion Reconoce(std::string_view bytes) {
+  if (bytes.substr(0, kMarcaUtf16.size()) == kMarcaUtf16) return Codificacion::Utf16;
+  if (bytes.substr(0, kMarcaUtf8.size()) == kMarcaUtf8) return Codificacion::Utf8ConMarca;
+  return !IsASCII(bytes) && IsUTF8(bytes) ? Codificacion::Utf8 : Codificacion::Windows1252;
+}
+
+UnicodeString DeUtf16(std::string_view bytes) {
+  UnicodeString texto(bytes.size() / 2, u'\0');
+  for (std::size_t i = 0; i < texto.size(); ++i) {
+    const auto bajo = static_cast<unsigned char>(bytes[2 * i]);
+    const auto alto = static_cast<unsigned char>(bytes[2 * i + 1]);
+    texto[i] = static_cast<char16_t>(alto << 8 | bajo);
+  }
+  return texto;
+}
+
+std::string AUtf16(std::u16string_view texto) {
+  std::string bytes;
+  bytes.reserve(2 * texto.size());
+  for (const char16_t c : texto) {
+    bytes.push_back(static_cast<char>(c & 0xFF));
+    bytes.push_back(static_cast<char>(c >> 8));
+  }
+  return bytes;
+}
+
+}  // namespace
+
+TextoArchivo DecodificaArchivo(std::string_view bytes) {
+  const Codificacion codificacion = Reconoce(bytes);
+  switch (codificacion) {
+    case Codificacion::Utf8:
+      return {UTF8ToString(bytes), codificacion, {}};
+    case Codificacion::Utf8ConMarca:
+      return {UTF8ToString(bytes.substr(kMarcaUtf8.size())), codificacion, {}};
+    case Codificacion::Windows1252:
+      // Most settings files are ASCII, for which the conversion of runs is faster.
+      return {IsASCII(bytes) ? UTF8ToString(bytes) : DeCp1252(bytes), codificacion, {}};
+    case Codificacion::Utf16:
+      break;
+  }
+  bytes.remove_prefix(kMarcaUtf16.size());
+  return {DeUtf16(bytes), codificacion, std::string(bytes.substr(bytes.size() / 2 * 2))};
+}
+
+std::string CodificaArchivo(const TextoArchivo& archivo) {
+  switch (archivo.codificacion) {
+    case Codificacion::Utf8:
+      return UTF8Encode(archivo.texto);
+    case Codificacion::Utf8ConMarca:
+      return std::string(kMarcaUtf8) + UTF8Encode(archivo.texto);
+    case Codificacion::Windows1252:
+      if (CabeEnCp1252(archivo.texto)) return ACp1252(archivo.texto);
+      break;
+    case Codificacion::Utf16:
+      break;
+  }
+  return std::string(kMarcaUtf16) + AUtf16(archivo.texto) + archivo.resto;
+}
+
+}  // namespace vel

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "framework/Texto.h"
+#include "utilvel90_export.h"
+
+namespace vel {
+
+/// How a text stands in a file. UTF-16 is little-endian with a byte-order mark.
+enum class Codificacion : std::uint8_t { Windows1252, Utf8, Utf8ConMarca, Utf16 };
+
+/// A file's text, without its byte-order mark, and what it takes to write it back in the same way.
+struct TextoArchivo {
+  UnicodeString texto;
+  Codificacion codificacion = Codificacion::Windows1252;
+  /// Half a character at the end of a damaged UTF-16 file.
+  std::string resto;
+};
+
+/// The text of a file's bytes: what its byte-order mark says, else UTF-8 where they are well-formed, else
+/// Windows-1252, which is also what ASCII alone counts as.
+UTILVEL90_EXPORT TextoArchivo DecodificaArchivo(std::string_view bytes);
+
+/// The bytes of a text, in its encoding; one that Windows-1252 cannot hold becomes UTF-16.
+UTILVEL90_EXPORT std::string CodificaArchivo(const TextoArchivo& archivo);
+
+}  // namespace vel
