@@ -17,10 +17,12 @@ class Medianas : public benchmark::BenchmarkReporter {
   void ReportRuns(const std::vector<Run>& corridas) override {
     for (const Run& r : corridas) {
       if (r.run_type == Run::RT_Aggregate && r.aggregate_name == "median") {
-        nanos_[r.run_name.function_name] = r.GetAdjustedCPUTime();
+        nanos_[r.run_name.function_name] = r.GetAdjustedRealTime();
       }
     }
   }
+  // False for one that a filter of the command line left out.
+  bool Corrio(const std::string& nombre) const { return nanos_.count(nombre) != 0; }
   double Nanos(const std::string& nombre) const { return nanos_.at(nombre); }
 
  private:
@@ -64,6 +66,7 @@ int Ejecuta(int argc, char** argv, std::vector<Comparacion> comparaciones, std::
   Medianas medianas;
   benchmark::RunSpecifiedBenchmarks(&medianas);
   for (const Comparacion& c : comparaciones) {
+    if (!medianas.Corrio(c.nombre + "/propio") || !medianas.Corrio(c.nombre + "/par")) continue;
     const double propio = medianas.Nanos(c.nombre + "/propio") / c.unidades;
     const double par = medianas.Nanos(c.nombre + "/par") / c.unidades;
     std::printf("%-44s %12.1f ns  %s %12.1f ns  ratio %.4f (%.1fx)%s\n", c.nombre.c_str(), propio,
@@ -71,10 +74,12 @@ int Ejecuta(int argc, char** argv, std::vector<Comparacion> comparaciones, std::
                 Veredicto(propio / par, c.limite).c_str());
   }
   for (const Escala& e : escalas) {
+    if (!medianas.Corrio(Nombre(e, e.tamanos.back()))) continue;
     std::printf("%-44s", e.nombre.c_str());
     double primero = 0;
     double ultimo = 0;
     for (const std::size_t n : e.tamanos) {
+      if (!medianas.Corrio(Nombre(e, n))) continue;
       ultimo = medianas.Nanos(Nombre(e, n)) / static_cast<double>(n);
       if (primero == 0) primero = ultimo;
       std::printf("  %zu: %.1f ns/u", n, ultimo);

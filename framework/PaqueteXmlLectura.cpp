@@ -344,7 +344,8 @@ class Lector {
     bool viva = true;
     // Rows name their attributes in the order of the fields, some missing: look from where the last one was.
     std::size_t campo = 0;
-    for (const pugi::xml_attribute atributo : fila.attributes()) {
+    for (pugi::xml_attribute atributo = fila.first_attribute(); atributo;
+         atributo = atributo.next_attribute()) {
       const std::string_view nombre = atributo.name();
       std::size_t vistos = 0;
       while (vistos < entradas.size() && entradas[campo].atributo != nombre) {

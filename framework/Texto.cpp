@@ -32,13 +32,14 @@ void AgregaUtf8(std::string& salida, char32_t c) {
   }
 }
 
-void AgregaUtf16(UnicodeString& salida, char32_t c) {
+char16_t* EscribeUtf16(char16_t* destino, char32_t c) noexcept {
   if (c < 0x10000) {
-    salida.push_back(static_cast<char16_t>(c));
+    *destino++ = static_cast<char16_t>(c);
   } else {
-    salida.push_back(static_cast<char16_t>(0xD800 + ((c - 0x10000) >> 10)));
-    salida.push_back(static_cast<char16_t>(0xDC00 + ((c - 0x10000) & 0x3FF)));
+    *destino++ = static_cast<char16_t>(0xD800 + ((c - 0x10000) >> 10));
+    *destino++ = static_cast<char16_t>(0xDC00 + ((c - 0x10000) & 0x3FF));
   }
+  return destino;
 }
 
 struct Decodificado {
@@ -123,21 +124,22 @@ std::string UTF8Encode(std::u16string_view texto) {
 }
 
 UnicodeString UTF8ToString(std::string_view utf8) {
-  UnicodeString salida;
+  // No text has more UTF-16 code units than UTF-8 bytes.
+  UnicodeString salida(utf8.size(), u'\0');
+  char16_t* fin = salida.data();
   // Most texts are ASCII but for a letter here and there: runs are widened at once.
   for (;;) {
     const std::size_t ascii = LargoAscii(utf8);
-    const std::size_t inicio = salida.size();
-    if (ascii < utf8.size()) salida.reserve(inicio + utf8.size());
-    salida.resize(inicio + ascii);
-    char16_t* const destino = salida.data() + inicio;
-    Ensancha(utf8.data(), ascii, destino);
+    Ensancha(utf8.data(), ascii, fin);
+    fin += ascii;
     utf8.remove_prefix(ascii);
-    if (utf8.empty()) return salida;
+    if (utf8.empty()) break;
     const Decodificado d = DecodificaUtf8(utf8);
-    AgregaUtf16(salida, d.codigo);
+    fin = EscribeUtf16(fin, d.codigo);
     utf8.remove_prefix(d.bytes);
   }
+  salida.resize(static_cast<std::size_t>(fin - salida.data()));
+  return salida;
 }
 
 bool IsUTF8(std::string_view bytes) noexcept {
