@@ -118,13 +118,15 @@ bool TConfigVEL::EsRangoActual(std::u16string_view inicio, std::u16string_view f
 // The caller's to free with DestruyeManejoFechas: callers in other modules create and free through the
 // library.
 TConfigVEL* CreaManejoFechas(std::u16string_view archivo, TDateTime referencia) {
-  return new TConfigVEL(archivo, referencia);
+  return new TConfigVEL(archivo, referencia);  // NOLINT(cppcoreguidelines-owning-memory)
 }
 
 TConfigVEL* CreaManejoFechas(std::u16string_view archivo) {
   return CreaManejoFechas(archivo, TDateTime(std::floor(AhoraLocal().Val())));
 }
 
-void DestruyeManejoFechas(TConfigVEL* config) noexcept { delete config; }
+void DestruyeManejoFechas(TConfigVEL* config) noexcept {
+  delete config;  // NOLINT(cppcoreguidelines-owning-memory): made by CreaManejoFechas
+}
 
 }  // namespace vel

@@ -11,7 +11,7 @@ namespace {
 using Clausula = Redactor::Clausula;
 using Pieza = void (Redactor::*)(const TParamWhereSimple&, std::u16string_view, Clausula);
 
-UnicodeString Escribe(const TParamWhereSimpleArray& lista, int indice, const UnicodeString& abre,
+UnicodeString Escribe(const TParamWhereSimpleArray& lista, int indice, std::u16string_view abre,
                       int conParametros, int* contador, Clausula clausula, Pieza pieza) {
   if (indice < 0 || static_cast<std::size_t>(indice) >= lista.size()) {
     throw EInvalidOperation(u"La condición " + IntToStr(indice) + u" no existe");
@@ -27,64 +27,64 @@ UnicodeString Escribe(const TParamWhereSimpleArray& lista, int indice, const Uni
 
 }  // namespace
 
-UnicodeString TParametrosFiltro::DameWhereDefault(int indice, UnicodeString abre, int conParametros,
+UnicodeString TParametrosFiltro::DameWhereDefault(int indice, std::u16string_view abre, int conParametros,
                                                   int* contador) const {
   return Escribe(ParamWhere, indice, abre, conParametros, contador, Clausula::Where, &Redactor::Comparacion);
 }
 
-UnicodeString TParametrosFiltro::DameWhereLIKE(int indice, UnicodeString abre, int conParametros,
+UnicodeString TParametrosFiltro::DameWhereLIKE(int indice, std::u16string_view abre, int conParametros,
                                                int* contador) const {
   return Escribe(ParamWhere, indice, abre, conParametros, contador, Clausula::Where, &Redactor::Patron);
 }
 
-UnicodeString TParametrosFiltro::DameWhereINNOTIN(int indice, UnicodeString abre, int conParametros,
+UnicodeString TParametrosFiltro::DameWhereINNOTIN(int indice, std::u16string_view abre, int conParametros,
                                                   int* contador) const {
   return Escribe(ParamWhere, indice, abre, conParametros, contador, Clausula::Where, &Redactor::Pertenencia);
 }
 
-UnicodeString TParametrosFiltro::DameWhereISNULLNOTNULL(int indice, UnicodeString abre, int conParametros,
-                                                        int* contador) const {
+UnicodeString TParametrosFiltro::DameWhereISNULLNOTNULL(int indice, std::u16string_view abre,
+                                                        int conParametros, int* contador) const {
   return Escribe(ParamWhere, indice, abre, conParametros, contador, Clausula::Where, &Redactor::PruebaNulo);
 }
 
-UnicodeString TParametrosFiltro::DameWhereBETWEEN(int indice, UnicodeString abre, int conParametros,
+UnicodeString TParametrosFiltro::DameWhereBETWEEN(int indice, std::u16string_view abre, int conParametros,
                                                   int* contador) const {
   return Escribe(ParamWhere, indice, abre, conParametros, contador, Clausula::Where, &Redactor::Intervalo);
 }
 
-UnicodeString TParametrosFiltro::DameWhereExists(int indice, UnicodeString abre, int conParametros,
+UnicodeString TParametrosFiltro::DameWhereExists(int indice, std::u16string_view abre, int conParametros,
                                                  int* contador) const {
   return Escribe(ParamWhere, indice, abre, conParametros, contador, Clausula::Where, &Redactor::Existencia);
 }
 
-UnicodeString TParametrosFiltro::DameHavingDefault(int indice, UnicodeString abre, int conParametros,
+UnicodeString TParametrosFiltro::DameHavingDefault(int indice, std::u16string_view abre, int conParametros,
                                                    int* contador) const {
   return Escribe(ParamHaving, indice, abre, conParametros, contador, Clausula::Having,
                  &Redactor::Comparacion);
 }
 
-UnicodeString TParametrosFiltro::DameHavingLIKE(int indice, UnicodeString abre, int conParametros,
+UnicodeString TParametrosFiltro::DameHavingLIKE(int indice, std::u16string_view abre, int conParametros,
                                                 int* contador) const {
   return Escribe(ParamHaving, indice, abre, conParametros, contador, Clausula::Having, &Redactor::Patron);
 }
 
-UnicodeString TParametrosFiltro::DameHavingINNOTIN(int indice, UnicodeString abre, int conParametros,
+UnicodeString TParametrosFiltro::DameHavingINNOTIN(int indice, std::u16string_view abre, int conParametros,
                                                    int* contador) const {
   return Escribe(ParamHaving, indice, abre, conParametros, contador, Clausula::Having,
                  &Redactor::Pertenencia);
 }
 
-UnicodeString TParametrosFiltro::DameHavingISNULLNOTNULL(int indice, UnicodeString abre, int conParametros,
-                                                         int* contador) const {
+UnicodeString TParametrosFiltro::DameHavingISNULLNOTNULL(int indice, std::u16string_view abre,
+                                                         int conParametros, int* contador) const {
   return Escribe(ParamHaving, indice, abre, conParametros, contador, Clausula::Having, &Redactor::PruebaNulo);
 }
 
-UnicodeString TParametrosFiltro::DameHavingBETWEEN(int indice, UnicodeString abre, int conParametros,
+UnicodeString TParametrosFiltro::DameHavingBETWEEN(int indice, std::u16string_view abre, int conParametros,
                                                    int* contador) const {
   return Escribe(ParamHaving, indice, abre, conParametros, contador, Clausula::Having, &Redactor::Intervalo);
 }
 
-UnicodeString TParametrosFiltro::DameHavingExists(int indice, UnicodeString abre, int conParametros,
+UnicodeString TParametrosFiltro::DameHavingExists(int indice, std::u16string_view abre, int conParametros,
                                                   int* contador) const {
   return Escribe(ParamHaving, indice, abre, conParametros, contador, Clausula::Having, &Redactor::Existencia);
 }

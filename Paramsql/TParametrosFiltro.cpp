@@ -13,7 +13,9 @@ TParametrosFiltro::~TParametrosFiltro() {
 }
 
 // The caller's to free, as the suite's programs do with every object of this class that they create.
-TParametrosFiltro* CreaParametrosFiltro(std::u16string_view tabla) { return new TParametrosFiltro(tabla); }
+TParametrosFiltro* CreaParametrosFiltro(std::u16string_view tabla) {
+  return new TParametrosFiltro(tabla);  // NOLINT(cppcoreguidelines-owning-memory)
+}
 
 void TParamSelect::Propiedades(VisitantePropiedades& visitante) {
   visitante.Texto(u"NombreCampo", NombreCampo);

@@ -171,20 +171,27 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   // raises EInvalidOperation; a null entry gives the empty text), `abre` the text that opens its group,
   // `conParametros` 0 for literals, `contador` the running parameter number.
 
-  UnicodeString DameWhereDefault(int indice, UnicodeString abre, int conParametros, int* contador) const;
-  UnicodeString DameWhereLIKE(int indice, UnicodeString abre, int conParametros, int* contador) const;
-  UnicodeString DameWhereINNOTIN(int indice, UnicodeString abre, int conParametros, int* contador) const;
-  UnicodeString DameWhereISNULLNOTNULL(int indice, UnicodeString abre, int conParametros,
+  UnicodeString DameWhereDefault(int indice, std::u16string_view abre, int conParametros,
+                                 int* contador) const;
+  UnicodeString DameWhereLIKE(int indice, std::u16string_view abre, int conParametros, int* contador) const;
+  UnicodeString DameWhereINNOTIN(int indice, std::u16string_view abre, int conParametros,
+                                 int* contador) const;
+  UnicodeString DameWhereISNULLNOTNULL(int indice, std::u16string_view abre, int conParametros,
                                        int* contador) const;
-  UnicodeString DameWhereBETWEEN(int indice, UnicodeString abre, int conParametros, int* contador) const;
-  UnicodeString DameWhereExists(int indice, UnicodeString abre, int conParametros, int* contador) const;
-  UnicodeString DameHavingDefault(int indice, UnicodeString abre, int conParametros, int* contador) const;
-  UnicodeString DameHavingLIKE(int indice, UnicodeString abre, int conParametros, int* contador) const;
-  UnicodeString DameHavingINNOTIN(int indice, UnicodeString abre, int conParametros, int* contador) const;
-  UnicodeString DameHavingISNULLNOTNULL(int indice, UnicodeString abre, int conParametros,
+  UnicodeString DameWhereBETWEEN(int indice, std::u16string_view abre, int conParametros,
+                                 int* contador) const;
+  UnicodeString DameWhereExists(int indice, std::u16string_view abre, int conParametros, int* contador) const;
+  UnicodeString DameHavingDefault(int indice, std::u16string_view abre, int conParametros,
+                                  int* contador) const;
+  UnicodeString DameHavingLIKE(int indice, std::u16string_view abre, int conParametros, int* contador) const;
+  UnicodeString DameHavingINNOTIN(int indice, std::u16string_view abre, int conParametros,
+                                  int* contador) const;
+  UnicodeString DameHavingISNULLNOTNULL(int indice, std::u16string_view abre, int conParametros,
                                         int* contador) const;
-  UnicodeString DameHavingBETWEEN(int indice, UnicodeString abre, int conParametros, int* contador) const;
-  UnicodeString DameHavingExists(int indice, UnicodeString abre, int conParametros, int* contador) const;
+  UnicodeString DameHavingBETWEEN(int indice, std::u16string_view abre, int conParametros,
+                                  int* contador) const;
+  UnicodeString DameHavingExists(int indice, std::u16string_view abre, int conParametros,
+                                 int* contador) const;
 
   // --- Values.
 

@@ -63,7 +63,7 @@ Variant Entero(std::int64_t valor) {
 
 // What a text of the field type means.
 Variant DeTexto(TFieldType tipo, std::u16string_view texto) {
-  const Variant valor(texto);
+  Variant valor(texto);
   switch (FamiliaDe(tipo)) {
     case Familia::Entero:
       return Entero(valor.AsInt64());

@@ -1,7 +1,7 @@
 #pragma once
 
-/// Everything of Uutilext: documents and rounding, settings and catalogs, texts, certificates and digests, log
-/// and errors, time zones.
+/// Everything of Uutilext: documents and rounding, settings and catalogs, texts, certificates and digests,
+/// log and errors, time zones.
 
 #include "Uutilext/config/Conexiones.h"
 #include "Uutilext/config/Configuracion.h"

@@ -16,7 +16,7 @@ using vel::UnicodeString;
 // Takes the text up to the next `corte` off `resto`, without surrounding blanks.
 UnicodeString Toma(std::u16string_view& resto, char16_t corte) {
   const std::size_t fin = resto.find(corte);
-  const UnicodeString parte = vel::Trim(resto.substr(0, fin));
+  UnicodeString parte = vel::Trim(resto.substr(0, fin));
   resto.remove_prefix(fin == std::u16string_view::npos ? resto.size() : fin + 1);
   return parte;
 }

@@ -189,6 +189,8 @@ double RoundToText(double valor) noexcept {
   const double a = std::abs(valor);
   if (a < 1e9) {
     const double s = a * kMillon;
+    // The comparison refuses an m that is not the nearest.
+    // NOLINTNEXTLINE(bugprone-incorrect-roundings)
     const auto m = static_cast<double>(static_cast<long long>(s + 0.5));
     // Half a unit of the 15th digit is at least 0.5e-15 of the value; the product errs by 1.2e-16 of it.
     if (std::abs(s - m) <= 3.5e-16 * s) return std::copysign(m / kMillon, m == 0 ? 1.0 : valor);

@@ -55,7 +55,7 @@ UnicodeString DameArchConexUsu() {
   const UnicodeString carpeta = CarpetaDelProceso();
   // A folder or a copy that cannot be made shows when the file is used.
   if (!ExisteCarpeta(carpeta)) CreaCarpeta(carpeta);
-  const UnicodeString archivo = carpeta + u"conexionesusuario.ini";
+  UnicodeString archivo = carpeta + u"conexionesusuario.ini";
   // Only this service brings its own file; the other modules' hosts are seeded like a workstation.
   if (!ModuloCargado(u"SrvVEL90.dll") && !ExisteArchivo(archivo)) {
     const UnicodeString plantilla = DameRutaVELNG() + u"\\Plantillas\\conexionesusuario.ini";

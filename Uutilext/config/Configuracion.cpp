@@ -48,7 +48,7 @@ UnicodeString DameArchivoConfig() {
   const UnicodeString carpeta = CarpetaDelProceso();
   // A folder that cannot be made shows when something is written: reading goes on without it.
   if (!ExisteCarpeta(carpeta)) CreaCarpeta(carpeta);
-  const UnicodeString archivo = carpeta + DameNombreArchIni();
+  UnicodeString archivo = carpeta + DameNombreArchIni();
   if (!EsProcesoServidor() && !ExisteArchivo(archivo)) {
     // The seed is a path without a file name; installations that made a file of it rely on that.
     const UnicodeString semilla = DameCarpetasConocidas().datosComunes + u"\\Tavex\\";

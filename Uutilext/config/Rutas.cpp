@@ -20,38 +20,38 @@ constexpr std::u16string_view kValorComun = u"TAVEXComunDir";
 enum class Base : std::uint8_t { Motor, Empresa, MotorConNumero };
 
 struct Carpeta {
-  Base base;
   std::u16string_view ruta;
+  Base base;
   bool seCrea;
 };
 
 // By kind.
 constexpr Carpeta kCarpetas[] = {
-    {Base::Empresa, u"", true},
-    {Base::Empresa, u"", true},
-    {Base::Empresa, u"Consultas\\", true},
-    {Base::Empresa, u"Consultas personalizadas\\", true},
-    {Base::Empresa, u"Estadisticas\\", true},
-    {Base::Empresa, u"AyudasF2\\", true},
-    {Base::Empresa, u"Reportes\\", true},
-    {Base::Empresa, u"Datos\\", false},
-    {Base::Empresa, u"Exportacion\\", true},
-    {Base::Empresa, u"Interfaz Kolo\\", true},
-    {Base::Empresa, u"Interfaz Caudal\\", true},
-    {Base::Empresa, u"Imagenes\\", true},
-    {Base::Empresa, u"Documentos modelo\\", true},
-    {Base::Empresa, u"Reportes SAT\\", true},
-    {Base::Motor, u"Plantillas\\", false},
-    {Base::Motor, u"Plantillas\\Reportes\\", false},
-    {Base::Motor, u"Plantillas\\Estadisticas\\", false},
-    {Base::Motor, u"Plantillas\\Consultas personalizadas\\", false},
-    {Base::Motor, u"Respaldos\\", true},
-    {Base::MotorConNumero, u"Respaldos\\Empresa", true},
-    {Base::Motor, u"Plantillas\\Comprobantes\\", true},
-    {Base::Empresa, u"Comprobantes\\", true},
-    {Base::Motor, u"LoNuevo\\", true},
-    {Base::Empresa, u"Comprobantes\\Plantillas\\", true},
-    {Base::Empresa, u"Analisis datos\\", true},
+    {u"", Base::Empresa, true},
+    {u"", Base::Empresa, true},
+    {u"Consultas\\", Base::Empresa, true},
+    {u"Consultas personalizadas\\", Base::Empresa, true},
+    {u"Estadisticas\\", Base::Empresa, true},
+    {u"AyudasF2\\", Base::Empresa, true},
+    {u"Reportes\\", Base::Empresa, true},
+    {u"Datos\\", Base::Empresa, false},
+    {u"Exportacion\\", Base::Empresa, true},
+    {u"Interfaz Kolo\\", Base::Empresa, true},
+    {u"Interfaz Caudal\\", Base::Empresa, true},
+    {u"Imagenes\\", Base::Empresa, true},
+    {u"Documentos modelo\\", Base::Empresa, true},
+    {u"Reportes SAT\\", Base::Empresa, true},
+    {u"Plantillas\\", Base::Motor, false},
+    {u"Plantillas\\Reportes\\", Base::Motor, false},
+    {u"Plantillas\\Estadisticas\\", Base::Motor, false},
+    {u"Plantillas\\Consultas personalizadas\\", Base::Motor, false},
+    {u"Respaldos\\", Base::Motor, true},
+    {u"Respaldos\\Empresa", Base::MotorConNumero, true},
+    {u"Plantillas\\Comprobantes\\", Base::Motor, true},
+    {u"Comprobantes\\", Base::Empresa, true},
+    {u"LoNuevo\\", Base::Motor, true},
+    {u"Comprobantes\\Plantillas\\", Base::Empresa, true},
+    {u"Analisis datos\\", Base::Empresa, true},
 };
 
 UnicodeString CarpetaEmpresa(int numEmp) {

@@ -106,7 +106,8 @@ double g_redoTo(double valor, int decimales) {
   const double diez = kPositivas[decimales];
   const double s = a * diez;
   if (!(s < 1e12)) return RedondeaPorTexto(valor, decimales);
-  // Truncation toward zero of s + 0.5: the nearest whole number.
+  // Truncation toward zero of s + 0.5: the nearest whole number; the comparison refuses one that is not.
+  // NOLINTNEXTLINE(bugprone-incorrect-roundings)
   const auto m = static_cast<double>(static_cast<long long>(s + 0.5));
   if (std::abs(s - m) <= 1e-14 * s) {
     return m / diez == a ? valor : RedondeaPorTexto(valor, decimales);

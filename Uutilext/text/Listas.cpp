@@ -12,7 +12,7 @@ void DivideCadena(UnicodeString& destino, UnicodeString& origen, int limite) {
   while (destino < textoLimite && tomado < origen.size()) {
     const std::size_t coma = std::min(origen.find(u',', tomado), origen.size());
     const std::size_t largo = coma - tomado;
-    if (static_cast<long long>(destino.size() + largo) > limite) break;
+    if (static_cast<long long>(destino.size()) + static_cast<long long>(largo) > limite) break;
     if (!destino.empty()) destino += u',';
     destino.append(origen, tomado, largo);
     tomado = coma + 1;

@@ -137,7 +137,7 @@ FallaArchivo Coloca(std::u16string_view ruta, std::string_view bytes, mode_t mod
       fsync(archivo.Fd()) == 0 && archivo.Cierra() && Publica(temporal, destino, sobrescribe)) {
     return {};
   }
-  const FallaArchivo falla = FallaDeRuta(errno, destino);
+  FallaArchivo falla = FallaDeRuta(errno, destino);
   unlink(temporal.c_str());
   return falla;
 }

@@ -187,7 +187,7 @@ FallaArchivo EscribeRegistro(std::u16string_view clave, std::u16string_view nomb
   const CandadoArchivo candado(ruta);
   if (candado.Falla().Hubo()) return candado.Falla();
   std::string bytes;
-  const FallaArchivo lectura = LeeArchivo(ruta, bytes);
+  FallaArchivo lectura = LeeArchivo(ruta, bytes);
   if (lectura.Hubo() && lectura.clase != ClaseFalla::NoExiste) return lectura;
   // A new file is UTF-16, as the registry's own exports.
   TextoArchivo d = DecodificaArchivo(lectura.Hubo() ? "\xFF\xFE" : bytes);

@@ -39,15 +39,15 @@ std::string ArchivoDeZona(const std::string& nombre) {
 // The zone that TZ names, as the C library reads it: unset is the system's file, empty is universal time, and
 // else a file of the database or a rule.
 Zona LeeZonaActiva(const char* tz) {
-  const Zona universal = std::make_shared<const ZonaHoraria>();
+  Zona universal = std::make_shared<const ZonaHoraria>();
   if (tz == nullptr) {
-    const Zona zona = LeeZona("/etc/localtime");
+    Zona zona = LeeZona("/etc/localtime");
     return zona != nullptr ? zona : universal;
   }
   std::string nombre(tz);
   if (!nombre.empty() && nombre.front() == ':') nombre.erase(0, 1);
   if (nombre.empty()) return universal;
-  if (const Zona zona = LeeZona(nombre.front() == '/' ? nombre : ArchivoDeZona(nombre))) return zona;
+  if (Zona zona = LeeZona(nombre.front() == '/' ? nombre : ArchivoDeZona(nombre))) return zona;
   ZonaHoraria regla;
   if (!posix::LeeReglaPosix(nombre, regla)) return universal;
   regla.inicial = regla.estandar;
