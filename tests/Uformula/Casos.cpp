@@ -1,6 +1,6 @@
-#include <fstream>
+#include "tests/Casos.h"
+
 #include <gtest/gtest.h>
-#include <string>
 
 #include "Uformula/Uformula.h"
 #include "framework/Excepciones.h"
@@ -9,38 +9,22 @@
 namespace vel {
 namespace {
 
-// Up to the next `corte`, without surrounding blanks; what was read leaves the line.
-UnicodeString Campo(UnicodeString& linea, char16_t corte) {
-  const std::size_t lugar = linea.find(corte);
-  const UnicodeString campo = Trim(std::u16string_view(linea).substr(0, lugar));
-  linea.erase(0, lugar == UnicodeString::npos ? lugar : lugar + 1);
-  return campo;
-}
-
 TEST(Formula, GivesTheValuesOfTheCaseFile) {
-  std::ifstream archivo(DATOS_PRUEBA "/formulas/casos.txt");
-  ASSERT_TRUE(archivo);
   TFormula formula;  // One object for all: no case may spoil the next.
-  int casos = 0;
-  for (std::string bytes; std::getline(archivo, bytes);) {
-    if (bytes.empty() || bytes.front() == '#') continue;
-    UnicodeString linea = UTF8ToString(bytes);
-    const UnicodeString texto = Campo(linea, u';');
-    UnicodeString pares = Campo(linea, u';');
+  for (const auto& caso : pruebas::Casos("formulas/casos.txt", ";")) {
+    ASSERT_EQ(caso.size(), 3U) << caso[0];
     TStringList variables;
-    while (!pares.empty()) variables.Add(Campo(pares, u','));
+    variables.SetText(Trim(StringReplace(UTF8ToString(caso[1]), u",", u"\n")));
     UnicodeString obtenido;
     try {
       formula.SetVariables(variables);
-      formula.NewFormula(texto);
+      formula.NewFormula(Trim(UTF8ToString(caso[0])));
       obtenido = FloatToStr(formula.Execute());
     } catch (const Exception& e) {
       obtenido = u"error: " + e.Message();
     }
-    EXPECT_EQ(UTF8Encode(obtenido), UTF8Encode(Trim(linea))) << bytes;
-    ++casos;
+    EXPECT_EQ(UTF8Encode(obtenido), UTF8Encode(Trim(UTF8ToString(caso[2])))) << caso[0];
   }
-  EXPECT_GT(casos, 100);
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "Uutilext/crypto/Cifrado.h"
 #include "Uutilext/crypto/Resumenes.h"
 #include "framework/Excepciones.h"
+#include "tests/Casos.h"
 #include "tests/Uutilext/crypto/Apoyo.h"
 
 namespace vel {
@@ -60,7 +61,7 @@ TEST(Certificados, ReadNamesOutsideTheCodePageAndWhatCarelessIssuersWrite) {
 }
 
 TEST(ValPrivKey, GivesEveryStatus) {
-  for (const auto& caso : pruebas::Casos("llaves.txt")) {
+  for (const auto& caso : pruebas::Casos("crypto/llaves.txt", "; ")) {
     ASSERT_EQ(caso.size(), 5U);
     EXPECT_EQ(ValPrivKey(Dato(caso[1]), Dato(caso[2]), UTF8ToString(caso[3])), std::stoi(caso[0])) << caso[4];
   }

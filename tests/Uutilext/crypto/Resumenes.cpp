@@ -9,6 +9,7 @@
 #include "Uutilext/crypto/Base64.h"
 #include "Uutilext/crypto/Cifrado.h"
 #include "platform/PaginaCodigos.h"
+#include "tests/Casos.h"
 #include "tests/Uutilext/crypto/Apoyo.h"
 
 namespace vel {
@@ -61,7 +62,7 @@ TEST(Criptografia, GivesThePublishedResults) {
       {"aes", [](auto entrada, auto llave) { return Hex(Encripta_AES_128(llave, entrada)); }},
       {"base64", [](auto entrada, auto) { return Hex(EnBase64(entrada)); }},
       {"debase64", [](auto entrada, auto) { return Hex(EnBase64(entrada, false)); }}};
-  for (const auto& caso : pruebas::Casos("vectores.txt")) {
+  for (const auto& caso : pruebas::Casos("crypto/vectores.txt", "; ")) {
     ASSERT_EQ(caso.size(), 4U);
     EXPECT_EQ(funciones.at(caso[0])(Valor(caso[1]), Valor(caso[2])), caso[3]) << caso[0] << " " << caso[1];
   }

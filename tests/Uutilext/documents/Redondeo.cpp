@@ -9,6 +9,7 @@
 
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
+#include "tests/Casos.h"
 
 namespace vel {
 namespace {
@@ -16,26 +17,21 @@ namespace {
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInf = std::numeric_limits<double>::infinity();
 
-TEST(Redondea, RoundsTwice) {
-  const struct {
-    double valor;
-    int decimales;
-    double esperado;
-  } casos[] = {{2.675, 2, 2.68},
-               {-2.675, 2, -2.68},
-               {1.005, 2, 1.01},
-               {1234.5, -1, 1240},
-               {0.444444445, 8, 0.444444445},
-               {1.0, 9, 0.1},
-               {1.0, 10, 0.01},
-               {0.12345675, 7, 0.1234568},
-               {1.2344445, 6, 1.234445},
-               {-7.5, 0, -8},
-               {1e15 / 3, 3, 333333333333333.313},
-               {0, 2, 0}};
-  for (const auto& c : casos)
-    EXPECT_EQ(Redondea(c.valor, c.decimales), c.esperado) << c.valor << ", " << c.decimales;
-  EXPECT_EQ(Redondea(0.1 + 0.2, 8), 0.1 + 0.2) << "eight decimals return the value unchanged";
+TEST(Redondeo, GivesTheResultsOfTheCaseFile) {
+  for (const auto& c : pruebas::Casos("documentos/redondeo.txt", "|")) {
+    ASSERT_EQ(c.size(), 4U);
+    const double valor = StrToFloat(UTF8ToString(c[1]));
+    const double argumento = c[2].empty() ? 0 : StrToFloat(UTF8ToString(c[2]));
+    const double r = c[0] == "Redondea"    ? Redondea(valor, static_cast<int>(argumento))
+                     : c[0] == "Redondea8" ? Redondea8(valor, argumento)
+                     : c[0] == "Redondea4" ? Redondea4(valor)
+                                           : g_redoTo(valor, static_cast<int>(argumento));
+    EXPECT_EQ(std::bit_cast<std::uint64_t>(r), std::bit_cast<std::uint64_t>(StrToFloat(UTF8ToString(c[3]))))
+        << c[0] << ' ' << c[1] << ' ' << c[2] << " gave " << r;
+  }
+  EXPECT_EQ(g_redoTo(kInf, 2), kInf);
+  EXPECT_TRUE(std::isnan(g_redoTo(kNaN, 2)));
+  EXPECT_THROW(g_redoTo(1.5e308, 2), EConvertError);
 }
 
 TEST(Compara, CountsTheBoundaryAsEqual) {
@@ -43,51 +39,6 @@ TEST(Compara, CountsTheBoundaryAsEqual) {
   EXPECT_FALSE(Compara(1.0, 1.0000011));
   EXPECT_TRUE(Compara(0, -0.000001));
   EXPECT_FALSE(Compara(kNaN, kNaN));
-}
-
-TEST(Redondea8, RoundsHalvesUpward) {
-  EXPECT_EQ(Redondea8(7.3, 0), 7.3);
-  EXPECT_EQ(Redondea8(7.3, -0.000001), 7.3);
-  EXPECT_EQ(Redondea8(7.25, 0.5), 7.5);
-  EXPECT_EQ(Redondea8(-7.25, 0.5), -7.0);
-  EXPECT_EQ(Redondea8(-2.5, 1), -2);
-  EXPECT_EQ(Redondea8(2.499999995, 1), 3) << "the nudge";
-}
-
-TEST(Redondea4, KeepsFiveDecimals) {
-  EXPECT_EQ(Redondea4(0.123455), 0.12346);
-  EXPECT_EQ(Redondea4(1.2345649), 1.23456);
-  EXPECT_EQ(Redondea4(-0.000005), 0);
-}
-
-TEST(GRedoTo, FollowsTheText) {
-  const struct {
-    double valor;
-    int decimales;
-    double esperado;
-  } casos[] = {{1.23, 2, 1.23},
-               {1.235, 2, 124 * 0.01},
-               {-1.235, 2, -124 * 0.01},
-               {5, 2, 5},
-               {1.999, 0, 1.999},
-               {1.999, -1, 1.999},
-               {0.1 + 0.2, 1, 0.1 + 0.2},  // its text is 0.3
-               {0.30000000000001, 1, 3 * 0.1},
-               {2.5, 1, 2.5},
-               {0.005, 2, 0.01},
-               {-0.004, 2, -0.0},
-               {1e-7, 2, 1e-7},  // "1E-7" holds no point
-               {1.5e-7, 2, 0},   // "1.5E-7" has four characters after it
-               {1.5e-7, 4, 1.5e-7},
-               {1.23456789012345e15, 2, 1 * 0.01},
-               {kInf, 2, kInf}};
-  for (const auto& c : casos) {
-    const double r = g_redoTo(c.valor, c.decimales);
-    EXPECT_EQ(std::bit_cast<std::uint64_t>(r), std::bit_cast<std::uint64_t>(c.esperado))
-        << c.valor << ", " << c.decimales << " gave " << r;
-  }
-  EXPECT_TRUE(std::isnan(g_redoTo(kNaN, 2)));
-  EXPECT_THROW(g_redoTo(1.5e308, 2), EConvertError);
 }
 
 // The rule as it is written, on texts.
