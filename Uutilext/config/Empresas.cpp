@@ -1,6 +1,7 @@
 #include "Uutilext/config/Empresas.h"
 
 #include <chrono>
+#include <cstdint>
 #include <string>
 #include <thread>
 #include <utility>
@@ -50,21 +51,29 @@ void Reemplaza(std::u16string_view ruta, std::string_view bytes) {
   Exige(ReemplazaArchivo(ruta, bytes), u"No se puede escribir en el archivo", ruta);
 }
 
-void RestauraOEspera(std::u16string_view ruta) {
+// Puts the backup in the place of a catalog that is missing, keeping a copy of it first. Nothing is put in
+// the place of a catalog that another program made meanwhile.
+void Restaura(std::u16string_view ruta) {
   const UnicodeString respaldo = RutaRespaldo(ruta);
-  if (ExisteArchivo(ruta)) {
-    std::this_thread::sleep_for(kEsperaEscritor);
-  } else if (ExisteArchivo(respaldo)) {
-    CopiaArchivo(respaldo, ConTerminacion(ruta, u" copia.bak"), true);
-    CopiaArchivo(respaldo, ruta, true);
-  }
+  if (ExisteArchivo(ruta) || !ExisteArchivo(respaldo)) return;
+  if (CopiaArchivo(respaldo, ConTerminacion(ruta, u" copia.bak"), true).Hubo()) return;
+  CopiaArchivo(respaldo, ruta, false);
 }
 
-std::string CargaConRecuperacion(TClientDataSet& empresas, std::u16string_view ruta) {
+enum class Candado : std::uint8_t { Falta, Puesto };
+
+std::string CargaConRecuperacion(TClientDataSet& empresas, std::u16string_view ruta, Candado candado) {
   try {
     return Carga(empresas, ruta);
   } catch (const Exception&) {
-    RestauraOEspera(ruta);
+    if (ExisteArchivo(ruta)) {
+      std::this_thread::sleep_for(kEsperaEscritor);
+    } else if (candado == Candado::Puesto) {
+      Restaura(ruta);
+    } else {
+      const CandadoArchivo propio(ruta);
+      Restaura(ruta);
+    }
   }
   return Carga(empresas, ruta);
 }
@@ -76,7 +85,7 @@ void CambiaCatalogo(const Cambio& cambio) {
   const CandadoArchivo candado(ruta);
   Exige(candado.Falla(), u"No se puede escribir en el archivo", ruta);
   TClientDataSet empresas;
-  const std::string anterior = CargaConRecuperacion(empresas, ruta);
+  const std::string anterior = CargaConRecuperacion(empresas, ruta, Candado::Puesto);
   cambio(empresas);
   // The backup gets the bytes that were just loaded, so it always holds a catalog that loads.
   const std::string nuevo = empresas.SaveToXML();
@@ -100,11 +109,11 @@ UnicodeString CampoDeEmpresa(int numEmp, std::u16string_view campo) {
 
 void AbreArchivoEmpresa(std::unique_ptr<TClientDataSet>& empresas, std::u16string_view ruta) {
   if (empresas != nullptr) {
-    CargaConRecuperacion(*empresas, RutaCatalogo(ruta));
+    CargaConRecuperacion(*empresas, RutaCatalogo(ruta), Candado::Falta);
     return;
   }
   auto nuevo = std::make_unique<TClientDataSet>();
-  CargaConRecuperacion(*nuevo, RutaCatalogo(ruta));
+  CargaConRecuperacion(*nuevo, RutaCatalogo(ruta), Candado::Falta);
   empresas = std::move(nuevo);
 }
 

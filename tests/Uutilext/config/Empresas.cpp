@@ -79,6 +79,22 @@ TEST_F(Catalogo, RestoresAMissingOneFromItsBackup) {
   EXPECT_EQ(empresas->RecordCount(), 1U);
 }
 
+TEST_F(Catalogo, LosesNoCompanyToAReaderThatRestores) {
+  AgregaEmpresaXML(1, u"r", u"d", u"Uno", u"t", u"v");
+  AgregaEmpresaXML(2, u"r", u"d", u"Dos", u"t", u"v");
+  for (int i = 0; i < 100; ++i) {
+    std::filesystem::remove(c_.Ruta() / kCatalogo);
+    const pid_t lector = fork();
+    if (lector == 0) {
+      DameNombreEmpresa(1);
+      _exit(0);
+    }
+    AgregaEmpresaXML(3, u"r", u"d", u"Tres", u"t", u"v");
+    waitpid(lector, nullptr, 0);
+    ASSERT_EQ(DameNombreEmpresa(3), u"Tres") << "round " << i;
+  }
+}
+
 TEST_F(Catalogo, LeavesAGoodBackupWhenBroken) {
   AgregaEmpresaXML(1, u"r", u"d", u"Uno", u"t", u"v");
   AgregaEmpresaXML(2, u"r", u"d", u"Dos", u"t", u"v");
@@ -145,23 +161,7 @@ TEST_F(Catalogo, LabelsListTheFieldsOfATable) {
   TStringList lista;
   EXPECT_EQ(DameCDSEtiqVEL(u"", 1), nullptr);
   EXPECT_FALSE(LeeXMLCamposTablasSistema(u"CLIENTES", lista, true));
-  c_.Escribe(
-      "C/Sistemas Tavex/VEL9.00/EtiqVEL.xml",
-      "<DATAPACKET Version=\"2.0\"><METADATA><FIELDS><FIELD attrname=\"Etiqueta\" fieldtype=\"string\" "
-      "WIDTH=\"20\"/>"
-      "<FIELD attrname=\"Campos\" fieldtype=\"nested\"><FIELDS><FIELD attrname=\"Campo\" "
-      "fieldtype=\"string\" WIDTH=\"20\"/>"
-      "<FIELD attrname=\"Titulo\" fieldtype=\"string\" WIDTH=\"40\"/><FIELD attrname=\"Disponible\" "
-      "fieldtype=\"boolean\"/>"
-      "<FIELD attrname=\"Visible\" fieldtype=\"boolean\"/><FIELD attrname=\"Calculado\" "
-      "fieldtype=\"boolean\"/></FIELDS></FIELD>"
-      "</FIELDS></METADATA><ROWDATA><ROW Etiqueta=\"CLIENTES\"><Campos>"
-      "<ROWCampos Campo=\"RFC\" Titulo=\"R.F.C.\" Disponible=\"TRUE\" Visible=\"TRUE\" Calculado=\"FALSE\"/>"
-      "<ROWCampos Campo=\"NOTA\" Titulo=\"Nota\" Disponible=\"TRUE\" Visible=\"FALSE\"/>"
-      "<ROWCampos Campo=\"SALDO\" Titulo=\"Saldo\" Disponible=\"TRUE\" Visible=\"TRUE\" Calculado=\"TRUE\"/>"
-      "<ROWCampos Campo=\"CLAVE\" Titulo=\"Clave ñ\" Visible=\"TRUE\"/>"
-      "<ROWCampos Campo=\"NOMBRE\" Titulo=\"Nombre\" Disponible=\"TRUE\" "
-      "Visible=\"TRUE\"/></Campos></ROW></ROWDATA></DATAPACKET>");
+  std::filesystem::copy(DATOS_PRUEBA "/catalogo/EtiqVEL.xml", c_.Motor());
   EXPECT_TRUE(LeeXMLCamposTablasSistema(u"CLIENTES", lista, false));
   EXPECT_EQ(lista.Text(), u"RFC=R.F.C.\r\nNOMBRE=Nombre\r\n");
   lista.Clear();
