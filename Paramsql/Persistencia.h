@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "Paramsql/TParamWhereSimple.h"
 #include "framework/Texto.h"
 
 // Names of the sections and keys that hold a definition.
@@ -18,8 +19,16 @@ inline constexpr std::u16string_view kUnion = u"UNION";
 inline constexpr std::u16string_view kNumFiltros = u"NumFiltros";
 inline constexpr std::u16string_view kNumElementos = u"NumElementos";
 
+/// More partners than any query has; a bound for a damaged file.
+inline constexpr int kUnionesMaximas = 64;
+
 /// A union partner's number is that of its owner plus one; numbers below 1 are the main definition's.
 UnicodeString Sufijo(int numero);
 int NumeroDeUnion(int numero);
+
+/// Stored text of a condition's value, and the value that such a text means. Where the operator takes the
+/// value as a text (patterns, sub-queries) or not at all, the field type says nothing about it.
+UnicodeString TextoDeValor(const TParamWhereSimple& condicion);
+Variant ValorDeTexto(TFieldType tipo, ENUM_OPERADOR operador, std::u16string_view texto);
 
 }  // namespace vel::persistencia

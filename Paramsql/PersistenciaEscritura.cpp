@@ -1,12 +1,15 @@
 // Writing definitions into INI files.
 
 #include <algorithm>
+#include <initializer_list>
+#include <limits>
 #include <utility>
 #include <vector>
 
 #include "Paramsql/Persistencia.h"
 #include "Paramsql/TParametrosFiltro.h"
 #include "Uutilext/config/ArchivoIni.h"
+#include "framework/Excepciones.h"
 #include "framework/Numeros.h"
 
 namespace vel {
@@ -45,6 +48,14 @@ class Seccion {
     if (borrada_) return texto_.AgregaSeccion(nombre_, claves_);
     for (const auto& [clave, valor] : claves_) texto_.Pon(nombre_, clave, valor);
   }
+  /// Empties keys of the section that stay and are not written anew.
+  void Vacia(std::initializer_list<std::u16string_view> claves) {
+    for (const std::u16string_view clave : claves) {
+      const bool nueva = std::any_of(claves_.begin(), claves_.end(),
+                                     [clave](const auto& propia) { return propia.first == clave; });
+      if (!borrada_ && !nueva && texto_.Valor(nombre_, clave).has_value()) texto_.Pon(nombre_, clave, {});
+    }
+  }
 
  private:
   TextoIni& texto_;
@@ -70,7 +81,7 @@ void PonCondiciones(Seccion& s, const TParamWhereSimpleArray& condiciones, std::
   Cada(condiciones, [&](std::size_t i, const TParamWhereSimple& c) {
     s.Pon(u"NomCampo", i, c.NombreCampo);
     s.Pon(u"TipoCampo", i, IntToStr(static_cast<int>(c.TipoCampo)));
-    s.Pon(u"ValCampo", i, TParametrosFiltro::DameValorIni(c.TipoCampo, c.ValorCampo));
+    s.Pon(u"ValCampo", i, TextoDeValor(c));
     s.Pon(u"OpCampo", i, c.DameOperador());
     s.Pon(u"ConectCampo", i, c.DameOperadorUnion());
     s.Pon(u"CharGrupCampo", i, c.DameCharGrupo());
@@ -98,14 +109,15 @@ TFieldType TipoDe(const Variant& valor) {
 }
 
 void PonPersonalizadas(Seccion& s, const TParametrosFiltro& f) {
-  if (f.FilterParamsPers.IsArray()) {
-    const std::vector<Variant>& valores = f.FilterParamsPers.AsArray().items;
-    s.PonCuenta(u"NumFiltrosP", valores.size());
-    for (std::size_t i = 0; i < valores.size(); ++i) {
-      s.Pon(u"TipoCampoFilterParamsPers", i, IntToStr(static_cast<int>(TipoDe(valores[i]))));
-      s.Pon(u"ValCampoFilterParamsPers", i, TParametrosFiltro::DameValorIni(TipoDe(valores[i]), valores[i]));
-      s.Pon(u"TipoVariantParamsPers", i, IntToStr(static_cast<int>(valores[i].GetKind())));
-    }
+  const Variant& pers = f.FilterParamsPers;
+  const std::vector<Variant> valores = pers.IsArray()   ? pers.AsArray().items
+                                       : pers.IsEmpty() ? std::vector<Variant>()
+                                                        : std::vector<Variant>{pers};
+  s.PonCuenta(u"NumFiltrosP", valores.size());
+  for (std::size_t i = 0; i < valores.size(); ++i) {
+    s.Pon(u"TipoCampoFilterParamsPers", i, IntToStr(static_cast<int>(TipoDe(valores[i]))));
+    s.Pon(u"ValCampoFilterParamsPers", i, TParametrosFiltro::DameValorIni(TipoDe(valores[i]), valores[i]));
+    s.Pon(u"TipoVariantParamsPers", i, IntToStr(static_cast<int>(valores[i].GetKind())));
   }
   if (!f.FilterTextPers.empty()) s.Pon(u"SentenciaSQLPers", u"\"" + f.FilterTextPers + u"\"");
   if (f.FiltroPActivo != 0) s.Pon(u"ActivarFiltroP", IntToStr(f.FiltroPActivo));
@@ -115,9 +127,13 @@ void PonPersonalizadas(Seccion& s, const TParametrosFiltro& f) {
     s.Pon(u"CondicionesPers",
           TParametrosFiltro::DameValorIni(TFieldType::ftString, VarArrayOf(std::move(textos))));
   }
+  s.Vacia({u"NumFiltrosP", u"SentenciaSQLPers", u"ActivarFiltroP", u"CondicionesPers"});
 }
 
-void PonDefinicion(TextoIni& texto, const TParametrosFiltro& f, int numero) {
+void PonDefinicion(TextoIni& texto, const TParametrosFiltro& f, int numero, int nivel) {
+  if (nivel > kUnionesMaximas || numero > std::numeric_limits<int>::max() - kUnionesMaximas) {
+    throw EInvalidOperation(u"La consulta tiene demasiadas uniones para guardarla");
+  }
   const auto seccion = [&](std::u16string_view nombre, const auto& llena) {
     Seccion s(texto, UnicodeString(nombre) + Sufijo(numero));
     s.Borra();
@@ -148,17 +164,19 @@ void PonDefinicion(TextoIni& texto, const TParametrosFiltro& f, int numero) {
   seccion(kUnion, [&f, numero](Seccion& s) {
     if (f.ParametrosUnion != nullptr) s.Pon(u"Filtro", IntToStr(NumeroDeUnion(numero)));
   });
-  if (f.ParametrosUnion != nullptr) PonDefinicion(texto, *f.ParametrosUnion, NumeroDeUnion(numero));
+  if (f.ParametrosUnion != nullptr) {
+    PonDefinicion(texto, *f.ParametrosUnion, NumeroDeUnion(numero), nivel + 1);
+  }
 }
 
 }  // namespace
 
 void TParametrosFiltro::SaveToIni(std::u16string_view archivo, int numero) const {
-  CambiaIni(archivo, kNoSePuedeEscribir, [&](TextoIni& texto) { PonDefinicion(texto, *this, numero); });
+  CambiaIni(archivo, kNoSePuedeActualizar, [&](TextoIni& texto) { PonDefinicion(texto, *this, numero, 0); });
 }
 
 void TParametrosFiltro::SaveToIni(std::u16string_view archivo, std::u16string_view seccion) const {
-  CambiaIni(archivo, kNoSePuedeEscribir, [&](TextoIni& texto) {
+  CambiaIni(archivo, kNoSePuedeActualizar, [&](TextoIni& texto) {
     Seccion s(texto, UnicodeString(seccion));
     s.Borra();
     PonCondiciones(s, ParamWhere, kNumFiltros);
@@ -169,16 +187,12 @@ void TParametrosFiltro::SaveToIni(std::u16string_view archivo, std::u16string_vi
 
 void TParametrosFiltro::SaveParamPersToIni(std::u16string_view archivo, std::u16string_view seccion,
                                            bool borra) const {
-  CambiaIni(archivo, kNoSePuedeEscribir, [&](TextoIni& texto) {
+  CambiaIni(archivo, borra ? kNoSePuedeActualizar : kNoSePuedeEscribir, [&](TextoIni& texto) {
     Seccion s(texto, UnicodeString(seccion));
     if (borra) s.Borra();
     PonPersonalizadas(s, *this);
     s.Escribe();
   });
-}
-
-UnicodeString TParametrosFiltro::SaveToExistsInn(const Variant& valor) const {
-  return DameValorIni(TFieldType::ftDataSet, valor);
 }
 
 }  // namespace vel

@@ -16,9 +16,6 @@ namespace {
 
 using namespace persistencia;  // the names of sections and keys
 
-// More partners than any query has; a bound for a damaged file.
-constexpr int kUnionesMaximas = 1000;
-
 /// The keys of one section, read once. Of equal keys the first counts; a missing one is empty.
 class Seccion {
  public:
@@ -66,8 +63,8 @@ TParamWhereSimpleArray LeeCondiciones(const Seccion& s, std::u16string_view cuen
     const UnicodeString tipo = s.Valor(u"TipoCampo", i);
     c->NombreCampo = s.Valor(u"NomCampo", i);
     c->TipoCampo = static_cast<TFieldType>(static_cast<std::uint8_t>(tipo.empty() ? 0 : StrToInt(tipo)));
-    c->ValorCampo = TParametrosFiltro::DameValorLstCampos(c->TipoCampo, s.Valor(u"ValCampo", i));
     c->Operador = Operador(s.Valor(u"OpCampo", i));
+    c->ValorCampo = ValorDeTexto(c->TipoCampo, c->Operador, s.Valor(u"ValCampo", i));
     c->ConectorSigCampo = Conector(s.Valor(u"ConectCampo", i));
     c->CharGrupo = TParametrosFiltro::DameCharGrupo(TrimView(s.Valor(u"CharGrupCampo", i)));
     c->Sensitive = DameValorBooleano(s.Valor(u"Sensitive", i));
@@ -126,7 +123,7 @@ void LeePersonalizadas(const Seccion& s, TParametrosFiltro& f) {
 // A join is stored with a blank on either side, which the file's reader trims: it gets one again.
 UnicodeString LeeJoin(const UnicodeString& texto) { return u" " + Trim(texto) + u" "; }
 
-std::unique_ptr<TParametrosFiltro> LeeDefinicion(const TextoIni& texto, int numero) {
+std::unique_ptr<TParametrosFiltro> LeeDefinicion(const TextoIni& texto, int numero, int nivel) {
   const auto seccion = [&](std::u16string_view nombre) {
     return Seccion(texto, UnicodeString(nombre) + Sufijo(numero));
   };
@@ -148,10 +145,10 @@ std::unique_ptr<TParametrosFiltro> LeeDefinicion(const TextoIni& texto, int nume
   if (!unida.empty()) {
     const int siguiente = StrToInt(unida);
     // A partner that leads back would never end.
-    if (siguiente <= std::max(numero, 0) || siguiente > kUnionesMaximas) {
+    if (siguiente <= std::max(numero, 0) || nivel == kUnionesMaximas) {
       throw EInvalidOperation(u"La unión " + unida + u" de la consulta no es válida");
     }
-    f->ParametrosUnion = LeeDefinicion(texto, siguiente);
+    f->ParametrosUnion = LeeDefinicion(texto, siguiente, nivel + 1);
   }
   return f;
 }
@@ -159,8 +156,8 @@ std::unique_ptr<TParametrosFiltro> LeeDefinicion(const TextoIni& texto, int nume
 }  // namespace
 
 void TParametrosFiltro::LoadFromIni(std::u16string_view archivo, int numero) {
-  const TextoIni texto = LeeIni(archivo);
-  const std::unique_ptr<TParametrosFiltro> leido = LeeDefinicion(texto, numero);
+  const TextoIni texto = LeeIniEntero(archivo);
+  const std::unique_ptr<TParametrosFiltro> leido = LeeDefinicion(texto, numero, 0);
   NombreTabla = std::move(leido->NombreTabla);
   ParamSelect = std::move(leido->ParamSelect);
   Join = std::move(leido->Join);
@@ -180,20 +177,24 @@ void TParametrosFiltro::LoadFromIni(std::u16string_view archivo, int numero) {
   const Seccion vista(texto, u"Vista1");
   const UnicodeString orden = vista.Valor(u"OrdenadoPor");
   const UnicodeString descendente = vista.Valor(u"Descendente");
-  if (!orden.empty()) SetOrderBy(orden);
+  // Set anew, so that loading twice does not turn the order around.
+  if (!orden.empty()) {
+    OrderBy.clear();
+    SetOrderBy(orden);
+  }
   if (!descendente.empty())
     OrdDesc = DameValorBooleano(descendente) || descendente == u"1" || descendente == u"-1";
 }
 
 void TParametrosFiltro::LoadFromIni(std::u16string_view archivo, std::u16string_view seccion) {
-  const Seccion s(LeeIni(archivo), UnicodeString(seccion));
+  const Seccion s(LeeIniEntero(archivo), UnicodeString(seccion));
   TParamWhereSimpleArray condiciones = LeeCondiciones(s, kNumFiltros);
   LeePersonalizadas(s, *this);
   ParamWhere = std::move(condiciones);
 }
 
 void TParametrosFiltro::LoadParamPersFromIni(std::u16string_view archivo, std::u16string_view seccion) {
-  LeePersonalizadas(Seccion(LeeIni(archivo), UnicodeString(seccion)), *this);
+  LeePersonalizadas(Seccion(LeeIniEntero(archivo), UnicodeString(seccion)), *this);
 }
 
 }  // namespace vel

@@ -24,14 +24,11 @@ bool NecesitaEscape(std::u16string_view patron) {
 
 }  // namespace
 
-void Redactor::Marcador(Clausula clausula, TFieldType tipo, const Variant& valor, bool enMayusculas) {
+void Redactor::Marcador(Clausula clausula, TFieldType tipo, const Variant& valor) {
   const std::size_t inicio = salida_.size() + 1;
   salida_ += clausula == Clausula::Where ? u":var" : u":hav";
   AppendInt(salida_, ++numero_);
-  if (parametros_ == nullptr) return;
-  Variant enlazado = ConvierteATipo(tipo, valor);
-  if (enMayusculas) enlazado = Variant(Mayusculas(enlazado.AsString()));
-  parametros_->Add({salida_.substr(inicio), tipo, std::move(enlazado)});
+  if (parametros_ != nullptr) parametros_->Add({salida_.substr(inicio), tipo, ConvierteATipo(tipo, valor)});
 }
 
 void Redactor::Comparacion(const TParamWhereSimple& c, std::u16string_view abre, Clausula clausula) {
@@ -84,7 +81,7 @@ void Redactor::Intervalo(const TParamWhereSimple& c, std::u16string_view abre, C
   }
   const Variant& bajo = c.ValorCampo.AsArray().items[0];
   const Variant& alto = c.ValorCampo.AsArray().items[1];
-  salida_.append(u" ( ").append(abre).append(c.NombreCampo).append(TextoOperador(c.Operador));
+  salida_.append(u" ( ").append(abre).append(c.NombreCampo).append(u" BETWEEN ");
   if (c.TipoCampo == kSqlCrudo) {
     salida_.append(TextoCrudo(bajo)).append(u" AND ").append(TextoCrudo(alto)).append(u") ");
   } else if (!conParametros_) {
@@ -120,7 +117,10 @@ void Redactor::Patron(const TParamWhereSimple& c, std::u16string_view abre, Clau
   }
   const bool pliegaMarcador = enHaving && !c.Sensitive;
   salida_ += pliegaMarcador ? u" UPPER( " : u" ";
-  Marcador(clausula, c.TipoCampo, c.ValorCampo, !c.Sensitive);
+  // A pattern is text whatever the column holds.
+  const bool pliega = !c.Sensitive && !c.ValorCampo.IsNull() && !c.ValorCampo.IsEmpty();
+  Marcador(clausula, EsTexto(c.TipoCampo) ? c.TipoCampo : TFieldType::ftString,
+           pliega ? Variant(Mayusculas(patron)) : c.ValorCampo);
   if (pliegaMarcador) salida_ += u") ";
   if (NecesitaEscape(patron)) salida_ += u" ESCAPE '/' ";
 }

@@ -39,7 +39,7 @@ class Redactor {
   void Condicion(const TParamWhereSimple& c, Clausula clausula);
   void Filtro(const TParametrosFiltro& filtro);
   /// ":var" or ":hav" and the next number; the value goes to the parameters.
-  void Marcador(Clausula clausula, TFieldType tipo, const Variant& valor, bool enMayusculas = false);
+  void Marcador(Clausula clausula, TFieldType tipo, const Variant& valor);
 
   UnicodeString& salida_;
   bool conParametros_;
@@ -58,5 +58,8 @@ UnicodeString TextoCrudo(const Variant& valor);
 /// converted, anything else as it is. Null and empty values are null. Raises EConvertError or
 /// EVariantTypeCastError.
 Variant ConvierteATipo(TFieldType tipo, const Variant& valor);
+
+/// True for the types whose values are texts.
+bool EsTexto(TFieldType tipo) noexcept;
 
 }  // namespace vel

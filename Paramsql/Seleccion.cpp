@@ -43,10 +43,11 @@ void TParametrosFiltro::EliminaCampoSelect() {
 
 UnicodeString TParametrosFiltro::CamposSelect() const {
   UnicodeString lista;
+  std::u16string_view separador;
   for (const auto& campo : ParamSelect) {
     if (campo == nullptr) continue;
-    if (!lista.empty()) lista += u',';
-    lista += campo->AliasCampo.empty() ? campo->NombreCampo : campo->AliasCampo;
+    lista.append(separador).append(campo->AliasCampo.empty() ? campo->NombreCampo : campo->AliasCampo);
+    separador = u",";
   }
   return lista;
 }
@@ -61,8 +62,9 @@ UnicodeString TParametrosFiltro::DameAliasCampo(std::u16string_view campo) const
   if (encontrado == nullptr) return {};
   const std::u16string_view alias = encontrado->AliasCampo;
   if (!TrimView(alias).empty()) {
-    const bool entreComillas = alias.size() > 1 && alias.front() == u'"' && alias.back() == u'"';
-    return UnicodeString(entreComillas ? alias.substr(1, alias.size() - 2) : alias);
+    if (alias.front() != u'"' || alias.back() != u'"') return UnicodeString(alias);
+    // One quote alone both begins and ends the alias, and nothing is left.
+    return alias.size() == 1 ? UnicodeString() : UnicodeString(alias.substr(1, alias.size() - 2));
   }
   // Without a point find gives npos, and npos + 1 is the whole text.
   return UnicodeString(campo.substr(campo.find(u'.') + 1));

@@ -199,8 +199,9 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   /// single quotes (a text that begins with "'" stays as it is); empty for any other type, and for texts and
   /// dates when `conParametros`. An array gives its elements' literals joined by ", ".
   static UnicodeString DameValorCampoStr(TFieldType tipo, const Variant& valor, bool conParametros);
-  /// The value that a stored text means, by type: a number, date or truth value where the type says so, else
-  /// text. Surrounding double quotes are dropped, and braces, which make an array of any list; then a list of
+  /// The value that a stored text means, by type: a number, date or truth value where the type says so and
+  /// the text is written as this library would ("7", not "007"), nothing for an empty one, else text.
+  /// Surrounding double quotes are dropped, and braces, which make an array of any list; then a list of
   /// elements in single quotes (a quote inside stands twice) separated by "," gives an array, one such
   /// element a single value, and NULL without quotes a null. Any other text is the value itself. Raw SQL only
   /// loses its own outer quotes. Raises EConvertError when an element does not convert to its type.
@@ -209,17 +210,19 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   // --- Definitions kept in INI files. A whole definition has sections of its own for each part, their names
   // followed by `numero` (nothing for 0 or less); a union partner has the next number. Each call replaces
   // what the file held of the definition, in one step: on a fault (Exception when the file cannot be written,
-  // EInvalidOperation for a text with a line break) the file is as it was. A reloaded definition builds the
-  // same statement and binds the same parameters; dates keep their milliseconds. Order, DISTINCT and
-  // ParamPers are not part of it: a caller keeps the order in section "Vista1" ("OrdenadoPor", and
-  // "Descendente" as "TRUE" or "FALSE"), which the reader of number 0 applies.
+  // EInvalidOperation for a text with a line break or more than 64 partners) the file is as it was. A
+  // reloaded definition builds the same statement and binds the same parameters, but for blanks around names,
+  // which the file does not keep, and for values of a type that says nothing of them (ftUnknown), which
+  // become texts; dates keep their milliseconds. Order, DISTINCT and ParamPers are not part of it: a caller
+  // keeps the order in section "Vista1" ("OrdenadoPor", and "Descendente" as "TRUE" or "FALSE"), which the
+  // reader of number 0 applies.
 
   void SaveToIni(std::u16string_view archivo, int numero) const;
   /// The WHERE conditions and the personalised ones into one section.
   void SaveToIni(std::u16string_view archivo, std::u16string_view seccion) const;
-  /// Missing keys and files leave their part empty. A value that does not convert to its type raises
-  /// EConvertError, a union partner whose number does not grow EInvalidOperation; the definition is then as
-  /// it was.
+  /// Missing keys and files leave their part empty. A file that cannot be read raises Exception, a value that
+  /// does not convert to its type EConvertError, a union partner whose number does not grow
+  /// EInvalidOperation; the definition is then as it was.
   void LoadFromIni(std::u16string_view archivo, int numero);
   void LoadFromIni(std::u16string_view archivo, std::u16string_view seccion);
   /// The personalised conditions (FiltroPActivo, FilterTextPers, FilterPersItems, FilterParamsPers) in a
@@ -229,8 +232,7 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   /// Stored text of an array of raw SQL: its elements in single quotes, those inside doubled, between braces.
   UnicodeString SaveToExistsInn(const Variant& valor) const;
   /// Stored text of a value, which DameValorLstCampos reads back: between double quotes, elements in single
-  /// quotes (those inside doubled, except in a single raw SQL text), NULL for a null; nothing for an empty
-  /// value.
+  /// quotes (those inside doubled), NULL for a null; nothing for an empty value.
   static UnicodeString DameValorIni(TFieldType tipo, const Variant& valor);
 
   void Propiedades(VisitantePropiedades& visitante) override;

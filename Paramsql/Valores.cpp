@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "Paramsql/Persistencia.h"
 #include "Paramsql/Redactor.h"
 #include "Paramsql/TParametrosFiltro.h"
 #include "framework/Excepciones.h"
@@ -61,10 +62,20 @@ Variant Entero(std::int64_t valor) {
   return std::in_range<std::int32_t>(valor) ? Variant(static_cast<std::int32_t>(valor)) : Variant(valor);
 }
 
-// What a text of the field type means.
-Variant DeTexto(TFieldType tipo, std::u16string_view texto) {
-  Variant valor(texto);
-  switch (FamiliaDe(tipo)) {
+// The text of a value that reads back to it: a number that its general text would round keeps all its digits.
+UnicodeString TextoIda(const Variant& valor) {
+  if (valor.GetKind() != Variant::Kind::Double || RoundToText(valor.AsDouble()) == valor.AsDouble()) {
+    return valor.AsString();
+  }
+  std::array<char, 40> buf;
+  const auto r = std::to_chars(buf.data(), buf.data() + buf.size(), valor.AsDouble());
+  return UnicodeString(buf.data(), r.ptr);
+}
+
+Variant Convierte(Familia familia, const Variant& valor) {
+  switch (familia) {
+    case Familia::Texto:
+      return Variant(valor.AsString());
     case Familia::Entero:
       return Entero(valor.AsInt64());
     case Familia::Flotante:
@@ -72,15 +83,27 @@ Variant DeTexto(TFieldType tipo, std::u16string_view texto) {
     case Familia::Booleano:
       return Variant(valor.AsBoolean());
     case Familia::Fecha: {
+      if (valor.TextPtr() == nullptr) return Variant(valor.AsDateTime());
       // A date that a user wrote in the database's own notation stays text.
       TDateTime momento;
-      return TryStrToDateTime(texto, momento) ? Variant(momento) : valor;
+      return TryStrToDateTime(*valor.TextPtr(), momento) ? Variant(momento) : valor;
     }
-    case Familia::Texto:
     case Familia::Otra:
       break;
   }
   return valor;
+}
+
+// What a stored text of the field type means. A text that is not written as the library would ("007",
+// "12:30") stays one, so that a literal made of it is the same again.
+Variant DeTexto(TFieldType tipo, std::u16string_view texto) {
+  const Familia familia = FamiliaDe(tipo);
+  const bool sinVacio =
+      familia == Familia::Entero || familia == Familia::Flotante || familia == Familia::Booleano;
+  if (texto.empty() && sinVacio) return Variant();
+  const Variant valor(texto);
+  Variant convertido = Convierte(familia, valor);
+  return TextoIda(convertido) == texto ? std::move(convertido) : valor;
 }
 
 bool EntreComillas(std::u16string_view texto, char16_t comilla) {
@@ -124,16 +147,6 @@ bool LeeLista(std::u16string_view resto, TFieldType tipo, std::vector<Variant>& 
 
 UnicodeString EntreApostrofos(const UnicodeString& texto) {
   return !texto.empty() && texto.front() == u'\'' ? texto : u"'" + texto + u"'";
-}
-
-// The text of a value that reads back to it: a number that its general text would round keeps all its digits.
-UnicodeString TextoIda(const Variant& valor) {
-  if (valor.GetKind() != Variant::Kind::Double || RoundToText(valor.AsDouble()) == valor.AsDouble()) {
-    return valor.AsString();
-  }
-  std::array<char, 40> buf;
-  const auto r = std::to_chars(buf.data(), buf.data() + buf.size(), valor.AsDouble());
-  return UnicodeString(buf.data(), r.ptr);
 }
 
 template <typename Texto>
@@ -189,20 +202,74 @@ Variant TParametrosFiltro::DameValorLstCampos(TFieldType tipo, std::u16string_vi
 }
 
 UnicodeString TParametrosFiltro::DameValorIni(TFieldType tipo, const Variant& valor) {
-  const auto elemento = [](const Variant& v) {
+  // As its type has it, which is what the statement shows; a text stays as it was given.
+  const auto texto = [tipo](const Variant& v) {
+    return v.TextPtr() != nullptr ? *v.TextPtr() : TextoIda(Convierte(FamiliaDe(tipo), v));
+  };
+  const auto elemento = [&texto](const Variant& v) {
     const bool nulo = v.IsEmpty() || v.IsNull();
-    return nulo ? UnicodeString(kNulo) : u"'" + StringReplace(TextoIda(v), u"'", u"''") + u"'";
+    return nulo ? UnicodeString(kNulo) : u"'" + StringReplace(texto(v), u"'", u"''") + u"'";
   };
   if (valor.IsEmpty()) return {};
-  if (valor.IsArray()) {
-    const std::vector<Variant>& elementos = valor.AsArray().items;
-    const UnicodeString lista = Une(elementos, u",", elemento);
-    const bool conLlaves = tipo == TFieldType::ftDataSet || elementos.empty();
-    return conLlaves ? u"\"{" + lista + u"}\"" : u"\"" + lista + u"\"";
-  }
-  if (tipo == TFieldType::ftDataSet && !valor.IsNull()) return u"\"'" + valor.AsString() + u"'\"";
-  return u"\"" + elemento(valor) + u"\"";
+  if (!valor.IsArray()) return u"\"" + elemento(valor) + u"\"";
+  const std::vector<Variant>& elementos = valor.AsArray().items;
+  const UnicodeString lista = Une(elementos, u",", elemento);
+  return elementos.empty() ? UnicodeString(u"\"{}\"") : u"\"" + lista + u"\"";
 }
+
+UnicodeString TParametrosFiltro::SaveToExistsInn(const Variant& valor) const {
+  const UnicodeString lista = valor.IsArray() ? DameValorIni(TFieldType::ftDataSet, valor) : u"\"\"";
+  return lista == u"\"{}\"" ? lista : u"\"{" + lista.substr(1, lista.size() - 2) + u"}\"";
+}
+
+namespace persistencia {
+namespace {
+
+bool EsPruebaNulo(ENUM_OPERADOR operador) noexcept {
+  return operador == ENUM_OPERADOR::ISNULL || operador == ENUM_OPERADOR::NOTNULL;
+}
+
+// The type by which the operator takes the value.
+TFieldType TipoEfectivo(TFieldType tipo, ENUM_OPERADOR operador) noexcept {
+  const bool comoTexto = operador == ENUM_OPERADOR::LIKE || operador == ENUM_OPERADOR::EXISTS ||
+                         operador == ENUM_OPERADOR::MACRO || EsPruebaNulo(operador);
+  return comoTexto && tipo != TFieldType::ftDataSet ? TFieldType::ftString : tipo;
+}
+
+// The operators whose arrays of raw SQL are stored between braces.
+bool ConLlaves(ENUM_OPERADOR operador) noexcept {
+  return operador == ENUM_OPERADOR::INN || operador == ENUM_OPERADOR::BETWEEN ||
+         operador == ENUM_OPERADOR::EXISTS;
+}
+
+}  // namespace
+
+UnicodeString TextoDeValor(const TParamWhereSimple& condicion) {
+  const Variant& valor = condicion.ValorCampo;
+  if (condicion.TipoCampo == TFieldType::ftDataSet) {
+    if (valor.IsArray() && ConLlaves(condicion.Operador))
+      return TParametrosFiltro(u"").SaveToExistsInn(valor);
+    const bool suelto = !valor.IsArray() && !valor.IsEmpty() && !valor.IsNull();
+    if (suelto) return u"\"'" + valor.AsString() + u"'\"";
+  }
+  if (valor.IsEmpty() && EsPruebaNulo(condicion.Operador)) return u"\"''\"";
+  return TParametrosFiltro::DameValorIni(TipoEfectivo(condicion.TipoCampo, condicion.Operador), valor);
+}
+
+Variant ValorDeTexto(TFieldType tipo, ENUM_OPERADOR operador, std::u16string_view texto) {
+  if (tipo == TFieldType::ftDataSet && !ConLlaves(operador) && EntreComillas(texto, u'"')) {
+    std::vector<Variant> elementos;
+    if (LeeLista(texto.substr(1, texto.size() - 2), TFieldType::ftString, elementos) &&
+        elementos.size() > 1) {
+      return VarArrayOf(std::move(elementos));
+    }
+  }
+  Variant valor = TParametrosFiltro::DameValorLstCampos(TipoEfectivo(tipo, operador), texto);
+  const bool vacio = valor.TextPtr() != nullptr && valor.TextPtr()->empty();
+  return vacio && EsPruebaNulo(operador) ? Variant() : std::move(valor);
+}
+
+}  // namespace persistencia
 
 UnicodeString TextoCrudo(const Variant& valor) {
   if (!valor.IsArray()) return valor.AsString();
@@ -211,21 +278,9 @@ UnicodeString TextoCrudo(const Variant& valor) {
 
 Variant ConvierteATipo(TFieldType tipo, const Variant& valor) {
   if (valor.IsEmpty() || valor.IsNull()) return Variant::Null();
-  switch (FamiliaDe(tipo)) {
-    case Familia::Texto:
-      return Variant(valor.AsString());
-    case Familia::Entero:
-      return Entero(valor.AsInt64());
-    case Familia::Flotante:
-      return Variant(valor.AsDouble());
-    case Familia::Booleano:
-      return Variant(valor.AsBoolean());
-    case Familia::Fecha:
-      return valor.TextPtr() != nullptr ? DeTexto(tipo, *valor.TextPtr()) : Variant(valor.AsDateTime());
-    case Familia::Otra:
-      break;
-  }
-  return valor;
+  return Convierte(FamiliaDe(tipo), valor);
 }
+
+bool EsTexto(TFieldType tipo) noexcept { return FamiliaDe(tipo) == Familia::Texto; }
 
 }  // namespace vel

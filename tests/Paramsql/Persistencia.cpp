@@ -4,6 +4,7 @@
 #include <iterator>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <unistd.h>
 
 #include "Paramsql/Paramsql.h"
@@ -41,10 +42,11 @@ class Definicion : public testing::Test {
 
 // Statement and parameters of a definition as one text.
 std::string Huella(TParametrosFiltro& f) {
-  std::string huella =
-      UTF8Encode(f.DameSentenciaSQL(false, 0)) + "\n" + UTF8Encode(f.DameSentenciaSQL(true, 0));
+  std::string huella = UTF8Encode(f.DameSentenciaSQL(false, 0)) + "\n";
+  huella += UTF8Encode(f.DameSentenciaSQL(true, 0));
   TParams parametros;
   f.AsignaParametros(parametros, 0);
+  EXPECT_EQ(parametros.Count() == 0, huella.find(":var1") == std::string::npos);
   for (const TParam& p : parametros) {
     huella += "\n" + UTF8Encode(p.Name) + " " + std::to_string(static_cast<int>(p.DataType)) + " " +
               std::to_string(static_cast<int>(p.Value.GetKind())) + " " + UTF8Encode(p.Value.AsString());
@@ -84,6 +86,21 @@ void ArmaTodo(TParametrosFiltro& f) {
   f.AgregaFiltro(u"N", Tipo::ftString, Variant(), Op::ISNULL, Y, SIN, true);
   f.AgregaFiltro(u"N", Tipo::ftInteger, Variant(1), Op::NOTIN, Y, SIN, true);
   f.AgregaFiltro(u"N", Tipo::ftString, Variant(), Op::NOTNULL, Y, SIN, true);
+  // Values that are not of the kind of their field, and operators to which the field says nothing.
+  const std::tuple<Tipo, Op, Variant> sueltos[] = {
+      {Tipo::ftInteger, Op::EXISTS, Variant(u"SELECT 'x'")},
+      {Tipo::ftInteger, Op::LIKE, Variant(u"12%")},
+      {Tipo::ftInteger, Op::MACRO, Variant(u"m")},
+      {Tipo::ftFloat, Op::ISNULL, Variant(u"")},
+      {Tipo::ftInteger, Op::IGUAL, Variant(true)},
+      {Tipo::ftInteger, Op::INN, Variant(u"007")},
+      {Tipo::ftString, Op::IGUAL, Variant(0.1 + 0.2)},
+      {Tipo::ftString, Op::IGUAL, Variant(u"Ã©")},
+      {Tipo::ftDateTime, Op::IGUAL, Variant(45427.5)},
+      {Tipo::ftDateTime, Op::IGUAL, Variant(u"12:30")},
+      {Tipo::ftDateTime, Op::IGUAL, Variant(u"'2024-05-15'")},
+      {Tipo::ftDataSet, Op::NOTIN, VarArrayOf({Variant(u"1+1"), Variant(u"'b'")})}};
+  for (const auto& [tipo, op, valor] : sueltos) f.AgregaFiltro(u"S", tipo, valor, op, Y, SIN, true);
   f.GroupBy = u"C.NOMBRE, C.I";
   f.AgregaHaving(u"MIN(N)", Tipo::ftString, Variant(u"a%"), Op::LIKE, ENUM_CONECTOR::OR, ENUM_GRUPO::INICIA,
                  true);
@@ -196,7 +213,8 @@ TEST_F(Definicion, StaysWholeOnBadInput) {
     FAIL();
   } catch (const Exception& e) {
     EXPECT_EQ(e.Message(),
-              u"No se puede escribir en el archivo \"/proc/nada/consulta.ini\"\nCompruebe que tenga los "
+              u"No se puede actualizar la información del archivo \"/proc/nada/consulta.ini\"\nCompruebe que "
+              u"tenga los "
               u"permisos necesarios.");
   }
   const std::string huella = Huella(f);
