@@ -14,6 +14,8 @@ struct Linea {
   Clase clase = Clase::Nada;
   std::u16string_view nombre;
   std::u16string_view valor;
+  /// The value with its outer blanks: all from the "=" to the end of the line.
+  std::u16string_view crudo;
   std::size_t inicio = 0;
   std::size_t siguiente = 0;
   bool enBlanco = false;
@@ -35,9 +37,9 @@ class Lineas {
     lugar_ = linea.siguiente;
     linea.enBlanco = contenido.empty();
     if (contenido.empty() || contenido.front() == u';') return true;
-    if (contenido.front() == u'[' && contenido.back() == u']' && contenido.size() > 1) {
+    if (const std::size_t cierre = CierreDeSeccion(contenido); cierre != 0) {
       linea.clase = Clase::Seccion;
-      linea.nombre = TrimView(contenido.substr(1, contenido.size() - 2));
+      linea.nombre = TrimView(contenido.substr(1, cierre - 1));
       return true;
     }
     const std::size_t igual = contenido.find(u'=');
@@ -45,13 +47,37 @@ class Lineas {
     linea.clase = Clase::Clave;
     linea.nombre = TrimRightView(contenido.substr(0, igual));
     linea.valor = TrimLeftView(contenido.substr(igual + 1));
+    const std::size_t trasIgual = static_cast<std::size_t>(contenido.data() - texto_.data()) + igual + 1;
+    linea.crudo = texto_.substr(trasIgual, fin - trasIgual);
     return true;
   }
 
  private:
+  // Where the name of a section's line ends: at its last character or before a comment; 0 for other lines.
+  static std::size_t CierreDeSeccion(std::u16string_view contenido) noexcept {
+    if (contenido.size() < 2 || contenido.front() != u'[') return 0;
+    if (contenido.back() == u']') return contenido.size() - 1;
+    const std::size_t cierre = contenido.find(u']');
+    if (cierre == std::u16string_view::npos) return 0;
+    return TrimLeftView(contenido.substr(cierre + 1)).front() == u';' ? cierre : 0;
+  }
+
   std::u16string_view texto_;
   std::size_t lugar_ = 0;
 };
+
+std::optional<Linea> Busca(std::u16string_view texto, std::u16string_view seccion,
+                           std::u16string_view clave) {
+  const std::u16string_view buscada = TrimView(seccion);
+  const std::u16string_view nombre = TrimView(clave);
+  bool dentro = false;
+  Linea linea;
+  for (Lineas lineas(texto); lineas.Lee(linea);) {
+    if (linea.clase == Clase::Seccion) dentro = SameText(linea.nombre, buscada);
+    if (dentro && linea.clase == Clase::Clave && SameText(linea.nombre, nombre)) return linea;
+  }
+  return std::nullopt;
+}
 
 bool TieneSalto(std::u16string_view texto) noexcept {
   return texto.find_first_of(std::u16string_view(u"\r\n\0", 3)) != std::u16string_view::npos;
@@ -76,15 +102,8 @@ void Valida(std::u16string_view seccion, std::u16string_view clave, std::u16stri
 
 std::optional<std::u16string_view> TextoIni::Valor(std::u16string_view seccion,
                                                    std::u16string_view clave) const {
-  const std::u16string_view buscada = TrimView(seccion);
-  const std::u16string_view nombre = TrimView(clave);
-  bool dentro = false;
-  Linea linea;
-  for (Lineas lineas(texto_); lineas.Lee(linea);) {
-    if (linea.clase == Clase::Seccion) dentro = SameText(linea.nombre, buscada);
-    if (dentro && linea.clase == Clase::Clave && SameText(linea.nombre, nombre)) return linea.valor;
-  }
-  return std::nullopt;
+  const std::optional<Linea> linea = Busca(texto_, seccion, clave);
+  return linea.has_value() ? std::optional(linea->valor) : std::nullopt;
 }
 
 std::vector<std::pair<UnicodeString, UnicodeString>> TextoIni::Seccion(std::u16string_view seccion) const {
@@ -119,9 +138,12 @@ std::u16string_view TextoIni::FinDeLinea() const noexcept {
 
 void TextoIni::Pon(std::u16string_view seccion, std::u16string_view clave, std::u16string_view valor) {
   Valida(seccion, clave, valor);
-  if (const std::optional<std::u16string_view> actual = Valor(seccion, clave)) {
+  if (const std::optional<Linea> linea = Busca(texto_, seccion, clave)) {
+    // The blanks around the old value stay, unless the new one brings its own.
+    const bool conBlancos = TrimView(valor).size() != valor.size();
+    const std::u16string_view actual = conBlancos ? linea->crudo : linea->valor;
     // The view lies in the text: its place is where the new value goes.
-    texto_.replace(static_cast<std::size_t>(actual->data() - texto_.data()), actual->size(), valor);
+    texto_.replace(static_cast<std::size_t>(actual.data() - texto_.data()), actual.size(), valor);
     return;
   }
   const UnicodeString finDeLinea(FinDeLinea());

@@ -33,7 +33,8 @@ struct FallaArchivo {
   bool Hubo() const noexcept { return clase != ClaseFalla::Ninguna; }
 };
 
-/// The whole file, opened for reading with sharing allowed to all. A folder is unreadable (AccesoDenegado).
+/// The whole file, opened for reading with sharing allowed to all. A folder, a device or a pipe is unreadable
+/// (AccesoDenegado).
 UTILVEL90_EXPORT FallaArchivo LeeArchivo(std::u16string_view ruta, std::string& bytes);
 
 /// The same for callers that do not ask why: nothing when the file cannot be read.
@@ -73,11 +74,11 @@ UTILVEL90_EXPORT FallaArchivo AbreArchivo(std::u16string_view ruta, unsigned int
 UTILVEL90_EXPORT void CierraArchivo(int manejador) noexcept;
 
 /// Keeps other threads and processes that ask for the lock of a file in the same folder out, until it is
-/// destroyed. The system lifts the lock of a process that ends in any way. A thread that asks for the lock of
-/// a folder that it has locked already waits for ever.
+/// destroyed. The system lifts the lock of a process that ends in any way.
 class UTILVEL90_EXPORT CandadoArchivo {
  public:
-  /// Waits for the lock. A folder that cannot be opened leaves the object without one; see Falla.
+  /// Waits for the lock, at most ten seconds. A folder that cannot be opened, or that another keeps locked,
+  /// leaves the object without one; see Falla.
   explicit CandadoArchivo(std::u16string_view ruta);
   CandadoArchivo(const CandadoArchivo&) = delete;
   CandadoArchivo& operator=(const CandadoArchivo&) = delete;

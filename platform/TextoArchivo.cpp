@@ -7,6 +7,7 @@ namespace {
 
 constexpr std::string_view kMarcaUtf8 = "\xEF\xBB\xBF";
 constexpr std::string_view kMarcaUtf16 = "\xFF\xFE";
+constexpr std::string_view kMarcaUtf16Inversa = "\xFE\xFF";
 
 Codificacion Reconoce(std::string_view bytes) {
   if (bytes.substr(0, kMarcaUtf16.size()) == kMarcaUtf16) return Codificacion::Utf16;
@@ -34,6 +35,11 @@ std::string AUtf16(std::u16string_view texto) {
   return bytes;
 }
 
+std::string Codifica(std::u16string_view texto, Codificacion codificacion) {
+  if (codificacion == Codificacion::Windows1252) return ACp1252(texto);
+  return std::string(codificacion == Codificacion::Utf8ConMarca ? kMarcaUtf8 : "") + UTF8Encode(texto);
+}
+
 }  // namespace
 
 TextoArchivo DecodificaArchivo(std::string_view bytes) {
@@ -54,18 +60,16 @@ TextoArchivo DecodificaArchivo(std::string_view bytes) {
 }
 
 std::string CodificaArchivo(const TextoArchivo& archivo) {
-  switch (archivo.codificacion) {
-    case Codificacion::Utf8:
-      return UTF8Encode(archivo.texto);
-    case Codificacion::Utf8ConMarca:
-      return std::string(kMarcaUtf8) + UTF8Encode(archivo.texto);
-    case Codificacion::Windows1252:
-      if (CabeEnCp1252(archivo.texto)) return ACp1252(archivo.texto);
-      break;
-    case Codificacion::Utf16:
-      break;
+  if (archivo.codificacion != Codificacion::Utf16) {
+    std::string bytes = Codifica(archivo.texto, archivo.codificacion);
+    // Also a Windows-1252 text whose bytes happen to be good UTF-8 would come back as another.
+    if (DecodificaArchivo(bytes).texto == archivo.texto) return bytes;
   }
   return std::string(kMarcaUtf16) + AUtf16(archivo.texto) + archivo.resto;
+}
+
+bool SeReescribeIgual(std::string_view bytes, const TextoArchivo& leido) {
+  return bytes.substr(0, kMarcaUtf16Inversa.size()) != kMarcaUtf16Inversa && CodificaArchivo(leido) == bytes;
 }
 
 }  // namespace vel

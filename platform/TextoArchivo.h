@@ -24,7 +24,11 @@ struct TextoArchivo {
 /// Windows-1252, which is also what ASCII alone counts as.
 UTILVEL90_EXPORT TextoArchivo DecodificaArchivo(std::string_view bytes);
 
-/// The bytes of a text, in its encoding; one that Windows-1252 cannot hold becomes UTF-16.
+/// The bytes of a text, in its encoding; one that would not be read back from it becomes UTF-16.
 UTILVEL90_EXPORT std::string CodificaArchivo(const TextoArchivo& archivo);
+
+/// False when writing the file back would change what nobody asked for: it holds damaged text, or is UTF-16
+/// of the other byte order, which is not read.
+UTILVEL90_EXPORT bool SeReescribeIgual(std::string_view bytes, const TextoArchivo& leido);
 
 }  // namespace vel

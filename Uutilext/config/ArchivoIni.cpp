@@ -21,6 +21,14 @@ TextoIni LeeIni(std::u16string_view archivo) {
   return bytes.has_value() ? TextoIni(DecodificaArchivo(*bytes).texto) : TextoIni();
 }
 
+TextoIni LeeIniEntero(std::u16string_view archivo) {
+  std::string bytes;
+  const FallaArchivo falla = LeeArchivo(archivo, bytes);
+  const bool falta = falla.clase == ClaseFalla::NoExiste || falla.clase == ClaseFalla::RutaNoExiste;
+  if (falla.Hubo() && !falta) FallaArchivoIni(u"No se puede leer el archivo ", archivo);
+  return TextoIni(DecodificaArchivo(bytes).texto);
+}
+
 void CambiaIni(std::u16string_view archivo, std::u16string_view mensaje,
                const std::function<void(TextoIni&)>& cambio) {
   const CandadoArchivo candado(archivo);
@@ -29,6 +37,7 @@ void CambiaIni(std::u16string_view archivo, std::u16string_view mensaje,
   const FallaArchivo lectura = LeeArchivo(archivo, bytes);
   if (lectura.Hubo() && lectura.clase != ClaseFalla::NoExiste) FallaArchivoIni(mensaje, archivo);
   TextoArchivo leido = DecodificaArchivo(bytes);
+  if (!SeReescribeIgual(bytes, leido)) FallaArchivoIni(mensaje, archivo);
   TextoIni texto(leido.texto);
   cambio(texto);
   if (texto.Texto() == leido.texto) return;

@@ -11,16 +11,22 @@ namespace vel {
 /// The text of the file; empty when it is missing or cannot be read.
 TextoIni LeeIni(std::u16string_view archivo);
 
+/// The same for what must not be taken for empty: a file that is there and cannot be read raises Exception,
+/// its message as in CambiaIni.
+TextoIni LeeIniEntero(std::u16string_view archivo);
+
 /// Loads the file, lets `cambio` change its text and saves it, while no other program of the suite does the
 /// same. The encoding on disk is kept: UTF-16LE or UTF-8 with a mark, UTF-8, Windows-1252 (also for a file
-/// that is new or has only ASCII characters); a text that Windows-1252 cannot hold makes it UTF-16LE with a
-/// mark. A text that did not change is not saved. Any fault of the file raises Exception with the message
-/// `mensaje` + the path between quotation marks, a line break and the advice about permissions; the file is
-/// then as it was.
+/// that is new or has only ASCII characters); a text that would not be read back from it makes it UTF-16LE
+/// with a mark. A text that did not change is not saved. Any fault of the file, damaged text in it included,
+/// raises Exception with the message `mensaje` + the path between quotation marks, a line break and the
+/// advice about permissions; the file is then as it was.
 void CambiaIni(std::u16string_view archivo, std::u16string_view mensaje,
                const std::function<void(TextoIni&)>& cambio);
 
-/// The beginning of that message when a value is written.
+/// The beginning of that message when a value is written, and when a section is erased.
 inline constexpr std::u16string_view kNoSePuedeEscribir = u"No se puede escribir en el archivo ";
+inline constexpr std::u16string_view kNoSePuedeActualizar =
+    u"No se puede actualizar la información del archivo ";
 
 }  // namespace vel

@@ -50,7 +50,7 @@ UnicodeString DameArchivoConfig() {
   if (!ExisteCarpeta(carpeta)) CreaCarpeta(carpeta);
   UnicodeString archivo = carpeta + DameNombreArchIni();
   if (!EsProcesoServidor() && !ExisteArchivo(archivo)) {
-    // The seed is a path without a file name; installations that made a file of it rely on that.
+    // The seed is a path without a file name: it is copied only where that path itself names a file.
     const UnicodeString semilla = DameCarpetasConocidas().datosComunes + u"\\Tavex\\";
     if (ExisteArchivo(semilla)) CopiaArchivo(semilla, archivo, false);
   }
@@ -76,8 +76,7 @@ void EscribeValor(std::u16string_view seccion, std::u16string_view clave, std::u
 }
 
 void BorraSeccion(std::u16string_view archivo, std::u16string_view seccion) {
-  CambiaIni(archivo, u"No se puede actualizar la información del archivo ",
-            [&](TextoIni& texto) { texto.Borra(seccion); });
+  CambiaIni(archivo, kNoSePuedeActualizar, [&](TextoIni& texto) { texto.Borra(seccion); });
 }
 
 UnicodeString GetProfileStringW(std::u16string_view archivo, std::u16string_view seccion,

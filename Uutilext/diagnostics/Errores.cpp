@@ -34,13 +34,13 @@ UnicodeString MensajeDe(const FallaArchivo& falla, const UnicodeString& nombre) 
 
 void LanzaThrow(std::u16string_view mensaje, int& codigo) {
   logInter(u"uUtil::LanzaThrow...Inicio");
-  if (!EsProcesoServidor()) {
-    logInter(u"uUtil::LanzaThrow...!ES_WEBSERVICE");
-    codigo = -1;
-    throw Exception(mensaje);
-  }
-  logInter(u"uUtil::LanzaThrow...ES_WEBSERVICE");
-  throw codigo;
+  const bool esServicio = EsProcesoServidor();
+  logInter(esServicio ? u"uUtil::LanzaThrow...ES_WEBSERVICE" : u"uUtil::LanzaThrow...!ES_WEBSERVICE");
+  logInter(u"uUtil::LanzaThrow...Fin");
+  // A service host catches integers and maps them to its own responses.
+  if (esServicio) throw codigo;
+  codigo = -1;
+  throw Exception(mensaje);
 }
 
 bool esErrorSesionCaduca(std::u16string_view mensaje) noexcept {

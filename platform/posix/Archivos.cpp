@@ -2,11 +2,14 @@
 
 #include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <fcntl.h>
 #include <filesystem>
+#include <iterator>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <system_error>
+#include <thread>
 #include <unistd.h>
 #include <utility>
 
@@ -19,7 +22,10 @@ namespace {
 // What the user's mask leaves of it.
 constexpr mode_t kModoNuevo = 0666;
 
-std::string Nativa(std::u16string_view ruta) { return UTF8Encode(RutaNativa(ruta)); }
+// Empty, which names no file, for a path with a NUL, which the system would cut there.
+std::string Nativa(std::u16string_view ruta) {
+  return ruta.find(u'\0') == std::u16string_view::npos ? UTF8Encode(RutaNativa(ruta)) : std::string();
+}
 
 /// A file descriptor that closes itself.
 class Descriptor {
@@ -151,25 +157,25 @@ bool Existe(std::u16string_view ruta, bool carpeta) {
 
 FallaArchivo LeeArchivo(std::u16string_view ruta, std::string& bytes) {
   const std::string nativa = Nativa(ruta);
-  const Descriptor archivo(open(nativa.c_str(), O_RDONLY | O_CLOEXEC));
+  // A pipe must not make the caller wait for someone who opens its other end.
+  const Descriptor archivo(open(nativa.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   struct stat estado {};
   if (archivo.Fd() < 0 || fstat(archivo.Fd(), &estado) != 0) return FallaDeRuta(errno, nativa);
-  if (S_ISDIR(estado.st_mode)) return posix::FallaDe(EISDIR);
-  std::string leidos;
-  // One byte more than the size, so that the end shows in the second read.
+  if (!S_ISREG(estado.st_mode)) return posix::FallaDe(S_ISDIR(estado.st_mode) ? EISDIR : EACCES);
+  // One byte more than the size, so that the end shows in the second read and a key file's bytes stay in one
+  // place. The system's own files have no size.
   constexpr std::size_t kBloque = 65536;
+  std::string leidos(estado.st_size > 0 ? static_cast<std::size_t>(estado.st_size) + 1 : kBloque, '\0');
   std::size_t cuenta = 0;
-  std::size_t lugar = estado.st_size > 0 ? static_cast<std::size_t>(estado.st_size) + 1 : kBloque;
   for (;;) {
-    leidos.resize(cuenta + lugar);
-    const ssize_t n = read(archivo.Fd(), leidos.data() + cuenta, lugar);
+    if (cuenta == leidos.size()) leidos.resize(cuenta + kBloque);
+    const ssize_t n = read(archivo.Fd(), leidos.data() + cuenta, leidos.size() - cuenta);
     if (n < 0 && errno == EINTR) continue;
     if (n < 0) return posix::FallaDe(errno);
-    cuenta += static_cast<std::size_t>(n);
-    leidos.resize(cuenta);
     if (n == 0) break;
-    lugar = kBloque;
+    cuenta += static_cast<std::size_t>(n);
   }
+  leidos.resize(cuenta);
   bytes = std::move(leidos);
   return {};
 }
@@ -214,7 +220,6 @@ FallaArchivo CopiaArchivo(std::u16string_view origen, std::u16string_view destin
 }
 
 FallaArchivo AgregaAlFinal(std::u16string_view ruta, std::string_view bytes) {
-  constexpr mode_t kModoNuevo = 0666;
   const std::string nativa = Nativa(ruta);
   Descriptor archivo(open(nativa.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, kModoNuevo));
   if (archivo.Fd() < 0) return FallaDeRuta(errno, nativa);
@@ -227,17 +232,15 @@ FallaArchivo BorraArchivo(std::u16string_view ruta) {
 }
 
 FallaArchivo AbreArchivo(std::u16string_view ruta, unsigned int modo, int& manejador) {
-  constexpr unsigned int kCrea = 0xFF00;
   constexpr unsigned int kAcceso = 0x3;
   constexpr unsigned int kComparticion = 0x70;
   constexpr unsigned int kExclusivo = 0x10;
   constexpr unsigned int kNiegaEscritura = 0x20;
-  constexpr int kBanderas[] = {O_RDONLY, O_WRONLY, O_RDWR, O_RDWR};
-  constexpr mode_t kModoNuevo = 0666;
+  constexpr int kBanderas[] = {O_RDONLY, O_WRONLY, O_RDWR};
   manejador = -1;
+  if ((modo & kAcceso) >= std::size(kBanderas)) return posix::FallaDe(EINVAL);
   const std::string nativa = Nativa(ruta);
-  const int banderas = (modo & kCrea) == kCrea ? O_RDWR | O_CREAT | O_TRUNC : kBanderas[modo & kAcceso];
-  Descriptor archivo(open(nativa.c_str(), banderas | O_CLOEXEC, kModoNuevo));
+  Descriptor archivo(open(nativa.c_str(), kBanderas[modo & kAcceso] | O_CLOEXEC));
   struct stat estado {};
   if (archivo.Fd() < 0 || fstat(archivo.Fd(), &estado) != 0) return FallaDeRuta(errno, nativa);
   if (S_ISDIR(estado.st_mode)) return posix::FallaDe(EISDIR);
@@ -259,8 +262,15 @@ struct CandadoArchivo::Candado {
 CandadoArchivo::CandadoArchivo(std::u16string_view ruta) {
   const std::string carpeta = CarpetaDe(Resuelve(Nativa(ruta)));
   Descriptor descriptor(open(carpeta.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  int r = descriptor.Fd() < 0 ? -1 : flock(descriptor.Fd(), LOCK_EX);
-  while (r != 0 && errno == EINTR) r = flock(descriptor.Fd(), LOCK_EX);
+  int r = descriptor.Fd() < 0 ? -1 : flock(descriptor.Fd(), LOCK_EX | LOCK_NB);
+  // A stopped program that holds the lock must not stop the others for ever.
+  constexpr std::chrono::seconds kEspera{10};
+  constexpr std::chrono::microseconds kPausa{300};
+  const auto limite = std::chrono::steady_clock::now() + kEspera;
+  while (r != 0 && (errno == EINTR || (errno == EWOULDBLOCK && std::chrono::steady_clock::now() < limite))) {
+    std::this_thread::sleep_for(kPausa);
+    r = flock(descriptor.Fd(), LOCK_EX | LOCK_NB);
+  }
   if (r != 0) {
     falla_ = FallaDeRuta(errno, carpeta + "/");
     return;

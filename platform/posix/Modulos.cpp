@@ -1,10 +1,12 @@
 #include "platform/Modulos.h"
 
+#include <charconv>
+#include <cstdint>
 #include <dlfcn.h>
-#include <filesystem>
+#include <fstream>
 #include <link.h>
 #include <string>
-#include <system_error>
+#include <string_view>
 
 namespace vel {
 namespace {
@@ -36,6 +38,25 @@ int Visita(dl_phdr_info* modulo, std::size_t /*largo*/, void* datos) {
   return busqueda.encontrado ? 1 : 0;
 }
 
+// The file that an address belongs to, by the system's list of what the process has mapped. It has whole
+// paths, where the dynamic linker repeats a relative one that stopped being true when the working folder
+// changed.
+std::string ArchivoDe(const void* direccion) {
+  const auto buscada = reinterpret_cast<std::uintptr_t>(direccion);
+  std::ifstream mapas("/proc/self/maps");
+  for (std::string linea; std::getline(mapas, linea);) {
+    std::uintptr_t inicio = 0;
+    std::uintptr_t fin = 0;
+    const char* const ultimo = linea.data() + linea.size();
+    const auto r = std::from_chars(linea.data(), ultimo, inicio, 16);
+    if (r.ptr == ultimo) continue;
+    std::from_chars(r.ptr + 1, ultimo, fin, 16);
+    const std::size_t ruta = linea.find('/');
+    if (buscada >= inicio && buscada < fin && ruta != std::string::npos) return linea.substr(ruta);
+  }
+  return {};
+}
+
 }  // namespace
 
 bool ModuloCargado(std::u16string_view nombre) {
@@ -50,9 +71,8 @@ UnicodeString RutaBiblioteca() {
   static const char ancla = 0;
   Dl_info informacion{};
   if (dladdr(&ancla, &informacion) == 0) return {};
-  std::error_code error;
-  const std::filesystem::path ruta = std::filesystem::absolute(informacion.dli_fname, error);
-  return UTF8ToString(error ? std::string(informacion.dli_fname) : ruta.string());
+  const std::string_view nombre = informacion.dli_fname;
+  return UTF8ToString(nombre.substr(0, 1) == "/" ? std::string(nombre) : ArchivoDe(&ancla));
 }
 
 }  // namespace vel

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/Archivos.h"
 #include "platform/TextoArchivo.h"
@@ -54,27 +56,37 @@ UnicodeString ClaveCompleta(std::u16string_view clave, bool nodo32) {
   return completa;
 }
 
-/// The lines between a key's own line and the next key's; nothing when the file has no such key.
+/// The lines between a key's own line and the next key's.
 struct Tramo {
   std::size_t inicio;
   std::size_t fin;
 };
 
-std::optional<Tramo> BuscaClave(std::u16string_view texto, const UnicodeString& clave) {
-  std::optional<Tramo> tramo;
+/// A key as the file has it: it may stand in several places, or only in the names of keys within it.
+struct Clave {
+  bool existe = false;
+  std::vector<Tramo> tramos;
+};
+
+Clave BuscaClave(std::u16string_view texto, const UnicodeString& nombre) {
+  Clave clave;
+  bool dentro = false;
   for (std::size_t i = 0; i < texto.size();) {
     const Linea linea = LineaEn(texto, i);
     const std::u16string_view contenido = TrimView(texto.substr(linea.inicio, linea.fin - linea.inicio));
     if (!contenido.empty() && contenido.front() == u'[') {
-      if (tramo.has_value()) break;
-      if (SameText(contenido.substr(1, contenido.rfind(u']') - 1), clave))
-        tramo = Tramo{linea.siguiente, linea.siguiente};
-    } else if (tramo.has_value() && !contenido.empty()) {
-      tramo->fin = linea.siguiente;
+      const std::u16string_view leido = contenido.substr(1, contenido.rfind(u']') - 1);
+      dentro = SameText(leido, nombre);
+      if (dentro) clave.tramos.push_back({linea.siguiente, linea.siguiente});
+      const bool hija = leido.size() > nombre.size() && leido[nombre.size()] == u'\\' &&
+                        SameText(leido.substr(0, nombre.size()), nombre);
+      clave.existe = clave.existe || dentro || hija;
+    } else if (dentro && !contenido.empty()) {
+      clave.tramos.back().fin = linea.siguiente;
     }
     i = linea.siguiente;
   }
-  return tramo;
+  return clave;
 }
 
 // Reads a quoted text in which "\" escapes, and moves past it.
@@ -138,8 +150,8 @@ struct Hallazgo {
   UnicodeString valor;
 };
 
-std::optional<Hallazgo> BuscaValor(std::u16string_view texto, const Tramo& tramo,
-                                   std::u16string_view nombre) {
+std::optional<Hallazgo> BuscaEnTramo(std::u16string_view texto, const Tramo& tramo,
+                                     std::u16string_view nombre) {
   for (std::size_t i = tramo.inicio; i < tramo.fin;) {
     const Linea linea = LineaEn(texto, i);
     std::u16string_view contenido = TrimLeftView(texto.substr(linea.inicio, linea.fin - linea.inicio));
@@ -157,16 +169,24 @@ std::optional<Hallazgo> BuscaValor(std::u16string_view texto, const Tramo& tramo
   return std::nullopt;
 }
 
+std::optional<Hallazgo> BuscaValor(std::u16string_view texto, const Clave& clave,
+                                   std::u16string_view nombre) {
+  for (const Tramo& tramo : clave.tramos) {
+    if (std::optional<Hallazgo> hallazgo = BuscaEnTramo(texto, tramo, nombre)) return hallazgo;
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 ValorRegistro LeeRegistro(std::u16string_view clave, std::u16string_view nombre) {
   const UnicodeString registro = DecodificaArchivo(LeeArchivo(RutaRegistro()).value_or(std::string())).texto;
   ValorRegistro leido;
   for (const bool nodo32 : {true, false}) {
-    const std::optional<Tramo> tramo = BuscaClave(registro, ClaveCompleta(clave, nodo32));
-    if (!tramo.has_value()) continue;
+    const Clave encontrada = BuscaClave(registro, ClaveCompleta(clave, nodo32));
+    if (!encontrada.existe) continue;
     leido.claveExiste = true;
-    if (const std::optional<Hallazgo> hallazgo = BuscaValor(registro, *tramo, nombre)) {
+    if (const std::optional<Hallazgo> hallazgo = BuscaValor(registro, encontrada, nombre)) {
       std::u16string_view valor = hallazgo->valor;
       UnicodeString cadena;
       leido.texto = LeeCadena(valor, cadena) ? std::optional(cadena) : LeeHexadecimal(hallazgo->valor);
@@ -191,25 +211,29 @@ FallaArchivo EscribeRegistro(std::u16string_view clave, std::u16string_view nomb
   if (lectura.Hubo() && lectura.clase != ClaseFalla::NoExiste) return lectura;
   // A new file is UTF-16, as the registry's own exports.
   TextoArchivo d = DecodificaArchivo(lectura.Hubo() ? "\xFF\xFE" : bytes);
+  if (!lectura.Hubo() && !SeReescribeIgual(bytes, d)) {
+    return {ClaseFalla::Otra, u"el archivo del registro está dañado"};
+  }
   // An ASCII file gets its first accents as an editor of this system would write them.
   if (!lectura.Hubo() && IsASCII(bytes)) d.codificacion = Codificacion::Utf8;
   if (d.texto.empty()) d.texto = UnicodeString(kEncabezado) + u"\r\n";
 
   UnicodeString completa = ClaveCompleta(clave, true);
-  std::optional<Tramo> tramo = BuscaClave(d.texto, completa);
-  if (!tramo.has_value()) {
+  Clave encontrada = BuscaClave(d.texto, completa);
+  if (!encontrada.existe) {
     completa = ClaveCompleta(clave, false);
-    tramo = BuscaClave(d.texto, completa);
+    encontrada = BuscaClave(d.texto, completa);
   }
   const UnicodeString linea = (nombre.empty() ? u"@" : Cadena(nombre)) + u"=" + Dato(texto);
-  if (!tramo.has_value()) {
+  if (encontrada.tramos.empty()) {
     if (d.texto.back() != u'\n') d.texto += u"\r\n";
     d.texto.append(u"\r\n[").append(completa).append(u"]\r\n").append(linea).append(u"\r\n");
-  } else if (const std::optional<Hallazgo> hallazgo = BuscaValor(d.texto, *tramo, nombre)) {
+  } else if (const std::optional<Hallazgo> hallazgo = BuscaValor(d.texto, encontrada, nombre)) {
     d.texto.replace(hallazgo->linea.inicio, hallazgo->linea.fin - hallazgo->linea.inicio, linea);
   } else {
-    const bool sinSalto = tramo->fin > 0 && d.texto[tramo->fin - 1] != u'\n';
-    d.texto.insert(tramo->fin, (sinSalto ? u"\r\n" : u"") + linea + u"\r\n");
+    const std::size_t fin = encontrada.tramos.front().fin;
+    const bool sinSalto = fin > 0 && d.texto[fin - 1] != u'\n';
+    d.texto.insert(fin, (sinSalto ? u"\r\n" : u"") + linea + u"\r\n");
   }
   return ReemplazaArchivo(ruta, CodificaArchivo(d));
 }

@@ -134,6 +134,8 @@ TEST(Configuracion, KeepsTheEncodingOnDisk) {
        "a\nk=1\n",
        u"Ω", utf16(u"[S]\nn=Peña\nk=Ω\n")},
       {"", u"ñ", "[S]\r\nk=\xF1\r\n"},
+      // Bytes that would be read as UTF-8.
+      {"", u"Ã±", utf16(u"[S]\r\nk=Ã±\r\n")},
   };
   for (const auto& caso : casos) {
     c.Escribe("a.ini", caso.antes);
@@ -156,6 +158,12 @@ TEST(Configuracion, SaysWhichFileItCannotWriteAndLeavesIt) {
     EXPECT_EQ(MensajeDe([&] { BorraSeccion(archivo, u"a"); }),
               "No se puede actualizar la información del archivo " + fin);
   }
+  // What cannot be written back as it was stays.
+  for (const std::string danado : {"\xEF\xBB\xBF[S]\nn=\xF1\nk=1\n", "\xFE\xFFx"}) {
+    c.Escribe("d.ini", danado);
+    EXPECT_NE(MensajeDe([&] { EscribeValor(c.Archivo("d.ini"), u"S", u"k", u"2"); }), "none");
+    EXPECT_EQ(c.Lee("d.ini"), danado);
+  }
   // A full disk: the system refuses to let the file grow.
   const std::string antes = "[S]\nk=1\n;" + std::string(5000, 'x') + "\n";
   c.Escribe("a.ini", antes);
@@ -168,7 +176,7 @@ TEST(Configuracion, SaysWhichFileItCannotWriteAndLeavesIt) {
   setrlimit(RLIMIT_FSIZE, &limite);
   EXPECT_NE(mensaje, "none");
   EXPECT_EQ(c.Lee("a.ini"), antes);
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(c.Ruta()), {}), 2) << "no temporary file stays";
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(c.Ruta()), {}), 3) << "no temporary file stays";
   EXPECT_THROW(EscribeValor(c.Archivo("a.ini"), u"S", u"k", u"a\nb"), EInvalidOperation);
   EXPECT_EQ(c.Lee("a.ini"), antes);
 }

@@ -35,6 +35,8 @@ TEST(Registro, IsReadAsA32BitProgramSeesIt) {
   EXPECT_EQ(DameDirectorioArchComun(), u"c:\\sistemas\\tavex\\comunes\\") << "the key without the value";
   EscribeDirectorioArchComun(u"E:");
   EXPECT_EQ(DameDirectorioArchComun(), u"E:\\");
+  c.Escribe("registro.reg", "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Tavex\\Otra]\r\n");
+  EXPECT_EQ(DameDirectorioArchComun(), u"c:\\sistemas\\tavex\\comunes\\") << "a key that only holds another";
 }
 
 TEST(Registro, IsWrittenWhereThereIsNone) {

@@ -123,7 +123,8 @@ TEST(IntentarAbrirArchivo, NamesTheFileAndTheFault) {
   EXPECT_NE(mensaje("a.txt", 0x20, false), "abierto") << "opened exclusively by another";
   EXPECT_EQ(write(manejador, "y", 1), 1);
   CierraArchivo(manejador);
-  EXPECT_EQ(mensaje("nuevo.txt", 0xFF00, false), "abierto");
+  EXPECT_EQ(mensaje("nuevo.txt", 0xFF00, false), "No se pudo encontrar el archivo nuevo.txt");
+  EXPECT_EQ(mensaje("a.txt", 0xFF02, false), "abierto");
   EXPECT_EQ(c.Lee("a.txt"), "y");
 }
 
