@@ -38,12 +38,4 @@ struct TCalculoCFDI::CamposPartida {
   Campo descuentoCompra;
 };
 
-/// An entry of a tax list: the lines of one rate. Each number is the one that its text in the list reads
-/// back to, because the lists accumulate through their texts.
-struct TCalculoCFDI::Gravado {
-  double tasa;
-  double base;
-  double impuesto;
-};
-
 }  // namespace vel

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "Ucalculocfdi/CamposPartida.h"
+#include "Ucalculocfdi/Listas.h"
 #include "Ucalculocfdi/TCalculoCFDI.h"
 #include "Uutilext/documents/Redondeo.h"
 #include "framework/Excepciones.h"
@@ -66,7 +67,9 @@ bool TCalculoCFDI::CamposPartida::Campo::Es(std::u16string_view texto) const {
 
 double TCalculoCFDI::RedondeaPartida(double valor) const { return g_redoTo(valor, DecimalesPartida); }
 
-void TCalculoCFDI::CalculaImpDescPar() { ImpuestosDePartida(CamposPartida(Partidas, Modulo)); }
+void TCalculoCFDI::CalculaImpDescPar() {
+  ConListas([this] { ImpuestosDePartida(CamposPartida(Partidas, Modulo)); });
+}
 
 void TCalculoCFDI::ImpuestosDePartida(const CamposPartida& campos) {
   ImpuestoPartida.fill(0);
@@ -90,7 +93,7 @@ void TCalculoCFDI::ImpuestosDePartida(const CamposPartida& campos) {
     const double impuesto =
         conCuota ? AplicaImpuAdicIEPS((*campos.modoCuota).AsString(), base, tasa, codigo, indice)
                  : AplicaImpuesto(base, tasa, codigo, indice);
-    LlenaListImpuestos(base, tasa, impuesto, indice + 1);
+    Grava(base, tasa, impuesto, i);
   }
 }
 

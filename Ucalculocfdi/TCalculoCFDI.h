@@ -75,7 +75,8 @@ class UTILVEL90_EXPORT TCalculoCFDI {
 
   /// Points `lista` at the list of tax `numero` (1 to 8), still owned by this object; any other number leaves
   /// it alone. An entry's text is the rate and its object a TStringList of two texts: taxable base and tax of
-  /// the lines at that rate. Valid until the next calculation.
+  /// the lines at that rate. The list stays the same one, and what it holds counts: entries that the caller
+  /// removes are gone from later totals. Later operations change and add entries, and remove none.
   void DameListImpuestos(TStringList*& lista, int numero);
 
   /// Totals by 0-based index; 0 out of range.
@@ -106,7 +107,7 @@ class UTILVEL90_EXPORT TCalculoCFDI {
   Impuestos ImpuestoPartida;
   Descuentos DescuentoPartida;
   Impuestos TotalImpuesto;
-  /// Brought up to date by DameListImpuestos.
+  /// See DameListImpuestos.
   std::array<TStringList, kImpuestos> ListaImpuesto;
 
  private:
@@ -115,11 +116,18 @@ class UTILVEL90_EXPORT TCalculoCFDI {
 
   double RedondeaPartida(double valor) const;
   double RedondeaTotal(double valor) const;
+  void RecorrePartidas();
   void ImpuestosDePartida(const CamposPartida& campos);
   double ImporteConImpuestos(double cantidad, double precio, double cambio) const;
   void CierraTotales();
+  // A calculation works on the lists as numbers: reads them at its start and writes them at its end.
+  template <typename Trabajo>
+  void ConListas(const Trabajo& trabajo);
+  void LeeLista(std::size_t impuesto);
+  void EscribeLista(std::size_t impuesto);
+  void Grava(double base, double tasa, double impuesto, std::size_t numero);
 
-  /// What the lists hold, as numbers: the entries of each tax in the order of their first line.
+  /// What the lists hold, as numbers and in their order, while an operation works on them.
   std::array<std::vector<Gravado>, kImpuestos> gravados_;
 };
 

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "Ucalculocfdi/CamposPartida.h"
+#include "Ucalculocfdi/Listas.h"
 #include "Ucalculocfdi/TCalculoCFDI.h"
 #include "Uutilext/documents/Redondeo.h"
 #include "framework/Numeros.h"
@@ -39,6 +40,13 @@ void TCalculoCFDI::SetPartidas(const TClientDataSet& partidas) { Partidas.Append
 double TCalculoCFDI::RedondeaTotal(double valor) const { return g_redoTo(valor, DecimalesTotales); }
 
 void TCalculoCFDI::CalculaTotales() {
+  ConListas([this] {
+    RecorrePartidas();
+    CierraTotales();
+  });
+}
+
+void TCalculoCFDI::RecorrePartidas() {
   InicializaValores();
   const CamposPartida campos(Partidas, Modulo);
   const auto seCuenta = [&campos] {
@@ -75,7 +83,6 @@ void TCalculoCFDI::CalculaTotales() {
     // Also for lines whose discounts were not computed: they add the last ones again.
     AcumulaDescuentosPar();
   }
-  CierraTotales();
 }
 
 double TCalculoCFDI::ImporteConImpuestos(double cantidad, double precio, double cambio) const {
@@ -104,32 +111,15 @@ void TCalculoCFDI::CierraTotales() {
 }
 
 void TCalculoCFDI::LlenaListImpuestos(double base, double tasa, double impuesto, int numero) {
-  if (!(tasa > 0) || numero < 1 || numero > kImpuestos) return;
-  std::vector<Gravado>& lista = gravados_[static_cast<std::size_t>(numero - 1)];
-  // Entries are told apart by the text of their rate; equal texts read back to equal numbers.
-  const double clave = RoundToText(tasa);
-  const auto it =
-      std::find_if(lista.begin(), lista.end(), [clave](const Gravado& g) { return g.tasa == clave; });
-  if (it == lista.end()) {
-    lista.push_back({clave, RoundToText(base), RoundToText(impuesto)});
-  } else {
-    it->base = RoundToText(it->base + base);
-    it->impuesto = RoundToText(it->impuesto + impuesto);
-  }
+  if (numero < 1 || numero > kImpuestos) return;
+  const auto k = static_cast<std::size_t>(numero - 1);
+  LeeLista(k);
+  Grava(base, tasa, impuesto, k);
+  EscribeLista(k);
 }
 
 void TCalculoCFDI::DameListImpuestos(TStringList*& lista, int numero) {
-  if (numero < 1 || numero > kImpuestos) return;
-  const auto k = static_cast<std::size_t>(numero - 1);
-  TStringList& textos = ListaImpuesto[k];
-  textos.Clear();
-  for (const Gravado& g : gravados_[k]) {
-    auto montos = std::make_unique<TStringList>();
-    montos->Add(FloatToStr(g.base));
-    montos->Add(FloatToStr(g.impuesto));
-    textos.AddObject(FloatToStr(g.tasa), std::move(montos));
-  }
-  lista = &textos;
+  if (numero >= 1 && numero <= kImpuestos) lista = &ListaImpuesto[static_cast<std::size_t>(numero - 1)];
 }
 
 double TCalculoCFDI::GetTotalImpuesto(int indice) const noexcept {

@@ -189,6 +189,21 @@ TEST(Totales, SumTheRoundedListWhenThereIsMoreThanOneRate) {
   EXPECT_EQ(una.Subtotal, 67 * 0.01);
 }
 
+TEST(Totales, WorkOnTheListsThatCallersHold) {
+  Calculo calculo({Iva(16, 100), Iva(8, 10)});
+  calculo.LlenaListImpuestos(50, 16, 8, 1);
+  TStringList* lista = nullptr;
+  calculo.DameListImpuestos(lista, 1);
+  const auto& montos = dynamic_cast<const TStringList&>(*lista->Objects(0));
+  calculo.CalculaTotales();
+  EXPECT_EQ(lista->Count(), 2U);
+  EXPECT_EQ(montos[0] + u" " + montos[1], u"150 24");
+  lista->Clear();
+  calculo.CalculaTotales();
+  EXPECT_EQ(calculo.Lista(1), "16: 100, 16; 8: 10, 0.8; ");
+  EXPECT_EQ(calculo.GetTotalImpuesto(0), 16.8);
+}
+
 TEST(Totales, LeaveOutWhatDoesNotCount) {
   const struct {
     const char16_t* producto;

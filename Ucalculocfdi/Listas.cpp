@@ -1,0 +1,79 @@
+// The tax lists: texts for the callers, numbers while an operation works on them.
+
+#include "Ucalculocfdi/Listas.h"
+
+#include <algorithm>
+#include <limits>
+#include <memory>
+
+#include "framework/Excepciones.h"
+#include "framework/Numeros.h"
+
+namespace vel {
+namespace {
+
+// The list of base and tax that an entry carries.
+TStringList& Montos(const TStringList& lista, std::size_t indice) {
+  auto* const montos = dynamic_cast<TStringList*>(lista.Objects(indice));
+  if (montos != nullptr && montos->Count() >= 2) return *montos;
+  throw EInvalidOperation(u"La tasa '" + lista[indice] + u"' de una lista de impuestos no tiene sus montos");
+}
+
+// Amounts that divide by zero stand in the lists too.
+double DeMonto(const UnicodeString& texto) {
+  constexpr double kInfinito = std::numeric_limits<double>::infinity();
+  if (texto == u"INF") return kInfinito;
+  if (texto == u"-INF") return -kInfinito;
+  return texto == u"NAN" ? std::numeric_limits<double>::quiet_NaN() : StrToFloat(texto);
+}
+
+void Actualiza(TStringList& montos, std::size_t renglon, double valor) {
+  const UnicodeString texto = FloatToStr(valor);
+  if (montos[renglon] != texto) montos.Put(renglon, texto);
+}
+
+}  // namespace
+
+void TCalculoCFDI::LeeLista(std::size_t impuesto) {
+  const TStringList& lista = ListaImpuesto[impuesto];
+  std::vector<Gravado> leidos;
+  for (std::size_t i = 0; i < lista.Count(); ++i) {
+    const TStringList& montos = Montos(lista, i);
+    leidos.push_back({DeMonto(lista[i]), DeMonto(montos[0]), DeMonto(montos[1])});
+  }
+  gravados_[impuesto] = std::move(leidos);
+}
+
+void TCalculoCFDI::EscribeLista(std::size_t impuesto) {
+  TStringList& lista = ListaImpuesto[impuesto];
+  const std::vector<Gravado>& gravados = gravados_[impuesto];
+  const std::size_t habia = lista.Count();
+  for (std::size_t i = 0; i < habia; ++i) {
+    TStringList& montos = Montos(lista, i);
+    Actualiza(montos, 0, gravados[i].base);
+    Actualiza(montos, 1, gravados[i].impuesto);
+  }
+  for (std::size_t i = habia; i < gravados.size(); ++i) {
+    auto montos = std::make_unique<TStringList>();
+    montos->Add(FloatToStr(gravados[i].base));
+    montos->Add(FloatToStr(gravados[i].impuesto));
+    lista.AddObject(FloatToStr(gravados[i].tasa), std::move(montos));
+  }
+}
+
+void TCalculoCFDI::Grava(double base, double tasa, double impuesto, std::size_t numero) {
+  if (!(tasa > 0)) return;
+  std::vector<Gravado>& gravados = gravados_[numero];
+  // Entries are told apart by the text of their rate; equal texts read back to equal numbers.
+  const double clave = RoundToText(tasa);
+  const auto it =
+      std::find_if(gravados.begin(), gravados.end(), [clave](const Gravado& g) { return g.tasa == clave; });
+  if (it == gravados.end()) {
+    gravados.push_back({clave, RoundToText(base), RoundToText(impuesto)});
+  } else {
+    it->base = RoundToText(it->base + base);
+    it->impuesto = RoundToText(it->impuesto + impuesto);
+  }
+}
+
+}  // namespace vel
