@@ -100,7 +100,6 @@ void Columna::FallaTipo() const {
 }
 
 void Columna::Dimensiona(std::size_t registros) {
-  const std::size_t antes = conValor.size();
   conValor.resize(registros);
   switch (clase) {
     case Clase::Entero:
@@ -116,7 +115,6 @@ void Columna::Dimensiona(std::size_t registros) {
       break;
     case Clase::Anidado:
       anidados.resize(registros);
-      for (std::size_t i = antes; i < registros; ++i) Anula(i);
       break;
   }
 }
@@ -147,10 +145,18 @@ void Columna::Anula(std::size_t registro) {
       textos[registro].clear();
       break;
     case Clase::Anidado:
-      anidados[registro] = std::make_unique<TClientDataSet>();
-      anidados[registro]->CreateDataSet(def.ChildDefs);
+      anidados[registro].reset();
       break;
   }
+}
+
+TClientDataSet& Columna::Anidado(std::size_t registro) {
+  std::unique_ptr<TClientDataSet>& anidado = anidados[registro];
+  if (anidado == nullptr) {
+    anidado = std::make_unique<TClientDataSet>();
+    anidado->CreateDataSet(def.ChildDefs);
+  }
+  return *anidado;
 }
 
 void Columna::AgregaCopias(const Columna& otra, std::size_t cuenta) {
@@ -166,8 +172,9 @@ void Columna::AgregaCopias(const Columna& otra, std::size_t cuenta) {
   if (clase == Clase::Anidado) {
     anidados.reserve(anidados.size() + cuenta);
     for (std::size_t i = 0; i < cuenta; ++i) {
-      anidados.push_back(std::make_unique<TClientDataSet>());
-      anidados.back()->AssignData(*otra.anidados[i]);
+      auto copiado = otra.anidados[i] == nullptr ? nullptr : std::make_unique<TClientDataSet>();
+      if (copiado != nullptr) copiado->AssignData(*otra.anidados[i]);
+      anidados.push_back(std::move(copiado));
     }
   }
   copia(conValor, otra.conValor);
@@ -207,6 +214,19 @@ bool Columna::CabeEntero(std::int64_t valor) const noexcept {
   return intervalo == nullptr || (valor >= intervalo->minimo && valor <= intervalo->maximo);
 }
 
+bool Columna::CabeReal(double valor) const noexcept {
+  return def.DataType != TFieldType::ftSingle || !(std::abs(valor) > std::numeric_limits<float>::max());
+}
+
+double Columna::MomentoPropio(double valor) const {
+  // From 1 January of year 1 to the end of year 9999.
+  if (!(valor > -693'594.0 && valor < 2'958'466.0)) {
+    throw EDatabaseError(FloatToStr(valor) + u" no es una fecha válida" + EnCampo(def));
+  }
+  if (def.DataType == TFieldType::ftDate) return std::trunc(valor);
+  return def.DataType == TFieldType::ftTime ? std::abs(valor - std::trunc(valor)) : valor;
+}
+
 bool Columna::CabeTexto(std::u16string_view valor) const noexcept {
   return def.Size <= 0 || valor.size() <= static_cast<std::size_t>(def.Size);
 }
@@ -222,8 +242,7 @@ void Columna::PonEntero(std::size_t registro, std::int64_t valor) {
       break;
     case Clase::Real:
     case Clase::Fecha:
-      reales[registro] = static_cast<double>(valor);
-      break;
+      return PonReal(registro, static_cast<double>(valor));
     case Clase::Texto:
       return PonTexto(registro, IntToStr(valor));
     case Clase::Anidado:
@@ -244,8 +263,11 @@ void Columna::PonReal(std::size_t registro, double valor) {
       enteros[registro] = valor != 0 ? 1 : 0;
       break;
     case Clase::Real:
-    case Clase::Fecha:
+      if (!CabeReal(valor)) throw EDatabaseError(FloatToStr(valor) + u" está fuera de rango" + EnCampo(def));
       reales[registro] = valor;
+      break;
+    case Clase::Fecha:
+      reales[registro] = MomentoPropio(valor);
       break;
     case Clase::Texto:
       return PonTexto(registro, FloatToStr(valor));
@@ -332,7 +354,8 @@ bool Columna::Iguala(std::size_t registro, const Variant& valor) const {
         return valor.TextPtr() != nullptr ? textos[registro] == *valor.TextPtr()
                                           : textos[registro] == valor.AsString();
     }
-  } catch (const EConvertError&) {
+  } catch (const Exception&) {
+    // A value that cannot be one of this column's.
     return false;
   }
 }

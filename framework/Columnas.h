@@ -30,12 +30,15 @@ struct Columna {
   std::vector<std::int64_t> enteros;
   std::vector<double> reales;
   std::vector<UnicodeString> textos;
+  /// Null for a record whose nested data set was not needed yet; it is empty.
   std::vector<std::unique_ptr<TClientDataSet>> anidados;
 
   /// Makes the column `registros` long; new records are null (nested ones empty).
   void Dimensiona(std::size_t registros);
   void Borra(std::size_t registro);
   void Anula(std::size_t registro);
+  /// The nested data set of a record, made when it is first needed.
+  TClientDataSet& Anidado(std::size_t registro);
   /// Appends copies of the other column's first `cuenta` records; both have the same definition. Throws
   /// with the column as it was, or longer than before; the caller cuts it back.
   void AgregaCopias(const Columna& otra, std::size_t cuenta);
@@ -55,6 +58,9 @@ struct Columna {
   bool Iguala(std::size_t registro, const Variant& valor) const;
 
   bool CabeEntero(std::int64_t valor) const noexcept;
+  bool CabeReal(double valor) const noexcept;
+  /// The part of a date that the field's type keeps. Raises EDatabaseError for what is no date.
+  double MomentoPropio(double valor) const;
   bool CabeTexto(std::u16string_view valor) const noexcept;
   [[noreturn]] void FallaTipo() const;
 };
@@ -75,7 +81,7 @@ struct Estado {
   /// The record under edit as it was: one-record columns, in field order.
   std::vector<Columna> previo;
 
-  static std::unique_ptr<Estado> Crea(std::vector<TFieldDef> definiciones);
+  static std::unique_ptr<Estado> Crea(std::vector<TFieldDef> definiciones, int nivel = 1);
   /// The state of a data set.
   static Estado& De(const TClientDataSet& conjunto) noexcept;
   Columna& ColumnaDe(std::size_t campo) const;
@@ -99,5 +105,7 @@ struct TipoPaquete {
 extern const TipoPaquete kTiposPaquete[];
 extern const std::size_t kCuantosTiposPaquete;
 inline constexpr std::string_view kTipoAnidado = "nested";
+/// More levels than any catalog of the suite; a bound for hostile packets.
+inline constexpr int kNivelesMaximos = 16;
 
 }  // namespace vel::conjunto

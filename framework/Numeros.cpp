@@ -92,7 +92,9 @@ bool Desborda(std::string_view numero) noexcept {
     long long leido = 0;
     const auto r = std::from_chars(texto.data(), texto.data() + texto.size(), leido);
     if (r.ec == std::errc::result_out_of_range) return texto.front() != '-';
-    exponente += leido;
+    // Far beyond what the digits before it could make up for.
+    constexpr long long kLejos = 1LL << 60;
+    exponente += std::clamp(leido, -kLejos, kLejos);
   }
   return exponente > 0;
 }

@@ -41,6 +41,23 @@ std::vector<std::string> Atributos(const std::vector<TFieldDef>& defs) {
   return atributos;
 }
 
+// XML 1.0, production 2: no control characters but tab and line ends, no half of a surrogate pair, no
+// noncharacters.
+bool CabeEnXml(std::u16string_view texto) noexcept {
+  for (std::size_t i = 0; i < texto.size(); ++i) {
+    const char16_t c = texto[i];
+    if (c >= 0xD800 && c <= 0xDFFF) {
+      const bool par =
+          c <= 0xDBFF && i + 1 < texto.size() && texto[i + 1] >= 0xDC00 && texto[i + 1] <= 0xDFFF;
+      if (!par) return false;
+      ++i;
+    } else if ((c < u' ' && c != u'\t' && c != u'\n' && c != u'\r') || c >= 0xFFFE) {
+      return false;
+    }
+  }
+  return true;
+}
+
 void AgregaEscapado(std::string& salida, std::string_view texto) {
   for (const char c : texto) {
     switch (c) {
@@ -100,9 +117,14 @@ void AgregaValor(std::string& salida, const Columna& columna, std::size_t regist
       break;
     case Clase::Real: {
       if (!std::isfinite(columna.reales[registro])) FallaValor(columna.def, u"no es un número finito");
-      // The shortest text that reads back to the same double.
-      std::array<char, 32> buf;
-      const auto r = std::to_chars(buf.data(), buf.data() + buf.size(), columna.reales[registro]);
+      // The shortest text that reads back to the same double; fixed-point numbers have no exponent.
+      const bool fijo =
+          columna.def.DataType == TFieldType::ftBCD || columna.def.DataType == TFieldType::ftFMTBcd;
+      std::array<char, 1100> buf;
+      char* const fin = buf.data() + buf.size();
+      const double valor = columna.reales[registro];
+      const auto r = fijo ? std::to_chars(buf.data(), fin, valor, std::chars_format::fixed)
+                          : std::to_chars(buf.data(), fin, valor);
       salida.append(buf.data(), r.ptr);
       break;
     }
@@ -110,8 +132,8 @@ void AgregaValor(std::string& salida, const Columna& columna, std::size_t regist
       AgregaMomento(salida, columna.def.DataType, TDateTime(columna.reales[registro]));
       break;
     case Clase::Texto:
-      if (columna.textos[registro].find(u'\0') != UnicodeString::npos) {
-        FallaValor(columna.def, u"el texto tiene un carácter nulo");
+      if (!CabeEnXml(columna.textos[registro])) {
+        FallaValor(columna.def, u"el texto tiene un carácter que XML no admite");
       }
       AgregaEscapado(salida, UTF8Encode(columna.textos[registro]));
       break;
@@ -133,7 +155,8 @@ void AgregaCampos(std::string& salida, const std::vector<TFieldDef>& defs) {
       salida += '"';
     }
     if (def.DataType == TFieldType::ftDataSet) {
-      salida.append(" fieldtype=\"").append(conjunto::kTipoAnidado).append("\">\n");
+      salida.append(" fieldtype=\"").append(conjunto::kTipoAnidado).append("\"");
+      salida += def.Required ? " required=\"true\">\n" : ">\n";
       AgregaCampos(salida, def.ChildDefs);
       salida += "</FIELD>\n";
       continue;
@@ -174,7 +197,7 @@ void AgregaFilas(std::string& salida, const Estado& estado, const std::string& n
     salida += ">\n";
     for (std::size_t i = 0; i < atributos.size(); ++i) {
       const Columna& columna = estado.ColumnaDe(i);
-      if (columna.clase != Clase::Anidado) continue;
+      if (columna.clase != Clase::Anidado || columna.anidados[registro] == nullptr) continue;
       const Estado& anidado = Estado::De(*columna.anidados[registro]);
       if (anidado.registros == 0) continue;
       salida.append("<").append(atributos[i]).append(">\n");

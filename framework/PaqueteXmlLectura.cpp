@@ -3,9 +3,13 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstdint>
 #include <cstring>
+#include <limits>
 #include <pugixml.hpp>
 #include <string>
+#include <type_traits>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -48,18 +52,28 @@ const std::size_t kCuantosTiposPaquete = std::size(kTiposPaquete);
 
 namespace {
 
-// More levels than any catalog of the suite; a bound for hostile packets.
-constexpr int kNivelesMaximos = 16;
-
 // Bits of RowState: the row as it was before a change, or a deleted row; neither is a live record.
 constexpr int kFilaSuperada = 1;
 constexpr int kFilaBorrada = 2;
 
-/// A field of the packet: the attribute (or nested element) that holds it in a row.
-struct Entrada {
-  std::string atributo;
-  std::vector<Entrada> hijas;
+/// The fields of a level of the packet, in their order.
+struct Entradas {
+  /// The attribute (or nested element) that holds each in a row; the levels within it.
+  std::vector<std::string> atributos;
+  std::vector<Entradas> hijas;
+  std::unordered_map<std::string_view, std::size_t> porAtributo;
+
+  /// Index of the field of that attribute, looked for from `esperado` on; the number of fields when there is
+  /// none.
+  std::size_t Busca(std::string_view atributo, std::size_t esperado) const {
+    if (esperado < atributos.size() && atributos[esperado] == atributo) return esperado;
+    const auto it = porAtributo.find(atributo);
+    return it == porAtributo.end() ? atributos.size() : it->second;
+  }
 };
+
+// The views in it must not dangle when a list of levels grows.
+static_assert(std::is_nothrow_move_constructible_v<Entradas>);
 
 // Reads `cuenta` digits from the front of the text.
 bool LeeCifras(std::string_view& texto, std::size_t cuenta, int& valor) noexcept {
@@ -109,6 +123,21 @@ bool LeeMomento(TFieldType tipo, std::string_view texto, TDateTime& momento) noe
   return true;
 }
 
+// Length of the beginning of a text that has no control characters, by words of eight bytes.
+std::size_t LargoSinControles(std::string_view texto) noexcept {
+  constexpr std::uint64_t kAltos = 0x8080808080808080U;
+  constexpr std::uint64_t kBlancos = 0x2020202020202020U;
+  std::size_t i = 0;
+  for (; i + sizeof(std::uint64_t) <= texto.size(); i += sizeof(std::uint64_t)) {
+    std::uint64_t ocho = 0;
+    std::memcpy(&ocho, texto.data() + i, sizeof ocho);
+    // A byte below a blank borrows into its high bit, and has none of its own.
+    if (((ocho - kBlancos) & ~ocho & kAltos) != 0) break;
+  }
+  while (i < texto.size() && static_cast<unsigned char>(texto[i]) >= 0x20) ++i;
+  return i;
+}
+
 bool IgualaAscii(std::string_view a, std::string_view mayusculas) noexcept {
   return std::equal(a.begin(), a.end(), mayusculas.begin(), mayusculas.end(),
                     [](char x, char y) { return (x >= 'a' && x <= 'z' ? x - 32 : x) == y; });
@@ -132,7 +161,8 @@ bool PonAtributo(Columna& columna, std::size_t registro, std::string_view texto)
       break;
     }
     case Clase::Real:
-      if (!TryStrToFloat(texto, columna.reales[registro])) return false;
+      if (!TryStrToFloat(texto, columna.reales[registro]) || !columna.CabeReal(columna.reales[registro]))
+        return false;
       break;
     case Clase::Fecha: {
       TDateTime momento;
@@ -153,28 +183,57 @@ bool PonAtributo(Columna& columna, std::size_t registro, std::string_view texto)
   return true;
 }
 
+// Whether XML has the code point (XML 1.0, production 2).
+bool EsDeXml(std::uint32_t codigo) noexcept {
+  if (codigo < 0x20) return codigo == '\t' || codigo == '\n' || codigo == '\r';
+  return codigo < 0xD800 || (codigo > 0xDFFF && codigo < 0xFFFE) || (codigo > 0xFFFF && codigo < 0x110000);
+}
+
+// Place of a control character, or of a reference to a character, that XML does not have, both of which the
+// parser lets pass; npos when there is none.
+std::size_t LugarDeCaracterAjeno(std::string_view texto) noexcept {
+  for (std::size_t i = 0; i < texto.size(); ++i) {
+    i += LargoSinControles(texto.substr(i));
+    if (i < texto.size() && !EsDeXml(static_cast<unsigned char>(texto[i]))) return i;
+  }
+  for (std::size_t i = texto.find("&#"); i != texto.npos; i = texto.find("&#", i + 2)) {
+    std::string_view numero = texto.substr(i + 2, texto.find(';', i) - i - 2);
+    const int base = LeeCaracter(numero, 'x') ? 16 : 10;
+    std::uint32_t codigo = 0;
+    const auto r = std::from_chars(numero.data(), numero.data() + numero.size(), codigo, base);
+    if (r.ec != std::errc() || r.ptr != numero.data() + numero.size() || !EsDeXml(codigo)) return i;
+  }
+  return texto.npos;
+}
+
 /// The document while it is read; knows how to say where something is wrong.
 class Lector {
  public:
   Lector(std::string_view bytes, std::u16string_view nombre)
       : nombre_(nombre), convertido_(Convierte(bytes)), texto_(convertido_.empty() ? bytes : convertido_) {
     if (!IsUTF8(texto_)) Falla(u"el texto no es UTF-8 válido", LugarDeByteMalo());
-    const pugi::xml_parse_result r =
-        documento_.load_buffer(texto_.data(), texto_.size(), pugi::parse_default, pugi::encoding_utf8);
+    if (const std::size_t malo = LugarDeCaracterAjeno(texto_); malo != texto_.npos) {
+      Falla(u"no es un documento XML válido (carácter no admitido)", static_cast<std::ptrdiff_t>(malo));
+    }
+    // As a fragment, so that what stands outside the root shows.
+    const pugi::xml_parse_result r = documento_.load_buffer(
+        texto_.data(), texto_.size(), pugi::parse_default | pugi::parse_fragment, pugi::encoding_utf8);
     if (!r) Falla(u"no es un documento XML válido (" + UTF8ToString(r.description()) + u")", r.offset);
   }
 
   std::unique_ptr<Estado> Lee() {
-    const pugi::xml_node raiz = documento_.document_element();
+    const pugi::xml_node raiz = documento_.first_child();
+    if (!raiz) Falla(u"no es un documento XML válido (no tiene elementos)", 0);
+    if (raiz.next_sibling()) Falla(u"no es un documento XML válido (sobra contenido)", raiz.next_sibling());
     if (std::strcmp(raiz.name(), "DATAPACKET") != 0) Falla(u"falta el elemento DATAPACKET", raiz);
     if (std::strcmp(raiz.attribute("Version").value(), "2.0") != 0) {
       Falla(u"la versión del paquete no es 2.0", raiz);
     }
-    const pugi::xml_node campos = raiz.child("METADATA").child("FIELDS");
-    if (!campos) Falla(u"falta el elemento METADATA con sus FIELDS", raiz);
-    std::vector<Entrada> entradas;
+    const pugi::xml_node campos = Unico(Unico(raiz, "METADATA"), "FIELDS");
+    const pugi::xml_node filas = Unico(raiz, "ROWDATA");
+    Entradas entradas;
     std::unique_ptr<Estado> estado = CreaEstado(LeeCampos(campos, entradas, 1), campos);
-    LeeFilas(*estado, entradas, raiz.child("ROWDATA"), "ROW");
+    LeeFilas(*estado, entradas, filas, "ROW");
     return estado;
   }
 
@@ -187,6 +246,16 @@ class Lector {
   }
   [[noreturn]] void Falla(const UnicodeString& que, pugi::xml_node nodo) const {
     Falla(que, nodo.offset_debug());
+  }
+
+  // The one child of that name.
+  pugi::xml_node Unico(pugi::xml_node padre, const char* nombre) const {
+    const pugi::xml_node hijo = padre.child(nombre);
+    if (!hijo) Falla(u"falta el elemento " + UTF8ToString(nombre), padre);
+    if (hijo.next_sibling(nombre)) {
+      Falla(u"el elemento " + UTF8ToString(nombre) + u" está repetido", hijo.next_sibling(nombre));
+    }
+    return hijo;
   }
 
   // The packet converted to UTF-8 from UTF-16 with a mark or from ISO 8859-1; empty when it needs no
@@ -249,28 +318,35 @@ class Lector {
     }
   }
 
-  std::vector<TFieldDef> LeeCampos(pugi::xml_node campos, std::vector<Entrada>& entradas, int nivel) const {
+  std::vector<TFieldDef> LeeCampos(pugi::xml_node campos, Entradas& entradas, int nivel) const {
     std::vector<TFieldDef> defs;
     for (const pugi::xml_node nodo : campos.children()) {
       if (std::strcmp(nodo.name(), "FIELD") != 0) Falla(u"elemento desconocido en FIELDS", nodo);
       TFieldDef def;
-      Entrada entrada;
-      entrada.atributo = nodo.attribute("attrname").value();
+      Entradas hijas;
+      std::string atributo = nodo.attribute("attrname").value();
       // A name that is no XML name stands in "fieldname", and "attrname" is its stand-in for the rows.
       const pugi::xml_attribute propio = nodo.attribute("fieldname");
-      def.Name = UTF8ToString(propio ? propio.value() : entrada.atributo.c_str());
+      def.Name = UTF8ToString(propio ? propio.value() : atributo.c_str());
       def.Required = IgualaAscii(nodo.attribute("required").value(), "TRUE");
       const std::string_view tipo = nodo.attribute("fieldtype").value();
       if (tipo == kTipoAnidado) {
         if (nivel == kNivelesMaximos) Falla(u"hay demasiados niveles de campos anidados", nodo);
         def.DataType = TFieldType::ftDataSet;
-        def.ChildDefs = LeeCampos(nodo.child("FIELDS"), entrada.hijas, nivel + 1);
+        def.ChildDefs = LeeCampos(nodo.child("FIELDS"), hijas, nivel + 1);
       } else {
         def.DataType = LeeTipo(nodo, tipo, def.Name);
         def.Size = LeeAncho(nodo, def);
       }
       defs.push_back(std::move(def));
-      entradas.push_back(std::move(entrada));
+      entradas.atributos.push_back(std::move(atributo));
+      entradas.hijas.push_back(std::move(hijas));
+    }
+    // Views of the texts where they stay.
+    for (std::size_t i = 0; i < entradas.atributos.size(); ++i) {
+      if (!entradas.porAtributo.emplace(entradas.atributos[i], i).second) {
+        Falla(u"el atributo '" + UTF8ToString(entradas.atributos[i]) + u"' está repetido", campos);
+      }
     }
     return defs;
   }
@@ -299,26 +375,28 @@ class Lector {
     const std::string_view ancho = nodo.attribute("WIDTH").value();
     // Numbers and memos carry a width too, which limits nothing.
     if (clase != Clase::Texto || memo || ancho.empty()) return 0;
-    int valor = 0;
+    long long valor = 0;
     const auto r = std::from_chars(ancho.data(), ancho.data() + ancho.size(), valor);
     if (r.ec != std::errc() || r.ptr != ancho.data() + ancho.size() || valor < 0) {
       Falla(u"el ancho del campo '" + def.Name + u"' no es válido", nodo);
     }
     // The width of Unicode text counts bytes.
-    return std::string_view(nodo.attribute("fieldtype").value()) == "string.uni" ? valor / 2 : valor;
+    const bool enBytes = std::string_view(nodo.attribute("fieldtype").value()) == "string.uni";
+    constexpr long long kMaximo = std::numeric_limits<int>::max();
+    return static_cast<int>(std::min(enBytes ? valor / 2 + valor % 2 : valor, kMaximo));
   }
 
   // Whether a row with this state is a record.
   bool EstaViva(pugi::xml_node fila, std::string_view estadoFila) const {
     int bits = 0;
     const auto r = std::from_chars(estadoFila.data(), estadoFila.data() + estadoFila.size(), bits);
-    if (r.ec != std::errc() || r.ptr != estadoFila.data() + estadoFila.size()) {
+    if (r.ec != std::errc() || r.ptr != estadoFila.data() + estadoFila.size() || bits < 0) {
       Falla(u"el RowState no es un número", fila);
     }
     return (bits & (kFilaSuperada | kFilaBorrada)) == 0;
   }
 
-  void LeeFilas(Estado& estado, const std::vector<Entrada>& entradas, pugi::xml_node contenedor,
+  void LeeFilas(Estado& estado, const Entradas& entradas, pugi::xml_node contenedor,
                 const std::string& nombreFila) const {
     std::size_t filas = 0;
     for (const pugi::xml_node fila : contenedor.children()) {
@@ -339,20 +417,16 @@ class Lector {
   }
 
   // False for a row that is no record; its place is then as it was.
-  bool LeeAtributos(Estado& estado, const std::vector<Entrada>& entradas, pugi::xml_node fila,
+  bool LeeAtributos(Estado& estado, const Entradas& entradas, pugi::xml_node fila,
                     std::size_t registro) const {
     bool viva = true;
-    // Rows name their attributes in the order of the fields, some missing: look from where the last one was.
-    std::size_t campo = 0;
+    // Rows name their attributes in the order of the fields.
+    std::size_t esperado = 0;
     for (pugi::xml_attribute atributo = fila.first_attribute(); atributo;
          atributo = atributo.next_attribute()) {
       const std::string_view nombre = atributo.name();
-      std::size_t vistos = 0;
-      while (vistos < entradas.size() && entradas[campo].atributo != nombre) {
-        campo = campo + 1 == entradas.size() ? 0 : campo + 1;
-        ++vistos;
-      }
-      if (vistos == entradas.size()) {
+      const std::size_t campo = entradas.Busca(nombre, esperado);
+      if (campo == entradas.atributos.size()) {
         if (nombre != "RowState")
           Falla(u"la fila tiene un campo desconocido: '" + UTF8ToString(nombre) + u"'", fila);
         viva = EstaViva(fila, atributo.value());
@@ -365,24 +439,21 @@ class Lector {
                   UTF8ToString(atributo.value()).substr(0, 80) + u"'",
               fila);
       }
-      campo = campo + 1 == entradas.size() ? 0 : campo + 1;
+      esperado = campo + 1;
     }
-    for (std::size_t i = 0; !viva && i < entradas.size(); ++i) estado.ColumnaDe(i).Anula(registro);
+    for (std::size_t i = 0; !viva && i < entradas.atributos.size(); ++i) estado.ColumnaDe(i).Anula(registro);
     return viva;
   }
 
-  void LeeAnidado(Estado& estado, const std::vector<Entrada>& entradas, pugi::xml_node hijo,
-                  std::size_t registro) const {
-    const auto it = std::find_if(entradas.begin(), entradas.end(),
-                                 [hijo](const Entrada& e) { return e.atributo == hijo.name(); });
-    const auto indice = static_cast<std::size_t>(it - entradas.begin());
-    if (it == entradas.end() || estado.ColumnaDe(indice).clase != Clase::Anidado) {
+  void LeeAnidado(Estado& estado, const Entradas& entradas, pugi::xml_node hijo, std::size_t registro) const {
+    const std::size_t indice = entradas.Busca(hijo.name(), 0);
+    if (indice == entradas.atributos.size() || estado.ColumnaDe(indice).clase != Clase::Anidado) {
       Falla(u"la fila tiene un elemento desconocido: '" + UTF8ToString(hijo.name()) + u"'", hijo);
     }
-    Estado& anidado = Estado::De(*estado.ColumnaDe(indice).anidados[registro]);
+    Estado& anidado = Estado::De(estado.ColumnaDe(indice).Anidado(registro));
     if (anidado.registros != 0)
       Falla(u"el elemento '" + UTF8ToString(hijo.name()) + u"' está repetido", hijo);
-    LeeFilas(anidado, it->hijas, hijo, "ROW" + it->atributo);
+    LeeFilas(anidado, entradas.hijas[indice], hijo, "ROW" + entradas.atributos[indice]);
   }
 
   UnicodeString nombre_;

@@ -14,7 +14,8 @@ using conjunto::Estado;
 
 namespace conjunto {
 
-std::unique_ptr<Estado> Estado::Crea(std::vector<TFieldDef> definiciones) {
+std::unique_ptr<Estado> Estado::Crea(std::vector<TFieldDef> definiciones, int nivel) {
+  if (nivel > kNivelesMaximos) throw EDatabaseError(u"Hay demasiados niveles de campos anidados");
   auto estado = std::make_unique<Estado>();
   estado->defs = std::move(definiciones);
   for (const TFieldDef& def : estado->defs) {
@@ -23,7 +24,7 @@ std::unique_ptr<Estado> Estado::Crea(std::vector<TFieldDef> definiciones) {
     // Only the data set makes fields, so their constructor is private and std::make_unique cannot reach it.
     estado->campos.push_back(std::unique_ptr<TField>(new TField(*estado, def)));
     // A nested data set with bad definitions must fail here, not at its first record.
-    if (def.DataType == TFieldType::ftDataSet) Crea(def.ChildDefs);
+    if (def.DataType == TFieldType::ftDataSet) Crea(def.ChildDefs, nivel + 1);
   }
   const auto nombre = [&estado](std::size_t i) -> const UnicodeString& { return estado->defs[i].Name; };
   std::vector<std::size_t>& orden = estado->porNombre;
@@ -175,9 +176,9 @@ void TClientDataSet::Edit() {
     previo.push_back(std::move(uno));
   }
   for (std::size_t i = 0; i < previo.size(); ++i) {
-    const Columna& columna = estado_->ColumnaDe(i);
+    Columna& columna = estado_->ColumnaDe(i);
     if (columna.clase == conjunto::Clase::Anidado) {
-      previo[i].anidados[0]->AssignData(*columna.anidados[estado_->actual]);
+      previo[i].Anidado(0).AssignData(columna.Anidado(estado_->actual));
     } else {
       previo[i].Pon(0, columna.Lee(estado_->actual));
     }
@@ -277,7 +278,7 @@ void TClientDataSet::AppendData(const TClientDataSet& otro) {
       columna.Dimensiona(antes + cuenta);
       for (std::size_t r = 0; r < cuenta; ++r) {
         if (columna.clase == conjunto::Clase::Anidado && desde.clase == conjunto::Clase::Anidado) {
-          columna.anidados[antes + r]->AppendData(*desde.anidados[r]);
+          if (desde.anidados[r] != nullptr) columna.Anidado(antes + r).AppendData(*desde.anidados[r]);
         } else {
           columna.Pon(antes + r, desde.Lee(r));
         }

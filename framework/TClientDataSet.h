@@ -96,6 +96,7 @@ class UTILVEL90_EXPORT TField {
 class UTILVEL90_EXPORT TClientDataSet : public TObject {
  public:
   TClientDataSet();
+  /// What was moved from may only be assigned to or destroyed.
   TClientDataSet(TClientDataSet&&) noexcept;
   TClientDataSet& operator=(TClientDataSet&&) noexcept;
   ~TClientDataSet() override;
@@ -147,7 +148,7 @@ class UTILVEL90_EXPORT TClientDataSet : public TObject {
   /// messages. Raises EDatabaseError with source, line and field; the data set is then as it was.
   void LoadFromXML(std::string_view bytes, std::u16string_view nombre);
   /// The records as an XML data packet in UTF-8, without change log. Raises EDatabaseError, naming the
-  /// field, for a value that XML cannot hold (NUL in a text, a number that is not finite).
+  /// field, for a value that XML cannot hold (a control character in a text, a number that is not finite).
   std::string SaveToXML() const;
 
  private:

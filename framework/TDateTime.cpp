@@ -27,8 +27,11 @@ DiaYMilis Separa(TDateTime momento) {
   if (!(momento.Val() > kPrimerDia - 1 && momento.Val() < kUltimoDia + 1)) {
     throw EConvertError(u"La fecha no es válida");
   }
-  const std::int64_t total = std::llround(momento.Val() * static_cast<double>(kMilisPorDia));
-  const DiaYMilis r{total / kMilisPorDia, std::llabs(total % kMilisPorDia)};
+  // Before day 0 too the fraction counts forward from its day.
+  const double dia = std::trunc(momento.Val());
+  DiaYMilis r{static_cast<std::int64_t>(dia),
+              std::llround(std::abs(momento.Val() - dia) * static_cast<double>(kMilisPorDia))};
+  if (r.milis == kMilisPorDia) r = {r.dia + 1, 0};
   if (r.dia > static_cast<std::int64_t>(kUltimoDia)) throw EConvertError(u"La fecha no es válida");
   return r;
 }
@@ -78,7 +81,9 @@ bool LeeHora(std::u16string_view& texto, TDateTime& hora) noexcept {
 }  // namespace
 
 bool TryEncodeDate(const CivilDate& fecha, TDateTime& resultado) noexcept {
-  if (fecha.anio < 1 || fecha.anio > 9999 || fecha.mes < 1 || fecha.dia < 1 || fecha.dia > 31) return false;
+  if (fecha.anio < 1 || fecha.anio > 9999 || fecha.mes < 1 || fecha.mes > 12 || fecha.dia < 1 ||
+      fecha.dia > 31)
+    return false;
   const std::chrono::year_month_day ymd{std::chrono::year{fecha.anio},
                                         std::chrono::month{static_cast<unsigned>(fecha.mes)},
                                         std::chrono::day{static_cast<unsigned>(fecha.dia)}};

@@ -25,7 +25,10 @@ bool TField::Required() const noexcept { return columna_->def.Required; }
 
 bool TField::IsNull() const noexcept {
   if (estado_.actual >= estado_.registros) return true;
-  if (columna_->clase == Clase::Anidado) return columna_->anidados[estado_.actual]->IsEmpty();
+  if (columna_->clase == Clase::Anidado) {
+    const auto& anidado = columna_->anidados[estado_.actual];
+    return anidado == nullptr || anidado->IsEmpty();
+  }
   return columna_->conValor[estado_.actual] == 0;
 }
 
@@ -130,7 +133,7 @@ void TField::Clear() { EnEdicion().Anula(estado_.actual); }
 
 TClientDataSet* TField::NestedDataSet() const {
   if (columna_->clase != Clase::Anidado || estado_.actual >= estado_.registros) return nullptr;
-  return columna_->anidados[estado_.actual].get();
+  return &columna_->Anidado(estado_.actual);
 }
 
 }  // namespace vel

@@ -9,6 +9,13 @@
 namespace vel {
 namespace {
 
+[[noreturn]] void FallaDuplicado(std::u16string_view texto) {
+  throw EStringListError(u"La lista de cadenas no admite duplicados: " + UnicodeString(texto));
+}
+
+}  // namespace
+namespace {
+
 // Length of the name of a name=value text; npos when it holds no "=".
 std::size_t LargoNombre(std::u16string_view texto) noexcept { return texto.find(u'='); }
 
@@ -41,7 +48,7 @@ std::size_t TStringList::AddObject(std::u16string_view texto, std::unique_ptr<TO
     if (lugar < entradas_.size() && SameText(entradas_[lugar].texto, texto)) {
       if (duplicados_ == TDuplicates::dupIgnore) return lugar;
       if (duplicados_ == TDuplicates::dupError) {
-        throw EStringListError(u"La lista de cadenas no admite duplicados: " + UnicodeString(texto));
+        FallaDuplicado(texto);
       }
     }
   }
@@ -69,6 +76,19 @@ void TStringList::Delete(std::size_t indice) {
 }
 
 void TStringList::AddStrings(const TStringList& otra) {
+  if (ordenada_ && entradas_.empty() && duplicados_ == TDuplicates::dupError) {
+    // Sorted at once: one by one each would move those behind it.
+    std::vector<Entrada> todas;
+    for (const Entrada& e : otra.entradas_) todas.push_back(Entrada{e.texto, nullptr});
+    std::stable_sort(todas.begin(), todas.end(),
+                     [](const Entrada& a, const Entrada& b) { return CompareText(a.texto, b.texto) < 0; });
+    const auto repetida =
+        std::adjacent_find(todas.begin(), todas.end(),
+                           [](const Entrada& a, const Entrada& b) { return SameText(a.texto, b.texto); });
+    if (repetida != todas.end()) FallaDuplicado(repetida->texto);
+    entradas_ = std::move(todas);
+    return;
+  }
   // By index: a list may be added to itself.
   const std::size_t n = otra.Count();
   for (std::size_t i = 0; i < n; ++i) Add(UnicodeString(otra.Strings(i)));

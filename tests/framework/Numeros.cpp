@@ -64,9 +64,19 @@ TEST(StrToFloat, AcceptsNumbersAndNothingElse) {
   const struct {
     const char16_t* texto;
     double valor;
-  } buenos[] = {{u"12.50", 12.5}, {u" \t-3 ", -3},     {u"+5", 5},      {u".5", 0.5},
-                {u"5.", 5},       {u"1.5E-7", 1.5e-7}, {u"1e3", 1000},  {u"1E+3", 1000},
-                {u"1e-999", 0},   {u"0e999999999", 0}, {u"-0.0", -0.0}, {u"4.94065645841247E-324", 5e-324}};
+  } buenos[] = {{u"12.50", 12.5},
+                {u" \t-3 ", -3},
+                {u"+5", 5},
+                {u".5", 0.5},
+                {u"5.", 5},
+                {u"1.5E-7", 1.5e-7},
+                {u"1e3", 1000},
+                {u"1E+3", 1000},
+                {u"1e-999", 0},
+                {u"0.01e-9223372036854775808", 0},
+                {u"0e999999999", 0},
+                {u"-0.0", -0.0},
+                {u"4.94065645841247E-324", 5e-324}};
   for (const auto& c : buenos) {
     double valor = 99;
     EXPECT_TRUE(TryStrToFloat(c.texto, valor)) << UTF8Encode(c.texto);
@@ -74,7 +84,7 @@ TEST(StrToFloat, AcceptsNumbersAndNothingElse) {
   }
   for (const char16_t* malo :
        {u"", u" ", u".", u"-", u"+-5", u"--5", u"0x10", u"INF", u"nan", u"1,5", u"1 2", u"1e", u"1e5.5",
-        u"1e999", u"1e99999999999999999999", u"5a", u"１２", u"1\u00A0"}) {
+        u"1e999", u"1e99999999999999999999", u"10e9223372036854775807", u"5a", u"１２", u"1\u00A0"}) {
     double valor = 99;
     EXPECT_FALSE(TryStrToFloat(malo, valor)) << UTF8Encode(malo);
     EXPECT_EQ(valor, 99);

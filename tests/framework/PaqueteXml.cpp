@@ -7,6 +7,7 @@
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
 #include "framework/TClientDataSet.h"
+#include "tests/Casos.h"
 
 namespace vel {
 namespace {
@@ -97,6 +98,12 @@ TEST(PaqueteXml, KeepsDoublesToTheLastBit) {
   datos.Edit();
   datos.FieldByName(u"R").SetAsFloat(std::numeric_limits<double>::infinity());
   EXPECT_THROW(datos.SaveToXML(), EDatabaseError);
+  datos.CreateDataSet({{.Name = u"T", .DataType = TFieldType::ftWideString}});
+  datos.Append();
+  for (const char16_t malo : {u'\x01', u'\xFFFF', u'\xD800'}) {
+    datos.FieldByName(u"T").SetAsString(UnicodeString(1, malo));
+    EXPECT_THROW(datos.SaveToXML(), EDatabaseError);
+  }
 }
 
 TEST(PaqueteXml, ReadsOtherEncodings) {
@@ -122,41 +129,22 @@ TEST(PaqueteXml, SaysWhereItIsWrong) {
       {"", u"Empresas.xml, línea 1: no es un documento XML válido"},
       {"<DATAPACKET>\n<a>\n</DATAPACKET>", u"Empresas.xml, línea 3: no es un documento XML válido"},
       {"\n<OTRO/>", u"Empresas.xml, línea 2: falta el elemento DATAPACKET"},
+      {Paquete("fieldtype=\"i4\"", "") + "\nsobra", u"Empresas.xml, línea 4: no es un documento XML válido"},
+      {Paquete("fieldtype=\"string\"", "<ROW F=\"\x01\"/>"),
+       u"Empresas.xml, línea 4: no es un documento XML"},
       {"<DATAPACKET Version=\"1.0\"/>", u"Empresas.xml, línea 1: la versión del paquete no es 2.0"},
       {"<DATAPACKET Version=\"2.0\"/>", u"Empresas.xml, línea 1: falta el elemento METADATA"},
-      {Paquete("fieldtype=\"i3\"", ""), u"Empresas.xml, línea 2: el campo 'F' es de un tipo desconocido (i3"},
-      {Paquete("fieldtype=\"bin.hex\" SUBTYPE=\"Binary\"", ""),
-       u"Empresas.xml, línea 2: el campo 'F' es de un tipo"},
-      {Paquete("fieldtype=\"string\" WIDTH=\"x\"", ""),
-       u"Empresas.xml, línea 2: el ancho del campo 'F' no es válido"},
-      {Paquete("fieldtype=\"i1\"", "<ROW F=\"128\"/>"),
-       u"Empresas.xml, línea 4: el valor del campo 'F' no corresponde"},
-      {Paquete("fieldtype=\"r8\"", "<ROW F=\"1,5\"/>"), u"Empresas.xml, línea 4: el valor del campo 'F'"},
-      {Paquete("fieldtype=\"boolean\"", "<ROW F=\"1\"/>"), u"Empresas.xml, línea 4: el valor del campo 'F'"},
-      {Paquete("fieldtype=\"date\"", "<ROW F=\"20230229\"/>"),
-       u"Empresas.xml, línea 4: el valor del campo 'F'"},
-      {Paquete("fieldtype=\"time\"", "<ROW F=\"24:00:00\"/>"),
-       u"Empresas.xml, línea 4: el valor del campo 'F'"},
-      {Paquete("fieldtype=\"string\" WIDTH=\"2\"", "<ROW F=\"abc\"/>"),
-       u"Empresas.xml, línea 4: el valor del campo 'F'"},
-      {Paquete("fieldtype=\"i4\"", "<ROW G=\"1\"/>"),
-       u"Empresas.xml, línea 4: la fila tiene un campo desconocido: 'G'"},
-      {Paquete("fieldtype=\"i4\"", "<ROW F=\"1\" F=\"2\"/>"),
-       u"Empresas.xml, línea 4: el campo 'F' está repetido"},
-      {Paquete("fieldtype=\"i4\"", "<ROW><F/></ROW>"),
-       u"Empresas.xml, línea 4: la fila tiene un elemento desconocido"},
-      {Paquete("fieldtype=\"i4\"", "<FILA/>"),
-       u"Empresas.xml, línea 4: elemento desconocido entre las filas: FILA"},
-      {Paquete("fieldtype=\"i4\"/><FIELD attrname=\"f\" fieldtype=\"i4\"", ""),
-       u"Empresas.xml, línea 1: El campo 'F' está repetido"},
       {Paquete("fieldtype=\"string\"", "<ROW F=\"\xF1\"/>"),
        u"Empresas.xml, línea 4: el texto no es UTF-8 válido"},
       {"<?xml version=\"1.0\" encoding=\"windows-1252\"?>",
        u"Empresas.xml, línea 1: la codificación 'windows-1252'"},
   };
-  for (const auto& c : casos) {
-    EXPECT_EQ(UTF8Encode(ErrorDe(c.bytes)).substr(0, UTF8Encode(c.mensaje).size()), UTF8Encode(c.mensaje));
-  }
+  const auto exige = [](const std::string& bytes, const std::string& mensaje) {
+    EXPECT_EQ(UTF8Encode(ErrorDe(bytes)).substr(0, mensaje.size()), mensaje) << bytes;
+  };
+  for (const auto& c : casos) exige(c.bytes, UTF8Encode(c.mensaje));
+  for (const auto& c : pruebas::Casos("paquetes/errores.txt", "|"))
+    exige(Paquete(c.at(0), c.at(1)), "Empresas.xml, " + c.at(2));
 }
 
 TEST(PaqueteXml, EndsOnHostileInput) {
@@ -167,7 +155,7 @@ TEST(PaqueteXml, EndsOnHostileInput) {
   };
   const std::string hondo = "<DATAPACKET Version=\"2.0\"><METADATA>" +
                             repite("<FIELDS><FIELD attrname=\"a\" fieldtype=\"nested\">", 100'000) +
-                            repite("</FIELD></FIELDS>", 100'000) + "</METADATA></DATAPACKET>";
+                            repite("</FIELD></FIELDS>", 100'000) + "</METADATA><ROWDATA/></DATAPACKET>";
   EXPECT_EQ(ErrorDe(hondo), u"Empresas.xml, línea 1: hay demasiados niveles de campos anidados");
   const std::string elementos = repite("<a>", 100'000) + repite("</a>", 100'000);
   EXPECT_NE(ErrorDe(Paquete("fieldtype=\"i4\"", elementos)), u"ninguno");

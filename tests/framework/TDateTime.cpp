@@ -24,6 +24,9 @@ TEST(TDateTime, WritesAndReadsItsText) {
     EXPECT_EQ(DateTimeToStr(TDateTime(c.dias)), c.texto);
     EXPECT_NEAR(StrToDateTime(c.texto).Val(), c.dias, 1e-9);
   }
+  EXPECT_EQ(DateTimeToStr(TDateTime(-1.99999999999)), u"30/12/1899") << "rounds forward to the next day";
+  TDateTime fecha;
+  EXPECT_FALSE(TryEncodeDate({2024, 257, 1}, fecha));
   EXPECT_EQ(StrToDateTime(u" 1/2/2024 6:00 ").Val(), 45323.25);
   EXPECT_EQ(StrToDateTime(u"12:00:00").Val(), 0.5);
   for (const char16_t* malo : {u"", u"31/02/2024", u"29/02/2023", u"15/05/2024 24:00", u"15/05/2024x",
