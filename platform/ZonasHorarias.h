@@ -26,6 +26,9 @@ struct ReglaCambio {
   int mes = 1;
   int semana = 1;
   int diaSemana = 0;
+  /// Instead of these, unless 0: the day of the year from 1; 29 February counts only `conBisiesto`.
+  int diaAnio = 0;
+  bool conBisiesto = false;
   /// Seconds from the midnight that begins that day; may lie outside it.
   std::int32_t segundos = 0;
 };

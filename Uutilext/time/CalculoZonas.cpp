@@ -59,6 +59,13 @@ std::optional<TDateTime> DeMilis(std::int64_t milis) {
 }  // namespace
 
 std::int64_t MomentoDeRegla(const ReglaCambio& regla, int anio) {
+  if (regla.diaAnio > 0) {
+    constexpr int kPrimeroDeMarzo = 60;
+    const bool salta = !regla.conBisiesto && crono::year{anio}.is_leap() && regla.diaAnio >= kPrimeroDeMarzo;
+    const crono::sys_days enero = crono::year{anio} / 1 / 1;
+    const crono::sys_days dia = enero + crono::days{regla.diaAnio - 1 + (salta ? 1 : 0)};
+    return dia.time_since_epoch().count() * kDia + regla.segundos;
+  }
   const crono::year_month mes = crono::year{anio} / regla.mes;
   const crono::weekday dia{static_cast<unsigned>(regla.diaSemana)};
   constexpr int kUltima = 5;

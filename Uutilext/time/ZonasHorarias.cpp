@@ -27,11 +27,11 @@ void CopiaNombre(std::span<char16_t, 32> campo, const UnicodeString& nombre) {
   std::copy_n(nombre.begin(), std::min(nombre.size(), campo.size() - 1), campo.begin());
 }
 
-// A rule as a record. One whose time lies outside its day falls on another day of the week: the one that it
-// has in this year.
+// A rule as a record. One by day of the year, or whose time lies outside its day, falls on another day of the
+// week every year: the one of this year.
 SYSTEMTIME Registro(const ReglaCambio& regla, int anio) {
   ReglaCambio r = regla;
-  if (r.segundos < 0 || r.segundos >= kDia) {
+  if (r.diaAnio > 0 || r.segundos < 0 || r.segundos >= kDia) {
     const std::int64_t momento = MomentoDeRegla(regla, anio);
     const crono::sys_days dia = crono::floor<crono::days>(crono::sys_seconds{crono::seconds{momento}});
     const crono::year_month_day fecha{dia};

@@ -114,15 +114,23 @@ bool LeeTiempo(std::string_view& texto, std::int32_t& segundos) {
   return true;
 }
 
-// "Mm.w.d" with an optional "/time". The forms by day of the year occur in no zone of today.
+// "Mm.w.d", or a day of the year: "Jn" from 1, without 29 February, "n" from 0, with it.
+bool LeeDia(std::string_view& texto, ReglaCambio& regla) {
+  if (Consume(texto, 'M')) {
+    return LeeNumero(texto, 12, regla.mes) && Consume(texto, '.') && LeeNumero(texto, 5, regla.semana) &&
+           Consume(texto, '.') && LeeNumero(texto, 6, regla.diaSemana) && regla.mes > 0 && regla.semana > 0;
+  }
+  if (Consume(texto, 'J')) return LeeNumero(texto, 365, regla.diaAnio) && regla.diaAnio > 0;
+  if (!LeeNumero(texto, 365, regla.diaAnio)) return false;
+  ++regla.diaAnio;
+  regla.conBisiesto = true;
+  return true;
+}
+
+// A day with an optional "/time".
 bool LeeRegla(std::string_view& texto, ReglaCambio& regla) {
   constexpr std::int32_t kDosDeLaManana = 2 * 3600;
-  if (!Consume(texto, ',') || !Consume(texto, 'M')) return false;
-  if (!LeeNumero(texto, 12, regla.mes) || !Consume(texto, '.') || !LeeNumero(texto, 5, regla.semana) ||
-      !Consume(texto, '.') || !LeeNumero(texto, 6, regla.diaSemana)) {
-    return false;
-  }
-  if (regla.mes < 1 || regla.semana < 1) return false;
+  if (!Consume(texto, ',') || !LeeDia(texto, regla)) return false;
   regla.segundos = kDosDeLaManana;
   return !Consume(texto, '/') || LeeTiempo(texto, regla.segundos);
 }

@@ -166,6 +166,12 @@ TEST(HoraBase, RoundsHalvesAwayFromZero) {
     Tz::Pon(c.zona);
     EXPECT_EQ(DameHoraBase(TDateTime()), c.horas) << c.zona;
   }
+  for (const char* porDia : {"EST5EDT,J60/2,J300/2", "EST5EDT,59,299"}) {
+    Tz::Pon(porDia);
+    const auto zona = DameZonaActiva();
+    for (std::int64_t t = 54 * kAnio; t < 56 * kAnio; t += kHora)
+      ASSERT_EQ(DesfaseEnUtc(*zona, t), DesfaseDeC(t)) << porDia << ' ' << t;
+  }
   EXPECT_EQ(DameSecTiempoSincro(5), u"TiempoSincronizacion05");
   EXPECT_EQ(DameSecTiempoSincro(12), u"TiempoSincronizacion12");
   EXPECT_EQ(DameSecTiempoSincro(-3), u"TiempoSincronizacion0-3");
