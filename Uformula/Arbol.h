@@ -46,11 +46,11 @@ struct Paso {
 
 /// The nodes and calls of a formula, in the order of their making, and the reduction that makes them.
 ///
-/// The rules rewrite the text once for each parenthesis, always at the last "(", putting a node's or a
-/// call's name in place of the group. Here the text is cut once into a tape of units (operator, comma, piece
-/// of an operand, step) and read from its end: the "(" met is then always the last one, and what stands to
-/// its right, up to the nearest ")", is the flat expression to fold. A step is one unit of the tape; its name
-/// is spelled only where it becomes part of a longer operand. A group of one operand stays where it is,
+/// By definition the text is rewritten once for each parenthesis, always at the last "(", with a node's or a
+/// call's name put in place of the group. Here the text is cut once into a tape of units (operator, comma,
+/// piece of an operand, step) and read from its end: the "(" met is then always the last one, and what stands
+/// to its right, up to the nearest ")", is the flat expression to fold. A step is one unit of the tape; its
+/// name is spelled only where it becomes part of a longer operand. A group of one operand stays where it is,
 /// without its parentheses. Each unit is thus read once and folded once: the cost is linear, the steps and
 /// their numbers are those of the rewriting.
 class Arbol {
@@ -75,7 +75,7 @@ class Arbol {
   std::vector<UnicodeString> Tokens() const;
 
   std::u16string_view Vista(Trozo t) const noexcept { return {texto_.data() + t.inicio, t.largo}; }
-  /// The operand as the rules have it: its text, or the name of its step.
+  /// The operand as the rewriting has it: its text, or the name of its step.
   UnicodeString Texto(const Operando& o) const;
   UnicodeString NombrePaso(std::uint32_t paso) const;
   /// Step of that name, in any case; kNinguno when there is none.

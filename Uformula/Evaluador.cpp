@@ -102,8 +102,8 @@ inline double Evaluador::Aplica(const Instruccion& instruccion) {
   return instruccion.funcion->valor({argumentos_.data(), instruccion.cuenta});
 }
 
-// The rules' walk, from the step down, with a stack of its own. A step is resolved once, however often it is
-// named: its value cannot change.
+// The walk by definition, from the step down, with a stack of its own. A step is resolved once, however often
+// it is named: its value cannot change.
 double Evaluador::Evalua(std::uint32_t raiz) {
   const std::size_t n = arbol_.Pasos().Cuenta();
   estados_.assign(n, Estado::pendiente);

@@ -10,11 +10,11 @@ namespace vel::formula {
 
 /// Gives the steps of a tree their values.
 ///
-/// The rules evaluate from the root, operand by operand, each operand through its text. Here operands are
+/// By definition evaluation goes from the root, operand by operand, each through its text. Here operands are
 /// bound once to what they name, and the steps are then run in the order of their making, in which operands
 /// come first. That order gives the same value, but might meet another error first, or one in a step that
-/// the root does not reach, or a name that refers forward. So at the first sign of any of these the rules'
-/// own walk is made instead: what it raises or gives is the outcome.
+/// the root does not reach, or a name that refers forward. So at the first sign of any of these that
+/// very walk is made instead: what it raises or gives is the outcome.
 class Evaluador {
  public:
   Evaluador(const Arbol& arbol, const Variables& variables) : arbol_(arbol), variables_(variables) {}

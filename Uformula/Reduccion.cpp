@@ -51,8 +51,8 @@ void Arbol::Construye(std::u16string_view formula) {
   tokens_.Vacia();
 }
 
-// Cuts the formula into the tape, with what the rules add: a "0" before a leading "-", and "+0" at the end,
-// so that the top level always holds an operator.
+// Cuts the formula into the tape, with what every formula gets: a "0" before a leading "-", and "+0" at the
+// end, so that the top level always holds an operator.
 void Arbol::Lee(std::u16string_view formula) {
   texto_ = formula;
   const auto n = static_cast<std::uint32_t>(texto_.size());

@@ -65,9 +65,9 @@ void Arbol::PliegaTodos() {
   }
 }
 
-// The rule folds the leftmost match and starts again from the beginning. The folded token keeps the first
-// character of the one on its left, which did not match, and those before it did not either: one sweep from
-// left to right folds the same tokens in the same order.
+// By definition the leftmost match is folded and the search starts again from the beginning. The folded token
+// keeps the first character of the one on its left, which did not match, and those before it did not either:
+// one sweep from left to right folds the same tokens in the same order.
 void Arbol::CreaFunciones(Operador operador) {
   if (tokens_.Cuenta() < 2) return;
   ++version_;

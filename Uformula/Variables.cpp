@@ -38,16 +38,19 @@ void Variables::Pon(const TStringList& lista) {
   hayTextos_ = false;
   nombranPasos_ = false;
 
+  TStringList pares;
+  for (std::size_t i = 0; i < lista.Count(); ++i) {
+    if (lista[i].find(u'=') != UnicodeString::npos) pares.Add(lista[i]);
+  }
   TStringList ordenada;
   TFormula::ConfigList(ordenada);
-  ordenada.AddStrings(lista);
+  ordenada.AddStrings(pares);
   const std::size_t n = ordenada.Count();
   casillas_.resize(std::bit_ceil(2 * n + 1));
   variables_.reserve(n);
   for (std::size_t i = 0; i < n; ++i) {
     const UnicodeString& linea = ordenada[i];
     const std::size_t igual = linea.find(u'=');
-    if (igual == UnicodeString::npos) continue;
     const std::size_t casilla = Casilla(std::u16string_view(linea).substr(0, igual));
     if (casillas_[casilla] != 0) continue;
     Variable& v = variables_.emplace_back(Variable{linea, igual});
@@ -56,7 +59,8 @@ void Variables::Pon(const TStringList& lista) {
     casillas_[casilla] = static_cast<std::uint32_t>(variables_.size());
     nombranPasos_ = nombranPasos_ || NombraPaso(v.Nombre());
   }
-  if (variables_.size() < n) return;
+  // The places are kept for lists that are all pairs, each of a name of its own.
+  if (variables_.size() < lista.Count()) return;
   for (std::size_t i = 0; i < n; ++i) {
     const std::u16string_view linea = lista[i];
     orden_.push_back(casillas_[Casilla(linea.substr(0, linea.find(u'=')))] - 1);

@@ -156,6 +156,9 @@ int main(int argc, char** argv) {
     const auto propio = [ancho] { return vel::EncriptaHmacSha256(ancho, "llave de prueba", false); };
     medicion::Exige(std::equal(propio(), propio() + 32, Bytes(hmac->Resultado())), "EncriptaHmacSha256");
     agrega("EncriptaHmacSha256", propio, hmac);
+    // No digest but a MAC, of a text of twice the bytes: where the processor has instructions for SHA-256,
+    // reading and narrowing a long one is an eighth of the work, so its ratio is only reported.
+    if (tamano > 32) comparaciones.back().limite = 0;
   }
 
   // The test keys take one round of password derivation, where real ones take thousands: the hardest case.

@@ -3,7 +3,8 @@
 namespace vel {
 
 /// While one of these lives, what libcrypto adds to this thread's error queue is its own affair: it is
-/// dropped at the end, and the entries that the caller had before stay.
+/// dropped at the end, and the entries that the caller had before stay, as far as the queue has room for
+/// both.
 class ColaErrores {
  public:
   ColaErrores() noexcept;

@@ -252,7 +252,10 @@ const unsigned char* EncriptaHmacSha256(std::u16string_view datos, const char* l
     hmac.Agrega(bytes.substr(0, cero));
     return cero == std::string_view::npos;
   });
-  return hmac.Termina(resumen) ? resumen.data() : nullptr;
+  const bool bien = hmac.Termina(resumen);
+  // The key does not stay in the context that waits for the next call.
+  hmac.Inicia({});
+  return bien ? resumen.data() : nullptr;
 }
 
 }  // namespace vel

@@ -9,8 +9,7 @@ namespace vel {
 
 /// These functions report no errors: should libcrypto fail (no memory, an algorithm switched off on the
 /// machine) the texts come back empty, and the raw digest as a null pointer. Each thread keeps a small
-/// working area for each algorithm that it uses, freed when the thread ends; that of EncriptaHmacSha256 holds
-/// the key of the thread's last call.
+/// working area for each algorithm that it uses, freed when the thread ends.
 
 /// SHA-256 (FIPS 180-4) of the bytes of `texto` up to its terminating zero, as 64 hexadecimal digits in
 /// small letters. Null counts as the empty text.

@@ -41,7 +41,7 @@ double PotenciaNegativa(int decimales) noexcept {
   return decimales <= kMaxDecimalesTabla ? kNegativas[decimales] : std::pow(10.0, -decimales);
 }
 
-// The rule of g_redoTo to the letter, for decimales > 0.
+// g_redoTo as its header has it, on decimal texts, for decimales > 0.
 double RedondeaPorTexto(double valor, int decimales) {
   std::array<char, kMaxFloatText> buf;
   std::string_view texto(buf.data(), FloatToChars(valor, buf));
@@ -63,6 +63,9 @@ double RedondeaPorTexto(double valor, int decimales) {
 }  // namespace
 
 double Redondea(double valor, int decimales) noexcept {
+  // No double has as many whole digits; the powers of ten would overflow.
+  constexpr int kTodasLasCifras = -400;
+  if (decimales < kTodasLasCifras) return std::isfinite(valor) ? 0.0 : valor;
   const int s = decimales < 6 ? decimales + 1 : 7;
   long double t = static_cast<long double>(valor) / PotenciaExtendida(-s);
   for (int k = s; k >= decimales; --k) {
@@ -83,7 +86,7 @@ double Redondea4(double valor) noexcept {
   return std::floor(Redondea8(valor, 0.00001) * 1000000 + 0.5) / 1000000;
 }
 
-// The rule reads and cuts decimal texts. For common amounts the same answer follows from arithmetic alone.
+// Rounding reads and cuts decimal texts. For common amounts the same answer follows from arithmetic alone.
 //
 // Let a = |valor|, s = a * 10^n and m the whole number nearest to s, with a >= 1e-4 and s < 1e12; D is the
 // value rounded to 15 significant digits, which is what the text holds (in fixed form, since a >= 1e-4).

@@ -69,6 +69,9 @@ UnicodeString DameTipoDoctoStr(TIPO_DOCTO tipo, int forma) {
 
 UnicodeString DameAllTiposDoctosStr(ENUM_MODULO modulo) {
   switch (modulo) {
+    case ENUM_MODULO::MODULO_SIN_DOCTOS_0:
+    case ENUM_MODULO::MODULO_SIN_DOCTOS_1:
+      break;
     case ENUM_MODULO::MODULO_VENTAS:
       return u"Facturas,\"Notas de venta\",\"Traslados-carta porte\",Remisiones,Pedidos,Cotizaciones,"
              u"Devoluciones,\"Notas de crédito\",Parcialidades,\"Comprobantes de pago\"";

@@ -28,8 +28,13 @@ enum class TIPO_DOCTO : std::uint8_t {
   TD_DEVOLUCION_COMPRA = 'd',
 };
 
-/// Module of the suite; 0 and 1 have no documents.
-enum class ENUM_MODULO : std::int32_t { MODULO_VENTAS = 2, MODULO_COMPRAS = 3 };
+/// Module of the suite; the first two have no documents here.
+enum class ENUM_MODULO : std::int32_t {
+  MODULO_SIN_DOCTOS_0 = 0,
+  MODULO_SIN_DOCTOS_1 = 1,
+  MODULO_VENTAS = 2,
+  MODULO_COMPRAS = 3
+};
 
 /// Ordinal of the type, its 0-based position in "FVTRPCDEAGNcroqd"; -1 for any other letter.
 UTILVEL90_EXPORT int DameTipoDoctoInt(TIPO_DOCTO tipo) noexcept;

@@ -17,17 +17,19 @@ bool EsValido(std::u16string_view correo) {
 
 void ValidarCorreo(std::u16string_view correos) {
   if (correos.empty()) throw EInvalidOperation(u"Debes capturar el correo electrónico.");
-  UnicodeString resto(correos);
+  UnicodeString texto(correos);
+  std::u16string_view resto = texto;
   while (!resto.empty()) {
-    const std::size_t separador = resto.find(u';');
-    const UnicodeString correo =
-        resto.substr(0, separador == UnicodeString::npos ? separador : separador + 1);
-    if (separador == UnicodeString::npos) {
-      resto.clear();
-    } else {
-      resto = StringReplace(resto, correo, u"");
-    }
+    const std::u16string_view correo = resto.substr(0, std::min(resto.find(u';'), resto.size() - 1) + 1);
     if (!EsValido(correo)) throw EInvalidOperation(u"Correo inválido.");
+    const std::u16string_view detras = resto.substr(correo.size());
+    if (correo.back() != u';' || detras.find(correo) == std::u16string_view::npos) {
+      resto = detras;
+    } else {
+      // A tested address is dropped wherever it stands, also as the end of a longer one.
+      texto = StringReplace(detras, correo, u"");
+      resto = texto;
+    }
   }
 }
 

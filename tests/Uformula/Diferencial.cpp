@@ -17,7 +17,7 @@ using Texto = UnicodeString;
 bool EsOp(char16_t c) { return Texto(u"*+-/<=>").find(c) != Texto::npos; }
 bool ConOp(const Texto& t) { return t.find_first_of(u"*+-/<=>") != Texto::npos; }
 
-// The rules as they are stated: the text is rewritten once for each parenthesis, values travel as text.
+// Formulas by their definition: the text is rewritten once for each parenthesis, values travel as text.
 struct Literal {
   struct Nodo {
     Texto op, izq, der;

@@ -56,6 +56,8 @@ TEST(Formula, TakesTheFirstInOrderOfARepeatedVariable) {
   Pon(formula, u"A=6\na=5\nsin valor\nB=1");
   formula.NewFormula(u"A");
   EXPECT_EQ(formula.Execute(), 5);
+  Pon(formula, u"\n\nA=4\n\n");
+  EXPECT_EQ(formula.Execute(), 4) << "lines that are no pairs";
   EXPECT_THROW(Pon(formula, u"A=6\na=6"), EStringListError);
   EXPECT_THROW(formula.Execute(), EConvertError);
 }
