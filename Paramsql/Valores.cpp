@@ -102,8 +102,8 @@ Variant DeTexto(TFieldType tipo, std::u16string_view texto) {
       familia == Familia::Entero || familia == Familia::Flotante || familia == Familia::Booleano;
   if (texto.empty() && sinVacio) return Variant();
   const Variant valor(texto);
-  Variant convertido = Convierte(familia, valor);
-  return TextoIda(convertido) == texto ? std::move(convertido) : valor;
+  const Variant convertido = Convierte(familia, valor);
+  return TextoIda(convertido) == texto ? convertido : valor;
 }
 
 bool EntreComillas(std::u16string_view texto, char16_t comilla) {
