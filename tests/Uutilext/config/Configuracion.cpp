@@ -12,6 +12,7 @@
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
 #include "tests/CarpetaTemporal.h"
+#include "tests/OtroUsuario.h"
 #include "version/Version.h"
 
 namespace vel {
@@ -158,6 +159,16 @@ TEST(Configuracion, SaysWhichFileItCannotWriteAndLeavesIt) {
     EXPECT_EQ(MensajeDe([&] { BorraSeccion(archivo, u"a"); }),
               "No se puede actualizar la información del archivo " + fin);
   }
+  c.Escribe("solo lectura/a.ini", "[S]\nk=1\n");
+  const std::filesystem::path soloLectura = c.Ruta() / "solo lectura";
+  std::filesystem::permissions(soloLectura, std::filesystem::perms(0555));
+  EXPECT_TRUE(pruebas::ComoUsuario([&] {
+    return MensajeDe([&] { EscribeValor(c.Archivo("solo lectura/a.ini"), u"S", u"k", u"2"); }) ==
+           "No se puede escribir en el archivo \"" + (soloLectura / "a.ini").string() +
+               "\"\nCompruebe que tenga los permisos necesarios.";
+  }));
+  std::filesystem::permissions(soloLectura, std::filesystem::perms(0755));
+  EXPECT_EQ(c.Lee("solo lectura/a.ini"), "[S]\nk=1\n");
   // What cannot be written back as it was stays.
   for (const std::string danado : {"\xEF\xBB\xBF[S]\nn=\xF1\nk=1\n", "\xFE\xFFx"}) {
     c.Escribe("d.ini", danado);
@@ -176,7 +187,7 @@ TEST(Configuracion, SaysWhichFileItCannotWriteAndLeavesIt) {
   setrlimit(RLIMIT_FSIZE, &limite);
   EXPECT_NE(mensaje, "none");
   EXPECT_EQ(c.Lee("a.ini"), antes);
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(c.Ruta()), {}), 3) << "no temporary file stays";
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(c.Ruta()), {}), 4) << "no temporary file stays";
   EXPECT_THROW(EscribeValor(c.Archivo("a.ini"), u"S", u"k", u"a\nb"), EInvalidOperation);
   EXPECT_EQ(c.Lee("a.ini"), antes);
 }

@@ -15,6 +15,7 @@
 #include "platform/Archivos.h"
 #include "platform/Modulos.h"
 #include "tests/CarpetaTemporal.h"
+#include "tests/OtroUsuario.h"
 
 namespace vel {
 namespace {
@@ -110,6 +111,12 @@ TEST(IntentarAbrirArchivo, NamesTheFileAndTheFault) {
   EXPECT_EQ(mensaje("falta.txt", 2, true), "No se pudo encontrar el archivo de empresas");
   EXPECT_EQ(mensaje("nada/falta.txt", 0, false), "No se pudo encontrar la ruta del archivo falta.txt");
   EXPECT_EQ(mensaje("a.txt/b", 0, false), "No se pudo encontrar la ruta del archivo b");
+  c.Escribe("cerrado.txt", "x");
+  std::filesystem::permissions(c.Ruta() / "cerrado.txt", std::filesystem::perms::none);
+  EXPECT_TRUE(pruebas::ComoUsuario([&] {
+    return mensaje("cerrado.txt", 0, false) ==
+           "Acceso denegado al archivo cerrado.txt\nVerifique los permisos";
+  }));
   std::filesystem::create_directory(c.Ruta() / "carpeta");
   EXPECT_EQ(mensaje("carpeta", 0, false), "Acceso denegado al archivo carpeta\nVerifique los permisos");
   rlimit limite{};
