@@ -39,7 +39,7 @@ class Base {
       for (int i = 0; i < sqlite3_column_count(cruda); ++i) {
         const auto* texto = reinterpret_cast<const char*>(sqlite3_column_text(cruda, i));
         std::printf("  %s",
-                    Columna(vel::UTF8ToString(texto == nullptr ? "" : texto), i == 0 ? 40 : -14).c_str());
+                    Columna(vel::UTF8ToString(texto == nullptr ? "" : texto), i == 0 ? 46 : -12).c_str());
       }
       std::printf("\n");
     }
