@@ -8,54 +8,24 @@
 #include "Paramsql/Persistencia.h"
 #include "Paramsql/Redactor.h"
 #include "Paramsql/TParametrosFiltro.h"
+#include "framework/Columnas.h"
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
 
 namespace vel {
+
+using conjunto::Clase;
+
 namespace {
 
 // Stands for a null value in a stored text.
 constexpr std::u16string_view kNulo = u"NULL";
 
-enum class Familia : std::uint8_t { Texto, Entero, Flotante, Booleano, Fecha, Otra };
-
-Familia FamiliaDe(TFieldType tipo) {
-  switch (tipo) {
-    case TFieldType::ftString:
-    case TFieldType::ftWideString:
-    case TFieldType::ftFixedChar:
-    case TFieldType::ftFixedWideChar:
-    case TFieldType::ftMemo:
-    case TFieldType::ftWideMemo:
-    case TFieldType::ftFmtMemo:
-    case TFieldType::ftGuid:
-      return Familia::Texto;
-    case TFieldType::ftSmallint:
-    case TFieldType::ftInteger:
-    case TFieldType::ftWord:
-    case TFieldType::ftAutoInc:
-    case TFieldType::ftLargeint:
-    case TFieldType::ftLongWord:
-    case TFieldType::ftShortint:
-    case TFieldType::ftByte:
-      return Familia::Entero;
-    case TFieldType::ftFloat:
-    case TFieldType::ftCurrency:
-    case TFieldType::ftBCD:
-    case TFieldType::ftFMTBcd:
-    case TFieldType::ftExtended:
-    case TFieldType::ftSingle:
-      return Familia::Flotante;
-    case TFieldType::ftBoolean:
-      return Familia::Booleano;
-    case TFieldType::ftDate:
-    case TFieldType::ftTime:
-    case TFieldType::ftDateTime:
-    case TFieldType::ftTimeStamp:
-      return Familia::Fecha;
-    default:
-      return Familia::Otra;
-  }
+// The class by which a field type takes values. Data sets, whose values are raw SQL here, stand for all the
+// types that say nothing of theirs too.
+Clase ClaseDeValor(TFieldType tipo) noexcept {
+  Clase clase = Clase::Anidado;
+  return conjunto::ClaseDe(tipo, clase) ? clase : Clase::Anidado;
 }
 
 Variant Entero(std::int64_t valor) {
@@ -72,23 +42,23 @@ UnicodeString TextoIda(const Variant& valor) {
   return UnicodeString(buf.data(), r.ptr);
 }
 
-Variant Convierte(Familia familia, const Variant& valor) {
-  switch (familia) {
-    case Familia::Texto:
+Variant Convierte(Clase clase, const Variant& valor) {
+  switch (clase) {
+    case Clase::Texto:
       return Variant(valor.AsString());
-    case Familia::Entero:
+    case Clase::Entero:
       return Entero(valor.AsInt64());
-    case Familia::Flotante:
+    case Clase::Real:
       return Variant(valor.AsDouble());
-    case Familia::Booleano:
+    case Clase::Booleano:
       return Variant(valor.AsBoolean());
-    case Familia::Fecha: {
+    case Clase::Fecha: {
       if (valor.TextPtr() == nullptr) return Variant(valor.AsDateTime());
       // A date that a user wrote in the database's own notation stays text.
       TDateTime momento;
       return TryStrToDateTime(*valor.TextPtr(), momento) ? Variant(momento) : valor;
     }
-    case Familia::Otra:
+    case Clase::Anidado:
       break;
   }
   return valor;
@@ -97,12 +67,11 @@ Variant Convierte(Familia familia, const Variant& valor) {
 // What a stored text of the field type means. A text that is not written as the library would ("007",
 // "12:30") stays one, so that a literal made of it is the same again.
 Variant DeTexto(TFieldType tipo, std::u16string_view texto) {
-  const Familia familia = FamiliaDe(tipo);
-  const bool sinVacio =
-      familia == Familia::Entero || familia == Familia::Flotante || familia == Familia::Booleano;
+  const Clase clase = ClaseDeValor(tipo);
+  const bool sinVacio = clase == Clase::Entero || clase == Clase::Real || clase == Clase::Booleano;
   if (texto.empty() && sinVacio) return Variant();
   const Variant valor(texto);
-  const Variant convertido = Convierte(familia, valor);
+  const Variant convertido = Convierte(clase, valor);
   return TextoIda(convertido) == texto ? convertido : valor;
 }
 
@@ -204,7 +173,7 @@ Variant TParametrosFiltro::DameValorLstCampos(TFieldType tipo, std::u16string_vi
 UnicodeString TParametrosFiltro::DameValorIni(TFieldType tipo, const Variant& valor) {
   // As its type has it, which is what the statement shows; a text stays as it was given.
   const auto texto = [tipo](const Variant& v) {
-    return v.TextPtr() != nullptr ? *v.TextPtr() : TextoIda(Convierte(FamiliaDe(tipo), v));
+    return v.TextPtr() != nullptr ? *v.TextPtr() : TextoIda(Convierte(ClaseDeValor(tipo), v));
   };
   const auto elemento = [&texto](const Variant& v) {
     const bool nulo = v.IsEmpty() || v.IsNull();
@@ -278,9 +247,9 @@ UnicodeString TextoCrudo(const Variant& valor) {
 
 Variant ConvierteATipo(TFieldType tipo, const Variant& valor) {
   if (valor.IsEmpty() || valor.IsNull()) return Variant::Null();
-  return Convierte(FamiliaDe(tipo), valor);
+  return Convierte(ClaseDeValor(tipo), valor);
 }
 
-bool EsTexto(TFieldType tipo) noexcept { return FamiliaDe(tipo) == Familia::Texto; }
+bool EsTexto(TFieldType tipo) noexcept { return ClaseDeValor(tipo) == Clase::Texto; }
 
 }  // namespace vel
