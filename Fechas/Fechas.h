@@ -3,3 +3,4 @@
 /// Named date ranges defined by date macros.
 
 #include "Fechas/TConfigVEL.h"
+#include "framework/Excepciones.h"

@@ -6,3 +6,4 @@
 #include "Paramsql/TParamSelect.h"
 #include "Paramsql/TParamWhereSimple.h"
 #include "Paramsql/TParametrosFiltro.h"
+#include "framework/Excepciones.h"

@@ -3,3 +3,4 @@
 /// Discounts, taxes and totals of a document.
 
 #include "Ucalculocfdi/TCalculoCFDI.h"
+#include "framework/Excepciones.h"

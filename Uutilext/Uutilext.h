@@ -25,3 +25,4 @@
 #include "Uutilext/text/Mascaras.h"
 #include "Uutilext/time/Reloj.h"
 #include "Uutilext/time/ZonasHorarias.h"
+#include "framework/Excepciones.h"

@@ -14,5 +14,7 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/UtilVel90ConfigVersion.cm
 install(FILES
   ${PROJECT_BINARY_DIR}/UtilVel90Config.cmake ${PROJECT_BINARY_DIR}/UtilVel90ConfigVersion.cmake
   DESTINATION ${paquete})
+# From the pkg-config file up to the prefix, so that the installation can be moved.
+file(RELATIVE_PATH pc_hasta_prefijo /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/utilvel90.pc.in ${PROJECT_BINARY_DIR}/utilvel90.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/utilvel90.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
