@@ -259,12 +259,17 @@ std::string EscribeRemotableXML(const TRemotable& objeto, std::u16string_view no
 }
 
 void LeeRemotableXML(TRemotable& objeto, std::string_view xml) {
+  const auto falla = [](const UnicodeString& que) {
+    throw EInvalidOperation(u"El objeto no es un documento XML válido: " + que);
+  };
+  if (!IsUTF8(xml)) falla(u"el texto no es UTF-8 válido");
   pugi::xml_document documento;
-  const pugi::xml_parse_result r =
-      documento.load_buffer(xml.data(), xml.size(), pugi::parse_default, pugi::encoding_utf8);
-  if (!r)
-    throw EInvalidOperation(u"El objeto no es un documento XML válido: " + UTF8ToString(r.description()));
-  Lector lector(documento.document_element(), 0);
+  // As a fragment, so that what stands outside the root shows.
+  const pugi::xml_parse_result r = documento.load_buffer(
+      xml.data(), xml.size(), pugi::parse_default | pugi::parse_fragment, pugi::encoding_utf8);
+  if (!r) falla(UTF8ToString(r.description()));
+  if (documento.first_child().next_sibling()) falla(u"sobra contenido");
+  Lector lector(documento.first_child(), 0);
   objeto.Propiedades(lector);
 }
 

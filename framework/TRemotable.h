@@ -133,14 +133,14 @@ class UTILVEL90_EXPORT TRemotable : public TObject {
   virtual void Propiedades(VisitantePropiedades& visitante) = 0;
 };
 
-/// The object as XML in UTF-8: an element `nombre` with one child a property, in order. Every value survives
-/// the way back, nulls, arrays and texts of any content included. Objects nested more than 64 deep raise
-/// EInvalidOperation.
+/// The object as XML in UTF-8: an element `nombre`, which must be a name in XML, with one child a property,
+/// in order. Every value survives the way back, nulls, arrays and texts of any content included. Objects
+/// nested more than 64 deep raise EInvalidOperation.
 UTILVEL90_EXPORT std::string EscribeRemotableXML(const TRemotable& objeto, std::u16string_view nombre);
 
-/// Sets the object's properties from what EscribeRemotableXML wrote. XML that is broken, lacks a property or
-/// holds a value that does not fit raises EInvalidOperation naming the property; the object may then be
-/// partly read.
+/// Sets the object's properties from what EscribeRemotableXML wrote. Objects that it owned are replaced, and
+/// pointers to them end. XML that is broken, lacks a property or holds a value that does not fit raises
+/// EInvalidOperation naming the property; the object may then be partly read.
 UTILVEL90_EXPORT void LeeRemotableXML(TRemotable& objeto, std::string_view xml);
 
 }  // namespace vel

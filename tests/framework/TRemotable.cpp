@@ -81,7 +81,7 @@ TEST(TRemotable, SaysWhatIsWrong) {
     return xml.replace(xml.find(viejo), viejo.size(), nuevo);
   };
   for (const std::string& malo :
-       {std::string(), std::string("<Nodo"), cambia("<Texto v=\"\"/>", ""),
+       {std::string(), std::string("<Nodo"), bueno + bueno, cambia("<Texto v=\"\"/>", ""),
         cambia("<Numero v=\"0\"", "<Numero v=\"0x\""), cambia("<Tinte v=\"0\"", "<Tinte v=\"256\""),
         cambia("tipo=\"vacio\"", "tipo=\"raro\""), cambia("<Texto v=\"\"", "<Texto hex=\"12\"")}) {
     Nodo leido;
