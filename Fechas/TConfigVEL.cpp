@@ -39,13 +39,12 @@ void TConfigVEL::Inicio() { CargaConfig(); }
 
 void TConfigVEL::CargaConfig() {
   rangos_.clear();
-  std::int32_t total = 0;
-  if (!TryStrToInt(DameValor(archivo_, u"FECHAS", u"TOTAL"), total) || total < 0 || total > kRangosMaximos)
-    return;
-  // The section at once: one reading of the file for all the entries. Of equal keys the first counts.
+  // The section at once: one reading of the file. Of equal keys the first counts.
   std::map<UnicodeString, UnicodeString, LessText> valores;
   for (auto& [clave, valor] : LeeIni(archivo_).Seccion(u"FECHAS"))
     valores.emplace(std::move(clave), std::move(valor));
+  std::int32_t total = 0;
+  if (!TryStrToInt(valores[u"TOTAL"], total) || total < 0 || total > kRangosMaximos) return;
   rangos_.resize(static_cast<std::size_t>(total));
   for (std::int32_t i = 0; i < total; ++i) {
     const auto it = valores.find(u"Fch" + IntToStr(i));

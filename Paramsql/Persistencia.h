@@ -16,8 +16,31 @@ inline constexpr std::u16string_view kGroupBy = u"GROUPBY";
 inline constexpr std::u16string_view kHaving = u"HAVING";
 inline constexpr std::u16string_view kUnion = u"UNION";
 
+// Keys; those of list items are followed by the item's 0-based index.
+inline constexpr std::u16string_view kNumCampos = u"NumCampos";
+inline constexpr std::u16string_view kAliasCampo = u"AliasCampo";
+inline constexpr std::u16string_view kVisible = u"Visible";
+inline constexpr std::u16string_view kClaveTabla = u"TABLA";
+inline constexpr std::u16string_view kNumJoins = u"NumJoins";
+inline constexpr std::u16string_view kJoin = u"Join";
+inline constexpr std::u16string_view kClaveGroupBy = u"GroupBy";
+inline constexpr std::u16string_view kClaveUnion = u"Filtro";
 inline constexpr std::u16string_view kNumFiltros = u"NumFiltros";
 inline constexpr std::u16string_view kNumElementos = u"NumElementos";
+inline constexpr std::u16string_view kNomCampo = u"NomCampo";
+inline constexpr std::u16string_view kTipoCampo = u"TipoCampo";
+inline constexpr std::u16string_view kValCampo = u"ValCampo";
+inline constexpr std::u16string_view kOpCampo = u"OpCampo";
+inline constexpr std::u16string_view kConectCampo = u"ConectCampo";
+inline constexpr std::u16string_view kCharGrupCampo = u"CharGrupCampo";
+inline constexpr std::u16string_view kSensitive = u"Sensitive";
+inline constexpr std::u16string_view kNumFiltrosP = u"NumFiltrosP";
+inline constexpr std::u16string_view kTipoPers = u"TipoCampoFilterParamsPers";
+inline constexpr std::u16string_view kValorPers = u"ValCampoFilterParamsPers";
+inline constexpr std::u16string_view kClasePers = u"TipoVariantParamsPers";
+inline constexpr std::u16string_view kSentenciaPers = u"SentenciaSQLPers";
+inline constexpr std::u16string_view kActivarPers = u"ActivarFiltroP";
+inline constexpr std::u16string_view kCondicionesPers = u"CondicionesPers";
 
 /// More partners than any query has; a bound for a damaged file.
 inline constexpr int kUnionesMaximas = 64;

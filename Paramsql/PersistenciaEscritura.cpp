@@ -79,15 +79,15 @@ void PonCondiciones(Seccion& s, const TParamWhereSimpleArray& condiciones, std::
   const auto nada = [](std::size_t, const TParamWhereSimple&) {};
   s.PonCuenta(cuenta, Cada(condiciones, nada));
   Cada(condiciones, [&](std::size_t i, const TParamWhereSimple& c) {
-    s.Pon(u"NomCampo", i, c.NombreCampo);
-    s.Pon(u"TipoCampo", i, IntToStr(static_cast<int>(c.TipoCampo)));
-    s.Pon(u"ValCampo", i, TextoDeValor(c));
-    s.Pon(u"OpCampo", i, c.DameOperador());
-    s.Pon(u"ConectCampo", i, c.DameOperadorUnion());
-    s.Pon(u"CharGrupCampo", i, c.DameCharGrupo());
+    s.Pon(kNomCampo, i, c.NombreCampo);
+    s.Pon(kTipoCampo, i, IntToStr(static_cast<int>(c.TipoCampo)));
+    s.Pon(kValCampo, i, TextoDeValor(c));
+    s.Pon(kOpCampo, i, c.DameOperador());
+    s.Pon(kConectCampo, i, c.DameOperadorUnion());
+    s.Pon(kCharGrupCampo, i, c.DameCharGrupo());
     // HAVING keeps the key only where the statement needs it.
     const bool distingue = c.Sensitive && c.Operador == ENUM_OPERADOR::LIKE;
-    if (conSensitive || distingue) s.Pon(u"Sensitive", i, Logico(c.Sensitive));
+    if (conSensitive || distingue) s.Pon(kSensitive, i, Logico(c.Sensitive));
   });
 }
 
@@ -113,21 +113,21 @@ void PonPersonalizadas(Seccion& s, const TParametrosFiltro& f) {
   const std::vector<Variant> valores = pers.IsArray()   ? pers.AsArray().items
                                        : pers.IsEmpty() ? std::vector<Variant>()
                                                         : std::vector<Variant>{pers};
-  s.PonCuenta(u"NumFiltrosP", valores.size());
+  s.PonCuenta(kNumFiltrosP, valores.size());
   for (std::size_t i = 0; i < valores.size(); ++i) {
-    s.Pon(u"TipoCampoFilterParamsPers", i, IntToStr(static_cast<int>(TipoDe(valores[i]))));
-    s.Pon(u"ValCampoFilterParamsPers", i, TParametrosFiltro::DameValorIni(TipoDe(valores[i]), valores[i]));
-    s.Pon(u"TipoVariantParamsPers", i, IntToStr(static_cast<int>(valores[i].GetKind())));
+    s.Pon(kTipoPers, i, IntToStr(static_cast<int>(TipoDe(valores[i]))));
+    s.Pon(kValorPers, i, TParametrosFiltro::DameValorIni(TipoDe(valores[i]), valores[i]));
+    s.Pon(kClasePers, i, IntToStr(static_cast<int>(valores[i].GetKind())));
   }
-  if (!f.FilterTextPers.empty()) s.Pon(u"SentenciaSQLPers", u"\"" + f.FilterTextPers + u"\"");
-  if (f.FiltroPActivo != 0) s.Pon(u"ActivarFiltroP", IntToStr(f.FiltroPActivo));
+  if (!f.FilterTextPers.empty()) s.Pon(kSentenciaPers, u"\"" + f.FilterTextPers + u"\"");
+  if (f.FiltroPActivo != 0) s.Pon(kActivarPers, IntToStr(f.FiltroPActivo));
   if (!f.FilterPersItems.empty()) {
     std::vector<Variant> textos;
     for (const UnicodeString& texto : f.FilterPersItems) textos.emplace_back(texto);
-    s.Pon(u"CondicionesPers",
+    s.Pon(kCondicionesPers,
           TParametrosFiltro::DameValorIni(TFieldType::ftString, VarArrayOf(std::move(textos))));
   }
-  s.Vacia({u"NumFiltrosP", u"SentenciaSQLPers", u"ActivarFiltroP", u"CondicionesPers"});
+  s.Vacia({kNumFiltrosP, kSentenciaPers, kActivarPers, kCondicionesPers});
 }
 
 void PonDefinicion(TextoIni& texto, const TParametrosFiltro& f, int numero, int nivel) {
@@ -141,28 +141,28 @@ void PonDefinicion(TextoIni& texto, const TParametrosFiltro& f, int numero, int 
     s.Escribe();
   };
   seccion(kSelect, [&f](Seccion& s) {
-    s.PonCuenta(u"NumCampos", Cada(f.ParamSelect, [](std::size_t, const TParamSelect&) {}));
+    s.PonCuenta(kNumCampos, Cada(f.ParamSelect, [](std::size_t, const TParamSelect&) {}));
     Cada(f.ParamSelect, [&s](std::size_t i, const TParamSelect& c) {
-      s.Pon(u"NomCampo", i, c.NombreCampo);
-      s.Pon(u"AliasCampo", i, c.AliasCampo);
-      s.Pon(u"Visible", i, Logico(c.Visible));
+      s.Pon(kNomCampo, i, c.NombreCampo);
+      s.Pon(kAliasCampo, i, c.AliasCampo);
+      s.Pon(kVisible, i, Logico(c.Visible));
     });
   });
-  seccion(kTabla, [&f](Seccion& s) { s.Pon(u"TABLA", f.NombreTabla); });
+  seccion(kTabla, [&f](Seccion& s) { s.Pon(kClaveTabla, f.NombreTabla); });
   seccion(kJoins, [&f](Seccion& s) {
-    s.PonCuenta(u"NumJoins", f.Join.size());
-    for (std::size_t i = 0; i < f.Join.size(); ++i) s.Pon(u"Join", i, f.Join[i]);
+    s.PonCuenta(kNumJoins, f.Join.size());
+    for (std::size_t i = 0; i < f.Join.size(); ++i) s.Pon(kJoin, i, f.Join[i]);
   });
   seccion(kFiltro, [&f](Seccion& s) {
     PonCondiciones(s, f.ParamWhere, kNumFiltros);
     PonPersonalizadas(s, f);
   });
   seccion(kGroupBy, [&f](Seccion& s) {
-    if (!f.GroupBy.empty()) s.Pon(u"GroupBy", f.GroupBy);
+    if (!f.GroupBy.empty()) s.Pon(kClaveGroupBy, f.GroupBy);
   });
   seccion(kHaving, [&f](Seccion& s) { PonCondiciones(s, f.ParamHaving, kNumElementos); });
   seccion(kUnion, [&f, numero](Seccion& s) {
-    if (f.ParametrosUnion != nullptr) s.Pon(u"Filtro", IntToStr(NumeroDeUnion(numero)));
+    if (f.ParametrosUnion != nullptr) s.Pon(kClaveUnion, IntToStr(NumeroDeUnion(numero)));
   });
   if (f.ParametrosUnion != nullptr) {
     PonDefinicion(texto, *f.ParametrosUnion, NumeroDeUnion(numero), nivel + 1);

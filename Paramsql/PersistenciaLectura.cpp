@@ -22,25 +22,30 @@ class Seccion {
   Seccion(const TextoIni& texto, const UnicodeString& nombre) {
     for (auto& [clave, valor] : texto.Seccion(nombre)) valores_.emplace(std::move(clave), std::move(valor));
   }
-  UnicodeString Valor(const UnicodeString& clave) const {
-    const auto it = valores_.find(clave);
+  UnicodeString Valor(std::u16string_view clave) const {
+    const auto it = valores_.find(UnicodeString(clave));
     return it == valores_.end() ? UnicodeString() : it->second;
   }
   UnicodeString Valor(std::u16string_view clave, std::int32_t indice) const {
     return Valor(UnicodeString(clave) + IntToStr(indice));
   }
   /// A whole number; 0 when it is missing or no number.
-  std::int32_t Numero(const UnicodeString& clave) const {
-    std::int32_t numero = 0;
-    TryStrToInt(Valor(clave), numero);
-    return numero;
+  std::int32_t Numero(std::u16string_view clave) const { return EnNumero(Valor(clave)); }
+  std::int32_t Numero(std::u16string_view clave, std::int32_t indice) const {
+    return EnNumero(Valor(clave, indice));
   }
   /// A count: no more than there are keys, so that a damaged one ends.
   std::int32_t Cuenta(std::u16string_view clave) const {
-    return std::clamp(Numero(UnicodeString(clave)), 0, static_cast<std::int32_t>(valores_.size()));
+    return std::clamp(Numero(clave), 0, static_cast<std::int32_t>(valores_.size()));
   }
 
  private:
+  static std::int32_t EnNumero(const UnicodeString& texto) {
+    std::int32_t numero = 0;
+    TryStrToInt(texto, numero);
+    return numero;
+  }
+
   std::map<UnicodeString, UnicodeString, LessText> valores_;
 };
 
@@ -60,14 +65,14 @@ TParamWhereSimpleArray LeeCondiciones(const Seccion& s, std::u16string_view cuen
   TParamWhereSimpleArray condiciones;
   for (std::int32_t i = 0; i < s.Cuenta(cuenta); ++i) {
     auto c = std::make_unique<TParamWhereSimple>();
-    const UnicodeString tipo = s.Valor(u"TipoCampo", i);
-    c->NombreCampo = s.Valor(u"NomCampo", i);
+    const UnicodeString tipo = s.Valor(kTipoCampo, i);
+    c->NombreCampo = s.Valor(kNomCampo, i);
     c->TipoCampo = static_cast<TFieldType>(static_cast<std::uint8_t>(tipo.empty() ? 0 : StrToInt(tipo)));
-    c->Operador = Operador(s.Valor(u"OpCampo", i));
-    c->ValorCampo = ValorDeTexto(c->TipoCampo, c->Operador, s.Valor(u"ValCampo", i));
-    c->ConectorSigCampo = Conector(s.Valor(u"ConectCampo", i));
-    c->CharGrupo = TParametrosFiltro::DameCharGrupo(TrimView(s.Valor(u"CharGrupCampo", i)));
-    c->Sensitive = DameValorBooleano(s.Valor(u"Sensitive", i));
+    c->Operador = Operador(s.Valor(kOpCampo, i));
+    c->ValorCampo = ValorDeTexto(c->TipoCampo, c->Operador, s.Valor(kValCampo, i));
+    c->ConectorSigCampo = Conector(s.Valor(kConectCampo, i));
+    c->CharGrupo = TParametrosFiltro::DameCharGrupo(TrimView(s.Valor(kCharGrupCampo, i)));
+    c->Sensitive = DameValorBooleano(s.Valor(kSensitive, i));
     condiciones.push_back(std::move(c));
   }
   return condiciones;
@@ -95,24 +100,22 @@ Variant EnClase(const Variant& valor, std::int32_t clase) {
 
 void LeePersonalizadas(const Seccion& s, TParametrosFiltro& f) {
   std::vector<Variant> valores;
-  for (std::int32_t i = 0; i < s.Cuenta(u"NumFiltrosP"); ++i) {
-    const auto tipo = static_cast<TFieldType>(
-        static_cast<std::uint8_t>(s.Numero(u"TipoCampoFilterParamsPers" + IntToStr(i))));
-    const Variant valor =
-        TParametrosFiltro::DameValorLstCampos(tipo, s.Valor(u"ValCampoFilterParamsPers", i));
-    valores.push_back(EnClase(valor, s.Numero(u"TipoVariantParamsPers" + IntToStr(i))));
+  for (std::int32_t i = 0; i < s.Cuenta(kNumFiltrosP); ++i) {
+    const auto tipo = static_cast<TFieldType>(static_cast<std::uint8_t>(s.Numero(kTipoPers, i)));
+    const Variant valor = TParametrosFiltro::DameValorLstCampos(tipo, s.Valor(kValorPers, i));
+    valores.push_back(EnClase(valor, s.Numero(kClasePers, i)));
   }
   f.FilterParamsPers = valores.empty() ? Variant() : VarArrayOf(std::move(valores));
-  const UnicodeString texto = s.Valor(u"SentenciaSQLPers");
+  const UnicodeString texto = s.Valor(kSentenciaPers);
   std::u16string_view sentencia = texto;
   if (sentencia.size() > 1 && sentencia.front() == u'"' && sentencia.back() == u'"') {
     sentencia = sentencia.substr(1, sentencia.size() - 2);
   }
   f.FilterTextPers = sentencia;
-  f.FiltroPActivo = s.Numero(u"ActivarFiltroP");
+  f.FiltroPActivo = s.Numero(kActivarPers);
   f.FilterPersItems.clear();
   const Variant textos =
-      TParametrosFiltro::DameValorLstCampos(TFieldType::ftString, s.Valor(u"CondicionesPers"));
+      TParametrosFiltro::DameValorLstCampos(TFieldType::ftString, s.Valor(kCondicionesPers));
   if (textos.IsArray()) {
     for (const Variant& v : textos.AsArray().items) f.FilterPersItems.push_back(v.AsString());
   } else if (!textos.IsEmpty()) {
@@ -127,21 +130,21 @@ std::unique_ptr<TParametrosFiltro> LeeDefinicion(const TextoIni& texto, int nume
   const auto seccion = [&](std::u16string_view nombre) {
     return Seccion(texto, UnicodeString(nombre) + Sufijo(numero));
   };
-  auto f = std::make_unique<TParametrosFiltro>(seccion(kTabla).Valor(u"TABLA"));
+  auto f = std::make_unique<TParametrosFiltro>(seccion(kTabla).Valor(kClaveTabla));
   const Seccion campos = seccion(kSelect);
-  for (std::int32_t i = 0; i < campos.Cuenta(u"NumCampos"); ++i) {
-    f->AgregaCampoSelect(campos.Valor(u"NomCampo", i), campos.Valor(u"AliasCampo", i),
-                         DameValorBooleano(campos.Valor(u"Visible", i)));
+  for (std::int32_t i = 0; i < campos.Cuenta(kNumCampos); ++i) {
+    f->AgregaCampoSelect(campos.Valor(kNomCampo, i), campos.Valor(kAliasCampo, i),
+                         DameValorBooleano(campos.Valor(kVisible, i)));
   }
   const Seccion joins = seccion(kJoins);
-  for (std::int32_t i = 0; i < joins.Cuenta(u"NumJoins"); ++i)
-    f->Join.push_back(LeeJoin(joins.Valor(u"Join", i)));
+  for (std::int32_t i = 0; i < joins.Cuenta(kNumJoins); ++i)
+    f->Join.push_back(LeeJoin(joins.Valor(kJoin, i)));
   const Seccion filtro = seccion(kFiltro);
   f->ParamWhere = LeeCondiciones(filtro, kNumFiltros);
   LeePersonalizadas(filtro, *f);
-  f->GroupBy = seccion(kGroupBy).Valor(u"GroupBy");
+  f->GroupBy = seccion(kGroupBy).Valor(kClaveGroupBy);
   f->ParamHaving = LeeCondiciones(seccion(kHaving), kNumElementos);
-  const UnicodeString unida = seccion(kUnion).Valor(u"Filtro");
+  const UnicodeString unida = seccion(kUnion).Valor(kClaveUnion);
   if (!unida.empty()) {
     const int siguiente = StrToInt(unida);
     // A partner that leads back would never end.

@@ -29,7 +29,8 @@ namespace vel {
 ///
 /// Without parameters values are written as literals, texts as they are: embedded quotes are not doubled, so
 /// a text that a user typed belongs in a statement with parameters. Table, columns, joins and raw SQL values
-/// are always written as they are.
+/// are always written as they are. Literals are for ftInteger, ftFloat, ftString, ftDateTime and ftTimeStamp
+/// fields: values of other types are written as nothing, and those of a BETWEEN as plain text without quotes.
 ///
 /// Nothing is validated but what could not be written at all: a BETWEEN without two values or an IN without
 /// any raises EInvalidOperation; a value that does not convert to its field type raises the conversion error.
@@ -150,14 +151,18 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   /// Makes a new union partner on `tabla` and returns it, owned by this object. A partner that it replaces
   /// stays valid, though out of the statement, until this object ends.
   TParametrosFiltro* AgregaUnion(std::u16string_view tabla);
+  /// Frees the union partner at once.
   void QuitaUnion();
   /// Orders by `campo`; a column that occurs in the present order, as part of a longer name too, toggles
   /// OrdDesc, any other resets it.
   void SetOrderBy(std::u16string_view campo);
 
-  // --- The statement. `num` and `numInicial`: the number after which parameters are counted.
+  // --- The statement. `numInicial` is the number after which parameters are counted; `num` is too, and
+  // becomes the last one used. All of them set ConParametros.
 
   UnicodeString DameSentenciaSQL(bool conParametros, int numInicial);
+  /// " WHERE (conditions) ", the conditions alone, and " HAVING conditions". Without conditions " WHERE ",
+  /// the empty text and " HAVING ".
   UnicodeString DameWhere(bool conParametros, int& num);
   UnicodeString DameCondWhere(bool conParametros, int& num);
   UnicodeString DameHaving(bool conParametros, int& num);

@@ -9,7 +9,6 @@
 #include "Paramsql/Redactor.h"
 #include "Paramsql/TParametrosFiltro.h"
 #include "framework/Columnas.h"
-#include "framework/Excepciones.h"
 #include "framework/Numeros.h"
 
 namespace vel {

@@ -1,7 +1,5 @@
 // Discounts and taxes of one line.
 
-#include <algorithm>
-
 #include "Ucalculocfdi/CamposPartida.h"
 #include "Ucalculocfdi/Listas.h"
 #include "Ucalculocfdi/TCalculoCFDI.h"

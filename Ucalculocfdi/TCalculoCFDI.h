@@ -23,6 +23,21 @@ enum class ENUM_PROC_FACTCOMP : std::int32_t { PROC_NORMAL = 0, PROC_POR_DOCUMEN
 /// are 0-based: element 0 belongs to tax or discount 1. Line amounts are rounded to DecimalesPartida decimals
 /// and document totals to DecimalesTotales, by g_redoTo.
 ///
+/// The fields of a line:
+///
+///     CANT                  quantity
+///     PREC, COST            unit price, and unit cost, on which purchases are taxed
+///     TIP_CAM               exchange rate, by which amounts are divided
+///     DESC1 to DESC3        discounts of a sale in percent
+///     DESCU                 discount of a purchase in percent
+///     IMPU1 to IMPU8        rates of the taxes in percent
+///     IMP1APLA to IMP8APLA  base of each tax: 0 the amount, 1 to 7 the taxes 1 to n too; 4 and 6: no tax
+///     MAN_IEPS              "S" when one tax is an excise quota: APL_MAN_IMP is its number (1 to 8),
+///                           APL_MAN_IEPS its mode (see AplicaImpuAdicIEPS), MTO_CUOTA the quota
+///     CVE_DOC               key of the document
+///     TIPO_PROD, TIPO_ELEM  kinds of product and element: "P" or "S" with "K", and "G" with "N", do not
+///     count MUESTRA_PAR           "N" or empty on a line that is taxed
+///
 /// A field that is missing raises EDatabaseError naming it when it is first read ("IMP1APLA" to "IMP8APLA"
 /// and "MUESTRA_PAR" are optional); a text that is no number raises EConvertError. Totals are then partial. A
 /// null field reads as 0 or the empty text; a zero exchange rate or quantity gives infinity or NaN.
@@ -51,7 +66,8 @@ class UTILVEL90_EXPORT TCalculoCFDI {
   /// adds to them, and with them to the totals of taxes that have more than one rate.
   void CalculaTotales();
 
-  /// Computes discounts and taxes of the current line.
+  /// Computes discounts, by the PorcDescuento that stand, and taxes of the current line; the taxes enter
+  /// TotalImpuesto and the lists.
   void CalculaImpDescPar();
   /// Computes the three discounts, each on the whole amount, and returns their sum.
   double CalculaDescuentosPar(double importe);
@@ -85,6 +101,7 @@ class UTILVEL90_EXPORT TCalculoCFDI {
 
   ENUM_MODULO Modulo;
   ENUM_PROC_FACTCOMP Proceso;
+  /// Type and header are kept for the caller: no total depends on them.
   TIPO_DOCTO TipoDocto;
   TClientDataSet Cabecera;
   /// The lines; the current record is the one being computed.

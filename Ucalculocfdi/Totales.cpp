@@ -1,13 +1,9 @@
 // Totals of a document and its tax lists.
 
-#include <algorithm>
-#include <memory>
-
 #include "Ucalculocfdi/CamposPartida.h"
 #include "Ucalculocfdi/Listas.h"
 #include "Ucalculocfdi/TCalculoCFDI.h"
 #include "Uutilext/documents/Redondeo.h"
-#include "framework/Numeros.h"
 
 namespace vel {
 

@@ -15,6 +15,7 @@
 #include "Uutilext/crypto/Resumenes.h"
 #include "Uutilext/diagnostics/Bitacora.h"
 #include "Uutilext/diagnostics/Errores.h"
+#include "Uutilext/diagnostics/Traza.h"
 #include "Uutilext/documents/Redondeo.h"
 #include "Uutilext/documents/TiposDocto.h"
 #include "Uutilext/text/Claves.h"

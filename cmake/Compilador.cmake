@@ -7,7 +7,7 @@ add_library(utilvel90_compilador INTERFACE)
 target_compile_features(utilvel90_compilador INTERFACE cxx_std_20)
 target_compile_options(utilvel90_compilador INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast
-  -Wnon-virtual-dtor -Woverloaded-virtual -Werror
+  -Wnon-virtual-dtor -Woverloaded-virtual
   # Amounts must not depend on the processor: no fused multiply-add behind our back.
   -ffp-contract=off)
 if(UTILVEL90_SANITIZA)

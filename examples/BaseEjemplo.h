@@ -35,7 +35,8 @@ class Base {
     if (sqlite3_prepare_v2(base_.get(), sql.c_str(), -1, &cruda, nullptr) != SQLITE_OK) Falla();
     const std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)> sentencia(cruda, sqlite3_finalize);
     for (const vel::TParam& p : parametros) Enlaza(cruda, p);
-    while (sqlite3_step(cruda) == SQLITE_ROW) {
+    int paso = SQLITE_ROW;
+    while ((paso = sqlite3_step(cruda)) == SQLITE_ROW) {
       for (int i = 0; i < sqlite3_column_count(cruda); ++i) {
         const auto* texto = reinterpret_cast<const char*>(sqlite3_column_text(cruda, i));
         std::printf("  %s",
@@ -43,6 +44,7 @@ class Base {
       }
       std::printf("\n");
     }
+    if (paso != SQLITE_DONE) Falla();
   }
 
  private:

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <memory>
 #include <random>
+#include <stdexcept>
 #include <string>
 
 #include "Paramsql/Paramsql.h"
@@ -77,9 +78,10 @@ int main(int argc, char** argv) {
     vel::TParametrosFiltro leida(u"");
     leida.LoadFromIni(archivo, 0);
     std::filesystem::remove(guardada);
-    const bool igual = leida.DameSentenciaSQL(true, 0) == filtro->DameSentenciaSQL(true, 0);
-    std::printf("\nGuardada y leída de nuevo (%s), renglones:\n",
-                igual ? "la misma sentencia" : "OTRA sentencia");
+    if (leida.DameSentenciaSQL(true, 0) != filtro->DameSentenciaSQL(true, 0)) {
+      throw std::runtime_error("La consulta guardada da otra sentencia");
+    }
+    std::printf("\nGuardada y leída de nuevo (la misma sentencia), renglones:\n");
     base.Imprime(leida);
   });
 }

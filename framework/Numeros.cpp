@@ -5,7 +5,6 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
-#include <optional>
 #include <string>
 #include <system_error>
 
@@ -175,12 +174,6 @@ std::size_t FloatToChars(double valor, std::span<char, kMaxFloatText> salida) no
 UnicodeString FloatToStr(double valor) {
   std::array<char, kMaxFloatText> buf;
   return Ensancha({buf.data(), FloatToChars(valor, buf)});
-}
-
-void AppendFloat(UnicodeString& texto, double valor) {
-  std::array<char, kMaxFloatText> buf;
-  const std::size_t n = FloatToChars(valor, buf);
-  texto.append(buf.data(), buf.data() + n);
 }
 
 // Amounts seldom need the text. With a = |valor|, s = a * 10^6 and m the whole number nearest to s: the text

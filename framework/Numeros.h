@@ -22,9 +22,6 @@ UTILVEL90_EXPORT UnicodeString FloatToStr(double valor);
 /// FloatToStr into ASCII characters: fills the beginning of `salida` and returns how many.
 UTILVEL90_EXPORT std::size_t FloatToChars(double valor, std::span<char, kMaxFloatText> salida) noexcept;
 
-/// Appends FloatToStr(valor) to a text.
-UTILVEL90_EXPORT void AppendFloat(UnicodeString& texto, double valor);
-
 /// The double that FloatToStr's text of the value reads back to: the value rounded to 15 significant digits.
 /// Zero of either sign gives 0; what is no finite number comes back unchanged.
 UTILVEL90_EXPORT double RoundToText(double valor) noexcept;

@@ -9,6 +9,7 @@
 
 #include "framework/Columnas.h"
 #include "framework/Excepciones.h"
+#include "framework/Xml.h"
 
 namespace vel {
 
@@ -41,8 +42,7 @@ std::vector<std::string> Atributos(const std::vector<TFieldDef>& defs) {
   return atributos;
 }
 
-// XML 1.0, production 2: no control characters but tab and line ends, no half of a surrogate pair, no
-// noncharacters.
+// False for a text with a character that XML does not have, or half of one.
 bool CabeEnXml(std::u16string_view texto) noexcept {
   for (std::size_t i = 0; i < texto.size(); ++i) {
     const char16_t c = texto[i];
@@ -51,7 +51,7 @@ bool CabeEnXml(std::u16string_view texto) noexcept {
           c <= 0xDBFF && i + 1 < texto.size() && texto[i + 1] >= 0xDC00 && texto[i + 1] <= 0xDFFF;
       if (!par) return false;
       ++i;
-    } else if ((c < u' ' && c != u'\t' && c != u'\n' && c != u'\r') || c >= 0xFFFE) {
+    } else if (!xml::EsCaracter(c)) {
       return false;
     }
   }

@@ -1,7 +1,6 @@
 // Reader of client data-set XML packets, version 2.0.
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cstdint>
 #include <cstring>
@@ -16,6 +15,7 @@
 #include "framework/Columnas.h"
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
+#include "framework/Xml.h"
 
 namespace vel::conjunto {
 
@@ -183,25 +183,19 @@ bool PonAtributo(Columna& columna, std::size_t registro, std::string_view texto)
   return true;
 }
 
-// Whether XML has the code point (XML 1.0, production 2).
-bool EsDeXml(std::uint32_t codigo) noexcept {
-  if (codigo < 0x20) return codigo == '\t' || codigo == '\n' || codigo == '\r';
-  return codigo < 0xD800 || (codigo > 0xDFFF && codigo < 0xFFFE) || (codigo > 0xFFFF && codigo < 0x110000);
-}
-
 // Place of a control character, or of a reference to a character, that XML does not have, both of which the
 // parser lets pass; npos when there is none.
 std::size_t LugarDeCaracterAjeno(std::string_view texto) noexcept {
   for (std::size_t i = 0; i < texto.size(); ++i) {
     i += LargoSinControles(texto.substr(i));
-    if (i < texto.size() && !EsDeXml(static_cast<unsigned char>(texto[i]))) return i;
+    if (i < texto.size() && !xml::EsCaracter(static_cast<unsigned char>(texto[i]))) return i;
   }
   for (std::size_t i = texto.find("&#"); i != texto.npos; i = texto.find("&#", i + 2)) {
     std::string_view numero = texto.substr(i + 2, texto.find(';', i) - i - 2);
     const int base = LeeCaracter(numero, 'x') ? 16 : 10;
     std::uint32_t codigo = 0;
     const auto r = std::from_chars(numero.data(), numero.data() + numero.size(), codigo, base);
-    if (r.ec != std::errc() || r.ptr != numero.data() + numero.size() || !EsDeXml(codigo)) return i;
+    if (r.ec != std::errc() || r.ptr != numero.data() + numero.size() || !xml::EsCaracter(codigo)) return i;
   }
   return texto.npos;
 }
@@ -218,7 +212,8 @@ class Lector {
     // As a fragment, so that what stands outside the root shows.
     const pugi::xml_parse_result r = documento_.load_buffer(
         texto_.data(), texto_.size(), pugi::parse_default | pugi::parse_fragment, pugi::encoding_utf8);
-    if (!r) Falla(u"no es un documento XML válido (" + UTF8ToString(r.description()) + u")", r.offset);
+    if (!r)
+      Falla(u"no es un documento XML válido (" + UnicodeString(xml::Descripcion(r.status)) + u")", r.offset);
   }
 
   std::unique_ptr<Estado> Lee() {

@@ -56,11 +56,13 @@ UTILVEL90_EXPORT CivilDate DecodeDate(TDateTime momento);
 UTILVEL90_EXPORT CivilTime DecodeTime(TDateTime momento);
 
 /// "dd/mm/yyyy", then " hh:mm:ss" when the time of day is not midnight, then ".zzz" when milliseconds
-/// remain: the short formats of Mexico, whatever the machine's locale.
+/// remain: the short formats of Mexico, whatever the machine's locale. Raises EConvertError as DecodeDate
+/// does.
 UTILVEL90_EXPORT UnicodeString DateTimeToStr(TDateTime momento);
 
-/// Reads what DateTimeToStr writes; day and month may have one digit, seconds may be missing, blanks may
-/// surround it, and a time alone is of day 0. Returns false and leaves `momento` alone otherwise.
+/// Reads what DateTimeToStr writes; day and month may have one digit, the year one to four (24 is the year
+/// 24), seconds may be missing, blanks may surround it, and a time alone is of day 0. Returns false and
+/// leaves `momento` alone otherwise.
 UTILVEL90_EXPORT bool TryStrToDateTime(std::u16string_view texto, TDateTime& momento) noexcept;
 
 /// TryStrToDateTime that raises EConvertError ("'x' no es una fecha y hora válida").

@@ -64,6 +64,7 @@ double TField::AsFloat() const {
 std::int64_t TField::AsLargeInt() const {
   if (IsNull()) return 0;
   if (columna_->clase == Clase::Entero) return columna_->enteros[estado_.actual];
+  if (columna_->clase == Clase::Anidado) columna_->FallaTipo();
   try {
     return Value().AsInt64();
   } catch (const Exception& e) {

@@ -5,7 +5,7 @@
 #include <pugixml.hpp>
 
 #include "framework/Excepciones.h"
-#include "framework/Numeros.h"
+#include "framework/Xml.h"
 
 namespace vel {
 namespace {
@@ -267,7 +267,7 @@ void LeeRemotableXML(TRemotable& objeto, std::string_view xml) {
   // As a fragment, so that what stands outside the root shows.
   const pugi::xml_parse_result r = documento.load_buffer(
       xml.data(), xml.size(), pugi::parse_default | pugi::parse_fragment, pugi::encoding_utf8);
-  if (!r) falla(UTF8ToString(r.description()));
+  if (!r) falla(UnicodeString(xml::Descripcion(r.status)));
   if (documento.first_child().next_sibling()) falla(u"sobra contenido");
   Lector lector(documento.first_child(), 0);
   objeto.Propiedades(lector);

@@ -127,7 +127,7 @@ class UTILVEL90_EXPORT VisitantePropiedades {
 };
 
 /// Base of the classes whose published properties travel as XML. A class lists its properties once, in
-/// order; the names are part of its contract.
+/// order; the names are what other programs read.
 class UTILVEL90_EXPORT TRemotable : public TObject {
  public:
   virtual void Propiedades(VisitantePropiedades& visitante) = 0;

@@ -13,9 +13,6 @@ namespace {
   throw EStringListError(u"La lista de cadenas no admite duplicados: " + UnicodeString(texto));
 }
 
-}  // namespace
-namespace {
-
 // Length of the name of a name=value text; npos when it holds no "=".
 std::size_t LargoNombre(std::u16string_view texto) noexcept { return texto.find(u'='); }
 
@@ -156,6 +153,9 @@ UnicodeString TStringList::Text() const {
 }
 
 void TStringList::SetText(std::u16string_view texto) {
+  // The text may be one of this list's own.
+  const UnicodeString copia(texto);
+  texto = copia;
   Clear();
   while (!texto.empty()) {
     const std::size_t fin = texto.find_first_of(u"\r\n");

@@ -56,7 +56,7 @@ class UTILVEL90_EXPORT TStringList : public TObject {
   UnicodeString ValueFromIndex(std::size_t indice) const;
   /// Value of the first entry of that name; empty when there is none.
   UnicodeString Values(std::u16string_view nombre) const;
-  /// Sets the value of the first entry of that name, or appends name=value.
+  /// Sets the value of the first entry of that name (a sorted list refuses), or adds name=value.
   void SetValue(std::u16string_view nombre, std::u16string_view valor);
 
   /// Turning sorting on sorts what is there.

@@ -1,6 +1,7 @@
 #include "framework/TextoIni.h"
 
 #include <algorithm>
+#include <cstdint>
 
 #include "framework/Excepciones.h"
 

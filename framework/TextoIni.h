@@ -28,7 +28,8 @@ class UTILVEL90_EXPORT TextoIni {
   /// Names of the sections, each once, in the order of the text.
   std::vector<UnicodeString> Secciones() const;
 
-  /// Sets a value; a new key goes to the end of its section, a new section to the end of the text. Raises
+  /// Sets a value, whose outer blanks are written but do not count; a new key goes to the end of its section,
+  /// a new section to the end of the text. Raises
   /// EInvalidOperation, and changes nothing, for what would not be read back: a line break or NUL anywhere, a
   /// "]" in a section, a "=" in a key, or a key that begins like a comment or a section.
   void Pon(std::u16string_view seccion, std::u16string_view clave, std::u16string_view valor);

@@ -1,8 +1,6 @@
 #include "framework/Variant.h"
 
 #include <cmath>
-#include <limits>
-#include <type_traits>
 #include <utility>
 
 #include "framework/Excepciones.h"

@@ -2,8 +2,8 @@
 
 #include <concepts>
 #include <cstdint>
-#include <memory>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -51,7 +51,8 @@ class UTILVEL90_EXPORT Variant {
   bool IsArray() const noexcept { return GetKind() == Kind::Array; }
 
   /// Text of the value: empty and null give "", numbers their FloatToStr or decimal text, dates
-  /// DateTimeToStr, booleans "True" and "False". An array raises EVariantTypeCastError.
+  /// DateTimeToStr, booleans "True" and "False". An array raises EVariantTypeCastError, a date outside years
+  /// 1 to 9999 EConvertError.
   UnicodeString AsString() const;
 
   /// Number of the value: empty gives 0, a boolean -1 or 0, a date its days, a text StrToFloat (raises

@@ -68,8 +68,8 @@ UTILVEL90_EXPORT FallaArchivo AgregaAlFinal(std::u16string_view ruta, std::strin
 UTILVEL90_EXPORT FallaArchivo BorraArchivo(std::u16string_view ruta);
 
 /// Opens a file by the runtime's mode flags (see IntentarAbrirArchivo). The handle is the caller's, to be
-/// closed with CierraArchivo; -1 on a fault. Deny modes hold against other programs that open by this
-/// function.
+/// closed with CierraArchivo; -1 on a fault. A file opened exclusively cannot be opened by this function
+/// again, nor one that is open be opened exclusively; the other share modes are all one.
 UTILVEL90_EXPORT FallaArchivo AbreArchivo(std::u16string_view ruta, unsigned int modo, int& manejador);
 UTILVEL90_EXPORT void CierraArchivo(int manejador) noexcept;
 

@@ -22,6 +22,7 @@ inline std::vector<std::vector<std::string>> Casos(const std::string& nombre, co
     }
     campos.push_back(linea);
   }
+  if (casos.empty()) throw std::runtime_error("no cases: " + nombre);
   return casos;
 }
 

@@ -2,7 +2,8 @@
 # Formatting, layers and static checks over the whole tree: bash tools/lint.sh
 set -euo pipefail
 cd "$(dirname "$0")/.."
-mapfile -t sources < <(git ls-files '*.h' '*.cpp')
+files=$(git ls-files '*.h' '*.cpp')
+mapfile -t sources <<<"$files"
 echo "clang-format: ${#sources[@]} files"
 clang-format --dry-run -Werror "${sources[@]}"
 echo "layers"

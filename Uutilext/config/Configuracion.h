@@ -41,6 +41,7 @@ UTILVEL90_EXPORT void EscribeValor(std::u16string_view seccion, std::u16string_v
                                    std::u16string_view valor);
 /// Erases a section with all its keys.
 UTILVEL90_EXPORT void BorraSeccion(std::u16string_view archivo, std::u16string_view seccion);
+/// The same as DameValor.
 UTILVEL90_EXPORT UnicodeString GetProfileStringW(std::u16string_view archivo, std::u16string_view seccion,
                                                  std::u16string_view clave);
 

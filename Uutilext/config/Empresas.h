@@ -18,8 +18,8 @@ namespace vel {
 /// Every change replaces the file in one step, so a reader in another process sees the old catalog or the
 /// new one, never part of one; writers wait for each other.
 
-/// Loads the catalog into `empresas`, creating the data set when the pointer is empty, and switches its
-/// change log off. An empty `ruta` means DameRutaArchEmpresas.
+/// Loads the catalog into `empresas`, creating the data set when the pointer is empty. An empty `ruta` means
+/// DameRutaArchEmpresas.
 ///
 /// When loading fails: a catalog that is missing while its backup exists is restored from the backup (which
 /// is kept as " copia.bak" too); one that exists is given 35 milliseconds, for whoever is writing it. Then

@@ -2,7 +2,6 @@
 // has single DES in the legacy provider only, which a library must not load into its host.
 #define OPENSSL_SUPPRESS_DEPRECATED
 #include <algorithm>
-#include <array>
 #include <climits>
 #include <cstddef>
 #include <cstring>

@@ -16,11 +16,11 @@ UTILVEL90_EXPORT bool esErrorSesionCaduca(std::u16string_view mensaje) noexcept;
 
 /// Opens a file and returns its handle, which the caller closes with the system's close; with `mantener`
 /// false the handle is closed at once and only success counts. `modo` holds the runtime's open-mode flags:
-/// 0 read, 1 write, 2 both, and a share mode (0x10 exclusive, 0x20 deny write, 0x30 deny read, 0x40 deny
-/// none). No flag creates or empties a file.
+/// 0 read, 1 write, 2 both, and a share mode: 0x10 exclusive; 0x20, 0x30, 0x40 and none are alike on POSIX,
+/// where locks hold only among programs that open by this function. No flag creates or empties a file.
 ///
 /// Raises Exception with a message for the user that names the file, or "de empresas" when
-/// `archivoEmpresas`.
+/// `archivoEmpresas`; the system's own text for a fault that is none of the common ones.
 UTILVEL90_EXPORT int IntentarAbrirArchivo(std::u16string_view ruta, unsigned int modo, bool mantener,
                                           bool archivoEmpresas);
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <limits>
 #include <string_view>
@@ -98,10 +97,9 @@ double Redondea4(double valor) noexcept {
 //     - otherwise, when m / 10^n (correctly rounded, both operands exact) is the value itself: the value is
 //       the double nearest to a decimal of at most 15 digits, so the text is that decimal: no more decimals.
 //     - otherwise the text must be looked at.
-//  2. What is left of the text of w before its point? |w| >= 0.5 and |w| < 1e12 + 1, so the text is fixed,
-//  and
-//     it is w rounded to 15 digits: its whole part is that of w unless the rounding reaches the next whole
-//     number, which needs a fraction within 0.5e-14 * |w| of 1. Then the text must be looked at.
+//  2. What is left of the text of w before its point? |w| >= 0.5 and |w| < 1e12 + 1, so the text has no
+//     exponent, and it is w rounded to 15 digits: its whole part is that of w unless the rounding reaches the
+//     next whole number, which needs a fraction within 0.5e-14 * |w| of 1. Then the text must be looked at.
 double g_redoTo(double valor, int decimales) {
   if (decimales <= 0) return valor;
   const double a = std::abs(valor);

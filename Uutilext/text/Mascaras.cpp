@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "framework/Excepciones.h"
-#include "framework/Numeros.h"
 
 namespace vel {
 namespace {

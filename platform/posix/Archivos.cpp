@@ -235,7 +235,6 @@ FallaArchivo AbreArchivo(std::u16string_view ruta, unsigned int modo, int& manej
   constexpr unsigned int kAcceso = 0x3;
   constexpr unsigned int kComparticion = 0x70;
   constexpr unsigned int kExclusivo = 0x10;
-  constexpr unsigned int kNiegaEscritura = 0x20;
   constexpr int kBanderas[] = {O_RDONLY, O_WRONLY, O_RDWR};
   manejador = -1;
   if ((modo & kAcceso) >= std::size(kBanderas)) return posix::FallaDe(EINVAL);
@@ -244,9 +243,11 @@ FallaArchivo AbreArchivo(std::u16string_view ruta, unsigned int modo, int& manej
   struct stat estado {};
   if (archivo.Fd() < 0 || fstat(archivo.Fd(), &estado) != 0) return FallaDeRuta(errno, nativa);
   if (S_ISDIR(estado.st_mode)) return posix::FallaDe(EISDIR);
-  const unsigned int comparticion = modo & kComparticion;
-  const int candado = comparticion == kExclusivo ? LOCK_EX : comparticion == kNiegaEscritura ? LOCK_SH : 0;
-  if (candado != 0 && flock(archivo.Fd(), candado | LOCK_NB) != 0) return posix::FallaDe(errno);
+  const int candado = (modo & kComparticion) == kExclusivo ? LOCK_EX : LOCK_SH;
+  if (flock(archivo.Fd(), candado | LOCK_NB) != 0) {
+    if (errno != EWOULDBLOCK) return posix::FallaDe(errno);
+    return {ClaseFalla::Otra, u"El archivo \"" + UnicodeString(ruta) + u"\" está en uso por otro programa"};
+  }
   manejador = archivo.Suelta();
   return {};
 }

@@ -1,8 +1,6 @@
 #include "platform/posix/Tzif.h"
 
-#include <array>
 #include <cstdint>
-#include <string>
 
 namespace vel::posix {
 namespace {

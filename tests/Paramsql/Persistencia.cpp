@@ -144,7 +144,7 @@ TEST_F(Definicion, OfAnyContentReloadsToTheSame) {
   EXPECT_EQ(Huella(leida), Huella(corta));
 }
 
-TEST_F(Definicion, HasTheStatedLayout) {
+TEST_F(Definicion, HasItsLayout) {
   TParametrosFiltro f(u"T");
   f.SaveToIni(archivo_, 0);
   EXPECT_EQ(Lee(), "[TABLAPIV]\r\nTABLA=T\r\n");

@@ -14,7 +14,7 @@ constexpr auto O = ENUM_CONECTOR::OR;
 constexpr auto SIN = ENUM_GRUPO::NADA;
 using Op = ENUM_OPERADOR;
 
-TEST(Clausulas, ReadAsStatedInWhereAndHaving) {
+TEST(Clausulas, ReadAlikeInWhereAndHaving) {
   const Variant tres = VarArrayOf({Variant(1), Variant(2), Variant(3)});
   const Variant dos = VarArrayOf({Variant(10), Variant(20)});
   const struct {
@@ -73,15 +73,34 @@ TEST(Clausulas, ReadAsStatedInWhereAndHaving) {
 }
 
 TEST(Clausulas, AreCallableOneByOne) {
-  TParametrosFiltro f(u"T");
-  f.AgregaFiltro(u"A", kEntero, Op::BETWEEN, Y, ENUM_GRUPO::INICIA, Variant(1), Variant(2));
-  f.ParamWhere.push_back(nullptr);
-  int n = 4;
-  EXPECT_EQ(f.DameWhereBETWEEN(0, u"(", 1, &n), u" ( (A BETWEEN  :var5 AND  :var6 ) ");
-  EXPECT_EQ(n, 6);
-  EXPECT_EQ(f.DameWhereDefault(1, u"(", 1, &n), u"");
-  EXPECT_THROW(f.DameWhereLIKE(2, u"", 0, &n), EInvalidOperation);
-  EXPECT_THROW(f.DameHavingDefault(-1, u"", 0, &n), EInvalidOperation);
+  using Pieza = UnicodeString (TParametrosFiltro::*)(int, std::u16string_view, int, int*) const;
+  using F = TParametrosFiltro;
+  const struct {
+    Pieza where, having;
+    Op op;
+    const char16_t* texto;  // "#" stands for ":var" or ":hav"
+  } casos[] = {{&F::DameWhereDefault, &F::DameHavingDefault, Op::MENOR, u"(A<#5"},
+               {&F::DameWhereLIKE, &F::DameHavingLIKE, Op::LIKE, u"(A LIKE  #5"},
+               {&F::DameWhereINNOTIN, &F::DameHavingINNOTIN, Op::NOTIN, u"(A NOT IN  ( #5, #6) "},
+               {&F::DameWhereISNULLNOTNULL, &F::DameHavingISNULLNOTNULL, Op::NOTNULL, u"(A IS NOT NULL "},
+               {&F::DameWhereBETWEEN, &F::DameHavingBETWEEN, Op::BETWEEN, u" ( (A BETWEEN  #5 AND  #6 ) "},
+               {&F::DameWhereExists, &F::DameHavingExists, Op::EXISTS, u"(EXISTS  ( x  ) "}};
+  for (const auto& c : casos) {
+    const bool conDos = c.op == Op::NOTIN || c.op == Op::BETWEEN;
+    const Variant valor = conDos ? VarArrayOf({Variant(u"a"), Variant(u"b")}) : Variant(u"x");
+    TParametrosFiltro f(u"T");
+    f.AgregaFiltro(u"A", kTexto, valor, c.op, Y, ENUM_GRUPO::INICIA, true);
+    f.AgregaHaving(u"A", kTexto, valor, c.op, Y, ENUM_GRUPO::INICIA, true);
+    int n = 4;
+    EXPECT_EQ((f.*c.where)(0, u"(", 1, &n), StringReplace(c.texto, u"#", u":var"));
+    n = 4;
+    EXPECT_EQ((f.*c.having)(0, u"(", 1, &n), StringReplace(c.texto, u"#", u":hav"));
+    EXPECT_EQ((f.*c.where)(0, u"(", 0, nullptr).find(u':'), UnicodeString::npos);
+    f.ParamWhere[0] = nullptr;
+    EXPECT_EQ((f.*c.where)(0, u"(", 1, &n), u"");
+    EXPECT_THROW((f.*c.where)(1, u"", 0, &n), EInvalidOperation);
+    EXPECT_THROW((f.*c.having)(-1, u"", 0, &n), EInvalidOperation);
+  }
 }
 
 TEST(Sentencia, JoinsItsPartsBlankByBlank) {

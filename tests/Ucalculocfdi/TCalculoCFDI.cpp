@@ -91,7 +91,7 @@ struct Calculo : TCalculoCFDI {
   }
 };
 
-TEST(TCalculoCFDI, StartsAsTheTablesSay) {
+TEST(TCalculoCFDI, StartsWithItsDefaults) {
   const TCalculoCFDI calculo(ENUM_MODULO::MODULO_COMPRAS, ENUM_PROC_FACTCOMP::PROC_POR_DOCUMENTO,
                              TIPO_DOCTO::TD_COMPRA);
   EXPECT_EQ(calculo.TipoDocto, TIPO_DOCTO::TD_COMPRA);

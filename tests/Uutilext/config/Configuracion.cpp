@@ -13,7 +13,6 @@
 #include "framework/Numeros.h"
 #include "tests/CarpetaTemporal.h"
 #include "tests/OtroUsuario.h"
-#include "version/Version.h"
 
 namespace vel {
 namespace {
@@ -232,14 +231,6 @@ TEST(Configuracion, FourProgramsLoseNoKey) {
     DameDatosDeSeccion(archivo, u"P" + IntToStr(p), claves);
     EXPECT_EQ(claves.Count(), static_cast<std::size_t>(kClaves));
   }
-}
-
-TEST(Version, GivesItsTexts) {
-  EXPECT_EQ(DameVerVEL(), u"VEL9.00");
-  EXPECT_EQ(DameVersionCompVEL(false), u"9.0.0");
-  EXPECT_EQ(DameVersionCompVEL(true), u"Tavex-VEL 9.0.0");
-  EXPECT_EQ(DameVerVELBitacora(), u"Tavex-VEL 9.00");
-  EXPECT_EQ(DameNombreArchIni(), u"VELWIN90.INI");
 }
 
 }  // namespace

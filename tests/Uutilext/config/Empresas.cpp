@@ -90,7 +90,9 @@ TEST_F(Catalogo, LosesNoCompanyToAReaderThatRestores) {
       _exit(0);
     }
     AgregaEmpresaXML(3, u"r", u"d", u"Tres", u"t", u"v");
-    waitpid(lector, nullptr, 0);
+    int estado = -1;
+    waitpid(lector, &estado, 0);
+    ASSERT_EQ(estado, 0) << "the reader failed in round " << i;
     ASSERT_EQ(DameNombreEmpresa(3), u"Tres") << "round " << i;
   }
 }
@@ -143,6 +145,8 @@ TEST_F(Catalogo, IsAlwaysWholeForItsReadersAndAfterAKill) {
     EXPECT_TRUE(WIFEXITED(estado));
     EXPECT_EQ(WEXITSTATUS(estado), 0) << "failed or partial reads";
   }
+  int fin = 0;
+  EXPECT_EQ(waitpid(escritor, &fin, WNOHANG), 0) << "it wrote until now";
   kill(escritor, SIGKILL);
   waitpid(escritor, nullptr, 0);
   for (int i = 0; i < 40; ++i) {

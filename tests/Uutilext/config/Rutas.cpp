@@ -44,11 +44,13 @@ TEST(Registro, IsWrittenWhereThereIsNone) {
   c.Pon("UTILVEL_REGISTRO", (c.Ruta() / "nueva/carpeta/r.reg").string());
   EscribeDirectorioArchComun(u"C:\\ñ");
   EXPECT_EQ(DameDirectorioArchComun(), u"C:\\ñ\\");
+  EXPECT_FALSE(EscribeRegistro(u"Software\\Tavex", u"", u"ñ\r\n€").Hubo());
+  EXPECT_EQ(LeeRegistro(u"Software\\Tavex", u"").texto, u"ñ\r\n€") << "a text of two lines";
   EXPECT_EQ(c.Lee("nueva/carpeta/r.reg").substr(0, 4), std::string("\xFF\xFEW\0", 4))
       << "as the registry exports";
 }
 
-TEST(Rutas, FollowTheTable) {
+TEST(Rutas, StandInTheirFolders) {
   const pruebas::CarpetaTemporal c;
   EXPECT_EQ(DameRutaVELNG(), u"Sistemas Tavex\\VEL9.00\\");
   EscribeDirectorioArchComun(u"C:\\Com");

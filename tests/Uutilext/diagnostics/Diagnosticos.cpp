@@ -68,6 +68,7 @@ TEST(LanzaThrow, RaisesAMessageOrACode) {
   int codigo = 7;
   try {
     LanzaThrow(u"Falló", codigo);
+    ADD_FAILURE();
   } catch (const Exception& e) {
     EXPECT_EQ(e.Message(), u"Falló");
     EXPECT_EQ(codigo, -1);
@@ -80,6 +81,7 @@ TEST(LanzaThrow, RaisesAMessageOrACode) {
   codigo = 42;
   try {
     LanzaThrow(u"Falló", codigo);
+    ADD_FAILURE();
   } catch (int lanzado) {
     EXPECT_EQ(lanzado, 42);
   }
@@ -127,7 +129,9 @@ TEST(IntentarAbrirArchivo, NamesTheFileAndTheFault) {
   setrlimit(RLIMIT_NOFILE, &limite);
   EXPECT_EQ(lleno, "El sistema no pudo abrir el archivo a.txt\nDemasiados archivos abiertos");
   const int manejador = IntentarAbrirArchivo(c.Archivo("a.txt"), 0x12, true, false);
-  EXPECT_NE(mensaje("a.txt", 0x20, false), "abierto") << "opened exclusively by another";
+  const std::string enUso =
+      "El archivo \"" + (c.Ruta() / "a.txt").string() + "\" está en uso por otro programa";
+  for (const unsigned modo : {0x00U, 0x20U, 0x42U, 0x12U}) EXPECT_EQ(mensaje("a.txt", modo, false), enUso);
   EXPECT_EQ(write(manejador, "y", 1), 1);
   CierraArchivo(manejador);
   EXPECT_EQ(mensaje("nuevo.txt", 0xFF00, false), "No se pudo encontrar el archivo nuevo.txt");
