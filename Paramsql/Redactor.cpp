@@ -1,5 +1,6 @@
 #include "Paramsql/Redactor.h"
 
+#include "Paramsql/Valores.h"
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
 #include "platform/Caracteres.h"
@@ -119,7 +120,8 @@ void Redactor::Patron(const TParamWhereSimple& c, std::u16string_view abre, Clau
   salida_ += pliegaMarcador ? u" UPPER( " : u" ";
   // A pattern is text whatever the column holds.
   const bool pliega = !c.Sensitive && !c.ValorCampo.IsNull() && !c.ValorCampo.IsEmpty();
-  Marcador(clausula, EsTexto(c.TipoCampo) ? c.TipoCampo : TFieldType::ftString,
+  const bool esTexto = ClaseDeValor(c.TipoCampo) == conjunto::Clase::Texto;
+  Marcador(clausula, esTexto ? c.TipoCampo : TFieldType::ftString,
            pliega ? Variant(Mayusculas(patron)) : c.ValorCampo);
   if (pliegaMarcador) salida_ += u") ";
   if (NecesitaEscape(patron)) salida_ += u" ESCAPE '/' ";

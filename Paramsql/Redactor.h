@@ -51,15 +51,4 @@ class Redactor {
 std::u16string_view TextoOperador(ENUM_OPERADOR op) noexcept;
 std::u16string_view TextoConector(ENUM_CONECTOR con) noexcept;
 
-/// Text of a raw SQL value: an array gives its elements' texts joined by ", ".
-UnicodeString TextoCrudo(const Variant& valor);
-
-/// The value as its field type has it: texts, whole numbers, floating numbers, truth values and dates
-/// converted, anything else as it is. Null and empty values are null. Raises EConvertError or
-/// EVariantTypeCastError.
-Variant ConvierteATipo(TFieldType tipo, const Variant& valor);
-
-/// True for the types whose values are texts.
-bool EsTexto(TFieldType tipo) noexcept;
-
 }  // namespace vel

@@ -215,7 +215,8 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   // --- Definitions kept in INI files. A whole definition has sections of its own for each part, their names
   // followed by `numero` (nothing for 0 or less); a union partner has the next number. Each call replaces
   // what the file held of the definition, in one step: on a fault (Exception when the file cannot be written,
-  // EInvalidOperation for a text with a line break or more than 64 partners) the file is as it was. A
+  // EInvalidOperation for a text with a line break, a number that is not finite or more than 64 partners) the
+  // file is as it was. A
   // reloaded definition builds the same statement and binds the same parameters, but for blanks around names,
   // which the file does not keep, and for values of a type that says nothing of them (ftUnknown), which
   // become texts; dates keep their milliseconds. Order, DISTINCT and ParamPers are not part of it: a caller

@@ -107,7 +107,7 @@ void TCalculoCFDI::CierraTotales() {
 }
 
 void TCalculoCFDI::LlenaListImpuestos(double base, double tasa, double impuesto, int numero) {
-  if (numero < 1 || numero > kImpuestos) return;
+  if (!(tasa > 0) || numero < 1 || numero > kImpuestos) return;
   const auto k = static_cast<std::size_t>(numero - 1);
   LeeLista(k);
   Grava(base, tasa, impuesto, k);

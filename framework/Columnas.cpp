@@ -37,6 +37,13 @@ const Intervalo* IntervaloDe(TFieldType tipo) noexcept {
   return it == std::end(kEnteros) ? nullptr : it;
 }
 
+// Room for more values, doubled when it has to grow.
+template <typename Valores>
+void HazLugar(Valores& valores, std::size_t mas) {
+  if (valores.capacity() - valores.size() < mas)
+    valores.reserve(std::max(valores.size() + mas, 2 * valores.capacity()));
+}
+
 UnicodeString EnCampo(const TFieldDef& def) { return u" (campo '" + def.Name + u"')"; }
 
 }  // namespace
@@ -163,14 +170,14 @@ void Columna::AgregaCopias(const Columna& otra, std::size_t cuenta) {
   // Room first: the other column may be this one, whose values must not move while they are read.
   const auto copia = [cuenta](auto& hacia, const auto& desde) {
     if (desde.empty()) return;
-    hacia.reserve(std::max(hacia.size() + cuenta, std::min(hacia.capacity() * 2, hacia.size() * 2)));
+    HazLugar(hacia, cuenta);
     for (std::size_t i = 0; i < cuenta; ++i) hacia.push_back(desde[i]);
   };
   copia(enteros, otra.enteros);
   copia(reales, otra.reales);
   copia(textos, otra.textos);
   if (clase == Clase::Anidado) {
-    anidados.reserve(anidados.size() + cuenta);
+    HazLugar(anidados, cuenta);
     for (std::size_t i = 0; i < cuenta; ++i) {
       auto copiado = otra.anidados[i] == nullptr ? nullptr : std::make_unique<TClientDataSet>();
       if (copiado != nullptr) copiado->AssignData(*otra.anidados[i]);
@@ -219,8 +226,9 @@ bool Columna::CabeReal(double valor) const noexcept {
 }
 
 double Columna::MomentoPropio(double valor) const {
-  // From 1 January of year 1 to the end of year 9999.
-  if (!(valor > -693'594.0 && valor < 2'958'466.0)) {
+  try {
+    DecodeDate(TDateTime(valor));
+  } catch (const EConvertError&) {
     throw EDatabaseError(FloatToStr(valor) + u" no es una fecha válida" + EnCampo(def));
   }
   if (def.DataType == TFieldType::ftDate) return std::trunc(valor);
@@ -349,7 +357,7 @@ bool Columna::Iguala(std::size_t registro, const Variant& valor) const {
       case Clase::Real:
         return reales[registro] == valor.AsDouble();
       case Clase::Fecha:
-        return reales[registro] == valor.AsDateTime().Val();
+        return reales[registro] == MomentoPropio(valor.AsDateTime().Val());
       default:
         return valor.TextPtr() != nullptr ? textos[registro] == *valor.TextPtr()
                                           : textos[registro] == valor.AsString();

@@ -149,6 +149,7 @@ void AgregaCampos(std::string& salida, const std::vector<TFieldDef>& defs) {
     const TFieldDef& def = defs[i];
     salida.append("<FIELD attrname=\"").append(atributos[i]).append("\"");
     const std::string nombre = UTF8Encode(def.Name);
+    if (!CabeEnXml(def.Name)) FallaValor(def, u"su nombre tiene un carácter que XML no admite");
     if (nombre != atributos[i]) {
       salida += " fieldname=\"";
       AgregaEscapado(salida, nombre);

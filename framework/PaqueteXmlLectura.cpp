@@ -190,6 +190,10 @@ std::size_t LugarDeCaracterAjeno(std::string_view texto) noexcept {
     i += LargoSinControles(texto.substr(i));
     if (i < texto.size() && !xml::EsCaracter(static_cast<unsigned char>(texto[i]))) return i;
   }
+  // U+FFFE and U+FFFF, which are no characters.
+  for (std::size_t i = texto.find("\xEF\xBF"); i != texto.npos; i = texto.find("\xEF\xBF", i + 2)) {
+    if (static_cast<unsigned char>(texto[i + 2]) >= 0xBE) return i;
+  }
   for (std::size_t i = texto.find("&#"); i != texto.npos; i = texto.find("&#", i + 2)) {
     std::string_view numero = texto.substr(i + 2, texto.find(';', i) - i - 2);
     const int base = LeeCaracter(numero, 'x') ? 16 : 10;
@@ -276,7 +280,7 @@ class Lector {
     return UTF8Encode(ancho);
   }
 
-  static std::string DeUtf16(std::string_view bytes) {
+  std::string DeUtf16(std::string_view bytes) const {
     const std::size_t bajo = bytes.front() == '\xFF' ? 0 : 1;
     UnicodeString ancho;
     for (std::size_t i = 2; i + 1 < bytes.size(); i += 2) {
@@ -285,7 +289,10 @@ class Lector {
       };
       ancho.push_back(static_cast<char16_t>(b(bajo) | b(1 - bajo) << 8));
     }
-    return UTF8Encode(ancho);
+    std::string utf8 = UTF8Encode(ancho);
+    if (UTF8ToString(utf8) != ancho)
+      throw EDatabaseError(nombre_ + u", línea 1: el texto no es UTF-16 válido");
+    return utf8;
   }
 
   std::ptrdiff_t LugarDeByteMalo() const {
@@ -445,6 +452,8 @@ class Lector {
     if (indice == entradas.atributos.size() || estado.ColumnaDe(indice).clase != Clase::Anidado) {
       Falla(u"la fila tiene un elemento desconocido: '" + UTF8ToString(hijo.name()) + u"'", hijo);
     }
+    // An empty one needs no data set.
+    if (!hijo.first_child()) return;
     Estado& anidado = Estado::De(estado.ColumnaDe(indice).Anidado(registro));
     if (anidado.registros != 0)
       Falla(u"el elemento '" + UTF8ToString(hijo.name()) + u"' está repetido", hijo);

@@ -176,9 +176,10 @@ void TClientDataSet::Edit() {
     previo.push_back(std::move(uno));
   }
   for (std::size_t i = 0; i < previo.size(); ++i) {
-    Columna& columna = estado_->ColumnaDe(i);
+    const Columna& columna = estado_->ColumnaDe(i);
     if (columna.clase == conjunto::Clase::Anidado) {
-      previo[i].Anidado(0).AssignData(columna.Anidado(estado_->actual));
+      const auto& anidado = columna.anidados[estado_->actual];
+      if (anidado != nullptr) previo[i].Anidado(0).AssignData(*anidado);
     } else {
       previo[i].Pon(0, columna.Lee(estado_->actual));
     }

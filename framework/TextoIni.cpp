@@ -57,10 +57,10 @@ class Lineas {
   // Where the name of a section's line ends: at its last character or before a comment; 0 for other lines.
   static std::size_t CierreDeSeccion(std::u16string_view contenido) noexcept {
     if (contenido.size() < 2 || contenido.front() != u'[') return 0;
-    if (contenido.back() == u']') return contenido.size() - 1;
     const std::size_t cierre = contenido.find(u']');
     if (cierre == std::u16string_view::npos) return 0;
-    return TrimLeftView(contenido.substr(cierre + 1)).front() == u';' ? cierre : 0;
+    if (TrimLeftView(contenido.substr(cierre + 1)).substr(0, 1) == u";") return cierre;
+    return contenido.back() == u']' ? contenido.size() - 1 : 0;
   }
 
   std::u16string_view texto_;
@@ -175,8 +175,10 @@ void TextoIni::Pon(std::u16string_view seccion, std::u16string_view clave, std::
 // Writes the line of a new section at the end, with a blank line before it.
 void TextoIni::AbreSeccion(std::u16string_view seccion, std::u16string_view finDeLinea) {
   if (!texto_.empty()) {
-    if (texto_.back() != u'\n' && texto_.back() != u'\r') texto_ += finDeLinea;
-    texto_ += finDeLinea;
+    const bool enLinea = texto_.back() != u'\n' && texto_.back() != u'\r';
+    if (enLinea) texto_ += finDeLinea;
+    const UnicodeString enBlanco = UnicodeString(finDeLinea).append(finDeLinea);
+    if (!texto_.ends_with(enBlanco)) texto_ += finDeLinea;
   }
   texto_.append(u"[").append(TrimView(seccion)).append(u"]").append(finDeLinea);
 }

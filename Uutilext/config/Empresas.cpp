@@ -56,7 +56,8 @@ void Reemplaza(std::u16string_view ruta, std::string_view bytes) {
 void Restaura(std::u16string_view ruta) {
   const UnicodeString respaldo = RutaRespaldo(ruta);
   if (ExisteArchivo(ruta) || !ExisteArchivo(respaldo)) return;
-  if (CopiaArchivo(respaldo, ConTerminacion(ruta, u" copia.bak"), true).Hubo()) return;
+  // A copy that cannot be kept must not keep the catalog away.
+  CopiaArchivo(respaldo, ConTerminacion(ruta, u" copia.bak"), true);
   CopiaArchivo(respaldo, ruta, false);
 }
 
@@ -70,9 +71,9 @@ std::string CargaConRecuperacion(TClientDataSet& empresas, std::u16string_view r
       std::this_thread::sleep_for(kEsperaEscritor);
     } else if (candado == Candado::Puesto) {
       Restaura(ruta);
-    } else {
+    } else if (ExisteArchivo(RutaRespaldo(ruta))) {
       const CandadoArchivo propio(ruta);
-      Restaura(ruta);
+      if (!propio.Falla().Hubo()) Restaura(ruta);
     }
   }
   return Carga(empresas, ruta);

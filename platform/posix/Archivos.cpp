@@ -221,7 +221,8 @@ FallaArchivo CopiaArchivo(std::u16string_view origen, std::u16string_view destin
 
 FallaArchivo AgregaAlFinal(std::u16string_view ruta, std::string_view bytes) {
   const std::string nativa = Nativa(ruta);
-  Descriptor archivo(open(nativa.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, kModoNuevo));
+  Descriptor archivo(
+      open(nativa.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NONBLOCK, kModoNuevo));
   if (archivo.Fd() < 0) return FallaDeRuta(errno, nativa);
   return EscribeTodo(archivo.Fd(), bytes) && archivo.Cierra() ? FallaArchivo{} : posix::FallaDe(errno);
 }
@@ -239,10 +240,10 @@ FallaArchivo AbreArchivo(std::u16string_view ruta, unsigned int modo, int& manej
   manejador = -1;
   if ((modo & kAcceso) >= std::size(kBanderas)) return posix::FallaDe(EINVAL);
   const std::string nativa = Nativa(ruta);
-  Descriptor archivo(open(nativa.c_str(), kBanderas[modo & kAcceso] | O_CLOEXEC));
+  Descriptor archivo(open(nativa.c_str(), kBanderas[modo & kAcceso] | O_CLOEXEC | O_NONBLOCK));
   struct stat estado {};
   if (archivo.Fd() < 0 || fstat(archivo.Fd(), &estado) != 0) return FallaDeRuta(errno, nativa);
-  if (S_ISDIR(estado.st_mode)) return posix::FallaDe(EISDIR);
+  if (!S_ISREG(estado.st_mode)) return posix::FallaDe(S_ISDIR(estado.st_mode) ? EISDIR : EACCES);
   const int candado = (modo & kComparticion) == kExclusivo ? LOCK_EX : LOCK_SH;
   if (flock(archivo.Fd(), candado | LOCK_NB) != 0) {
     if (errno != EWOULDBLOCK) return posix::FallaDe(errno);

@@ -99,12 +99,18 @@ void ArmaTodo(TParametrosFiltro& f) {
       {Tipo::ftDateTime, Op::IGUAL, Variant(45427.5)},
       {Tipo::ftDateTime, Op::IGUAL, Variant(u"12:30")},
       {Tipo::ftDateTime, Op::IGUAL, Variant(u"'2024-05-15'")},
-      {Tipo::ftDataSet, Op::NOTIN, VarArrayOf({Variant(u"1+1"), Variant(u"'b'")})}};
+      {Tipo::ftDataSet, Op::NOTIN, VarArrayOf({Variant(u"1+1"), Variant(u"'b'")})},
+      {Tipo::ftDataSet, Op::NOTIN, VarArrayOf({Variant(u"SELECT X FROM T WHERE A='x'")})},
+      {Tipo::ftDataSet, Op::INN, VarArrayOf({Variant(0.1 + 0.2)})},
+      {Tipo::ftInteger, Op::BETWEEN, VarArrayOf({Variant(1.5), Variant(u"007")})},
+      {Tipo::ftDateTime, Op::BETWEEN, VarArrayOf({Variant(45427.0), Variant(u"2024-05-31")})},
+      {Tipo::ftInteger, Op::INN, VarArrayOf({Variant(), Variant(4)})}};
   for (const auto& [tipo, op, valor] : sueltos) f.AgregaFiltro(u"S", tipo, valor, op, Y, SIN, true);
   f.GroupBy = u"C.NOMBRE, C.I";
   f.AgregaHaving(u"MIN(N)", Tipo::ftString, Variant(u"a%"), Op::LIKE, ENUM_CONECTOR::OR, ENUM_GRUPO::INICIA,
                  true);
   f.AgregaHaving(u"MIN(N)", Tipo::ftString, Variant(u"b%"), Op::LIKE, Y, ENUM_GRUPO::TERMINA, false);
+  f.AgregaHaving(u"MAX(N)", Tipo::ftInteger, Variant(true), Op::MACRO, Y, SIN, true);
   f.AgregaHaving(u"COUNT(*)", Tipo::ftInteger, VarArrayOf({Variant(1), Variant(2)}), Op::BETWEEN, Y, SIN,
                  true);
   f.FiltroPActivo = 2;
@@ -187,7 +193,11 @@ TEST_F(Definicion, OneSectionHoldsConditions) {
   TParametrosFiltro f(u"T");
   f.AgregaFiltro(u"I", Tipo::ftInteger, Variant(1), Op::IGUAL, Y, SIN, true);
   f.FilterTextPers = u"P=1";
+  f.SaveToIni(archivo_, u"Otra");
   f.SaveToIni(archivo_, u"MiFiltro");
+  const std::string bytes = Lee();
+  f.SaveToIni(archivo_, u"MiFiltro");
+  EXPECT_EQ(Lee(), bytes) << "nothing piles up";
   TParametrosFiltro leida(u"T");
   leida.LoadFromIni(archivo_, u"MIFILTRO");
   EXPECT_EQ(Huella(leida), Huella(f));
@@ -195,6 +205,11 @@ TEST_F(Definicion, OneSectionHoldsConditions) {
   leida.FilterTextPers.clear();
   leida.LoadParamPersFromIni(archivo_, u"MiFiltro");
   EXPECT_EQ(leida.FilterTextPers, u"P=1");
+  leida.FilterTextPers.clear();
+  leida.SaveParamPersToIni(archivo_, u"MiFiltro", false);
+  leida.LoadFromIni(archivo_, u"MiFiltro");
+  EXPECT_EQ(leida.FilterTextPers, u"") << "old keys do not come back";
+  EXPECT_EQ(leida.ParamWhere.size(), 1U);
   leida.SaveParamPersToIni(archivo_, u"MiFiltro", true);
   leida.LoadFromIni(archivo_, u"MiFiltro");
   EXPECT_TRUE(leida.ParamWhere.empty());

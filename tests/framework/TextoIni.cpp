@@ -41,8 +41,8 @@ TEST(TextoIni, ChangesNothingElse) {
   EXPECT_EQ(cambia(kTexto, u"C", u"k", u"v"), antes + "\r\n\r\n[C]\r\nk=v\r\n");
   EXPECT_EQ(cambia(u"[A]\na=1", u"A", u"b", u"2"), "[A]\na=1\nb=2\n") << "the file's own line ends";
   EXPECT_EQ(cambia(u"", u"A", u"a", u"ñ"), "[A]\r\na=ñ\r\n");
-  for (const char16_t* viejo : {u"[A] ; c\na= x \n", u"[A] ; c\na= y \n"})
-    EXPECT_EQ(cambia(viejo, u"A", u"a", u" y "), "[A] ; c\na= y \n") << "blanks do not pile up";
+  for (const char16_t* viejo : {u"[A] ; c [x]\na= x \n", u"[A] ; c [x]\na= y \n"})
+    EXPECT_EQ(cambia(viejo, u"A", u"a", u" y "), "[A] ; c [x]\na= y \n") << "blanks do not pile up";
   TextoIni ini(kTexto);
   ini.Borra(u"SISTEMA");
   EXPECT_EQ(UTF8Encode(ini.Texto()),
