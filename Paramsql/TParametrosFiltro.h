@@ -216,12 +216,11 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   // followed by `numero` (nothing for 0 or less); a union partner has the next number. Each call replaces
   // what the file held of the definition, in one step: on a fault (Exception when the file cannot be written,
   // EInvalidOperation for a text with a line break, a number that is not finite or more than 64 partners) the
-  // file is as it was. A
-  // reloaded definition builds the same statement and binds the same parameters, but for blanks around names,
-  // which the file does not keep, and for values of a type that says nothing of them (ftUnknown), which
-  // become texts; dates keep their milliseconds. Order, DISTINCT and ParamPers are not part of it: a caller
-  // keeps the order in section "Vista1" ("OrdenadoPor", and "Descendente" as "TRUE" or "FALSE"), which the
-  // reader of number 0 applies.
+  // file is as it was. A reloaded definition builds the same statement and binds the same parameters, but for
+  // blanks around names, which the file does not keep, and for a text that spells a number or a date in a
+  // field whose type says nothing of it (ftUnknown), which becomes one; dates keep their milliseconds. Order,
+  // DISTINCT and ParamPers are not part of it: a caller keeps the order in section "Vista1" ("OrdenadoPor",
+  // and "Descendente" as "TRUE" or "FALSE"), which the reader of number 0 applies.
 
   void SaveToIni(std::u16string_view archivo, int numero) const;
   /// The WHERE conditions and the personalised ones into one section.

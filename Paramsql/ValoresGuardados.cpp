@@ -49,8 +49,8 @@ Variant DeTexto(TFieldType tipo, std::u16string_view texto) {
   return texto.empty() && sinVacio ? Variant() : Canonico(clase, texto);
 }
 
-// The same where values were stored without regard to the field's type: of its class when the text is written
-// so, else of the first one that it is written for.
+// The same where the field's type said nothing of the value that was stored: of its class when the text is
+// written so, else of the first one that it is written for.
 Variant DeTextoSuelto(TFieldType tipo, std::u16string_view texto) {
   const Clase propia = ClaseDeValor(tipo);
   if (propia == Clase::Texto) return Variant(texto);
@@ -236,7 +236,7 @@ Variant ValorDeTexto(TFieldType tipo, ENUM_OPERADOR operador, std::u16string_vie
         EntreComillas(texto, u'"') && LeeLista(texto.substr(1, texto.size() - 2), tipo, &DeTexto, elementos);
     const bool deVarios = esLista && elementos.size() > 1 && !ConLlaves(operador, VarArrayOf(elementos));
     if (deVarios) return VarArrayOf(std::move(elementos));
-  } else if (uso == Uso::Suelto) {
+  } else if (uso == Uso::Suelto || (uso == Uso::PorTipo && ClaseDeValor(tipo) == Clase::Anidado)) {
     return Lee(tipo, texto, &DeTextoSuelto);
   } else if (uso != Uso::PorTipo) {
     tipo = TFieldType::ftString;
