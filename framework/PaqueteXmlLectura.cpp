@@ -65,8 +65,9 @@ struct Entradas {
 
   /// Index of the field of that attribute, looked for from `esperado` on; the number of fields when there is
   /// none.
-  std::size_t Busca(std::string_view atributo, std::size_t esperado) const {
-    if (esperado < atributos.size() && atributos[esperado] == atributo) return esperado;
+  std::size_t Busca(const char* atributo, std::size_t esperado) const {
+    if (esperado < atributos.size() && std::strcmp(atributos[esperado].c_str(), atributo) == 0)
+      return esperado;
     const auto it = porAtributo.find(atributo);
     return it == porAtributo.end() ? atributos.size() : it->second;
   }
@@ -426,9 +427,9 @@ class Lector {
     std::size_t esperado = 0;
     for (pugi::xml_attribute atributo = fila.first_attribute(); atributo;
          atributo = atributo.next_attribute()) {
-      const std::string_view nombre = atributo.name();
-      const std::size_t campo = entradas.Busca(nombre, esperado);
+      const std::size_t campo = entradas.Busca(atributo.name(), esperado);
       if (campo == entradas.atributos.size()) {
+        const std::string_view nombre = atributo.name();
         if (nombre != "RowState")
           Falla(u"la fila tiene un campo desconocido: '" + UTF8ToString(nombre) + u"'", fila);
         viva = EstaViva(fila, atributo.value());

@@ -1,6 +1,7 @@
 #include "framework/Texto.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstring>
 
@@ -96,14 +97,22 @@ std::size_t LargoAscii(std::string_view texto) noexcept {
   return i;
 }
 
-// Copies ASCII characters as UTF-16, in blocks of a fixed size that compilers turn into vector instructions.
-void Ensancha(const char* ascii, std::size_t cuantos, char16_t* destino) noexcept {
+// Copies the ASCII characters at the beginning of a text as UTF-16, in blocks that compilers turn into vector
+// instructions, and returns how many they are.
+std::size_t EnsanchaAscii(std::string_view texto, char16_t* destino) noexcept {
+  constexpr std::uint64_t kAltos = 0x8080808080808080U;
   constexpr std::size_t kBloque = 16;
   std::size_t i = 0;
-  for (; i + kBloque <= cuantos; i += kBloque) {
-    for (std::size_t k = 0; k < kBloque; ++k) destino[i + k] = static_cast<unsigned char>(ascii[i + k]);
+  for (; i + kBloque <= texto.size(); i += kBloque) {
+    std::array<std::uint64_t, 2> dobles;
+    std::memcpy(dobles.data(), texto.data() + i, kBloque);
+    if (((dobles[0] | dobles[1]) & kAltos) != 0) break;
+    for (std::size_t k = 0; k < kBloque; ++k) destino[i + k] = static_cast<unsigned char>(texto[i + k]);
   }
-  for (; i < cuantos; ++i) destino[i] = static_cast<unsigned char>(ascii[i]);
+  for (; i < texto.size() && static_cast<unsigned char>(texto[i]) < 0x80; ++i) {
+    destino[i] = static_cast<unsigned char>(texto[i]);
+  }
+  return i;
 }
 
 }  // namespace
@@ -129,8 +138,7 @@ UnicodeString UTF8ToString(std::string_view utf8) {
   char16_t* fin = salida.data();
   // Most texts are ASCII but for a letter here and there: runs are widened at once.
   for (;;) {
-    const std::size_t ascii = LargoAscii(utf8);
-    Ensancha(utf8.data(), ascii, fin);
+    const std::size_t ascii = EnsanchaAscii(utf8, fin);
     fin += ascii;
     utf8.remove_prefix(ascii);
     if (utf8.empty()) break;
