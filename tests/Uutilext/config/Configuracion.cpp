@@ -11,6 +11,7 @@
 #include "Uutilext/config/Rutas.h"
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
+#include "platform/Archivos.h"
 #include "tests/CarpetaTemporal.h"
 #include "tests/OtroUsuario.h"
 
@@ -43,6 +44,16 @@ TEST(Configuracion, GivesItsDefaultsOnABareMachine) {
   EXPECT_EQ(DameDriverDefault(), u"");
   EXPECT_EQ(DameValorSinComillas(u"", u"a", u"b"), u"");
   EXPECT_EQ(GetNombreSistema(), u"VEL");
+  // The files that name the system stand beside the library.
+  const UnicodeString ini = DameRutaDll() + u"AlsConfig.ini";
+  const UnicodeString nombre = DameRutaDll() + u"nombre del sistema.txt";
+  ReemplazaArchivo(ini, "[General]\nVerfile=nombre del sistema.txt\n");
+  EXPECT_EQ(GetNombreSistema(), u"VEL") << "a file that is missing";
+  ReemplazaArchivo(nombre, "  Peña \r\notra\r\n");
+  EXPECT_EQ(GetNombreSistema(), u"PEÑA");
+  ReemplazaArchivo(nombre, " \n");
+  EXPECT_EQ(GetNombreSistema(), u"VEL");
+  EXPECT_FALSE(BorraArchivo(ini).Hubo() || BorraArchivo(nombre).Hubo());
   EXPECT_EQ(DameRutaVersionVel(), u"Sistemas Tavex\\VEL9.00\\");
   c.Pon("HOME", std::nullopt);
   EXPECT_TRUE(DameArchivoConfig().ends_with(u"\\Tavex\\VEL9.00\\VELWIN90.INI"));
