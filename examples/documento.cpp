@@ -4,6 +4,7 @@
 #include <string>
 
 #include "Ucalculocfdi/Ucalculocfdi.h"
+#include "Uutilext/documents/Redondeo.h"
 #include "examples/Salida.h"
 #include "framework/Numeros.h"
 
@@ -25,9 +26,10 @@ void ImprimePartidas(const vel::TClientDataSet& cabecera, const vel::TClientData
   calculo.SetCabecera(cabecera);
   calculo.SetPartidas(partidas);
   vel::TClientDataSet& p = calculo.Partidas;
-  std::printf("%s%s%s%s%s%s\n", Columna(u"Partida", 34).c_str(), Columna(u"Cantidad", -9).c_str(),
-              Columna(u"Precio", -12).c_str(), Columna(u"Descuentos", -12).c_str(),
-              Columna(u"IEPS", -12).c_str(), Columna(u"IVA", -12).c_str());
+  std::printf("%s%s%s%s%s%s%s\n", Columna(u"Partida", 34).c_str(), Columna(u"Cantidad", -9).c_str(),
+              Columna(u"Precio", -12).c_str(), Columna(u"Importe", -12).c_str(),
+              Columna(u"Descuentos", -12).c_str(), Columna(u"IEPS", -12).c_str(),
+              Columna(u"IVA", -12).c_str());
   for (p.First(); !p.Eof(); p.Next()) {
     for (std::size_t i = 0; i < 3; ++i) {
       calculo.PorcDescuento[i] = p.FieldByName(u"DESC" + vel::IntToStr(static_cast<int>(i) + 1)).AsFloat();
@@ -36,10 +38,12 @@ void ImprimePartidas(const vel::TClientDataSet& cabecera, const vel::TClientData
     calculo.CalculaImpDescPar();
     double descuentos = 0;
     for (const double d : calculo.DescuentoPartida) descuentos += d;
-    std::printf("%s%s%s%s%s%s%s\n", Columna(p.FieldByName(u"DESCR").AsString(), 34).c_str(),
-                Monto(p.FieldByName(u"CANT").AsFloat(), 9).c_str(),
-                Monto(p.FieldByName(u"PREC").AsFloat()).c_str(), Monto(descuentos).c_str(),
-                Monto(calculo.ImpuestoPartida[0]).c_str(), Monto(calculo.ImpuestoPartida[3]).c_str(),
+    const auto real = [&p](std::u16string_view campo) { return p.FieldByName(campo).AsFloat(); };
+    const double importe = vel::g_redoTo(real(u"CANT") * real(u"PREC") / real(u"TIP_CAM"), 6);
+    std::printf("%s%s%s%s%s%s%s%s\n", Columna(p.FieldByName(u"DESCR").AsString(), 34).c_str(),
+                Monto(real(u"CANT"), 9).c_str(), Monto(real(u"PREC")).c_str(), Monto(importe).c_str(),
+                Monto(descuentos).c_str(), Monto(calculo.ImpuestoPartida[0]).c_str(),
+                Monto(calculo.ImpuestoPartida[3]).c_str(),
                 p.FieldByName(u"TIPO_ELEM").AsString() == u"K" ? "  (componente de kit: no cuenta)" : "");
   }
 }

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstring>
 #include <memory>
+#include <openssl/crypto.h>
 #include <openssl/des.h>
 #include <span>
 
@@ -33,7 +34,11 @@ class LlaveDes {
     DES_cblock copia;
     std::ranges::copy(llave, copia);
     DES_set_key_checked(&copia, &plan_);
+    OPENSSL_cleanse(&copia, sizeof copia);
   }
+  LlaveDes(const LlaveDes&) = delete;
+  LlaveDes& operator=(const LlaveDes&) = delete;
+  ~LlaveDes() { OPENSSL_cleanse(&plan_, sizeof plan_); }
   Bloque Cifra(Bloque b) { return Aplica(b, DES_ENCRYPT); }
   Bloque Descifra(Bloque b) { return Aplica(b, DES_DECRYPT); }
 

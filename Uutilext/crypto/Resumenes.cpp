@@ -21,7 +21,8 @@ namespace {
 
 // Texts go to libcrypto in pieces that stay in the processor's nearest cache between the look for their end,
 // the conversion and the digest.
-constexpr std::size_t kTrozo = 8192;
+constexpr std::size_t kTrozo = 4096;
+constexpr std::size_t kTrozoCopiado = 16384;
 
 struct Libera {
   void operator()(EVP_MD* p) const noexcept { EVP_MD_free(p); }
@@ -99,7 +100,8 @@ class ResumenConLlave {
 
 // Characters are looked at in groups of fixed size, judged at their end: with no branch inside, compilers
 // turn these loops into vector instructions.
-constexpr std::size_t kGrupo = 256;
+constexpr std::size_t kGrupoVisto = 1024;
+constexpr std::size_t kGrupoCopiado = 256;
 constexpr std::size_t kGrupoCorto = 32;
 
 template <std::size_t N>
@@ -115,7 +117,7 @@ bool EsAsciiSinCeros(const char* grupo) {
 // Length of the beginning of the text that is ASCII without zero bytes.
 std::size_t LargoAscii(std::string_view texto) {
   std::size_t n = 0;
-  while (texto.size() - n >= kGrupo && EsAsciiSinCeros<kGrupo>(&texto[n])) n += kGrupo;
+  while (texto.size() - n >= kGrupoVisto && EsAsciiSinCeros<kGrupoVisto>(&texto[n])) n += kGrupoVisto;
   while (texto.size() - n >= kGrupoCorto && EsAsciiSinCeros<kGrupoCorto>(&texto[n])) n += kGrupoCorto;
   while (n < texto.size() && EsAsciiSinCeros<1>(&texto[n])) ++n;
   return n;
@@ -137,10 +139,11 @@ bool CopiaGrupo(const char16_t* texto, char* bytes) {
 
 // Copies the ASCII characters at the beginning of the text, as far as they fit, and returns how many they
 // are.
-std::size_t CopiaAscii(std::u16string_view texto, std::array<char, kTrozo>& trozo) {
-  texto = texto.substr(0, kTrozo);
+std::size_t CopiaAscii(std::u16string_view texto, std::array<char, kTrozoCopiado>& trozo) {
+  texto = texto.substr(0, kTrozoCopiado);
   std::size_t n = 0;
-  while (texto.size() - n >= kGrupo && CopiaGrupo<kGrupo>(&texto[n], &trozo[n])) n += kGrupo;
+  while (texto.size() - n >= kGrupoCopiado && CopiaGrupo<kGrupoCopiado>(&texto[n], &trozo[n]))
+    n += kGrupoCopiado;
   while (texto.size() - n >= kGrupoCorto && CopiaGrupo<kGrupoCorto>(&texto[n], &trozo[n])) n += kGrupoCorto;
   while (n < texto.size() && CopiaGrupo<1>(&texto[n], &trozo[n])) ++n;
   return n;
@@ -158,7 +161,7 @@ std::size_t LargoAjeno(Texto texto) {
 // of other characters through `convierte`.
 template <class Convierte, class Recibe>
 void EntregaBytes(std::u16string_view texto, Convierte convierte, Recibe recibe) {
-  std::array<char, kTrozo> trozo;
+  std::array<char, kTrozoCopiado> trozo;
   while (!texto.empty()) {
     const std::size_t ascii = CopiaAscii(texto, trozo);
     if (!recibe(std::string_view(trozo.data(), ascii))) return;

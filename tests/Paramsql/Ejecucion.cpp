@@ -90,6 +90,10 @@ TEST_F(Base, HostileTextsFindTheirRowAndNothingElse) {
     igual.AgregaFiltro(u"N", TFieldType::ftString, Variant(c.texto), Op::IGUAL, Y, SIN, true);
     EXPECT_EQ(Ejecuta(igual), c.filas) << UTF8Encode(c.texto);
   }
+  TParametrosFiltro igual(u"T");
+  igual.AgregaCampoSelect(u"I", u"", true);
+  igual.AgregaFiltro(u"N", TFieldType::ftString, Variant(u"O'Brien; \"S.A.\""), Op::IGUAL, Y, SIN, true);
+  EXPECT_EQ(Ejecuta(igual), "1");
 }
 
 TEST_F(Base, EveryOperatorFindsItsRows) {

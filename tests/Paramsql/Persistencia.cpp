@@ -137,6 +137,11 @@ TEST_F(Definicion, OfAnyContentReloadsToTheSame) {
   leida.LoadFromIni(archivo_, 0);
   EXPECT_EQ(Huella(leida), Huella(f));
   EXPECT_EQ(partner->NombreTabla, u"vieja");
+  // By its properties it goes as XML, whole.
+  TParametrosFiltro deXml(u"");
+  LeeRemotableXML(deXml, EscribeRemotableXML(f, u"Filtro"));
+  EXPECT_EQ(Huella(deXml), Huella(f));
+  EXPECT_EQ(deXml.FilterParamsPers, f.FilterParamsPers);
   EXPECT_EQ(leida.FilterPersItems, f.FilterPersItems);
   EXPECT_EQ(leida.FilterParamsPers, f.FilterParamsPers);
   EXPECT_TRUE(leida.CampoVisible(u"C.NOMBRE"));
@@ -187,6 +192,12 @@ TEST_F(Definicion, WrittenByHandLoads) {
   EXPECT_EQ(f.DameSentenciaSQL(false, 0),
             u"SELECT  *  from CLIENTES   JOIN D  WHERE ((UPPER( NOMBRE)  LIKE 'PEÑA' OR I IN  ( 1, 2) ))  "
             u"ORDER BY NOMBRE DESC");
+  for (const auto& [texto, desciende] :
+       {std::pair("TRUE", true), {"t", true}, {"1", true}, {"FALSE", false}, {"0", false}}) {
+    Escribe("[Vista1]\nOrdenadoPor=A\nDescendente=" + std::string(texto) + "\n");
+    f.LoadFromIni(archivo_, 0);
+    EXPECT_EQ(f.OrdDesc, desciende) << texto;
+  }
 }
 
 TEST_F(Definicion, OneSectionHoldsConditions) {

@@ -278,6 +278,10 @@ TEST(Totales, RaiseForAMissingFieldWhenItIsRead) {
     return std::string("total ") + UTF8Encode(FloatToStr(calculo.TotalImpuestos));
   };
   const Partida iva = Iva(16, 100);
+  TCalculoCFDI parcial(ENUM_MODULO::MODULO_VENTAS, ENUM_PROC_FACTCOMP::PROC_NORMAL, TIPO_DOCTO::TD_FACTURA);
+  parcial.SetPartidas(Lineas({Mas(iva, {{u"IMP1APLA", Variant(4)}}), iva}, u"MAN_IEPS"));
+  EXPECT_THROW(parcial.CalculaTotales(), EDatabaseError);
+  EXPECT_EQ(parcial.Subtotal, 100) << "what the first line gave stays";
   EXPECT_EQ(falla(u"CVE_DOC", iva), "El campo 'CVE_DOC' no existe");
   EXPECT_EQ(falla(u"DESC3", iva), "El campo 'DESC3' no existe");
   EXPECT_EQ(falla(u"MAN_IEPS", iva), "El campo 'MAN_IEPS' no existe");

@@ -42,6 +42,10 @@ TEST(Configuracion, GivesItsDefaultsOnABareMachine) {
   EXPECT_THROW(DameRegsXDemanda(), EConvertError);
   EXPECT_THROW(DameAlmacenPredeter(1), EConvertError);
   EXPECT_EQ(DameDriverDefault(), u"");
+  c.Instala();
+  c.Escribe("C/Sistemas Tavex/VEL9.00/Alias.ini", "[ESTANDAR]\r\nDriverName=DEVARTSQLSERVER\r\n");
+  EXPECT_EQ(DameDriverDefault(), u"DEVARTSQLSERVER");
+  c.Escribe("registro.reg", "");
   EXPECT_EQ(DameValorSinComillas(u"", u"a", u"b"), u"");
   EXPECT_EQ(GetNombreSistema(), u"VEL");
   // The files that name the system stand beside the library.
@@ -55,8 +59,16 @@ TEST(Configuracion, GivesItsDefaultsOnABareMachine) {
   EXPECT_EQ(GetNombreSistema(), u"VEL");
   EXPECT_FALSE(BorraArchivo(ini).Hubo() || BorraArchivo(nombre).Hubo());
   EXPECT_EQ(DameRutaVersionVel(), u"Sistemas Tavex\\VEL9.00\\");
+  // Without a home variable: the data folder's own, or the home of the system's list of users.
   c.Pon("HOME", std::nullopt);
-  EXPECT_TRUE(DameArchivoConfig().ends_with(u"\\Tavex\\VEL9.00\\VELWIN90.INI"));
+  c.Pon("XDG_DATA_HOME", (c.Ruta() / "datos").string());
+  EXPECT_EQ(DameArchivoConfig(), c.Archivo("datos") + u"\\Tavex\\VEL9.00\\VELWIN90.INI");
+  c.Pon("XDG_DATA_HOME", std::nullopt);
+  const bool comoNadie =
+      geteuid() != 0 || pruebas::ComoUsuario([] {
+        return DameArchivoConfig().ends_with(u"/.local/share\\Tavex\\VEL9.00\\VELWIN90.INI");
+      });
+  EXPECT_TRUE(comoNadie);
 }
 
 TEST(Configuracion, KeepsEachSettingsOwnEncoding) {

@@ -1,6 +1,7 @@
 #include "Uutilext/config/Empresas.h"
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -9,6 +10,7 @@
 #include "Uutilext/config/Etiquetas.h"
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
+#include "platform/Archivos.h"
 #include "tests/CarpetaTemporal.h"
 
 namespace vel {
@@ -77,6 +79,22 @@ TEST_F(Catalogo, RestoresAMissingOneFromItsBackup) {
   c_.Escribe(otro, c_.Lee(kCatalogo));
   AbreArchivoEmpresa(empresas, c_.Archivo(otro));
   EXPECT_EQ(empresas->RecordCount(), 1U);
+}
+
+TEST_F(Catalogo, GivesABrokenOneASecondChance) {
+  AgregaEmpresaXML(1, u"r", u"d", u"Uno", u"t", u"v");
+  const std::string bueno = c_.Lee(kCatalogo);
+  c_.Escribe(kCatalogo, "<a");
+  const pid_t escritor = fork();
+  if (escritor == 0) {
+    usleep(10'000);
+    ReemplazaArchivo(c_.Archivo(kCatalogo), bueno);
+    _exit(0);
+  }
+  const auto antes = std::chrono::steady_clock::now();
+  EXPECT_EQ(DameNombreEmpresa(1), u"Uno");
+  EXPECT_GE(std::chrono::steady_clock::now() - antes, std::chrono::milliseconds(35));
+  waitpid(escritor, nullptr, 0);
 }
 
 TEST_F(Catalogo, LosesNoCompanyToAReaderThatRestores) {

@@ -91,7 +91,8 @@ TEST(Certificados, LeaveTheErrorQueueOfTheCallerAlone) {
 TEST(Criptografia, LeavesNothingBehindOverManyCalls) {
   const std::string bytes = "cualquier dato";
   for (int i = 0; i < 10000; ++i) {
-    const UnicodeString certificado = Dato(i % 2 == 0 ? "sello.cer" : "sello.pem");
+    const char* const certificados[] = {"sello.cer", "sello.pem", "ajeno.cer", "no_hay.cer", "cortado.cer"};
+    const UnicodeString certificado = Dato(certificados[i % 5]);
     UnicodeString fecha;
     Error([&] { CertGetNumSer(certificado); });
     Error([&] { CertGetFechaHora(certificado, true, fecha); });

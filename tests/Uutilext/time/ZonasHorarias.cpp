@@ -90,6 +90,17 @@ TEST(Zonas, AgreeWithTheCLibraryAroundEveryChange) {
   EXPECT_GT(cambios, 1000) << "changes looked at, in all zones";
 }
 
+TEST(Zonas, AreKnownByEveryNameInAnyCapitals) {
+  for (const auto& caso : pruebas::Casos("zonas/nombres.txt", "|")) {
+    UnicodeString nombre = UTF8ToString(caso[0]);
+    for (std::size_t i = 0; i < nombre.size(); ++i) {
+      if (nombre[i] >= u'a' && nombre[i] <= u'z' && i % 2 == 0)
+        nombre[i] = static_cast<char16_t>(nombre[i] - 32);
+    }
+    EXPECT_NE(DameZonaWindows(nombre), nullptr) << caso[0];
+  }
+}
+
 TEST(Zonas, MexicoGaveUpDaylightSavingInOctober2022) {
   const Tz tz("America/Mexico_City");
   const struct {
