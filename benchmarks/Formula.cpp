@@ -192,6 +192,8 @@ int main(int argc, char** argv) {
           {"Execute | Eval", ejecuta, evaluaMu, 3, "muParser", cuenta},
           {"SetVariables + Execute | assign + Eval", [&] { pon(), ejecuta(); }, [&] { ponMu(), evaluaMu(); },
            0, "muParser", cuenta},
+          // The row above less this one is Execute with changed variables.
+          {"SetVariables | assign", pon, ponMu, 0, "muParser", cuenta},
       },
       {
           {"NewFormula, operators",
