@@ -1,0 +1,125 @@
+#!/usr/bin/env python3
+"""Plants the faults of a list, one at a time, and says which of them no test notices.
+
+    tools/mutantes.py [TEXT...]    only the faults whose file or program holds one of the texts
+
+A fault is a head, the lines to take away and the lines to put there:
+
+    Paramsql/Redactor.cpp | pruebas_Paramsql
+    - if (balance < 0) salida_.append(
+    + if (balance < -1) salida_.append(
+
+The text taken away stands exactly once in the file. A third field says why a fault may live: it changes
+nothing that can be seen, or nothing that can be provoked. Work is done on a copy of the tree below build/, so
+that an interrupted run leaves no fault behind.
+"""
+import dataclasses
+import pathlib
+import shutil
+import subprocess
+import sys
+
+RAIZ = pathlib.Path(__file__).resolve().parent.parent
+COPIA = RAIZ / 'build' / 'mutantes'
+# A fault may send a test into a loop; whole programs take a few seconds.
+SEGUNDOS = 120
+
+
+@dataclasses.dataclass
+class Falta:
+    archivo: str
+    programa: str
+    motivo: str
+    quita: str = ''
+    pone: str = ''
+
+    def __str__(self):
+        return f'{self.archivo}\n' + ''.join(
+            f'    {signo} {linea}\n' for signo, texto in (('-', self.quita), ('+', self.pone))
+            for linea in texto.splitlines())
+
+
+def lee_lista(texto):
+    faltas = []
+    for renglon in texto.splitlines():
+        if not renglon.strip() or renglon.startswith('#'):
+            continue
+        if renglon.startswith('- ') or renglon == '-':
+            faltas[-1].quita += ('\n' if faltas[-1].quita else '') + renglon[2:]
+        elif renglon.startswith('+ ') or renglon == '+':
+            faltas[-1].pone += ('\n' if faltas[-1].pone else '') + renglon[2:]
+        else:
+            campos = [campo.strip() for campo in renglon.split(' | ')]
+            faltas.append(Falta(campos[0], campos[1], campos[2] if len(campos) > 2 else ''))
+    return faltas
+
+
+def copia_arbol():
+    """Brings the copy up to date; files that did not change keep their time, so that little is built again."""
+    archivos = subprocess.run(['git', 'ls-files', '-co', '--exclude-standard', '-z'], cwd=RAIZ, check=True,
+                              capture_output=True, text=True).stdout.split('\0')
+    for nombre in filter(None, archivos):
+        origen, destino = RAIZ / nombre, COPIA / nombre
+        if not origen.exists():
+            destino.unlink(missing_ok=True)
+            continue
+        if destino.exists() and destino.read_bytes() == origen.read_bytes():
+            continue
+        destino.parent.mkdir(parents=True, exist_ok=True)
+        shutil.copy(origen, destino)
+
+
+def construye(objetivos):
+    return subprocess.run(['cmake', '--build', '--preset', 'dev', '--target', *objetivos], cwd=COPIA,
+                          stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL).returncode == 0
+
+
+def pasa(programa):
+    ruta = next((COPIA / 'build' / 'dev' / 'tests').rglob(programa))
+    try:
+        return subprocess.run([ruta, '--gtest_fail_fast'], cwd=ruta.parent, stdin=subprocess.DEVNULL,
+                              stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                              timeout=SEGUNDOS).returncode == 0
+    except subprocess.TimeoutExpired:
+        return False
+
+
+def vive(falta):
+    """Whether the tests pass with the fault planted. A fault that does not compile is an error of the list."""
+    archivo = COPIA / falta.archivo
+    sano = archivo.read_text(encoding='utf-8')
+    if sano.count(falta.quita) != 1:
+        sys.exit(f'The text to take away stands {sano.count(falta.quita)} times in {falta}')
+    try:
+        archivo.write_text(sano.replace(falta.quita, falta.pone), encoding='utf-8')
+        if not construye([falta.programa]):
+            sys.exit(f'Does not compile: {falta}')
+        return pasa(falta.programa)
+    finally:
+        archivo.write_text(sano, encoding='utf-8')
+
+
+def main():
+    faltas = lee_lista((RAIZ / 'tools' / 'mutantes.txt').read_text(encoding='utf-8'))
+    faltas = [f for f in faltas if not sys.argv[1:] or any(t in f.archivo or t in f.programa for t in sys.argv[1:])]
+    copia_arbol()
+    subprocess.run(['cmake', '--preset', 'dev'], cwd=COPIA, check=True, stdout=subprocess.DEVNULL)
+    programas = sorted({f.programa for f in faltas})
+    if not construye(programas):
+        sys.exit('The tree does not build')
+    for programa in programas:
+        if not pasa(programa):
+            sys.exit(f'{programa} fails without any fault')
+    vivas = []
+    for n, falta in enumerate(faltas, 1):
+        if vive(falta):
+            vivas.append(falta)
+            print(f'LIVES {n}/{len(faltas)} {falta}' + (f'    {falta.motivo}' if falta.motivo else ''), flush=True)
+        elif falta.motivo:
+            print(f'NOTICED though the list says that it lives: {falta}', flush=True)
+    print(f'{len(faltas)} faults, {len(faltas) - len(vivas)} noticed, {len(vivas)} live '
+          f'({sum(1 for f in vivas if f.motivo)} of them explained)')
+    return 1 if any(not f.motivo for f in vivas) else 0
+
+
+sys.exit(main())
