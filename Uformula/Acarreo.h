@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "framework/PotenciasDiez.h"
+
 namespace vel::formula {
 
 /// Between two operations a value travels as text: FloatToStr of the result, converted back. AcarreaTexto
@@ -15,10 +17,6 @@ bool AcarreaTexto(double resultado, double& acarreado) noexcept;
 
 namespace acarreo {
 
-/// Powers of ten that a double holds exactly.
-inline constexpr std::array<double, 23> kPotencias{1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                                   1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
-                                                   1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 inline constexpr int kMenorExponente = -24;
 inline constexpr int kMayorExponente = 49;
 
@@ -29,7 +27,7 @@ inline constexpr auto kDecimales = [] {
   for (int e = kMenorExponente; e <= kMayorExponente; ++e) {
     const double potencia = e < 0 ? 1.0 / static_cast<double>(1LL << -e) : static_cast<double>(1LL << e);
     std::uint8_t k = 0;
-    while (potencia * kPotencias[k] < 1e14) ++k;
+    while (potencia * diez::kPotencias[k] < 1e14) ++k;
     tabla[static_cast<std::size_t>(e - kMenorExponente)] = k;
   }
   return tabla;
@@ -71,20 +69,20 @@ inline bool Acarrea(double resultado, double& acarreado) noexcept {
   if (exponente < acarreo::kMenorExponente) [[unlikely]]
     return AcarreaTexto(resultado, acarreado);
   std::size_t k = acarreo::kDecimales[static_cast<std::size_t>(exponente - acarreo::kMenorExponente)];
-  double producto = magnitud * acarreo::kPotencias[k];
-  if (producto >= 1e15) producto = magnitud * acarreo::kPotencias[--k];
+  double producto = magnitud * diez::kPotencias[k];
+  if (producto >= 1e15) producto = magnitud * diez::kPotencias[--k];
   // Adding 2^52 leaves no bits for a fraction.
   constexpr double kSinFraccion = 4503599627370496.0;
   double n = (producto + kSinFraccion) - kSinFraccion;
   const double fraccion = producto - n;
   if (std::abs(fraccion) >= 0.4375) [[unlikely]] {
-    const double error = acarreo::ErrorProducto(magnitud, acarreo::kPotencias[k], producto);
+    const double error = acarreo::ErrorProducto(magnitud, diez::kPotencias[k], producto);
     const double falta = std::copysign(0.5, fraccion) - fraccion;
     if (error == falta) return AcarreaTexto(resultado, acarreado);
     if (fraccion > 0 && error > falta) n += 1;
     if (fraccion < 0 && error < falta) n -= 1;
   }
-  const double leido = n / acarreo::kPotencias[k];
+  const double leido = n / diez::kPotencias[k];
   // Amounts nearly always survive; a predicted branch lets the next operation start before the division ends.
   if (leido == magnitud) [[likely]] {
     acarreado = resultado;

@@ -9,6 +9,7 @@
 #include <system_error>
 
 #include "framework/Excepciones.h"
+#include "framework/PotenciasDiez.h"
 
 namespace vel {
 namespace {
@@ -102,8 +103,6 @@ bool Desborda(std::string_view numero) noexcept {
 // whole number over a power of ten, both exact in a double, so one division rounds it correctly. False for
 // any other text, number or not.
 bool LeeCorto(std::u16string_view texto, double& valor) noexcept {
-  constexpr std::array<double, kDigitos + 1> kPotencias{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                                        1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
   const bool negativo = !texto.empty() && texto.front() == u'-';
   if (negativo) texto.remove_prefix(1);
   if (texto.empty() || texto.size() > kDigitos) return false;
@@ -120,7 +119,8 @@ bool LeeCorto(std::u16string_view texto, double& valor) noexcept {
     }
   }
   const auto magnitud = static_cast<double>(entero);
-  const double leido = punto == texto.size() ? magnitud : magnitud / kPotencias[texto.size() - 1 - punto];
+  const double leido =
+      punto == texto.size() ? magnitud : magnitud / diez::kPotencias[texto.size() - 1 - punto];
   valor = negativo ? -leido : leido;
   return true;
 }

@@ -8,6 +8,7 @@
 
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
+#include "framework/PotenciasDiez.h"
 
 namespace vel {
 namespace {
@@ -15,29 +16,16 @@ namespace {
 static_assert(std::numeric_limits<long double>::digits >= 64,
               "Redondea needs extended precision: 64 mantissa bits or more");
 
-// Exact in a long double, and 10^0 to 10^22 in a double too.
-constexpr std::array<long double, 28> kPotencias = {
-    1e0L,  1e1L,  1e2L,  1e3L,  1e4L,  1e5L,  1e6L,  1e7L,  1e8L,  1e9L,  1e10L, 1e11L, 1e12L, 1e13L,
-    1e14L, 1e15L, 1e16L, 1e17L, 1e18L, 1e19L, 1e20L, 1e21L, 1e22L, 1e23L, 1e24L, 1e25L, 1e26L, 1e27L};
-
 // 10^exponente, correctly rounded while the power is exact above.
 long double PotenciaExtendida(int exponente) noexcept {
   const auto absoluto = static_cast<unsigned>(std::abs(static_cast<long long>(exponente)));
-  if (absoluto >= kPotencias.size()) return std::pow(10.0L, static_cast<long double>(exponente));
-  return exponente >= 0 ? kPotencias[absoluto] : 1.0L / kPotencias[absoluto];
+  if (absoluto >= diez::kExtendidas.size()) return std::pow(10.0L, static_cast<long double>(exponente));
+  return exponente >= 0 ? diez::kExtendidas[absoluto] : 1.0L / diez::kExtendidas[absoluto];
 }
 
-// The doubles nearest to 10^n and 10^-n.
-constexpr int kMaxDecimalesTabla = 22;
-constexpr double kPositivas[kMaxDecimalesTabla + 1] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                                       1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
-                                                       1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-constexpr double kNegativas[kMaxDecimalesTabla + 1] = {1e0,   1e-1,  1e-2,  1e-3,  1e-4,  1e-5,  1e-6,  1e-7,
-                                                       1e-8,  1e-9,  1e-10, 1e-11, 1e-12, 1e-13, 1e-14, 1e-15,
-                                                       1e-16, 1e-17, 1e-18, 1e-19, 1e-20, 1e-21, 1e-22};
-
 double PotenciaNegativa(int decimales) noexcept {
-  return decimales <= kMaxDecimalesTabla ? kNegativas[decimales] : std::pow(10.0, -decimales);
+  return decimales <= diez::kMayorExacta ? diez::kInversas[static_cast<std::size_t>(decimales)]
+                                         : std::pow(10.0, -decimales);
 }
 
 // g_redoTo as its header has it, on decimal texts, for decimales > 0.
@@ -103,17 +91,17 @@ double Redondea4(double valor) noexcept {
 double g_redoTo(double valor, int decimales) {
   if (decimales <= 0) return valor;
   const double a = std::abs(valor);
-  if (decimales > kMaxDecimalesTabla || !(a >= 1e-4)) return RedondeaPorTexto(valor, decimales);
-  const double diez = kPositivas[decimales];
-  const double s = a * diez;
+  if (decimales > diez::kMayorExacta || !(a >= 1e-4)) return RedondeaPorTexto(valor, decimales);
+  const double potencia = diez::kPotencias[static_cast<std::size_t>(decimales)];
+  const double s = a * potencia;
   if (!(s < 1e12)) return RedondeaPorTexto(valor, decimales);
   // Truncation toward zero of s + 0.5: the nearest whole number; the comparison refuses one that is not.
   // NOLINTNEXTLINE(bugprone-incorrect-roundings)
   const auto m = static_cast<double>(static_cast<long long>(s + 0.5));
   if (std::abs(s - m) <= 1e-14 * s) {
-    return m / diez == a ? valor : RedondeaPorTexto(valor, decimales);
+    return m / potencia == a ? valor : RedondeaPorTexto(valor, decimales);
   }
-  const double p = kNegativas[decimales];
+  const double p = diez::kInversas[static_cast<std::size_t>(decimales)];
   const double w = a / p + 0.5;
   const auto entero = static_cast<double>(static_cast<long long>(w));
   if (1 - (w - entero) <= 1e-14 * w) return RedondeaPorTexto(valor, decimales);
