@@ -35,6 +35,34 @@ TEST(TDateTime, WritesAndReadsItsText) {
   }
 }
 
+TEST(TDateTime, WritesAndReadsISO) {
+  const struct {
+    double dias;
+    const char16_t* texto;
+    const char16_t* fecha;
+    const char16_t* hora;
+  } casos[] = {{45427, u"2024-05-15", u"2024-05-15", u"00:00:00"},
+               {45427.25, u"2024-05-15 06:00:00", u"2024-05-15", u"06:00:00"},
+               {45427 + 1.25 / 86400, u"2024-05-15 00:00:01.250", u"2024-05-15", u"00:00:01.250"},
+               {45427.9999999999, u"2024-05-16", u"2024-05-16", u"00:00:00"},
+               {-1.25, u"1899-12-29 06:00:00", u"1899-12-29", u"06:00:00"},
+               {-693593, u"0001-01-01", u"0001-01-01", u"00:00:00"}};
+  TDateTime leida;
+  for (const auto& c : casos) {
+    EXPECT_EQ(DateTimeToISO(TDateTime(c.dias)), c.texto);
+    EXPECT_EQ(DateTimeToISO(TDateTime(c.dias), TFieldType::ftDate), c.fecha);
+    EXPECT_EQ(DateTimeToISO(TDateTime(c.dias), TFieldType::ftTime), c.hora);
+    EXPECT_TRUE(TryISOToDateTime(c.texto, leida));
+    EXPECT_NEAR(leida.Val(), c.dias, 1e-9);
+  }
+  EXPECT_TRUE(TryISOToDateTime(u" 2024-05-15T06:00 ", leida));
+  EXPECT_EQ(leida.Val(), 45427.25);
+  for (const char16_t* malo : {u"", u"2024-5-15", u"24-05-15", u"2024-02-30", u"2024-05-15 24:00",
+                               u"2024-05-15x", u"2024-05-15 06:00x", u"06:00:00", u"2024/05/15"}) {
+    EXPECT_FALSE(TryISOToDateTime(malo, leida)) << UTF8Encode(malo);
+  }
+}
+
 TEST(TDateTime, RefusesWhatIsNoDate) {
   for (const double dias : {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(),
                             1e300, -693594.0, 2958466.0, 2958465.9999999999}) {
