@@ -52,6 +52,9 @@ TEST(Clausulas, ReadAlikeInWhereAndHaving) {
       {Op::BETWEEN, TFieldType::ftDate, VarArrayOf({Variant(45427), Variant(TDateTime(45428.75))}), true,
        u" ( C BETWEEN '2024-05-15' AND '2024-05-16' ) ", u" ( C BETWEEN  :var1 AND  :var2 ) ",
        u" ( C BETWEEN  :hav1 AND  :hav2 ) "},
+      {Op::BETWEEN, kTexto, VarArrayOf({Variant(TDateTime(45427)), Variant(u"'z'")}), true,
+       u" ( C BETWEEN 15/05/2024 AND 'z' ) ", u" ( C BETWEEN  :var1 AND  :var2 ) ",
+       u" ( C BETWEEN  :hav1 AND  :hav2 ) "},
       {Op::BETWEEN, TFieldType::ftTime, VarArrayOf({Variant(45427.0), Variant(u"14:30")}), true,
        u" ( C BETWEEN '00:00:00' AND 14:30 ) ", u" ( C BETWEEN  :var1 AND  :var2 ) ",
        u" ( C BETWEEN  :hav1 AND  :hav2 ) "},
@@ -75,6 +78,7 @@ TEST(Clausulas, ReadAlikeInWhereAndHaving) {
     int n = 0;
     EXPECT_EQ(UTF8Encode(f.DameCondWhere(false, n)), UTF8Encode(c.literal));
     EXPECT_EQ(UTF8Encode(f.DameCondWhere(true, n)), UTF8Encode(c.where));
+    EXPECT_EQ(n, std::ranges::count(std::u16string_view(c.where), u':'));
     n = 0;
     EXPECT_EQ(UTF8Encode(f.DameHaving(true, n)), " HAVING " + UTF8Encode(c.having));
   }
@@ -101,6 +105,7 @@ TEST(Clausulas, AreCallableOneByOne) {
     f.AgregaHaving(u"A", kTexto, valor, c.op, Y, ENUM_GRUPO::INICIA, true);
     int n = 4;
     EXPECT_EQ((f.*c.where)(0, u"(", 1, &n), StringReplace(c.texto, u"#", u":var"));
+    EXPECT_EQ(n, 4 + std::ranges::count(std::u16string_view(c.texto), u'#'));
     n = 4;
     EXPECT_EQ((f.*c.having)(0, u"(", 1, &n), StringReplace(c.texto, u"#", u":hav"));
     EXPECT_EQ((f.*c.where)(0, u"(", 0, nullptr).find(u':'), UnicodeString::npos);
