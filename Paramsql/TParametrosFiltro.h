@@ -232,9 +232,8 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
 
   /// Literal of a value: ftInteger decimal text, ftFloat float text, ftString, ftDateTime and ftTimeStamp in
   /// single quotes (a text that begins with "'" stays as it is, a date is DateTimeToISO's text); empty for
-  /// any other type, and for texts and dates when `conParametros`. An array gives its elements' literals
-  /// joined by
-  /// ", ".
+  /// any other type, and for texts and dates when `conParametros`. Of an array the literals of its elements,
+  /// joined by ", ".
   static UnicodeString DameValorCampoStr(TFieldType tipo, const Variant& valor, bool conParametros);
   /// The value that a stored text means, by type: a number, date or truth value where the type says so and
   /// the text is written as this library would ("7", not "007"), nothing for an empty one, else text.
