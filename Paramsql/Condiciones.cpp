@@ -40,13 +40,20 @@ void Vacia(Lista& lista) {
   while (!lista.empty()) lista.pop_back();
 }
 
-// A typed text in which the wildcards stand for themselves; "/" goes first, since it escapes the others.
-UnicodeString Escapa(std::u16string_view texto) {
-  UnicodeString escapado = StringReplace(texto, u"/", u"//");
-  for (const std::u16string_view comodin : {u"%", u"_", u"["}) {
-    escapado = StringReplace(escapado, comodin, u"/" + UnicodeString(comodin));
+// The pattern of a typed text, in which the driver's wildcards stand for themselves. "[" is one on SQL Server
+// only, and Firebird refuses an escape before anything else than "%", "_" and the escape itself.
+Variant PatronDe(std::u16string_view texto, ENUM_COINCIDENCIA donde, TiposDeDriver driver) {
+  const bool conCorchetes =
+      driver == TiposDeDriver::DEVARTSQLSERVER || driver == TiposDeDriver::DEVARTSQLSERVERCOMPACT;
+  const std::u16string_view comodines = conCorchetes ? u"/%_[" : u"/%_";
+  UnicodeString patron;
+  if (donde == ENUM_COINCIDENCIA::CONTIENE || donde == ENUM_COINCIDENCIA::TERMINA) patron += u'%';
+  for (const char16_t c : texto) {
+    if (comodines.find(c) != std::u16string_view::npos) patron += u'/';
+    patron += c;
   }
-  return escapado;
+  if (donde == ENUM_COINCIDENCIA::CONTIENE || donde == ENUM_COINCIDENCIA::EMPIEZA) patron += u'%';
+  return Variant(std::move(patron));
 }
 
 }  // namespace
@@ -93,16 +100,32 @@ void TParametrosFiltro::AgregaFiltroStr(std::u16string_view campo, std::u16strin
 void TParametrosFiltro::AgregaFiltroLIKE(std::u16string_view campo, std::u16string_view texto,
                                          ENUM_COINCIDENCIA donde, ENUM_CONECTOR con, ENUM_GRUPO grupo,
                                          bool sensitive) {
-  UnicodeString valor = Escapa(texto);
-  if (donde == ENUM_COINCIDENCIA::CONTIENE || donde == ENUM_COINCIDENCIA::TERMINA) valor.insert(0, u"%");
-  if (donde == ENUM_COINCIDENCIA::CONTIENE || donde == ENUM_COINCIDENCIA::EMPIEZA) valor.append(u"%");
-  AgregaFiltro(campo, TFieldType::ftString, Variant(std::move(valor)), ENUM_OPERADOR::LIKE, con, grupo,
+  AgregaFiltroLIKE(campo, texto, donde, con, grupo, sensitive, TiposDeDriver::DEVARTINTERBASE);
+}
+
+void TParametrosFiltro::AgregaFiltroLIKE(std::u16string_view campo, std::u16string_view texto,
+                                         ENUM_COINCIDENCIA donde, ENUM_CONECTOR con, ENUM_GRUPO grupo,
+                                         bool sensitive, TiposDeDriver driver) {
+  AgregaFiltro(campo, TFieldType::ftString, PatronDe(texto, donde, driver), ENUM_OPERADOR::LIKE, con, grupo,
                sensitive);
 }
 
 void TParametrosFiltro::AgregaHaving(std::u16string_view campo, TFieldType tipo, const Variant& valor,
                                      ENUM_OPERADOR op, ENUM_CONECTOR con, ENUM_GRUPO grupo, bool sensitive) {
   Agrega(ParamHaving, campo, tipo, valor, op, con, grupo, sensitive);
+}
+
+void TParametrosFiltro::AgregaHavingLIKE(std::u16string_view campo, std::u16string_view texto,
+                                         ENUM_COINCIDENCIA donde, ENUM_CONECTOR con, ENUM_GRUPO grupo,
+                                         bool sensitive) {
+  AgregaHavingLIKE(campo, texto, donde, con, grupo, sensitive, TiposDeDriver::DEVARTINTERBASE);
+}
+
+void TParametrosFiltro::AgregaHavingLIKE(std::u16string_view campo, std::u16string_view texto,
+                                         ENUM_COINCIDENCIA donde, ENUM_CONECTOR con, ENUM_GRUPO grupo,
+                                         bool sensitive, TiposDeDriver driver) {
+  AgregaHaving(campo, TFieldType::ftString, PatronDe(texto, donde, driver), ENUM_OPERADOR::LIKE, con, grupo,
+               sensitive);
 }
 
 void TParametrosFiltro::EliminaFiltros() {

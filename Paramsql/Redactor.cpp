@@ -1,5 +1,8 @@
 #include "Paramsql/Redactor.h"
 
+#include <iterator>
+#include <limits>
+
 #include "Paramsql/Valores.h"
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
@@ -12,6 +15,16 @@ namespace {
 constexpr std::size_t kLargoComun = 32;
 
 constexpr TFieldType kSqlCrudo = TFieldType::ftDataSet;
+
+struct Marca {
+  char16_t signo;
+  bool conPrefijo;
+  bool conNumero;
+};
+
+// By ordinal of the style.
+constexpr Marca kMarcas[] = {
+    {u':', true, true}, {u'?', false, false}, {u'$', false, true}, {u'@', true, true}};
 
 // Whether a pattern needs to say that "/" escapes.
 bool NecesitaEscape(std::u16string_view patron) {
@@ -26,10 +39,19 @@ bool NecesitaEscape(std::u16string_view patron) {
 }  // namespace
 
 void Redactor::Marcador(Clausula clausula, TFieldType tipo, const Variant& valor) {
-  const std::size_t inicio = salida_.size() + 1;
-  salida_ += clausula == Clausula::Where ? u":var" : u":hav";
-  AppendInt(salida_, ++numero_);
-  if (parametros_ != nullptr) parametros_->Add({salida_.substr(inicio), tipo, ConvierteATipo(tipo, valor)});
+  if (numero_ == std::numeric_limits<int>::max()) {
+    throw EInvalidOperation(u"Los números de los parámetros se agotaron");
+  }
+  ++numero_;
+  const std::u16string_view prefijo = clausula == Clausula::Where ? u"var" : u"hav";
+  const Marca& marca = kMarcas[static_cast<std::size_t>(estilo_)];
+  salida_ += marca.signo;
+  if (marca.conPrefijo) salida_ += prefijo;
+  if (marca.conNumero) AppendInt(salida_, numero_);
+  if (parametros_ == nullptr) return;
+  UnicodeString nombre(prefijo);
+  AppendInt(nombre, numero_);
+  parametros_->Add({std::move(nombre), tipo, ValorDeParametro(tipo, valor)});
 }
 
 void Redactor::Comparacion(const TParamWhereSimple& c, std::u16string_view abre, Clausula clausula) {
@@ -86,7 +108,8 @@ void Redactor::Intervalo(const TParamWhereSimple& c, std::u16string_view abre, C
   if (c.TipoCampo == kSqlCrudo) {
     salida_.append(TextoCrudo(bajo)).append(u" AND ").append(TextoCrudo(alto)).append(u") ");
   } else if (!conParametros_) {
-    salida_.append(bajo.AsString()).append(u" AND ").append(alto.AsString()).append(u" ) ");
+    salida_.append(LimiteLiteral(c.TipoCampo, bajo)).append(u" AND ");
+    salida_.append(LimiteLiteral(c.TipoCampo, alto)).append(u" ) ");
   } else {
     salida_ += u' ';
     Marcador(clausula, c.TipoCampo, bajo);

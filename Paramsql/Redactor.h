@@ -15,9 +15,14 @@ class Redactor {
  public:
   enum class Clausula : bool { Where, Having };
 
-  /// `numero` is the running parameter number; `parametros` may be null.
-  Redactor(UnicodeString& salida, bool conParametros, int& numero, TParams* parametros = nullptr)
-      : salida_(salida), conParametros_(conParametros), numero_(numero), parametros_(parametros) {}
+  /// `numero` is the running parameter number; `parametros` may be null. `estilo` is one of the members.
+  Redactor(UnicodeString& salida, bool conParametros, int& numero, TParams* parametros = nullptr,
+           ENUM_MARCADOR estilo = ENUM_MARCADOR::DOSPUNTOS)
+      : salida_(salida),
+        conParametros_(conParametros),
+        numero_(numero),
+        parametros_(parametros),
+        estilo_(estilo) {}
 
   void Sentencia(const TParametrosFiltro& filtro);
   void CamposSelect(const TParametrosFiltro& filtro);
@@ -38,13 +43,15 @@ class Redactor {
 
   void Condicion(const TParamWhereSimple& c, Clausula clausula);
   void Filtro(const TParametrosFiltro& filtro);
-  /// ":var" or ":hav" and the next number; the value goes to the parameters.
+  /// The mark of the next parameter, whose value goes to the parameters. Raises EInvalidOperation when the
+  /// numbers are used up.
   void Marcador(Clausula clausula, TFieldType tipo, const Variant& valor);
 
   UnicodeString& salida_;
   bool conParametros_;
   int& numero_;
   TParams* parametros_;
+  ENUM_MARCADOR estilo_;
 };
 
 /// The texts that statements are written with; empty for a value outside the members.

@@ -8,6 +8,7 @@
 #include "Paramsql/Enumeraciones.h"
 #include "Paramsql/TParamSelect.h"
 #include "Paramsql/TParamWhereSimple.h"
+#include "Uutilext/config/Configuracion.h"
 #include "framework/TDateTime.h"
 #include "framework/TFieldType.h"
 #include "framework/TParams.h"
@@ -19,18 +20,28 @@
 namespace vel {
 
 /// Definition of one SELECT statement: table, select list, joins, conditions, grouping, union partner and
-/// order. Build it, take its text from DameSentenciaSQL, and, when that was built with parameters, the values
-/// to bind from AsignaParametros.
+/// order. Build it, take its text from DameSentenciaSQL, and with it, or afterwards from AsignaParametros,
+/// the values to bind.
 ///
 ///     TParametrosFiltro filtro(u"CLIENTES");
 ///     filtro.AgregaFiltro(u"CIUDAD", TFieldType::ftString, Variant(u"Mérida"), ENUM_OPERADOR::IGUAL,
 ///                         ENUM_CONECTOR::AND, ENUM_GRUPO::NADA, true);
 ///     filtro.DameSentenciaSQL(true, 0);   // "SELECT  *  from CLIENTES  WHERE (CIUDAD=:var1) "
 ///
-/// Without parameters values are written as literals, texts as they are: embedded quotes are not doubled, so
-/// a text that a user typed belongs in a statement with parameters. Table, columns, joins and raw SQL values
-/// are always written as they are. Literals are for ftInteger, ftFloat, ftString, ftDateTime and ftTimeStamp
-/// fields: values of other types are written as nothing, and those of a BETWEEN as plain text without quotes.
+/// Without parameters values are written as literals, texts as they are: embedded quotes are not doubled, a
+/// LIKE says no ESCAPE, and a text that begins with "'" is taken for SQL that has its quotes. So a text that
+/// a user typed belongs in a statement with parameters, patterns of AgregaFiltroLIKE included. Table,
+/// columns, joins and raw SQL values are always written as they are. Literals are for ftInteger, ftFloat,
+/// ftString, ftDateTime and ftTimeStamp fields: values of other types are written as nothing. The two values
+/// of a BETWEEN are plain text without quotes, but dates.
+///
+/// Dates in literals are DateTimeToISO's text in quotes, whatever the database: in a BETWEEN every date, and
+/// every number of a date field, as the field's type keeps it (an ftDate the day, an ftTime the time). In a
+/// text field a date is its plain text, DateTimeToStr's. A date given as text stays the caller's.
+///
+/// With parameters a text is bound as it is, quotes included: what a user typed is found to the letter. In a
+/// date field a text that spells a date ("2024-05-13 14:30" or "13/05/2024 14:30", in single quotes or not)
+/// is bound as that moment; any other loses the quotes around it and stays text.
 ///
 /// Nothing is validated but what could not be written at all: a BETWEEN without two values or an IN without
 /// any raises EInvalidOperation; a value that does not convert to its field type raises the conversion error.
@@ -94,13 +105,22 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   void AgregaFiltroStr(std::u16string_view campo, std::u16string_view tipo, std::u16string_view valor,
                        std::u16string_view op, std::u16string_view con, std::u16string_view grupo,
                        bool sensitive);
-  /// A LIKE condition on a text that a user typed: "/", "%", "_" and "[" in it stand for themselves (escaped
-  /// with "/"), and the wildcards that `donde` asks for are added.
+  /// A LIKE condition on a text that a user typed, for a statement with parameters: "/", "%" and "_" in it
+  /// stand for themselves (escaped with "/"), and the wildcards that `donde` asks for are added. Without a
+  /// driver it is DEVARTINTERBASE's; SQL Server's two escape "[" too. In a statement with literals nothing
+  /// says that "/" escapes, and a database that reads "\" as an escape can be made to end the text early.
   void AgregaFiltroLIKE(std::u16string_view campo, std::u16string_view texto, ENUM_COINCIDENCIA donde,
                         ENUM_CONECTOR con, ENUM_GRUPO grupo, bool sensitive);
+  void AgregaFiltroLIKE(std::u16string_view campo, std::u16string_view texto, ENUM_COINCIDENCIA donde,
+                        ENUM_CONECTOR con, ENUM_GRUPO grupo, bool sensitive, TiposDeDriver driver);
   /// A HAVING condition, shaped like AgregaFiltro; several values are given as an array (VarArrayOf).
   void AgregaHaving(std::u16string_view campo, TFieldType tipo, const Variant& valor, ENUM_OPERADOR op,
                     ENUM_CONECTOR con, ENUM_GRUPO grupo, bool sensitive);
+  /// AgregaFiltroLIKE's twins in HAVING.
+  void AgregaHavingLIKE(std::u16string_view campo, std::u16string_view texto, ENUM_COINCIDENCIA donde,
+                        ENUM_CONECTOR con, ENUM_GRUPO grupo, bool sensitive);
+  void AgregaHavingLIKE(std::u16string_view campo, std::u16string_view texto, ENUM_COINCIDENCIA donde,
+                        ENUM_CONECTOR con, ENUM_GRUPO grupo, bool sensitive, TiposDeDriver driver);
 
   void EliminaFiltros();
   void EliminaHaving();
@@ -158,9 +178,19 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   void SetOrderBy(std::u16string_view campo);
 
   // --- The statement. `numInicial` is the number after which parameters are counted; `num` is too, and
-  // becomes the last one used. All of them set ConParametros.
+  // becomes the last one used. All of them set ConParametros. A parameter whose number would be past the
+  // largest int raises EInvalidOperation; on that, as on any fault, object and arguments stay as they were.
 
   UnicodeString DameSentenciaSQL(bool conParametros, int numInicial);
+  /// The statement with parameters marked in that style, and its parameters, as AsignaParametros gives them,
+  /// whose names are "var1" or "hav1" in every style. Each mark stands once in the text and the list is in
+  /// its order, so that values may be bound by position. Raises EInvalidOperation for a style that does not
+  /// exist.
+  ///
+  ///     TParams parametros;
+  ///     filtro.DameSentenciaSQL(ENUM_MARCADOR::PESOS, 0, parametros);
+  ///     // "SELECT  *  from CLIENTES  WHERE (CIUDAD=$1) ", parametros[0].Value == Variant(u"Mérida")
+  UnicodeString DameSentenciaSQL(ENUM_MARCADOR estilo, int numInicial, TParams& parametros);
   /// " WHERE (conditions) ", the conditions alone, and " HAVING conditions". Without conditions " WHERE ",
   /// the empty text and " HAVING ".
   UnicodeString DameWhere(bool conParametros, int& num);
@@ -201,8 +231,9 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   // --- Values.
 
   /// Literal of a value: ftInteger decimal text, ftFloat float text, ftString, ftDateTime and ftTimeStamp in
-  /// single quotes (a text that begins with "'" stays as it is); empty for any other type, and for texts and
-  /// dates when `conParametros`. An array gives its elements' literals joined by ", ".
+  /// single quotes (a text that begins with "'" stays as it is, a date is DateTimeToISO's text); empty for
+  /// any other type, and for texts and dates when `conParametros`. Of an array the literals of its elements,
+  /// joined by ", ".
   static UnicodeString DameValorCampoStr(TFieldType tipo, const Variant& valor, bool conParametros);
   /// The value that a stored text means, by type: a number, date or truth value where the type says so and
   /// the text is written as this library would ("7", not "007"), nothing for an empty one, else text.

@@ -5,6 +5,7 @@
 #include <sqlite3.h>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 #include "Paramsql/Paramsql.h"
 #include "examples/Salida.h"
@@ -28,13 +29,14 @@ class Base {
 
   /// Runs the definition with its parameters bound, and prints its rows.
   void Imprime(vel::TParametrosFiltro& filtro) {
-    const std::string sql = vel::UTF8Encode(filtro.DameSentenciaSQL(true, 0));
     vel::TParams parametros;
-    filtro.AsignaParametros(parametros, 0);
+    const std::string sql =
+        vel::UTF8Encode(filtro.DameSentenciaSQL(vel::ENUM_MARCADOR::INTERROGACION, 0, parametros));
     sqlite3_stmt* cruda = nullptr;
     if (sqlite3_prepare_v2(base_.get(), sql.c_str(), -1, &cruda, nullptr) != SQLITE_OK) Falla();
     const std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)> sentencia(cruda, sqlite3_finalize);
-    for (const vel::TParam& p : parametros) Enlaza(cruda, p);
+    int lugar = 0;
+    for (const vel::TParam& p : parametros) Enlaza(cruda, ++lugar, p);
     int paso = SQLITE_ROW;
     while ((paso = sqlite3_step(cruda)) == SQLITE_ROW) {
       for (int i = 0; i < sqlite3_column_count(cruda); ++i) {
@@ -50,16 +52,39 @@ class Base {
  private:
   [[noreturn]] void Falla() const { throw std::runtime_error(sqlite3_errmsg(base_.get())); }
 
-  static void Enlaza(sqlite3_stmt* sentencia, const vel::TParam& p) {
-    const int lugar = sqlite3_bind_parameter_index(sentencia, (":" + vel::UTF8Encode(p.Name)).c_str());
-    if (p.Value.TextPtr() != nullptr) {
-      const std::string texto = vel::UTF8Encode(*p.Value.TextPtr());
-      sqlite3_bind_text(sentencia, lugar, texto.c_str(), -1, SQLITE_TRANSIENT);
-    } else if (p.Value.IsNull()) {
-      sqlite3_bind_null(sentencia, lugar);
-    } else {
-      sqlite3_bind_double(sentencia, lugar, p.Value.AsDouble());
+  // Each value by its kind: SQLite compares no number with a text, and keeps dates as ISO texts.
+  void Enlaza(sqlite3_stmt* sentencia, int lugar, const vel::TParam& p) const {
+    using Kind = vel::Variant::Kind;
+    int estado = SQLITE_MISMATCH;
+    switch (p.Value.GetKind()) {
+      case Kind::Empty:
+      case Kind::Null:
+        estado = sqlite3_bind_null(sentencia, lugar);
+        break;
+      case Kind::Integer:
+      case Kind::Int64:
+        estado = sqlite3_bind_int64(sentencia, lugar, p.Value.AsInt64());
+        break;
+      case Kind::Double:
+        estado = sqlite3_bind_double(sentencia, lugar, p.Value.AsDouble());
+        break;
+      case Kind::Boolean:
+        estado = sqlite3_bind_int(sentencia, lugar, p.Value.AsBoolean() ? 1 : 0);
+        break;
+      case Kind::Date:
+        estado = EnlazaTexto(sentencia, lugar, vel::DateTimeToISO(p.Value.AsDateTime(), p.DataType));
+        break;
+      case Kind::String:
+        estado = EnlazaTexto(sentencia, lugar, *p.Value.TextPtr());
+        break;
+      case Kind::Array:  // never a parameter's
+        break;
     }
+    if (estado != SQLITE_OK) throw std::runtime_error(sqlite3_errstr(estado));
+  }
+
+  static int EnlazaTexto(sqlite3_stmt* sentencia, int lugar, std::u16string_view texto) {
+    return sqlite3_bind_text(sentencia, lugar, vel::UTF8Encode(texto).c_str(), -1, SQLITE_TRANSIENT);
   }
 
   static void Mayusculas(sqlite3_context* contexto, int /*cuenta*/, sqlite3_value** valores) {

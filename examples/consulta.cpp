@@ -33,8 +33,8 @@ void Arma(vel::TParametrosFiltro& filtro) {
   filtro.AgregaFiltro(u"P.LINEA", Tipo::ftString, Op::INN, OR, INICIA, Variant(u"FERRETERÍA"),
                       Variant(u"MUEBLES"));
   filtro.AgregaFiltro(u"F.IMPORTE", Tipo::ftFloat, Variant(700.0), Op::MAYOR_IGUAL, AND, TERMINA, true);
-  filtro.AgregaFiltro(u"F.FECHA", Tipo::ftString, Op::BETWEEN, AND, NADA, Variant(u"2024-04-01"),
-                      Variant(u"2024-05-31"));
+  filtro.AgregaFiltro(u"F.FECHA", Tipo::ftDate, Op::BETWEEN, AND, NADA,
+                      Variant(vel::EncodeDate({2024, 4, 1})), Variant(vel::EncodeDate({2024, 5, 31})));
   filtro.AgregaFiltroLIKE(u"C.NOMBRE", u"ñ", vel::ENUM_COINCIDENCIA::CONTIENE, OR, INICIA, false);
   filtro.AgregaFiltroLIKE(u"C.NOMBRE", u"50% /", vel::ENUM_COINCIDENCIA::CONTIENE, OR, NADA, false);
   filtro.AgregaFiltroLIKE(u"C.NOMBRE", u"\"el á", vel::ENUM_COINCIDENCIA::CONTIENE, AND, TERMINA, false);
@@ -46,8 +46,15 @@ void Arma(vel::TParametrosFiltro& filtro) {
   notas->AgregaCampoSelect(u"N.IMPORTE", u"TOTAL", true);
   notas->AgregaJoin(u"JOIN CLIENTES C ON C.CVE = N.CVE_CLPV");
   notas->AgregaFiltro(u"N.IMPORTE", Tipo::ftFloat, Variant(1000.0), Op::MAYOR, AND, NADA, true);
-  filtro.SetOrderBy(u"TOTAL");
-  filtro.SetOrderBy(u"TOTAL");
+  // A union is ordered by the number of a column: not every database takes a name there. Twice is descending.
+  filtro.SetOrderBy(u"3");
+  filtro.SetOrderBy(u"3");
+}
+
+// What is bound: dates as the database has them.
+vel::UnicodeString Texto(const vel::TParam& p) {
+  const bool esFecha = p.Value.GetKind() == Variant::Kind::Date;
+  return esFecha ? vel::DateTimeToISO(p.Value.AsDateTime(), p.DataType) : p.Value.AsString();
 }
 
 }  // namespace
@@ -61,8 +68,7 @@ int main(int argc, char** argv) {
     vel::TParams parametros;
     filtro->AsignaParametros(parametros, 0);
     for (const vel::TParam& p : parametros) {
-      std::printf("  :%s = %s\n", vel::UTF8Encode(p.Name).c_str(),
-                  vel::UTF8Encode(p.Value.AsString()).c_str());
+      std::printf("  :%s = %s\n", vel::UTF8Encode(p.Name).c_str(), vel::UTF8Encode(Texto(p)).c_str());
     }
     std::printf("\nRenglones:\n");
     ejemplo::Base base(ejemplo::LeeArchivo(carpeta + "/base.sql"));

@@ -41,6 +41,24 @@ void AgregaDosCifras(UnicodeString& texto, int valor) {
   texto.push_back(static_cast<char16_t>(u'0' + valor % 10));
 }
 
+void AgregaAnio(UnicodeString& texto, int anio) {
+  AgregaDosCifras(texto, anio / 100);
+  AgregaDosCifras(texto, anio % 100);
+}
+
+// "hh:mm:ss", and ".zzz" when there are milliseconds.
+void AgregaHora(UnicodeString& texto, const CivilTime& h) {
+  AgregaDosCifras(texto, h.hora);
+  texto += u':';
+  AgregaDosCifras(texto, h.minuto);
+  texto += u':';
+  AgregaDosCifras(texto, h.segundo);
+  if (h.milisegundo == 0) return;
+  texto += u'.';
+  texto.push_back(static_cast<char16_t>(u'0' + h.milisegundo / 100));
+  AgregaDosCifras(texto, h.milisegundo % 100);
+}
+
 // Reads 1 to `maximo` digits from the front of the text.
 bool LeeCifras(std::u16string_view& texto, std::size_t maximo, int& valor) noexcept {
   std::size_t n = 0;
@@ -63,6 +81,18 @@ bool LeeFecha(std::u16string_view& texto, TDateTime& fecha) noexcept {
   CivilDate f;
   return LeeCifras(texto, 2, f.dia) && LeeCaracter(texto, u'/') && LeeCifras(texto, 2, f.mes) &&
          LeeCaracter(texto, u'/') && LeeCifras(texto, 4, f.anio) && TryEncodeDate(f, fecha);
+}
+
+// Reads exactly `cuantas` digits.
+bool LeeCifrasJustas(std::u16string_view& texto, std::size_t cuantas, int& valor) noexcept {
+  const std::size_t antes = texto.size();
+  return LeeCifras(texto, cuantas, valor) && antes - texto.size() == cuantas;
+}
+
+bool LeeFechaISO(std::u16string_view& texto, TDateTime& fecha) noexcept {
+  CivilDate f;
+  return LeeCifrasJustas(texto, 4, f.anio) && LeeCaracter(texto, u'-') && LeeCifrasJustas(texto, 2, f.mes) &&
+         LeeCaracter(texto, u'-') && LeeCifrasJustas(texto, 2, f.dia) && TryEncodeDate(f, fecha);
 }
 
 bool LeeHora(std::u16string_view& texto, TDateTime& hora) noexcept {
@@ -138,21 +168,41 @@ UnicodeString DateTimeToStr(TDateTime momento) {
   texto += u'/';
   AgregaDosCifras(texto, f.mes);
   texto += u'/';
-  AgregaDosCifras(texto, f.anio / 100);
-  AgregaDosCifras(texto, f.anio % 100);
+  AgregaAnio(texto, f.anio);
   if (h == CivilTime{}) return texto;
   texto += u' ';
-  AgregaDosCifras(texto, h.hora);
-  texto += u':';
-  AgregaDosCifras(texto, h.minuto);
-  texto += u':';
-  AgregaDosCifras(texto, h.segundo);
-  if (h.milisegundo != 0) {
-    texto += u'.';
-    texto.push_back(static_cast<char16_t>(u'0' + h.milisegundo / 100));
-    AgregaDosCifras(texto, h.milisegundo % 100);
-  }
+  AgregaHora(texto, h);
   return texto;
+}
+
+UnicodeString DateTimeToISO(TDateTime momento, TFieldType tipo) {
+  const CivilDate f = DecodeDate(momento);
+  const CivilTime h = DecodeTime(momento);
+  UnicodeString texto;
+  if (tipo != TFieldType::ftTime) {
+    AgregaAnio(texto, f.anio);
+    texto += u'-';
+    AgregaDosCifras(texto, f.mes);
+    texto += u'-';
+    AgregaDosCifras(texto, f.dia);
+    if (tipo == TFieldType::ftDate || h == CivilTime{}) return texto;
+    texto += u' ';
+  }
+  AgregaHora(texto, h);
+  return texto;
+}
+
+bool TryISOToDateTime(std::u16string_view texto, TDateTime& momento) noexcept {
+  texto = TrimView(texto);
+  TDateTime fecha;
+  TDateTime hora;
+  if (!LeeFechaISO(texto, fecha)) return false;
+  if (!texto.empty()) {
+    if (!LeeCaracter(texto, u'T') && !LeeCaracter(texto, u' ')) return false;
+    if (!LeeHora(texto, hora) || !texto.empty()) return false;
+  }
+  momento = ComposeDateTime(fecha, hora);
+  return true;
 }
 
 bool TryStrToDateTime(std::u16string_view texto, TDateTime& momento) noexcept {

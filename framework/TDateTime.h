@@ -3,6 +3,7 @@
 #include <compare>
 #include <string_view>
 
+#include "framework/TFieldType.h"
 #include "framework/Texto.h"
 #include "utilvel90_export.h"
 
@@ -64,6 +65,20 @@ UTILVEL90_EXPORT UnicodeString DateTimeToStr(TDateTime momento);
 /// 24), seconds may be missing, blanks may surround it, and a time alone is of day 0. Returns false and
 /// leaves `momento` alone otherwise.
 UTILVEL90_EXPORT bool TryStrToDateTime(std::u16string_view texto, TDateTime& momento) noexcept;
+
+/// The text of ISO 8601 that databases read alike, whatever their settings: "yyyy-mm-dd", then " hh:mm:ss"
+/// when the time of day is not midnight, then ".zzz" when milliseconds remain. An ftDate keeps the date
+/// alone, an ftTime the time alone ("14:30:00", midnight too); every other type keeps both. Raises
+/// EConvertError as DecodeDate does.
+///
+///     DateTimeToISO(momento)                       // u"2024-05-13 14:30:00"
+///     DateTimeToISO(momento, TFieldType::ftDate)   // u"2024-05-13"
+UTILVEL90_EXPORT UnicodeString DateTimeToISO(TDateTime momento, TFieldType tipo = TFieldType::ftDateTime);
+
+/// Reads what DateTimeToISO writes for a date, with or without its time: four, two and two digits, then a
+/// blank or "T" and a time as TryStrToDateTime reads it; blanks may surround the whole. Returns false and
+/// leaves `momento` alone for any other text, a time alone too.
+UTILVEL90_EXPORT bool TryISOToDateTime(std::u16string_view texto, TDateTime& momento) noexcept;
 
 /// TryStrToDateTime that raises EConvertError ("'x' no es una fecha y hora válida").
 UTILVEL90_EXPORT TDateTime StrToDateTime(std::u16string_view texto);

@@ -11,7 +11,9 @@
 
 namespace vel {
 
-/// One query parameter; the name stands without the colon.
+/// One query parameter; the name stands without its mark. A program binds the value by its kind
+/// (Variant::Kind): where the database has no dates, or knows them as texts, a date goes as
+/// DateTimeToISO(date, DataType), which is what a literal of it says.
 struct TParam {
   UnicodeString Name;
   TFieldType DataType = TFieldType::ftUnknown;

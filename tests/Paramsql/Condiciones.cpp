@@ -95,6 +95,22 @@ TEST(Condiciones, SeveralValuesMakeAnArray) {
   EXPECT_FALSE(filtro.ParamWhere[0]->Sensitive);
 }
 
+TEST(Condiciones, TypedPatternsAreEscapedForTheirDriver) {
+  using enum TiposDeDriver;
+  const auto fin = ENUM_COINCIDENCIA::TERMINA;
+  TParametrosFiltro f(u"T");
+  f.AgregaFiltroLIKE(u"A", u"/[%_]", fin, Y, SIN, true);
+  f.AgregaHavingLIKE(u"A", u"/[%_]", fin, Y, SIN, true);
+  for (const auto driver : {DEVARTINTERBASE, DEVARTSQLSERVER, DEVARTSQLSERVERCOMPACT}) {
+    f.AgregaFiltroLIKE(u"A", u"/[%_]", fin, Y, SIN, true, driver);
+    f.AgregaHavingLIKE(u"A", u"/[%_]", fin, Y, SIN, true, driver);
+  }
+  for (std::size_t i = 0; i < 4; ++i) {
+    EXPECT_EQ(f.ParamWhere[i]->ValorCampo, Variant(i < 2 ? u"%//[/%/_]" : u"%///[/%/_]")) << i;
+    EXPECT_EQ(f.ParamHaving[i]->ValorCampo, f.ParamWhere[i]->ValorCampo);
+  }
+}
+
 TEST(Condiciones, ReadFromTexts) {
   TParametrosFiltro filtro(u"T");
   filtro.AgregaFiltroStr(u"A", u"1", u"\"'O''Brien'\"", u"LIKE", u"AND", u")", true);

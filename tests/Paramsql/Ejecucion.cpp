@@ -1,149 +1,177 @@
-// The statements run: values bound through AsignaParametros find their rows in a database.
+// The statements run, on SQLite and on embedded Firebird: every way of giving their values finds the same
+// rows.
 
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <ctime>
+#include <deque>
+#include <fstream>
 #include <gtest/gtest.h>
-#include <memory>
-#include <sqlite3.h>
+#include <ibase.h>
+#include <map>
+#include <soci/firebird/soci-firebird.h>
+#include <soci/soci.h>
+#include <soci/sqlite3/soci-sqlite3.h>
 #include <string>
-#include <vector>
+#include <utility>
+#include <variant>
 
 #include "Paramsql/Paramsql.h"
+#include "tests/CarpetaTemporal.h"
+#include "tests/Casos.h"
 
 namespace vel {
 namespace {
 
-constexpr auto Y = ENUM_CONECTOR::AND;
-constexpr auto SIN = ENUM_GRUPO::NADA;
-using Op = ENUM_OPERADOR;
+const std::map<std::string, ENUM_COINCIDENCIA> kCoincidencias = {{"exacta", ENUM_COINCIDENCIA::EXACTA},
+                                                                 {"empieza", ENUM_COINCIDENCIA::EMPIEZA},
+                                                                 {"contiene", ENUM_COINCIDENCIA::CONTIENE},
+                                                                 {"termina", ENUM_COINCIDENCIA::TERMINA}};
 
-class Base : public testing::Test {
- protected:
-  void SetUp() override {
-    sqlite3* base = nullptr;
-    ASSERT_EQ(sqlite3_open(":memory:", &base), SQLITE_OK);
-    base_.reset(base);
-    ASSERT_EQ(sqlite3_exec(base,
-                           "CREATE TABLE T (I INTEGER, N TEXT, S REAL, D TEXT);"
-                           "INSERT INTO T VALUES (1,'O''Brien; \"S.A.\"',10.5,NULL),(2,'50% _/[x]',20,'b'),"
-                           "(3,'50x yy[x]',30,'a'),(4,'Obrien',40,'a'),(5,'O''BRIEN; "
-                           "\"S.A.\"',50.25,'b'),(6,'a//b',0,NULL);",
-                           nullptr, nullptr, nullptr),
-              SQLITE_OK);
+// Takes what stands before the mark off the front.
+UnicodeString Toma(UnicodeString& texto, std::u16string_view marca) {
+  const std::size_t fin = std::min(texto.find(marca), texto.size());
+  UnicodeString parte = texto.substr(0, fin);
+  texto.erase(0, fin + marca.size());
+  return parte;
+}
+
+// Adds one clause of a case; "union" leads to the partner.
+void Agrega(TParametrosFiltro*& f, UnicodeString resto) {
+  UnicodeString palabra = Toma(resto, u" ");
+  UnicodeString grupo;
+  if (palabra == u"(" || palabra == u")") grupo = std::exchange(palabra, Toma(resto, u" "));
+  const bool conO = palabra == u"o";
+  const bool having = palabra == u"having";
+  if (conO || having) palabra = Toma(resto, u" ");
+  if (palabra == u"select") return f->AgregaCampoSelect(resto, u"", true);
+  if (palabra == u"group") return void(f->GroupBy = resto);
+  if (palabra == u"join") return f->AgregaJoin(resto);
+  if (palabra == u"union") return void(f = f->AgregaUnion(resto));
+  const UnicodeString tipo = Toma(resto, u" ");
+  if (const auto donde = kCoincidencias.find(UTF8Encode(tipo)); donde != kCoincidencias.end()) {
+    f->AgregaFiltroLIKE(palabra, resto, donde->second, ENUM_CONECTOR::AND, ENUM_GRUPO::NADA, false);
+  } else {
+    const UnicodeString op = StringReplace(Toma(resto, u" "), u"_", u" ");
+    f->AgregaFiltroStr(palabra, tipo, resto, op == u"like" ? u"LIKE" : op, conO ? u"OR" : u"AND", grupo,
+                       op != u"like");
+  }
+  if (!having) return;
+  f->ParamHaving.push_back(std::move(f->ParamWhere.back()));
+  f->ParamWhere.pop_back();
+}
+
+// Values by their kind, for as long as the statement needs them.
+using Enlazado = std::variant<long long, double, std::string, std::tm>;
+
+Enlazado DeParametro(const TParam& p, bool conFechas) {
+  switch (p.Value.GetKind()) {
+    case Variant::Kind::Integer:
+      return static_cast<long long>(p.Value.AsInteger());
+    case Variant::Kind::Double:
+      return p.Value.AsDouble();
+    case Variant::Kind::Date: {
+      const TDateTime momento = p.Value.AsDateTime();
+      if (!conFechas) return UTF8Encode(DateTimeToISO(momento, p.DataType));
+      // Seconds since 1970; the structure has no fraction of them.
+      const auto segundos = static_cast<std::time_t>(std::llround((momento.Val() - 25569) * 86400));
+      std::tm fecha{};
+      gmtime_r(&segundos, &fecha);
+      return fecha;
+    }
+    default:
+      return UTF8Encode(p.Value.AsString());
+  }
+}
+
+struct Base {
+  soci::session sesion;
+  // Whether dates have a type of their own; else they are ISO texts.
+  bool conFechas;
+  // What the database said of the last statement that it refused.
+  std::string queja;
+
+  void Crea(const std::string& linea) {
+    soci::transaction transaccion(sesion);
+    sesion << linea;
+    transaccion.commit();
   }
 
   // The first column of the rows, joined by blanks.
-  std::string Ejecuta(TParametrosFiltro& filtro) {
-    const std::string sql = UTF8Encode(filtro.DameSentenciaSQL(true, 0));
-    TParams parametros;
-    filtro.AsignaParametros(parametros, 0);
-    sqlite3_stmt* crudo = nullptr;
-    if (sqlite3_prepare_v2(base_.get(), sql.c_str(), -1, &crudo, nullptr) != SQLITE_OK) {
-      return sql + ": " + sqlite3_errmsg(base_.get());
-    }
-    const std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)> sentencia(crudo, sqlite3_finalize);
-    EXPECT_EQ(sqlite3_bind_parameter_count(crudo), static_cast<int>(parametros.Count()));
+  std::string Ejecuta(const UnicodeString& sql, const TParams& parametros) try {
+    soci::statement sentencia(sesion);
+    std::deque<Enlazado> valores;
     for (const TParam& p : parametros) {
-      const int lugar = sqlite3_bind_parameter_index(crudo, (":" + UTF8Encode(p.Name)).c_str());
-      EXPECT_NE(lugar, 0);
-      if (p.Value.TextPtr() != nullptr) {
-        const std::string texto = UTF8Encode(*p.Value.TextPtr());
-        sqlite3_bind_text(crudo, lugar, texto.c_str(), -1, SQLITE_TRANSIENT);
-      } else {
-        sqlite3_bind_double(crudo, lugar, p.Value.AsDouble());
-      }
+      valores.push_back(DeParametro(p, conFechas));
+      std::visit([&sentencia](auto& valor) { sentencia.exchange(soci::use(valor)); }, valores.back());
     }
+    std::string columna;
+    sentencia.exchange(soci::into(columna));
+    sentencia.alloc();
+    sentencia.prepare(UTF8Encode(sql));
+    sentencia.define_and_bind();
     std::string filas;
-    while (sqlite3_step(crudo) == SQLITE_ROW) {
-      filas += std::string(filas.empty() ? "" : " ") +
-               reinterpret_cast<const char*>(sqlite3_column_text(crudo, 0));
+    for (bool hay = sentencia.execute(true); hay; hay = sentencia.fetch()) {
+      filas += (filas.empty() ? "" : " ") + columna;
     }
-    return filas;
+    return filas.empty() ? "nada" : filas;
+  } catch (const soci::soci_error& e) {
+    queja = e.what();
+    return "error";
   }
-
- private:
-  std::unique_ptr<sqlite3, int (*)(sqlite3*)> base_{nullptr, sqlite3_close};
 };
 
-TEST_F(Base, HostileTextsFindTheirRowAndNothingElse) {
-  const struct {
-    const char16_t* texto;
-    ENUM_COINCIDENCIA donde;
-    bool sensitive;
-    const char* filas;
-  } casos[] = {{u"O'Brien; \"S.A.\"", ENUM_COINCIDENCIA::EXACTA, false, "1 5"},
-               {u"50% _/[x]", ENUM_COINCIDENCIA::EXACTA, true, "2"},
-               {u"50%", ENUM_COINCIDENCIA::EMPIEZA, true, "2"},
-               {u"_/[", ENUM_COINCIDENCIA::CONTIENE, false, "2"},
-               {u"[X]", ENUM_COINCIDENCIA::TERMINA, false, "2 3"},
-               {u"/", ENUM_COINCIDENCIA::CONTIENE, true, "2 6"},
-               {u"a/", ENUM_COINCIDENCIA::EMPIEZA, true, "6"},
-               {u"//", ENUM_COINCIDENCIA::CONTIENE, true, "6"},
-               {u"%", ENUM_COINCIDENCIA::CONTIENE, true, "2"},
-               {u"' OR 1=1 --", ENUM_COINCIDENCIA::CONTIENE, false, ""}};
-  for (const auto& c : casos) {
-    TParametrosFiltro f(u"T");
-    f.AgregaCampoSelect(u"I", u"", true);
-    f.AgregaFiltroLIKE(u"N", c.texto, c.donde, Y, SIN, c.sensitive);
-    EXPECT_EQ(Ejecuta(f), c.filas) << UTF8Encode(c.texto);
-    if (c.donde != ENUM_COINCIDENCIA::EXACTA || !c.sensitive) continue;
-    TParametrosFiltro igual(u"T");
-    igual.AgregaCampoSelect(u"I", u"", true);
-    igual.AgregaFiltro(u"N", TFieldType::ftString, Variant(c.texto), Op::IGUAL, Y, SIN, true);
-    EXPECT_EQ(Ejecuta(igual), c.filas) << UTF8Encode(c.texto);
+// The library of Firebird makes its databases; no server runs.
+std::string CreaFirebird(pruebas::CarpetaTemporal& carpeta) {
+  carpeta.Pon("FIREBIRD_LOCK", carpeta.Ruta().string());
+  const std::string archivo = (carpeta.Ruta() / "base.fdb").string();
+  const std::string sql = "CREATE DATABASE '" + archivo + "' USER 'SYSDBA' DEFAULT CHARACTER SET UTF8";
+  ISC_STATUS_ARRAY estado{};
+  isc_db_handle base = 0;
+  isc_tr_handle transaccion = 0;
+  isc_dsql_execute_immediate(estado, &base, &transaccion, 0, sql.c_str(), SQL_DIALECT_V6, nullptr);
+  isc_detach_database(estado, &base);
+  return "service=" + archivo + " user=SYSDBA charset=UTF8";
+}
+
+TEST(Sentencias, FindTheSameRowsOnEveryDatabase) {
+  pruebas::CarpetaTemporal carpeta;
+  Base bases[] = {{soci::session(soci::sqlite3, ":memory:"), false, ""},
+                  {soci::session(soci::firebird, CreaFirebird(carpeta)), true, ""}};
+  // SQLite compares patterns without regard to case unless it is told.
+  bases[0].sesion << "PRAGMA case_sensitive_like=ON";
+  std::ifstream script(DATOS_PRUEBA "/sentencias/base.sql");
+  for (std::string linea; std::getline(script, linea);) {
+    for (Base& base : bases) base.Crea(linea);
   }
-  TParametrosFiltro igual(u"T");
-  igual.AgregaCampoSelect(u"I", u"", true);
-  igual.AgregaFiltro(u"N", TFieldType::ftString, Variant(u"O'Brien; \"S.A.\""), Op::IGUAL, Y, SIN, true);
-  EXPECT_EQ(Ejecuta(igual), "1");
-}
-
-TEST_F(Base, EveryOperatorFindsItsRows) {
-  const auto entero = TFieldType::ftInteger;
-  const auto filas = [this](auto agrega) {
-    TParametrosFiltro f(u"T");
-    f.AgregaCampoSelect(u"I", u"", true);
-    agrega(f);
-    f.SetOrderBy(u"I");
-    return Ejecuta(f);
-  };
-  EXPECT_EQ(filas([&](auto& f) {
-              f.AgregaFiltro(u"I", entero, Op::INN, Y, SIN, Variant(1), Variant(4), Variant(9));
-            }),
-            "1 4");
-  EXPECT_EQ(filas([&](auto& f) { f.AgregaFiltro(u"I", entero, Op::NOTIN, Y, SIN, Variant(1), Variant(4)); }),
-            "2 3 5 6");
-  EXPECT_EQ(filas([&](auto& f) {
-              f.AgregaFiltro(u"S", TFieldType::ftFloat, Op::BETWEEN, Y, SIN, Variant(10.5), Variant(u"30"));
-            }),
-            "1 2 3");
-  EXPECT_EQ(filas([&](auto& f) { f.AgregaFiltro(u"D", entero, Variant(), Op::ISNULL, Y, SIN, true); }),
-            "1 6");
-  EXPECT_EQ(filas([&](auto& f) {
-              f.AgregaFiltro(u"", entero, Variant(u"SELECT 1 WHERE T.I > 5"), Op::EXISTS, Y, SIN, true);
-            }),
-            "6");
-  EXPECT_EQ(filas([&](auto& f) {
-              f.AgregaFiltro(u"D", TFieldType::ftString, Variant(u"a"), Op::IGUAL, ENUM_CONECTOR::OR,
-                             ENUM_GRUPO::INICIA, true);
-              f.AgregaFiltro(u"D", TFieldType::ftString, Variant(u"b"), Op::IGUAL, Y, ENUM_GRUPO::TERMINA,
-                             true);
-              f.AgregaFiltro(u"S", TFieldType::ftFloat, Variant(30), Op::MENOR_IGUAL, Y, SIN, true);
-            }),
-            "2 3");
-}
-
-TEST_F(Base, GroupsHavingAndUnionShareTheirNumbers) {
-  TParametrosFiltro f(u"T");
-  f.AgregaCampoSelect(u"D", u"K", true);
-  f.AgregaFiltro(u"I", TFieldType::ftInteger, Variant(1), Op::MAYOR, Y, SIN, true);
-  f.AgregaFiltro(u"D", TFieldType::ftString, Variant(), Op::NOTNULL, Y, SIN, true);
-  f.GroupBy = u"D";
-  f.AgregaHaving(u"SUM(S)", TFieldType::ftFloat, Variant(70.0), Op::MAYOR, Y, SIN, true);
-  f.AgregaHaving(u"MIN(D)", TFieldType::ftString, Variant(u"B%"), Op::LIKE, Y, SIN, false);
-  TParametrosFiltro* const u = f.AgregaUnion(u"T");
-  u->AgregaCampoSelect(u"N", u"K", true);
-  u->AgregaFiltro(u"I", TFieldType::ftInteger, Variant(6), Op::IGUAL, Y, SIN, true);
-  f.SetOrderBy(u"K");
-  EXPECT_EQ(Ejecuta(f), "a//b b");
+  for (const auto& caso : pruebas::Casos("sentencias/casos.txt", " | ")) {
+    TParametrosFiltro filtro(u"T");
+    TParametrosFiltro* f = &filtro;
+    for (UnicodeString clausulas = UTF8ToString(caso[1]); !clausulas.empty();) {
+      Agrega(f, Toma(clausulas, u" ; "));
+    }
+    for (f = &filtro; f != nullptr; f = f->ParametrosUnion.get()) {
+      if (f->ParamSelect.empty()) f->AgregaCampoSelect(u"T.I", u"", true);
+    }
+    filtro.SetOrderBy(u"1");
+    for (const std::size_t i : {0U, 1U}) {
+      const auto compara = [&](const UnicodeString& sql, const TParams& parametros, std::size_t literal) {
+        EXPECT_EQ(bases[i].Ejecuta(sql, parametros),
+                  caso[caso.size() == 6 ? 2 + 2 * i + literal : std::min(2 + literal, caso.size() - 1)])
+            << caso[0] << ", " << i << ": " << UTF8Encode(sql) << bases[i].queja;
+      };
+      compara(filtro.DameSentenciaSQL(false, 0), {}, 1);
+      for (const auto estilo : {ENUM_MARCADOR::DOSPUNTOS, ENUM_MARCADOR::INTERROGACION, ENUM_MARCADOR::PESOS,
+                                ENUM_MARCADOR::ARROBA}) {
+        // Firebird reads the first two.
+        if (i == 1 && estilo > ENUM_MARCADOR::INTERROGACION) break;
+        TParams parametros;
+        const UnicodeString sql = filtro.DameSentenciaSQL(estilo, 4, parametros);
+        compara(sql, parametros, 0);
+      }
+    }
+  }
 }
 
 }  // namespace

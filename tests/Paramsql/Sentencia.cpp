@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <gtest/gtest.h>
+#include <limits>
 
 #include "Paramsql/Paramsql.h"
 #include "framework/Excepciones.h"
@@ -29,7 +31,7 @@ TEST(Clausulas, ReadAlikeInWhereAndHaving) {
       {Op::IGUAL, kTexto, Variant(u"O'Brien"), true, u"C='O'Brien'", u"C=:var1", u"C=:hav1"},
       {Op::DIFERENTE, kTexto, Variant(u"'x'"), true, u"C <> 'x'", u"C <> :var1", u"C <> :hav1"},
       {Op::MENOR_IGUAL, TFieldType::ftFloat, Variant(0.1 + 0.2), true, u"C<=0.3", u"C<=:var1", u"C<=:hav1"},
-      {Op::MAYOR, TFieldType::ftDateTime, Variant(TDateTime(45427.25)), true, u"C>'15/05/2024 06:00:00'",
+      {Op::MAYOR, TFieldType::ftDateTime, Variant(TDateTime(45427.25)), true, u"C>'2024-05-15 06:00:00'",
        u"C>:var1", u"C>:hav1"},
       {Op::MAYOR, TFieldType::ftWideString, Variant(u"x"), true, u"C>", u"C>:var1", u"C>:hav1"},
       {Op::IGUAL, kCrudo, Variant(u"D.C"), true, u"C=D.C", u"C=D.C", u"C=D.C"},
@@ -46,6 +48,15 @@ TEST(Clausulas, ReadAlikeInWhereAndHaving) {
       {Op::INN, kCrudo, VarArrayOf({Variant(u"A"), Variant(u"B")}), true, u"C IN  ( A, B  ) ",
        u"C IN  ( A, B  ) ", u"C IN  ( A, B  ) "},
       {Op::BETWEEN, kEntero, dos, true, u" ( C BETWEEN 10 AND 20 ) ", u" ( C BETWEEN  :var1 AND  :var2 ) ",
+       u" ( C BETWEEN  :hav1 AND  :hav2 ) "},
+      {Op::BETWEEN, TFieldType::ftDate, VarArrayOf({Variant(45427), Variant(TDateTime(45428.75))}), true,
+       u" ( C BETWEEN '2024-05-15' AND '2024-05-16' ) ", u" ( C BETWEEN  :var1 AND  :var2 ) ",
+       u" ( C BETWEEN  :hav1 AND  :hav2 ) "},
+      {Op::BETWEEN, kTexto, VarArrayOf({Variant(TDateTime(45427)), Variant(u"'z'")}), true,
+       u" ( C BETWEEN 15/05/2024 AND 'z' ) ", u" ( C BETWEEN  :var1 AND  :var2 ) ",
+       u" ( C BETWEEN  :hav1 AND  :hav2 ) "},
+      {Op::BETWEEN, TFieldType::ftTime, VarArrayOf({Variant(45427.0), Variant(u"14:30")}), true,
+       u" ( C BETWEEN '00:00:00' AND 14:30 ) ", u" ( C BETWEEN  :var1 AND  :var2 ) ",
        u" ( C BETWEEN  :hav1 AND  :hav2 ) "},
       {Op::BETWEEN, kCrudo, dos, true, u" ( C BETWEEN 10 AND 20) ", u" ( C BETWEEN 10 AND 20) ",
        u" ( C BETWEEN 10 AND 20) "},
@@ -67,6 +78,7 @@ TEST(Clausulas, ReadAlikeInWhereAndHaving) {
     int n = 0;
     EXPECT_EQ(UTF8Encode(f.DameCondWhere(false, n)), UTF8Encode(c.literal));
     EXPECT_EQ(UTF8Encode(f.DameCondWhere(true, n)), UTF8Encode(c.where));
+    EXPECT_EQ(n, std::ranges::count(std::u16string_view(c.where), u':'));
     n = 0;
     EXPECT_EQ(UTF8Encode(f.DameHaving(true, n)), " HAVING " + UTF8Encode(c.having));
   }
@@ -93,6 +105,7 @@ TEST(Clausulas, AreCallableOneByOne) {
     f.AgregaHaving(u"A", kTexto, valor, c.op, Y, ENUM_GRUPO::INICIA, true);
     int n = 4;
     EXPECT_EQ((f.*c.where)(0, u"(", 1, &n), StringReplace(c.texto, u"#", u":var"));
+    EXPECT_EQ(n, 4 + std::ranges::count(std::u16string_view(c.texto), u'#'));
     n = 4;
     EXPECT_EQ((f.*c.having)(0, u"(", 1, &n), StringReplace(c.texto, u"#", u":hav"));
     EXPECT_EQ((f.*c.where)(0, u"(", 0, nullptr).find(u':'), UnicodeString::npos);
@@ -135,6 +148,61 @@ TEST(Sentencia, JoinsItsPartsBlankByBlank) {
             u"SUM(S)>0.5 UNION SELECT  *  from U  WHERE (D=3)  ORDER BY A DESC");
   f.AsignaParametros(p, 0);
   EXPECT_EQ(p.Count(), 0U) << "built with literals";
+}
+
+TEST(Sentencia, MarksItsParametersInEveryStyle) {
+  TParametrosFiltro f(u"T");
+  f.AgregaCampoSelect(u"':var1?'", u"", true);
+  f.AgregaFiltro(u"A", kTexto, Variant(u":var1"), Op::IGUAL, Y, SIN, true);
+  f.AgregaFiltro(u"B", kCrudo, Variant(u"'$1 @var1'"), Op::IGUAL, Y, SIN, true);
+  f.GroupBy = u"A";
+  f.AgregaHaving(u"MAX(C)", kTexto, Variant(u"'x'"), Op::MAYOR, Y, SIN, true);
+  f.AgregaUnion(u"U")->AgregaFiltro(u"D", kEntero, Op::INN, Y, SIN, Variant(3), Variant(4));
+  const std::u16string_view textos[] = {
+      u"SELECT ':var1?' from T  WHERE (A=:var8 AND B='$1 @var1')  GROUP BY A HAVING MAX(C)>:hav9 UNION "
+      u"SELECT  *  from U  WHERE (D IN  ( :var10, :var11) ) ",
+      u"SELECT ':var1?' from T  WHERE (A=? AND B='$1 @var1')  GROUP BY A HAVING MAX(C)>? UNION "
+      u"SELECT  *  from U  WHERE (D IN  ( ?, ?) ) ",
+      u"SELECT ':var1?' from T  WHERE (A=$8 AND B='$1 @var1')  GROUP BY A HAVING MAX(C)>$9 UNION "
+      u"SELECT  *  from U  WHERE (D IN  ( $10, $11) ) ",
+      u"SELECT ':var1?' from T  WHERE (A=@var8 AND B='$1 @var1')  GROUP BY A HAVING MAX(C)>@hav9 UNION "
+      u"SELECT  *  from U  WHERE (D IN  ( @var10, @var11) ) "};
+  TParams p;
+  for (std::uint8_t estilo = 0; estilo < 4; ++estilo) {
+    f.ConParametros = false;
+    EXPECT_EQ(f.DameSentenciaSQL(static_cast<ENUM_MARCADOR>(estilo), 7, p), textos[estilo]);
+    TParams aparte;
+    f.AsignaParametros(aparte, 7);
+    EXPECT_TRUE(std::equal(p.begin(), p.end(), aparte.begin(), aparte.end()));
+  }
+  EXPECT_EQ(p[1], (TParam{u"hav9", kTexto, Variant(u"'x'")}));
+  EXPECT_THROW(f.DameSentenciaSQL(static_cast<ENUM_MARCADOR>(4), 0, p), EInvalidOperation);
+  // Four parameters: their last number is the largest int, or past it.
+  constexpr int kMayor = std::numeric_limits<int>::max();
+  f.DameSentenciaSQL(false, kMayor);
+  EXPECT_THROW(f.DameSentenciaSQL(true, kMayor - 3), EInvalidOperation);
+  EXPECT_FALSE(f.ConParametros);
+  EXPECT_NE(f.DameSentenciaSQL(true, kMayor - 4).find(u":var2147483647)"), UnicodeString::npos);
+}
+
+TEST(Sentencia, BindsDatesAsMoments) {
+  const struct {
+    TFieldType tipo;
+    Variant valor;
+    Variant enlazado;
+  } casos[] = {{TFieldType::ftTimeStamp, Variant(u"2024-05-15T18:00"), Variant(TDateTime(45427.75))},
+               {TFieldType::ftDateTime, Variant(u"'15/05/2024 18:00'"), Variant(TDateTime(45427.75))},
+               {TFieldType::ftDate, Variant(u"'2024-05-15 18:00'"), Variant(TDateTime(45427))},
+               {TFieldType::ftTime, Variant(45427.75), Variant(TDateTime(0.75))},
+               {TFieldType::ftDateTime, Variant(u"'now'"), Variant(u"now")},
+               {kTexto, Variant(u"'2024-05-15'"), Variant(u"'2024-05-15'")}};
+  for (const auto& c : casos) {
+    TParametrosFiltro f(u"T");
+    f.AgregaFiltro(u"C", c.tipo, c.valor, Op::IGUAL, Y, SIN, true);
+    TParams p;
+    f.DameSentenciaSQL(ENUM_MARCADOR::DOSPUNTOS, 0, p);
+    EXPECT_EQ(p[0].Value, c.enlazado) << UTF8Encode(c.valor.AsString());
+  }
 }
 
 TEST(Sentencia, TakesWhereFromItsSource) {
