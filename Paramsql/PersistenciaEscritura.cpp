@@ -75,6 +75,7 @@ std::size_t Cada(const Lista& lista, Escribe escribe) {
 }
 
 void PonCondiciones(Seccion& s, const TParamWhereSimpleArray& condiciones, std::u16string_view cuenta) {
+  // The programs that share these files know no such key in HAVING.
   const bool conSensitive = cuenta == kNumFiltros;
   const auto nada = [](std::size_t, const TParamWhereSimple&) {};
   s.PonCuenta(cuenta, Cada(condiciones, nada));
@@ -85,9 +86,7 @@ void PonCondiciones(Seccion& s, const TParamWhereSimpleArray& condiciones, std::
     s.Pon(kOpCampo, i, c.DameOperador());
     s.Pon(kConectCampo, i, c.DameOperadorUnion());
     s.Pon(kCharGrupCampo, i, c.DameCharGrupo());
-    // HAVING keeps the key only where the statement needs it.
-    const bool distingue = c.Sensitive && c.Operador == ENUM_OPERADOR::LIKE;
-    if (conSensitive || distingue) s.Pon(kSensitive, i, Logico(c.Sensitive));
+    if (conSensitive) s.Pon(kSensitive, i, Logico(c.Sensitive));
   });
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <type_traits>
 #include <utility>
 
 #include "Paramsql/Persistencia.h"
@@ -98,28 +99,41 @@ Variant EnClase(const Variant& valor, std::int32_t clase) {
   }
 }
 
-void LeePersonalizadas(const Seccion& s, TParametrosFiltro& f) {
-  std::vector<Variant> valores;
+/// The personalised conditions of a definition, read aside so that they enter it at once.
+struct Personalizadas {
+  Variant valores;
+  UnicodeString sentencia;
+  std::vector<UnicodeString> textos;
+  std::int32_t activo = 0;
+
+  explicit Personalizadas(const Seccion& s);
+  static_assert(std::is_nothrow_move_assignable_v<Variant>);
+  void Entran(TParametrosFiltro& f) noexcept {
+    f.FilterParamsPers = std::move(valores);
+    f.FilterTextPers = std::move(sentencia);
+    f.FilterPersItems = std::move(textos);
+    f.FiltroPActivo = activo;
+  }
+};
+
+Personalizadas::Personalizadas(const Seccion& s)
+    : sentencia(s.Valor(kSentenciaPers)), activo(s.Numero(kActivarPers)) {
+  std::vector<Variant> leidos;
   for (std::int32_t i = 0; i < s.Cuenta(kNumFiltrosP); ++i) {
     const auto tipo = static_cast<TFieldType>(static_cast<std::uint8_t>(s.Numero(kTipoPers, i)));
     const Variant valor = TParametrosFiltro::DameValorLstCampos(tipo, s.Valor(kValorPers, i));
-    valores.push_back(EnClase(valor, s.Numero(kClasePers, i)));
+    leidos.push_back(EnClase(valor, s.Numero(kClasePers, i)));
   }
-  f.FilterParamsPers = valores.empty() ? Variant() : VarArrayOf(std::move(valores));
-  const UnicodeString texto = s.Valor(kSentenciaPers);
-  std::u16string_view sentencia = texto;
+  if (!leidos.empty()) valores = VarArrayOf(std::move(leidos));
   if (sentencia.size() > 1 && sentencia.front() == u'"' && sentencia.back() == u'"') {
     sentencia = sentencia.substr(1, sentencia.size() - 2);
   }
-  f.FilterTextPers = sentencia;
-  f.FiltroPActivo = s.Numero(kActivarPers);
-  f.FilterPersItems.clear();
-  const Variant textos =
+  const Variant guardados =
       TParametrosFiltro::DameValorLstCampos(TFieldType::ftString, s.Valor(kCondicionesPers));
-  if (textos.IsArray()) {
-    for (const Variant& v : textos.AsArray().items) f.FilterPersItems.push_back(v.AsString());
-  } else if (!textos.IsEmpty()) {
-    f.FilterPersItems.push_back(textos.AsString());
+  if (guardados.IsArray()) {
+    for (const Variant& v : guardados.AsArray().items) textos.push_back(v.AsString());
+  } else if (!guardados.IsEmpty()) {
+    textos.push_back(guardados.AsString());
   }
 }
 
@@ -141,7 +155,7 @@ std::unique_ptr<TParametrosFiltro> LeeDefinicion(const TextoIni& texto, int nume
     f->Join.push_back(LeeJoin(joins.Valor(kJoin, i)));
   const Seccion filtro = seccion(kFiltro);
   f->ParamWhere = LeeCondiciones(filtro, kNumFiltros);
-  LeePersonalizadas(filtro, *f);
+  Personalizadas(filtro).Entran(*f);
   f->GroupBy = seccion(kGroupBy).Valor(kClaveGroupBy);
   f->ParamHaving = LeeCondiciones(seccion(kHaving), kNumElementos);
   const UnicodeString unida = seccion(kUnion).Valor(kClaveUnion);
@@ -161,6 +175,23 @@ std::unique_ptr<TParametrosFiltro> LeeDefinicion(const TextoIni& texto, int nume
 void TParametrosFiltro::LoadFromIni(std::u16string_view archivo, int numero) {
   const TextoIni texto = LeeIniEntero(archivo);
   const std::unique_ptr<TParametrosFiltro> leido = LeeDefinicion(texto, numero, 0);
+  for (TParametrosFiltro* f = leido->ParametrosUnion.get(); f != nullptr; f = f->ParametrosUnion.get()) {
+    f->FechaTrabajo = FechaTrabajo;
+  }
+  bool conOrden = false;
+  leido->OrdDesc = OrdDesc;
+  if (numero <= 0) {
+    const Seccion vista(texto, u"Vista1");
+    const UnicodeString orden = vista.Valor(u"OrdenadoPor");
+    const UnicodeString descendente = vista.Valor(u"Descendente");
+    // Set on the new definition, so that loading twice does not turn the order around.
+    conOrden = !orden.empty();
+    if (conOrden) leido->SetOrderBy(orden);
+    if (!descendente.empty())
+      leido->OrdDesc = DameValorBooleano(descendente) || descendente == u"1" || descendente == u"-1";
+  }
+  if (ParametrosUnion != nullptr) retirados_.emplace_back();
+  // Everything is at hand; from here on nothing can fail.
   NombreTabla = std::move(leido->NombreTabla);
   ParamSelect = std::move(leido->ParamSelect);
   Join = std::move(leido->Join);
@@ -171,33 +202,21 @@ void TParametrosFiltro::LoadFromIni(std::u16string_view archivo, int numero) {
   FilterTextPers = std::move(leido->FilterTextPers);
   FilterPersItems = std::move(leido->FilterPersItems);
   FilterParamsPers = std::move(leido->FilterParamsPers);
-  if (ParametrosUnion != nullptr) retirados_.push_back(std::move(ParametrosUnion));
+  if (ParametrosUnion != nullptr) retirados_.back() = std::move(ParametrosUnion);
   ParametrosUnion = std::move(leido->ParametrosUnion);
-  for (TParametrosFiltro* f = ParametrosUnion.get(); f != nullptr; f = f->ParametrosUnion.get()) {
-    f->FechaTrabajo = FechaTrabajo;
-  }
-  if (numero > 0) return;
-  const Seccion vista(texto, u"Vista1");
-  const UnicodeString orden = vista.Valor(u"OrdenadoPor");
-  const UnicodeString descendente = vista.Valor(u"Descendente");
-  // Set anew, so that loading twice does not turn the order around.
-  if (!orden.empty()) {
-    OrderBy.clear();
-    SetOrderBy(orden);
-  }
-  if (!descendente.empty())
-    OrdDesc = DameValorBooleano(descendente) || descendente == u"1" || descendente == u"-1";
+  if (conOrden) OrderBy = std::move(leido->OrderBy);
+  OrdDesc = leido->OrdDesc;
 }
 
 void TParametrosFiltro::LoadFromIni(std::u16string_view archivo, std::u16string_view seccion) {
   const Seccion s(LeeIniEntero(archivo), UnicodeString(seccion));
   TParamWhereSimpleArray condiciones = LeeCondiciones(s, kNumFiltros);
-  LeePersonalizadas(s, *this);
+  Personalizadas(s).Entran(*this);
   ParamWhere = std::move(condiciones);
 }
 
 void TParametrosFiltro::LoadParamPersFromIni(std::u16string_view archivo, std::u16string_view seccion) {
-  LeePersonalizadas(Seccion(LeeIniEntero(archivo), UnicodeString(seccion)), *this);
+  Personalizadas(Seccion(LeeIniEntero(archivo), UnicodeString(seccion))).Entran(*this);
 }
 
 }  // namespace vel

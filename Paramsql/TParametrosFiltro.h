@@ -236,7 +236,8 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   /// joined by ", ".
   static UnicodeString DameValorCampoStr(TFieldType tipo, const Variant& valor, bool conParametros);
   /// The value that a stored text means, by type: a number, date or truth value where the type says so and
-  /// the text is written as this library would ("7", not "007"), nothing for an empty one, else text.
+  /// the text is written as this library would ("7", not "007"), one of these in a field of another of them
+  /// too ("True" in an ftInteger), nothing for an empty one, else text.
   /// Surrounding double quotes are dropped, and braces, which make an array of any list; then a list of
   /// elements in single quotes (a quote inside stands twice) separated by "," gives an array, one such
   /// element a single value, and NULL without quotes a null. Any other text is the value itself. Raw SQL only
@@ -247,9 +248,11 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   // followed by `numero` (nothing for 0 or less); a union partner has the next number. Each call replaces
   // what the file held of the definition, in one step: on a fault (Exception when the file cannot be written,
   // EInvalidOperation for a text with a line break, a number that is not finite or more than 64 partners) the
-  // file is as it was. A reloaded definition builds the same statement and binds the same parameters, but for
-  // blanks around names, which the file does not keep, and for a text that spells a number or a date in a
-  // field whose type says nothing of it (ftUnknown), which becomes one; dates keep their milliseconds. Order,
+  // file is as it was. A reloaded definition builds the same statement and binds the same parameters; dates
+  // keep their milliseconds. What the file does not keep: blanks around names; Sensitive in HAVING, so that a
+  // LIKE there comes back without regard to case; and that a text spelled a value of another kind ("7",
+  // "True", "15/05/2024"): it becomes that value in a field whose type says nothing of it (ftUnknown), as a
+  // bound of a BETWEEN in a field that holds no text, and, for a date, in a date field. Order,
   // DISTINCT and ParamPers are not part of it: a caller keeps the order in section "Vista1" ("OrdenadoPor",
   // and "Descendente" as "TRUE" or "FALSE"), which the reader of number 0 applies.
 
@@ -258,7 +261,7 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   void SaveToIni(std::u16string_view archivo, std::u16string_view seccion) const;
   /// Missing keys and files leave their part empty. A file that cannot be read raises Exception, a value that
   /// does not convert to its type EConvertError, a union partner whose number does not grow
-  /// EInvalidOperation; the definition is then as it was.
+  /// EInvalidOperation; after these, or when memory is short, the definition is as it was.
   void LoadFromIni(std::u16string_view archivo, int numero);
   void LoadFromIni(std::u16string_view archivo, std::u16string_view seccion);
   /// The personalised conditions (FiltroPActivo, FilterTextPers, FilterPersItems, FilterParamsPers) in a
@@ -267,8 +270,11 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   void LoadParamPersFromIni(std::u16string_view archivo, std::u16string_view seccion);
   /// Stored text of an array of raw SQL: its elements in single quotes, those inside doubled, between braces.
   UnicodeString SaveToExistsInn(const Variant& valor) const;
-  /// Stored text of a value, which DameValorLstCampos reads back: between double quotes, elements in single
-  /// quotes (those inside doubled), NULL for a null; nothing for an empty value.
+  /// Stored text of a value, which DameValorLstCampos reads back: its own text in single quotes, whatever the
+  /// type, and all of it between double quotes; NULL for a null. In a date field it is the date's text.
+  /// Quotes inside are doubled in text fields and lists, elsewhere where it would not read back without. An
+  /// unassigned value is '', or nothing where that is a text. An array of one element, or of none, is between
+  /// braces.
   static UnicodeString DameValorIni(TFieldType tipo, const Variant& valor);
 
   void Propiedades(VisitantePropiedades& visitante) override;

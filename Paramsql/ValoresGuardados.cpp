@@ -1,8 +1,12 @@
-// Values as texts of a file: between double quotes, elements in single quotes, those inside doubled.
+// Values as texts of a file, between double quotes: one value in single quotes, "'7'"; several as a list,
+// "'7','8'". Where a list would read back as something else it stands between braces, which files have always
+// been read with: an array of one element, "{'7'}", of none, "{}", and of values that are all unassigned in a
+// field where '' is a text, "{,}".
 
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -42,38 +46,66 @@ Variant Canonico(Clase clase, std::u16string_view texto) {
   return TextoIda(convertido) == texto ? convertido : valor;
 }
 
-// What a stored text of the field type means; an empty one is no number and no truth value.
-Variant DeTexto(TFieldType tipo, std::u16string_view texto) {
-  const Clase clase = ClaseDeValor(tipo);
-  const bool sinVacio = clase == Clase::Entero || clase == Clase::Real || clase == Clase::Booleano;
-  return texto.empty() && sinVacio ? Variant() : Canonico(clase, texto);
+// How the values of a condition are stored.
+struct Forma {
+  /// The type as which they are written and read.
+  TFieldType tipo;
+  /// The field holds text: a quote inside of its single value stands twice.
+  bool deTexto = ClaseDeValor(tipo) == Clase::Texto;
+  /// Numbers in a date field are stored as the moment that they are, so that "20240513" or "2024", given as
+  /// texts, are no numbers when they are read.
+  bool comoMomento = ClaseDeValor(tipo) == Clase::Fecha;
+  /// A text that is no value of the type is refused; a type that says nothing of its values takes texts.
+  bool estricta = true;
+};
+
+// What is stored of a value that is there: its own text, whatever the field's type.
+UnicodeString TextoPropio(const Forma& forma, const Variant& valor) {
+  if (valor.TextPtr() != nullptr) return *valor.TextPtr();
+  if (forma.comoMomento) return ConvierteATipo(forma.tipo, valor).AsString();
+  // Texts and raw SQL are as the statement has them.
+  const bool comoTexto = forma.tipo == TFieldType::ftDataSet || ClaseDeValor(forma.tipo) == Clase::Texto;
+  return comoTexto ? valor.AsString() : TextoIda(valor);
 }
 
-// The same where the field's type said nothing of the value that was stored: of its class when the text is
-// written so, else of the first one that it is written for.
-Variant DeTextoSuelto(TFieldType tipo, std::u16string_view texto) {
-  const Clase propia = ClaseDeValor(tipo);
-  if (propia == Clase::Texto) return Variant(texto);
-  for (const Clase clase : {propia, Clase::Entero, Clase::Real, Clase::Booleano, Clase::Fecha}) {
+// The value that has this own text: of the first class that writes it so. Nothing when it is but a text.
+std::optional<Variant> Reconoce(const Forma& forma, std::u16string_view texto) {
+  const Clase propia = ClaseDeValor(forma.tipo);
+  // Where a value is not converted, a large whole number must not lose its last digits as a floating one.
+  const Clase primera = forma.estricta ? propia : Clase::Entero;
+  for (const Clase clase : {primera, propia, Clase::Entero, Clase::Real, Clase::Booleano, Clase::Fecha}) {
     try {
       Variant valor = Canonico(clase, texto);
-      if (valor.TextPtr() == nullptr) return valor;
+      if (valor.TextPtr() != nullptr) continue;
+      // A day such as "20240513", given as text, is no number of days.
+      if (propia == Clase::Fecha) DateTimeToStr(valor.AsDateTime());
+      return valor;
     } catch (const Exception&) {
       // Not written for this class: the next one may be.
       continue;
     }
   }
-  return Variant(texto);
+  return std::nullopt;
 }
 
-using Lectura = Variant (*)(TFieldType, std::u16string_view);
+// What the text of one value means; an empty one is no number and no truth value.
+Variant DeTexto(const Forma& forma, std::u16string_view texto) {
+  const Clase clase = ClaseDeValor(forma.tipo);
+  if (clase == Clase::Texto || (clase == Clase::Anidado && forma.estricta)) return Variant(texto);
+  const bool sinVacio = clase == Clase::Entero || clase == Clase::Real || clase == Clase::Booleano;
+  if (texto.empty() && sinVacio) return {};
+  if (!forma.comoMomento) {
+    if (std::optional<Variant> valor = Reconoce(forma, texto)) return *std::move(valor);
+  }
+  return forma.estricta ? Canonico(clase, texto) : Variant(texto);
+}
 
 bool EntreComillas(std::u16string_view texto, char16_t comilla) {
   return texto.size() > 1 && texto.front() == comilla && texto.back() == comilla;
 }
 
 // Reads one element of a list: in single quotes, where a quote stands twice, the word NULL, or nothing.
-bool LeeElemento(std::u16string_view& resto, TFieldType tipo, Lectura lee, std::vector<Variant>& elementos) {
+bool LeeElemento(std::u16string_view& resto, const Forma& forma, std::vector<Variant>& elementos) {
   if (resto.empty() || resto.front() == u',') {
     elementos.emplace_back();
     return true;
@@ -92,158 +124,159 @@ bool LeeElemento(std::u16string_view& resto, TFieldType tipo, Lectura lee, std::
       texto.push_back(resto[i++]);
     } else {
       resto.remove_prefix(i + 1);
-      elementos.push_back(lee(tipo, texto));
+      elementos.push_back(DeTexto(forma, texto));
       return true;
     }
   }
   return false;
 }
 
-// A list of elements separated by "," with blanks around them; false when the text is no such list, nor when
-// it has commas alone.
-bool LeeLista(std::u16string_view texto, TFieldType tipo, Lectura lee, std::vector<Variant>& elementos) {
-  std::u16string_view resto = texto;
+// A list of elements separated by "," with blanks around them; false when the text is no such list.
+bool LeeLista(std::u16string_view resto, const Forma& forma, std::vector<Variant>& elementos) {
   for (;;) {
     resto = TrimLeftView(resto);
-    if (!LeeElemento(resto, tipo, lee, elementos)) return false;
+    if (!LeeElemento(resto, forma, elementos)) return false;
     resto = TrimLeftView(resto);
-    if (resto.empty()) break;
+    if (resto.empty()) return true;
     if (resto.front() != u',') return false;
     resto.remove_prefix(1);
   }
-  return texto.find_first_not_of(u", \t") != std::u16string_view::npos;
 }
 
-Variant Lee(TFieldType tipo, std::u16string_view texto, Lectura lee) {
+// The same for a list without braces, where commas alone are a text.
+bool LeeListaSuelta(std::u16string_view texto, const Forma& forma, std::vector<Variant>& elementos) {
+  return texto.find_first_not_of(u", \t") != std::u16string_view::npos && LeeLista(texto, forma, elementos);
+}
+
+Variant Lee(std::u16string_view texto, const Forma& forma) {
   if (EntreComillas(texto, u'"')) texto = texto.substr(1, texto.size() - 2);
   std::vector<Variant> elementos;
   if (texto.size() > 1 && texto.front() == u'{' && texto.back() == u'}') {
     const std::u16string_view lista = texto.substr(1, texto.size() - 2);
-    if (lista.empty() || LeeLista(lista, tipo, lee, elementos)) return VarArrayOf(std::move(elementos));
+    if (lista.empty() || LeeLista(lista, forma, elementos)) return VarArrayOf(std::move(elementos));
     elementos.clear();
   }
   const std::u16string_view sinApostrofos =
       EntreComillas(texto, u'\'') ? texto.substr(1, texto.size() - 2) : texto;
-  if (tipo == TFieldType::ftDataSet) return texto == kNulo ? Variant::Null() : Variant(sinApostrofos);
-  if (texto.empty()) return Variant();
-  if (LeeLista(texto, tipo, lee, elementos)) {
+  if (forma.tipo == TFieldType::ftDataSet) return texto == kNulo ? Variant::Null() : Variant(sinApostrofos);
+  if (texto.empty()) return {};
+  if (LeeListaSuelta(texto, forma, elementos)) {
     return elementos.size() == 1 ? std::move(elementos.front()) : VarArrayOf(std::move(elementos));
   }
-  return lee(tipo, sinApostrofos);
+  return DeTexto(forma, sinApostrofos);
 }
 
-// The stored text of a value whose elements have these texts; nothing for an empty one.
-template <typename Texto>
-UnicodeString Guarda(const Variant& valor, Texto texto) {
-  const auto elemento = [&texto](const Variant& v) {
-    if (v.IsEmpty()) return UnicodeString();
-    return v.IsNull() ? UnicodeString(kNulo) : u"'" + StringReplace(texto(v), u"'", u"''") + u"'";
-  };
-  if (valor.IsEmpty()) return {};
-  if (!valor.IsArray()) return u"\"" + elemento(valor) + u"\"";
-  const std::vector<Variant>& elementos = valor.AsArray().items;
-  return elementos.empty() ? UnicodeString(u"\"{}\"") : u"\"" + Une(elementos, u",", elemento) + u"\"";
+UnicodeString Elemento(const Variant& valor, const Forma& forma) {
+  // Nothing at all, where '' would be a text without characters.
+  if (valor.IsEmpty()) return DeTexto(forma, u"").IsEmpty() ? u"''" : u"";
+  if (valor.IsNull()) return UnicodeString(kNulo);
+  return u"'" + StringReplace(TextoPropio(forma, valor), u"'", u"''") + u"'";
 }
 
-// The text of a value that no type converts: texts and raw SQL as the statement has them.
-UnicodeString TextoSuelto(TFieldType tipo, const Variant& valor) {
-  const bool comoTexto = tipo == TFieldType::ftDataSet || ClaseDeValor(tipo) == Clase::Texto;
-  return comoTexto ? valor.AsString() : TextoIda(valor);
+// The elements of a list; one that is nothing is a blank, since no text at all is a list without elements.
+UnicodeString Lista(const std::vector<Variant>& elementos, const Forma& forma) {
+  UnicodeString lista = Une(elementos, u",", [&forma](const Variant& v) { return Elemento(v, forma); });
+  return elementos.size() == 1 && lista.empty() ? u" " : lista;
+}
+
+UnicodeString Guarda(const Variant& valor, const Forma& forma) {
+  if (valor.IsArray()) {
+    const std::vector<Variant>& elementos = valor.AsArray().items;
+    const UnicodeString lista = Lista(elementos, forma);
+    // Without braces one element would read back as a plain value, and commas alone as a text.
+    const bool llaves = elementos.size() < 2 || lista.find_first_not_of(u',') == UnicodeString::npos;
+    return llaves ? u"\"{" + lista + u"}\"" : u"\"" + lista + u"\"";
+  }
+  const UnicodeString elemento = Elemento(valor, forma);
+  if (elemento.empty()) return {};
+  const UnicodeString guardado = u"\"" + elemento + u"\"";
+  const UnicodeString* const texto = valor.TextPtr();
+  if (forma.deTexto || texto == nullptr || texto->find(u'\'') == UnicodeString::npos) return guardado;
+  // Quotes are doubled in text fields only; elsewhere just when the text would not read back without.
+  UnicodeString literal = u"\"'" + *texto + u"'\"";
+  Forma cualquiera = forma;
+  cualquiera.estricta = false;
+  return Lee(literal, cualquiera) == valor ? literal : guardado;
 }
 
 }  // namespace
 
 Variant TParametrosFiltro::DameValorLstCampos(TFieldType tipo, std::u16string_view texto) {
-  return Lee(tipo, texto, &DeTexto);
+  return Lee(texto, Forma{.tipo = tipo});
 }
 
 UnicodeString TParametrosFiltro::DameValorIni(TFieldType tipo, const Variant& valor) {
-  return Guarda(valor, [tipo](const Variant& v) {
-    // As its type has it, which is what a literal shows; a text stays as it was given.
-    return v.TextPtr() != nullptr ? *v.TextPtr() : TextoSuelto(tipo, ConvierteATipo(tipo, v));
-  });
+  return Guarda(valor, Forma{.tipo = tipo});
 }
 
 UnicodeString TParametrosFiltro::SaveToExistsInn(const Variant& valor) const {
-  if (!valor.IsArray() || valor.AsArray().items.empty()) return u"\"{}\"";
-  const UnicodeString lista = DameValorIni(TFieldType::ftDataSet, valor);
-  return u"\"{" + lista.substr(1, lista.size() - 2) + u"}\"";
+  if (!valor.IsArray()) return u"\"{}\"";
+  return u"\"{" + Lista(valor.AsArray().items, Forma{.tipo = TFieldType::ftDataSet}) + u"}\"";
 }
 
 namespace persistencia {
 namespace {
 
-// What an operator makes of a value.
-enum class Uso : std::uint8_t {
-  PorTipo,
-  /// As it is, whatever the field's type: the bounds of an interval, and marks.
-  Suelto,
-  Texto,
-  Ninguno
-};
-
-Uso UsoDe(ENUM_OPERADOR operador) noexcept {
+// Sub-queries and patterns are texts whatever the field's type; the bounds of an interval stand as they are
+// too, and so do marks, which are the caller's.
+Forma FormaDe(TFieldType tipo, ENUM_OPERADOR operador) {
+  Forma forma{.tipo = tipo};
   switch (operador) {
     case ENUM_OPERADOR::LIKE:
     case ENUM_OPERADOR::EXISTS:
-      return Uso::Texto;
     case ENUM_OPERADOR::ISNULL:
     case ENUM_OPERADOR::NOTNULL:
-      return Uso::Ninguno;
+      return {.tipo = TFieldType::ftString, .deTexto = forma.deTexto};
     case ENUM_OPERADOR::BETWEEN:
     case ENUM_OPERADOR::MACRO:
-      return Uso::Suelto;
+      forma.comoMomento = false;
+      forma.estricta = false;
+      return forma;
     default:
-      return Uso::PorTipo;
+      forma.estricta = ClaseDeValor(tipo) != Clase::Anidado;
+      return forma;
   }
 }
 
-// Arrays of raw SQL stand between braces for these operators; and for the others when they have one element,
-// which would read back as raw SQL in quotes.
-bool ConLlaves(ENUM_OPERADOR operador, const Variant& valor) noexcept {
+bool SinValor(ENUM_OPERADOR operador) noexcept {
+  return operador == ENUM_OPERADOR::ISNULL || operador == ENUM_OPERADOR::NOTNULL;
+}
+
+// Arrays of raw SQL stand between braces for these operators.
+bool ConLlaves(ENUM_OPERADOR operador) noexcept {
   return operador == ENUM_OPERADOR::INN || operador == ENUM_OPERADOR::BETWEEN ||
-         operador == ENUM_OPERADOR::EXISTS || valor.AsArray().items.size() < 2;
+         operador == ENUM_OPERADOR::EXISTS;
 }
 
 UnicodeString TextoCrudoGuardado(const TParamWhereSimple& condicion) {
   const Variant& valor = condicion.ValorCampo;
-  if (valor.IsArray() && ConLlaves(condicion.Operador, valor)) {
+  if (valor.IsArray() && ConLlaves(condicion.Operador)) {
     return TParametrosFiltro(u"").SaveToExistsInn(valor);
   }
-  const bool suelto = !valor.IsArray() && !valor.IsEmpty() && !valor.IsNull();
-  return suelto ? u"\"'" + valor.AsString() + u"'\""
-                : TParametrosFiltro::DameValorIni(condicion.TipoCampo, valor);
+  if (valor.IsArray() || valor.IsNull()) return TParametrosFiltro::DameValorIni(condicion.TipoCampo, valor);
+  return u"\"'" + valor.AsString() + u"'\"";
 }
 
 }  // namespace
 
 UnicodeString TextoDeValor(const TParamWhereSimple& condicion) {
-  const TFieldType tipo = condicion.TipoCampo;
   const Variant& valor = condicion.ValorCampo;
-  const Uso uso = UsoDe(condicion.Operador);
-  if (valor.IsEmpty() && uso == Uso::Ninguno) return u"\"''\"";
-  if (tipo == TFieldType::ftDataSet) return TextoCrudoGuardado(condicion);
-  if (uso == Uso::PorTipo) return TParametrosFiltro::DameValorIni(tipo, valor);
-  if (uso == Uso::Suelto) return Guarda(valor, [tipo](const Variant& v) { return TextoSuelto(tipo, v); });
-  return TParametrosFiltro::DameValorIni(TFieldType::ftString, valor);
+  if (valor.IsEmpty() && SinValor(condicion.Operador)) return u"\"''\"";
+  if (condicion.TipoCampo == TFieldType::ftDataSet) return TextoCrudoGuardado(condicion);
+  return Guarda(valor, FormaDe(condicion.TipoCampo, condicion.Operador));
 }
 
 Variant ValorDeTexto(TFieldType tipo, ENUM_OPERADOR operador, std::u16string_view texto) {
-  const Uso uso = UsoDe(operador);
   if (tipo == TFieldType::ftDataSet) {
     std::vector<Variant> elementos;
-    const bool esLista =
-        EntreComillas(texto, u'"') && LeeLista(texto.substr(1, texto.size() - 2), tipo, &DeTexto, elementos);
-    const bool deVarios = esLista && elementos.size() > 1 && !ConLlaves(operador, VarArrayOf(elementos));
-    if (deVarios) return VarArrayOf(std::move(elementos));
-  } else if (uso == Uso::Suelto || (uso == Uso::PorTipo && ClaseDeValor(tipo) == Clase::Anidado)) {
-    return Lee(tipo, texto, &DeTextoSuelto);
-  } else if (uso != Uso::PorTipo) {
-    tipo = TFieldType::ftString;
+    const bool esLista = !ConLlaves(operador) && EntreComillas(texto, u'"') &&
+                         LeeListaSuelta(texto.substr(1, texto.size() - 2), {.tipo = tipo}, elementos);
+    if (esLista && elementos.size() > 1) return VarArrayOf(std::move(elementos));
+    return Lee(texto, {.tipo = tipo});
   }
-  Variant valor = Lee(tipo, texto, &DeTexto);
+  Variant valor = Lee(texto, FormaDe(tipo, operador));
   const bool vacio = valor.TextPtr() != nullptr && valor.TextPtr()->empty();
-  return vacio && uso == Uso::Ninguno ? Variant() : std::move(valor);
+  return vacio && SinValor(operador) ? Variant() : std::move(valor);
 }
 
 }  // namespace persistencia

@@ -1,15 +1,18 @@
 // Text functions against a plain copy of the text, character by character into a reserved string: the least
 // that a function which looks at every character can do without special instructions.
 
+#include <cstdint>
 #include <functional>
 #include <iterator>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "Uutilext/text/Correo.h"
 #include "Uutilext/text/Direcciones.h"
 #include "Uutilext/text/Limpieza.h"
 #include "benchmarks/Medicion.h"
+#include "framework/Numeros.h"
 #include "framework/Texto.h"
 #include "platform/Caracteres.h"
 
@@ -37,6 +40,16 @@ UnicodeString Repite(std::u16string_view texto, std::u16string_view viejo, std::
   UnicodeString salida(texto);
   while (salida.find(viejo) != UnicodeString::npos) salida = vel::StringReplace(salida, viejo, nuevo);
   return salida;
+}
+
+// Different addresses, many of each domain.
+UnicodeString Correos(std::size_t cuantos) {
+  UnicodeString correos;
+  for (std::size_t i = 0; i < cuantos; ++i) {
+    const auto numero = static_cast<std::int64_t>(i);
+    correos += u"usuario" + vel::IntToStr(numero) + u"@empresa" + vel::IntToStr(numero % 50) + u".com.mx;";
+  }
+  return correos;
 }
 
 // Pieces of addresses in no order, so that the processor cannot learn where the blanks are.
@@ -92,16 +105,21 @@ int main(int argc, char** argv) {
                            .par = [&] { total += Copia(texto).size(); },
                            .limite = 2,
                            .nombrePar = "plain copy"});
-  return medicion::Ejecuta(argc, argv, std::move(comparaciones),
-                           {{.nombre = "DividirDireccion per character",
-                             .tamanos = {100, 1'000, 10'000},
-                             .prepara =
-                                 [&total](std::size_t n) {
-                                   return [direccion = Texto(n), &total] {
-                                     UnicodeString a, b, c, d, e;
-                                     vel::DividirDireccion(direccion, a, b, c, d, e);
-                                     total += a.size() + e.size();
-                                   };
-                                 },
-                             .limite = 1.2}});
+  return medicion::Ejecuta(
+      argc, argv, std::move(comparaciones),
+      {{.nombre = "DividirDireccion per character",
+        .tamanos = {100, 1'000, 10'000},
+        .prepara =
+            [&total](std::size_t n) {
+              return [direccion = Texto(n), &total] {
+                UnicodeString a, b, c, d, e;
+                vel::DividirDireccion(direccion, a, b, c, d, e);
+                total += a.size() + e.size();
+              };
+            },
+        .limite = 1.2},
+       {.nombre = "ValidarCorreo per different address",
+        .tamanos = {200, 2'000, 20'000},
+        .prepara = [](std::size_t n) { return [correos = Correos(n)] { vel::ValidarCorreo(correos); }; },
+        .limite = 2}});
 }

@@ -104,11 +104,19 @@ void ArmaTodo(TParametrosFiltro& f) {
       {Tipo::ftDataSet, Op::INN, VarArrayOf({Variant(0.1 + 0.2)})},
       {Tipo::ftInteger, Op::BETWEEN, VarArrayOf({Variant(1.5), Variant(u"007")})},
       {Tipo::ftDateTime, Op::BETWEEN, VarArrayOf({Variant(45427.0), Variant(u"2024-05-31")})},
-      {Tipo::ftInteger, Op::INN, VarArrayOf({Variant(), Variant(4)})}};
+      {Tipo::ftInteger, Op::INN, VarArrayOf({Variant(), Variant(4)})},
+      {Tipo::ftFloat, Op::IGUAL, Variant(TDateTime(45427.25))},
+      {Tipo::ftDate, Op::MAYOR, Variant(45427.25)},
+      {Tipo::ftDate, Op::MAYOR, Variant(u"2024")},
+      {Tipo::ftDateTime, Op::BETWEEN, VarArrayOf({Variant(u"20240513"), Variant(u"'2024-05-31'")})},
+      {Tipo::ftFloat, Op::BETWEEN, VarArrayOf({Variant(std::int64_t{1} << 60), Variant()})},
+      {Tipo::ftString, Op::NOTIN, VarArrayOf({Variant()})},
+      {Tipo::ftDataSet, Op::NOTIN, VarArrayOf({Variant(u"0.30000000000000004"), Variant()})},
+      {Tipo::ftDataSet, Op::INN, VarArrayOf({Variant()})}};
   for (const auto& [tipo, op, valor] : sueltos) f.AgregaFiltro(u"S", tipo, valor, op, Y, SIN, true);
   f.GroupBy = u"C.NOMBRE, C.I";
   f.AgregaHaving(u"MIN(N)", Tipo::ftString, Variant(u"a%"), Op::LIKE, ENUM_CONECTOR::OR, ENUM_GRUPO::INICIA,
-                 true);
+                 false);
   f.AgregaHaving(u"MIN(N)", Tipo::ftString, Variant(u"b%"), Op::LIKE, Y, ENUM_GRUPO::TERMINA, false);
   f.AgregaHaving(u"MAX(N)", Tipo::ftInteger, Variant(true), Op::MACRO, Y, SIN, true);
   f.AgregaHaving(u"COUNT(*)", Tipo::ftInteger, VarArrayOf({Variant(1), Variant(2)}), Op::BETWEEN, Y, SIN,
@@ -161,24 +169,46 @@ TEST_F(Definicion, HasItsLayout) {
   EXPECT_EQ(Lee(), "[TABLAPIV]\r\nTABLA=T\r\n");
   f.AgregaCampoSelect(u"A", u"X", true);
   f.AgregaJoin(u"JOIN D");
-  f.AgregaFiltro(u"N", Tipo::ftString, Variant(u"O'Brien"), Op::LIKE, Y, ENUM_GRUPO::INICIA, true);
+  f.AgregaFiltro(u"N", Tipo::ftString, Variant(u"O'Brien"), Op::DIFERENTE, Y, ENUM_GRUPO::INICIA, true);
   f.AgregaFiltro(u"I", Tipo::ftInteger, Op::INN, Y, SIN, Variant(1), Variant(2));
   f.GroupBy = u"A";
-  f.AgregaHaving(u"H", Tipo::ftInteger, Variant(3), Op::DIFERENTE, Y, SIN, true);
+  f.AgregaHaving(u"H", Tipo::ftInteger, Variant(3), Op::LIKE, Y, SIN, true);
   f.AgregaUnion(u"U");
   f.SaveToIni(archivo_, 0);
   EXPECT_EQ(Lee(),
             "[SELECT]\r\nNumCampos=1\r\nNomCampo0=A\r\nAliasCampo0=X\r\nVisible0=TRUE\r\n\r\n"
             "[TABLAPIV]\r\nTABLA=T\r\n\r\n[JOINS]\r\nNumJoins=1\r\nJoin0= JOIN D \r\n\r\n"
             "[FILTRO]\r\nNumFiltros=2\r\nNomCampo0=N\r\nTipoCampo0=1\r\nValCampo0=\"'O''Brien'\"\r\nOpCampo0="
-            " LIKE \r\n"
+            " != \r\n"
             "ConectCampo0= AND \r\nCharGrupCampo0=(\r\nSensitive0=TRUE\r\nNomCampo1=I\r\nTipoCampo1=3\r\n"
             "ValCampo1=\"'1','2'\"\r\nOpCampo1= IN \r\nConectCampo1= AND "
             "\r\nCharGrupCampo1=\r\nSensitive1=FALSE\r\n\r\n"
             "[GROUPBY]\r\nGroupBy=A\r\n\r\n[HAVING]\r\nNumElementos=1\r\nNomCampo0=H\r\nTipoCampo0=3\r\n"
-            "ValCampo0=\"'3'\"\r\nOpCampo0= != \r\nConectCampo0= AND "
+            "ValCampo0=\"'3'\"\r\nOpCampo0= LIKE \r\nConectCampo0= AND "
             "\r\nCharGrupCampo0=\r\n\r\n[UNION]\r\nFiltro=1\r\n\r\n"
             "[TABLAPIV1]\r\nTABLA=U\r\n");
+}
+
+TEST(Valores, AreStoredAsTheirOwnTexts) {
+  const std::tuple<Tipo, Variant, std::u16string_view> casos[] = {
+      {Tipo::ftBoolean, Variant(1), u"'1'"},
+      {Tipo::ftInteger, Variant(2.7), u"'2.7'"},
+      {Tipo::ftInteger, Variant(true), u"'True'"},
+      {Tipo::ftFloat, Variant(TDateTime(45427.5)), u"'15/05/2024 12:00:00'"},
+      {Tipo::ftString, Variant(u"O'Brien"), u"'O''Brien'"},
+      {Tipo::ftDate, Variant(u"'2024-05-15'"), u"''2024-05-15''"},
+      {Tipo::ftDate, Variant(u"a','b"), u"'a'',''b'"},
+      {Tipo::ftInteger, VarArrayOf({Variant(), Variant()}), u"'',''"},
+      {Tipo::ftString, VarArrayOf({Variant(), Variant()}), u"{,}"},
+      {Tipo::ftString, VarArrayOf({Variant()}), u"{ }"},
+      {Tipo::ftString, VarArrayOf({}), u"{}"},
+      {Tipo::ftString, Variant(u","), u"','"},
+      {Tipo::ftInteger, VarArrayOf({Variant(4)}), u"{'4'}"}};
+  for (const auto& [tipo, valor, texto] : casos) {
+    EXPECT_EQ(TParametrosFiltro::DameValorIni(tipo, valor), UnicodeString(u"\"").append(texto) + u"\"");
+    EXPECT_EQ(TParametrosFiltro::DameValorLstCampos(tipo, texto), valor) << UTF8Encode(texto);
+  }
+  EXPECT_EQ(TParametrosFiltro::DameValorLstCampos(Tipo::ftString, u"\",\""), Variant(u","));
 }
 
 TEST_F(Definicion, WrittenByHandLoads) {
