@@ -25,6 +25,13 @@ TEST(Registro, IsReadAsA32BitProgramSeesIt) {
   EXPECT_EQ(DameValorRegistro(u"Hex"), u"C:\\ñ");
   EXPECT_EQ(DameValorRegistro(u""), u"pred");
   EXPECT_EQ(DameValorRegistro(u"falta"), u"");
+  // A value that was cut takes no line that is not its own, neither when reading nor when writing.
+  c.Escribe("registro.reg",
+            texto + "\"Corte\"=hex(2):43,00,\\\r\n  3a,00,\\\r\n\"Tras\"=\"x\"\r\n\"Fin\"=hex(1):41,00,\\");
+  EXPECT_EQ(DameValorRegistro(u"Corte") + DameValorRegistro(u"Tras") + DameValorRegistro(u"Fin"), u"C:xA");
+  EXPECT_FALSE(EscribeRegistro(u"Software\\Tavex\\Tavex-VEL 9.0", u"Cara", u"y").Hubo());
+  EXPECT_EQ(DameValorRegistro(u"Fin") + DameValorRegistro(u"Cara"), u"Ay");
+  c.Escribe("registro.reg", texto);
   EscribeDirectorioArchComun(u"D:\\Año\\");
   EXPECT_EQ(DameDirectorioArchComun(), u"D:\\Año\\");
   std::string cambiado = texto;
