@@ -73,8 +73,9 @@ UnicodeString Ruta(const Carpeta& carpeta, int numEmp) {
 }  // namespace
 
 UnicodeString DameRutaDll() {
-  const UnicodeString archivo = RutaBiblioteca();
-  return archivo.substr(0, archivo.find_last_of(u"/\\")) + u"\\";
+  UnicodeString carpeta = RutaBiblioteca();
+  carpeta.erase(carpeta.find_last_of(u"/\\"));
+  return carpeta.append(u"\\");
 }
 
 UnicodeString DameDirectorioArchComun() {
