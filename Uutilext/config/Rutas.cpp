@@ -88,7 +88,7 @@ UnicodeString DameDirectorioArchComun() {
 
 void EscribeDirectorioArchComun(std::u16string_view carpeta) {
   const FallaArchivo falla = EscribeRegistro(u"SOFTWARE\\TAVEX\\", kValorComun, carpeta);
-  if (falla.Hubo()) throw Exception(u"No se puede escribir en el registro: " + falla.texto);
+  if (falla.Hubo()) throw Exception(u"No se puede escribir en el registro: " + Descripcion(falla));
 }
 
 UnicodeString DameValorRegistro(std::u16string_view nombre) {

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <csignal>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -12,6 +13,7 @@
 #include "framework/Numeros.h"
 #include "platform/Archivos.h"
 #include "tests/CarpetaTemporal.h"
+#include "tests/OtroUsuario.h"
 
 namespace vel {
 namespace {
@@ -81,6 +83,35 @@ TEST_F(Catalogo, RestoresAMissingOneFromItsBackup) {
   EXPECT_EQ(empresas->RecordCount(), 1U);
 }
 
+TEST_F(Catalogo, IsNoMoreOpenInItsCopies) {
+  const auto acceso = [this](const char* archivo) {
+    struct stat estado {};
+    stat((c_.Ruta() / archivo).c_str(), &estado);
+    return std::pair(estado.st_mode & 0777, estado.st_gid);
+  };
+  const gid_t grupo = geteuid() == 0 ? 1234 : getegid();
+  for (const mode_t modo : {0664U, 0600U}) {
+    ASSERT_EQ(chown((c_.Ruta() / kCatalogo).c_str(), geteuid(), grupo), 0);
+    chmod((c_.Ruta() / kCatalogo).c_str(), modo);
+    AgregaEmpresaXML(1, u"r", u"d", u"Uno", u"t", u"v");
+    EXPECT_EQ(acceso(kRespaldo), std::pair(modo, grupo));
+    std::filesystem::remove(c_.Ruta() / kCatalogo);
+    EXPECT_EQ(DameNombreEmpresa(3), u"") << "restores it";
+    EXPECT_EQ(acceso(kCatalogo), std::pair(modo, grupo));
+    EXPECT_EQ(acceso(kCopia), std::pair(modo, grupo));
+    // Whoever cannot give the group gives his own no more than all others have.
+    if (geteuid() != 0) continue;
+    std::filesystem::remove(c_.Ruta() / kRespaldo);
+    chmod(c_.Motor().c_str(), 0777);
+    ASSERT_EQ(chown((c_.Ruta() / kCatalogo).c_str(), pruebas::kNadie, grupo), 0);
+    EXPECT_TRUE(pruebas::ComoUsuario([&] {
+      AgregaEmpresaXML(2, u"r", u"d", u"Dos", u"t", u"v");
+      return acceso(kCatalogo) == std::pair(modo & ~020U, pruebas::kNadie) &&
+             acceso(kRespaldo) == acceso(kCatalogo);
+    }));
+  }
+}
+
 TEST_F(Catalogo, GivesABrokenOneASecondChance) {
   AgregaEmpresaXML(1, u"r", u"d", u"Uno", u"t", u"v");
   const std::string bueno = c_.Lee(kCatalogo);
@@ -131,7 +162,12 @@ TEST_F(Catalogo, LeavesAGoodBackupWhenBroken) {
     EXPECT_EQ(c_.Lee(kRespaldo), respaldo);
   }
   std::filesystem::remove_all(c_.Motor());
-  EXPECT_THROW(AbreArchivoEmpresa(empresas, u""), EStreamError);
+  try {
+    AbreArchivoEmpresa(empresas, u"");
+    ADD_FAILURE();
+  } catch (const EStreamError& e) {
+    EXPECT_TRUE(e.Message().ends_with(u"Empresas.xml\": la carpeta no existe"));
+  }
 }
 
 TEST_F(Catalogo, IsAlwaysWholeForItsReadersAndAfterAKill) {
@@ -191,6 +227,15 @@ TEST_F(Catalogo, LabelsListTheFieldsOfATable) {
   EXPECT_EQ(lista.Text(), u"RFC=R.F.C.\r\nNOTA=Nota\r\nNOMBRE=Nombre\r\n");
   EXPECT_FALSE(LeeXMLCamposTablasSistema(u"PRODUCTOS", lista, true));
   EXPECT_TRUE(DameRutaEtiqVEL(7).ends_with(u"C\\Sistemas Tavex\\VEL9.00\\EtiqVEL.xml"));
+  std::filesystem::permissions(c_.Motor(), std::filesystem::perms::none);
+  EXPECT_TRUE(pruebas::ComoUsuario([&] {
+    try {
+      return LeeXMLCamposTablasSistema(u"CLIENTES", lista, true);
+    } catch (const EStreamError& e) {
+      return e.Message().ends_with(u"EtiqVEL.xml\": acceso denegado");
+    }
+  })) << "a catalog that may not be reached is not a missing one";
+  std::filesystem::permissions(c_.Motor(), std::filesystem::perms(0755));
 }
 
 }  // namespace
