@@ -3,7 +3,6 @@
 #include <chrono>
 #include <csignal>
 #include <fcntl.h>
-#include <functional>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -16,21 +15,15 @@
 #include "framework/Numeros.h"
 #include "platform/Archivos.h"
 #include "tests/CarpetaTemporal.h"
+#include "tests/Mensaje.h"
 #include "tests/OtroUsuario.h"
 
 namespace vel {
 namespace {
 
-constexpr const char* kIni = "casa/.local/share/Tavex/VEL9.00/VELWIN90.INI";
+using pruebas::MensajeDe;
 
-std::string MensajeDe(const std::function<void()>& accion) {
-  try {
-    accion();
-  } catch (const Exception& e) {
-    return UTF8Encode(e.Message());
-  }
-  return "none";
-}
+constexpr const char* kIni = "casa/.local/share/Tavex/VEL9.00/VELWIN90.INI";
 
 TEST(Configuracion, GivesItsDefaultsOnABareMachine) {
   pruebas::CarpetaTemporal c;
