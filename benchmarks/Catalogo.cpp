@@ -105,7 +105,7 @@ int main(int argc, char** argv) {
                                 total += static_cast<std::size_t>(write(fd, linea.data(), linea.size()));
                                 close(fd);
                               },
-                          .limite = 2,
+                          .limite = 1.5,
                           .nombrePar = "open/write/close"}});
   std::filesystem::remove(registro.substr(0, registro.find_last_of('\\')) + "/0010552.log");
   std::filesystem::remove_all(carpeta);

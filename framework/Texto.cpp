@@ -120,7 +120,10 @@ std::size_t EnsanchaAscii(std::string_view texto, char16_t* destino) noexcept {
 std::string UTF8Encode(std::u16string_view texto) {
   std::string salida;
   salida.reserve(texto.size());
-  for (std::size_t i = 0; i < texto.size(); ++i) {
+  // Most texts are ASCII from their beginning on.
+  const auto ascii = std::find_if(texto.begin(), texto.end(), [](char16_t c) { return c >= 0x80; });
+  salida.assign(texto.begin(), ascii);
+  for (auto i = salida.size(); i < texto.size(); ++i) {
     char32_t c = texto[i];
     if (c >= 0xD800 && c <= 0xDFFF) {
       const bool par =

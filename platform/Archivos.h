@@ -23,6 +23,7 @@ enum class ClaseFalla : std::uint8_t {
   SinMemoria,
   DiscoLleno,
   Otra,
+  EnUso,
 };
 
 /// The answer of an operation: nothing, or what went wrong and the system's own text for it, in the user's
@@ -32,6 +33,10 @@ struct FallaArchivo {
   UnicodeString texto;
   bool Hubo() const noexcept { return clase != ClaseFalla::Ninguna; }
 };
+
+/// What went wrong as the end of a message to the user, in Spanish: "el archivo no existe". The system's own
+/// text only for ClaseFalla::Otra.
+UTILVEL90_EXPORT UnicodeString Descripcion(const FallaArchivo& falla);
 
 /// The whole file, opened for reading with sharing allowed to all. A folder, a device or a pipe is unreadable
 /// (AccesoDenegado).
@@ -48,20 +53,26 @@ UTILVEL90_EXPORT bool ExisteCarpeta(std::u16string_view ruta);
 UTILVEL90_EXPORT FallaArchivo CreaCarpeta(std::u16string_view ruta);
 
 /// Gives the file new contents in one step: readers and a crash at any moment find the old contents or the
-/// new ones, whole. A temporary file beside it is written, flushed to the disk and renamed over it;
-/// permissions are kept, and a link's target is replaced, not the link. What is no file (a folder, a device)
-/// or protected against writing is AccesoDenegado. On a fault the old file stands and the temporary one is
-/// gone; one that a killed process leaves behind does no harm.
+/// new ones, whole. A temporary file beside it is written, flushed to the disk and renamed over it; its group
+/// and permissions are kept (where this user cannot give it its group, the new group gets no more than all
+/// users have), and a link's target is replaced, not the link. What is no file (a folder, a device) or
+/// protected against writing is AccesoDenegado. On a fault the old file stands and the temporary one is gone;
+/// one that a killed process leaves behind goes with the next save in that folder.
 UTILVEL90_EXPORT FallaArchivo ReemplazaArchivo(std::u16string_view ruta, std::string_view bytes);
 
-/// Copies a file in one step, as ReemplazaArchivo does; a destination that is new gets the permissions of the
-/// origin. Without `sobrescribe` an existing destination stays and is no fault, also one that another process
-/// makes meanwhile.
+/// The same for contents that were made from the file `modelo`: whether `ruta` is new or not, it takes group
+/// and permissions of that file, so that it is no more open than what it was made of.
+UTILVEL90_EXPORT FallaArchivo ReemplazaArchivo(std::u16string_view ruta, std::string_view bytes,
+                                               std::u16string_view modelo);
+
+/// Copies a file in one step, as ReemplazaArchivo does, with its group and permissions. Without `sobrescribe`
+/// an existing destination stays and is no fault, also one that another process makes meanwhile.
 UTILVEL90_EXPORT FallaArchivo CopiaArchivo(std::u16string_view origen, std::u16string_view destino,
                                            bool sobrescribe);
 
-/// Adds bytes at the file's end in one write, creating the file when it is missing: what several threads and
-/// processes add does not mix.
+/// Adds a line, given with its line break, at the file's end in one write, creating the file when it is
+/// missing: what several threads and processes add does not mix. A line that the disk cannot take whole
+/// (DiscoLleno) is cut and gets its "\r\n" within the room there is, so that the next one stands alone.
 UTILVEL90_EXPORT FallaArchivo AgregaAlFinal(std::u16string_view ruta, std::string_view bytes);
 
 /// Deletes a file; a missing one is no fault.

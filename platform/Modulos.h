@@ -12,7 +12,8 @@ namespace vel {
 /// ".dll".
 UTILVEL90_EXPORT bool ModuloCargado(std::u16string_view nombre);
 
-/// Path of this library's own file.
+/// Path of this library's own file, as it was when first asked for. Raises Exception when the system does not
+/// tell; the next call asks again.
 UTILVEL90_EXPORT UnicodeString RutaBiblioteca();
 
 }  // namespace vel

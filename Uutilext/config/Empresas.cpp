@@ -35,8 +35,9 @@ UnicodeString ConTerminacion(std::u16string_view catalogo, std::u16string_view t
 UnicodeString RutaRespaldo(std::u16string_view catalogo) { return ConTerminacion(catalogo, u".bak"); }
 
 void Exige(const FallaArchivo& falla, std::u16string_view que, std::u16string_view ruta) {
-  if (falla.Hubo())
-    throw EStreamError(UnicodeString(que).append(u" \"").append(ruta).append(u"\": ").append(falla.texto));
+  if (!falla.Hubo()) return;
+  throw EStreamError(
+      UnicodeString(que).append(u" \"").append(ruta).append(u"\": ").append(Descripcion(falla)));
 }
 
 // Loads once; returns the bytes that were loaded.
@@ -45,10 +46,6 @@ std::string Carga(TClientDataSet& empresas, std::u16string_view ruta) {
   Exige(LeeArchivo(ruta, bytes), u"No se puede leer el archivo", ruta);
   empresas.LoadFromXML(bytes, ruta);
   return bytes;
-}
-
-void Reemplaza(std::u16string_view ruta, std::string_view bytes) {
-  Exige(ReemplazaArchivo(ruta, bytes), u"No se puede escribir en el archivo", ruta);
 }
 
 // Puts the backup in the place of a catalog that is missing, keeping a copy of it first. Nothing is put in
@@ -79,19 +76,22 @@ std::string CargaConRecuperacion(TClientDataSet& empresas, std::u16string_view r
   return Carga(empresas, ruta);
 }
 
+constexpr std::u16string_view kNoSePuedeEscribir = u"No se puede escribir en el archivo";
+
 // Loads the catalog, lets `cambio` change it and saves it, with no other writer in between.
 template <typename Cambio>
 void CambiaCatalogo(const Cambio& cambio) {
   const UnicodeString ruta = DameRutaArchEmpresas();
   const CandadoArchivo candado(ruta);
-  Exige(candado.Falla(), u"No se puede escribir en el archivo", ruta);
+  Exige(candado.Falla(), kNoSePuedeEscribir, ruta);
   TClientDataSet empresas;
   const std::string anterior = CargaConRecuperacion(empresas, ruta, Candado::Puesto);
   cambio(empresas);
   // The backup gets the bytes that were just loaded, so it always holds a catalog that loads.
   const std::string nuevo = empresas.SaveToXML();
-  Reemplaza(RutaRespaldo(ruta), anterior);
-  Reemplaza(ruta, nuevo);
+  const UnicodeString respaldo = RutaRespaldo(ruta);
+  Exige(ReemplazaArchivo(respaldo, anterior, ruta), kNoSePuedeEscribir, respaldo);
+  Exige(ReemplazaArchivo(ruta, nuevo), kNoSePuedeEscribir, ruta);
 }
 
 // The catalog with the company's record current; null when there is none.

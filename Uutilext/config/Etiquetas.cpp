@@ -12,10 +12,11 @@ UnicodeString DameRutaEtiqVEL(int /*numEmp*/) { return DameRutaVELNG() + u"EtiqV
 
 std::unique_ptr<TClientDataSet> DameCDSEtiqVEL(std::u16string_view ruta, int numEmp) {
   const UnicodeString archivo = ruta.empty() ? DameRutaEtiqVEL(numEmp) : UnicodeString(ruta);
-  if (!ExisteArchivo(archivo)) return nullptr;
   std::string bytes;
   const FallaArchivo falla = LeeArchivo(archivo, bytes);
-  if (falla.Hubo()) throw EStreamError(u"No se puede leer el archivo \"" + archivo + u"\": " + falla.texto);
+  if (falla.clase == ClaseFalla::NoExiste || falla.clase == ClaseFalla::RutaNoExiste) return nullptr;
+  if (falla.Hubo())
+    throw EStreamError(u"No se puede leer el archivo \"" + archivo + u"\": " + Descripcion(falla));
   auto catalogo = std::make_unique<TClientDataSet>();
   catalogo->LoadFromXML(bytes, archivo);
   return catalogo;

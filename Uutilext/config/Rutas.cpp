@@ -73,8 +73,9 @@ UnicodeString Ruta(const Carpeta& carpeta, int numEmp) {
 }  // namespace
 
 UnicodeString DameRutaDll() {
-  const UnicodeString archivo = RutaBiblioteca();
-  return archivo.substr(0, archivo.find_last_of(u"/\\")) + u"\\";
+  UnicodeString carpeta = RutaBiblioteca();
+  carpeta.erase(carpeta.find_last_of(u"/\\"));
+  return carpeta.append(u"\\");
 }
 
 UnicodeString DameDirectorioArchComun() {
@@ -87,7 +88,7 @@ UnicodeString DameDirectorioArchComun() {
 
 void EscribeDirectorioArchComun(std::u16string_view carpeta) {
   const FallaArchivo falla = EscribeRegistro(u"SOFTWARE\\TAVEX\\", kValorComun, carpeta);
-  if (falla.Hubo()) throw Exception(u"No se puede escribir en el registro: " + falla.texto);
+  if (falla.Hubo()) throw Exception(u"No se puede escribir en el registro: " + Descripcion(falla));
 }
 
 UnicodeString DameValorRegistro(std::u16string_view nombre) {

@@ -29,7 +29,7 @@ enum class ENUM_RUTA : std::int32_t {};
 /// backslash unless it says otherwise; none keeps anything. Without the registry's common folder paths begin
 /// at "Sistemas Tavex\".
 
-/// Folder of this library's own file.
+/// Folder of this library's own file. Raises Exception when the system does not tell it.
 UTILVEL90_EXPORT UnicodeString DameRutaDll();
 /// The common files folder that the installation names in the registry; "c:\sistemas\tavex\comunes\" when its
 /// key names none, empty when there is no key.

@@ -1,7 +1,7 @@
 #include "Uutilext/diagnostics/Bitacora.h"
 
-#include <cstdio>
 #include <string>
+#include <utility>
 
 #include "Uutilext/config/Rutas.h"
 #include "Uutilext/time/Reloj.h"
@@ -12,29 +12,41 @@
 namespace vel {
 namespace {
 
-UnicodeString RutaBitacora() { return DameRutaDll() + u"0010552.log"; }
+UnicodeString RutaBitacora() { return DameRutaDll().append(u"0010552.log"); }
+
+std::string Linea(TDateTime momento, std::string_view mensaje) {
+  const CivilDate f = DecodeDate(momento);
+  const CivilTime h = DecodeTime(momento);
+  constexpr std::string_view kSello = "00/00/0000 00:00:00 000 - ";
+  constexpr std::string_view kFin = "\r\n";
+  std::string linea;
+  linea.reserve(kSello.size() + mensaje.size() + kFin.size());
+  linea.append(kSello).append(mensaje).append(kFin);
+  // Each number with the place where its digits end.
+  const std::pair<int, std::size_t> numeros[] = {{f.dia, 2},         {f.mes, 5},     {f.anio, 10},
+                                                 {h.hora, 13},       {h.minuto, 16}, {h.segundo, 19},
+                                                 {h.milisegundo, 23}};
+  for (auto [numero, lugar] : numeros) {
+    for (; numero > 0; numero /= 10) linea[--lugar] = static_cast<char>('0' + numero % 10);
+  }
+  return linea;
+}
 
 }  // namespace
 
 void logInterAux(std::string_view mensaje) {
-  const TDateTime ahora = AhoraLocal();
-  const CivilDate f = DecodeDate(ahora);
-  const CivilTime h = DecodeTime(ahora);
-  char sello[64];
-  const int largo = std::snprintf(sello, sizeof sello, "%02d/%02d/%04d %02d:%02d:%02d %03d - ", f.dia, f.mes,
-                                  f.anio, h.hora, h.minuto, h.segundo, h.milisegundo);
-  std::string linea(sello, static_cast<std::size_t>(largo));
-  linea.append(mensaje).append("\r\n");
+  const std::string linea = Linea(AhoraLocal(), mensaje);
   const UnicodeString ruta = RutaBitacora();
   const FallaArchivo falla = AgregaAlFinal(ruta, linea);
   if (falla.Hubo())
-    throw EStreamError(u"No se puede escribir en el archivo \"" + ruta + u"\": " + falla.texto);
+    throw EStreamError(u"No se puede escribir en el archivo \"" + ruta + u"\": " + Descripcion(falla));
 }
 
 void Deletelog() {
   const UnicodeString ruta = RutaBitacora();
   const FallaArchivo falla = BorraArchivo(ruta);
-  if (falla.Hubo()) throw EStreamError(u"No se puede borrar el archivo \"" + ruta + u"\": " + falla.texto);
+  if (falla.Hubo())
+    throw EStreamError(u"No se puede borrar el archivo \"" + ruta + u"\": " + Descripcion(falla));
 }
 
 }  // namespace vel

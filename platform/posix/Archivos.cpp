@@ -1,6 +1,6 @@
 #include "platform/Archivos.h"
 
-#include <atomic>
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <fcntl.h>
@@ -24,7 +24,9 @@ constexpr mode_t kModoNuevo = 0666;
 
 // Empty, which names no file, for a path with a NUL, which the system would cut there.
 std::string Nativa(std::u16string_view ruta) {
-  return ruta.find(u'\0') == std::u16string_view::npos ? UTF8Encode(RutaNativa(ruta)) : std::string();
+  std::string nativa = UTF8Encode(RutaNativa(ruta));
+  if (nativa.find('\0') != std::string::npos) nativa.clear();
+  return nativa;
 }
 
 /// A file descriptor that closes itself.
@@ -87,29 +89,62 @@ bool EscribeTodo(int fd, std::string_view bytes) {
   return true;
 }
 
-// A new file beside `destino`, and its name. A name that is taken, by a process killed in the middle or by
-// whoever guessed it, is passed over.
-Descriptor CreaTemporal(const std::string& destino, mode_t modo, std::string& temporal) {
-  static std::atomic<unsigned> cuenta{0};
-  const std::string inicio =
-      destino.substr(0, destino.rfind('/') + 1) + ".utilvel90." + std::to_string(getpid()) + ".";
-  for (;;) {
-    temporal = inicio + std::to_string(cuenta++) + ".tmp";
-    Descriptor archivo(open(temporal.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, modo));
-    if (archivo.Fd() >= 0 || errno != EEXIST) return archivo;
+// Claims a file that is open for writing; the claim ends with the descriptor, and so with its process, also
+// one on another machine that shares the folder. These are other locks than AbreArchivo's, which must not
+// find a file in use because it was saved at that moment.
+bool Reclama(int fd) noexcept {
+  struct flock candado {};
+  candado.l_type = F_WRLCK;
+  candado.l_whence = SEEK_SET;
+  return fcntl(fd, F_OFD_SETLK, &candado) == 0;
+}
+
+// Deletes a temporary file whose writer is gone: one that nobody claims.
+void BorraAbandonado(const std::string& temporal) {
+  const Descriptor archivo(open(temporal.c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+  if (archivo.Fd() < 0 || !Reclama(archivo.Fd())) return;
+  // Before the claim its writer may have finished, and another one taken the name.
+  struct stat abierto {};
+  struct stat nombrado {};
+  if (fstat(archivo.Fd(), &abierto) == 0 && lstat(temporal.c_str(), &nombrado) == 0 &&
+      S_ISREG(nombrado.st_mode) && abierto.st_dev == nombrado.st_dev && abierto.st_ino == nombrado.st_ino) {
+    unlink(temporal.c_str());
   }
 }
 
-// Gives the file the owner, group and permissions of the one that it will replace.
-bool HeredaPermisos(int fd, const struct stat& anterior) {
+// A new file beside `destino`, claimed, and its name: the first that is free, so that what killed writers
+// left is found under the first names without reading the folder. A name that a living writer or whoever
+// guessed it has taken is passed over.
+Descriptor CreaTemporal(const std::string& destino, mode_t modo, std::string& temporal) {
+  // More than write in one folder at the same time.
+  constexpr unsigned kNombresRevisados = 8;
+  const std::string inicio = destino.substr(0, destino.rfind('/') + 1) + ".utilvel90.";
+  const auto nombre = [&inicio](unsigned i) { return inicio + std::to_string(i) + ".tmp"; };
+  for (unsigned i = 0; i < kNombresRevisados; ++i) BorraAbandonado(nombre(i));
+  for (unsigned i = 0;; ++i) {
+    temporal = nombre(i);
+    Descriptor archivo(open(temporal.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, modo));
+    if (archivo.Fd() < 0 && errno == EEXIST) continue;
+    if (archivo.Fd() < 0) return archivo;
+    // Another writer may have found it before it was claimed, and deletes it. Where the file system has no
+    // such locks nobody deletes anything.
+    const bool perdido = !Reclama(archivo.Fd()) && (errno == EAGAIN || errno == EACCES);
+    struct stat estado {};
+    if (!perdido && fstat(archivo.Fd(), &estado) == 0 && estado.st_nlink != 0) return archivo;
+  }
+}
+
+// Gives the file the owner, group and permissions of another.
+bool HeredaPermisos(int fd, const struct stat& modelo) {
   constexpr mode_t kDelGrupo = 070;
-  constexpr mode_t kTodos = 07777;
+  constexpr mode_t kTodos = 0777;
   constexpr auto kMismoDueno = static_cast<uid_t>(-1);
   // Only an administrator may give files away. Where even the group cannot stay, the new one gets no right
-  // that was another's.
+  // that all others do not have too.
   const bool mismoGrupo =
-      fchown(fd, anterior.st_uid, anterior.st_gid) == 0 || fchown(fd, kMismoDueno, anterior.st_gid) == 0;
-  return fchmod(fd, anterior.st_mode & (mismoGrupo ? kTodos : kTodos & ~kDelGrupo)) == 0;
+      fchown(fd, modelo.st_uid, modelo.st_gid) == 0 || fchown(fd, kMismoDueno, modelo.st_gid) == 0;
+  const mode_t deOtros = modelo.st_mode << 3 & kDelGrupo;
+  return fchmod(fd, modelo.st_mode & kTodos & (mismoGrupo ? kTodos : ~kDelGrupo | deOtros)) == 0;
 }
 
 // Gives a finished file its name. Without `sobrescribe` the first of several that do so wins, and the others
@@ -123,8 +158,10 @@ bool Publica(const std::string& temporal, const std::string& destino, bool sobre
   return rename(temporal.c_str(), destino.c_str()) == 0;
 }
 
-// Puts a whole file at a path in one step; `modo` is for one that is new there.
-FallaArchivo Coloca(std::u16string_view ruta, std::string_view bytes, mode_t modo, bool sobrescribe) {
+// Puts a whole file at a path in one step. It takes owner, group and permissions of `modelo`; without one, of
+// the file that it replaces.
+FallaArchivo Coloca(std::u16string_view ruta, std::string_view bytes, const struct stat* modelo,
+                    bool sobrescribe) {
   const std::string destino = Resuelve(Nativa(ruta));
   struct stat anterior {};
   const bool existe = stat(destino.c_str(), &anterior) == 0;
@@ -135,12 +172,16 @@ FallaArchivo Coloca(std::u16string_view ruta, std::string_view bytes, mode_t mod
     return posix::FallaDe(S_ISDIR(anterior.st_mode) ? EISDIR : EACCES);
   }
   if (existe && faccessat(AT_FDCWD, destino.c_str(), W_OK, AT_EACCESS) != 0) return posix::FallaDe(errno);
+  if (existe && modelo == nullptr) modelo = &anterior;
 
   std::string temporal;
-  Descriptor archivo = CreaTemporal(destino, existe ? anterior.st_mode & kModoNuevo : modo, temporal);
+  // Nobody may open it before it has its group.
+  const Descriptor archivo =
+      CreaTemporal(destino, modelo == nullptr ? kModoNuevo : S_IRUSR | S_IWUSR, temporal);
   if (archivo.Fd() < 0) return FallaDeRuta(errno, destino);
-  if ((!existe || HeredaPermisos(archivo.Fd(), anterior)) && EscribeTodo(archivo.Fd(), bytes) &&
-      fsync(archivo.Fd()) == 0 && archivo.Cierra() && Publica(temporal, destino, sobrescribe)) {
+  // It keeps its claim until it has its name.
+  if ((modelo == nullptr || HeredaPermisos(archivo.Fd(), *modelo)) && EscribeTodo(archivo.Fd(), bytes) &&
+      fsync(archivo.Fd()) == 0 && Publica(temporal, destino, sobrescribe)) {
     return {};
   }
   FallaArchivo falla = FallaDeRuta(errno, destino);
@@ -148,18 +189,10 @@ FallaArchivo Coloca(std::u16string_view ruta, std::string_view bytes, mode_t mod
   return falla;
 }
 
-bool Existe(std::u16string_view ruta, bool carpeta) {
-  struct stat estado {};
-  return stat(Nativa(ruta).c_str(), &estado) == 0 && S_ISDIR(estado.st_mode) == carpeta;
-}
-
-}  // namespace
-
-FallaArchivo LeeArchivo(std::u16string_view ruta, std::string& bytes) {
-  const std::string nativa = Nativa(ruta);
+// Reads a whole file, and what the system knows of it.
+FallaArchivo Lee(const std::string& nativa, std::string& bytes, struct stat& estado) {
   // A pipe must not make the caller wait for someone who opens its other end.
   const Descriptor archivo(open(nativa.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  struct stat estado {};
   if (archivo.Fd() < 0 || fstat(archivo.Fd(), &estado) != 0) return FallaDeRuta(errno, nativa);
   if (!S_ISREG(estado.st_mode)) return posix::FallaDe(S_ISDIR(estado.st_mode) ? EISDIR : EACCES);
   // One byte more than the size, so that the end shows in the second read and a key file's bytes stay in one
@@ -178,6 +211,29 @@ FallaArchivo LeeArchivo(std::u16string_view ruta, std::string& bytes) {
   leidos.resize(cuenta);
   bytes = std::move(leidos);
   return {};
+}
+
+// Ends a line that was cut with a line break in the place of its own last bytes: there is no room for more,
+// and what others may have added behind it stays.
+void TerminaLinea(int fd, std::size_t escritos) noexcept {
+  constexpr std::string_view kFin = "\r\n";
+  const std::string_view fin = kFin.substr(kFin.size() - std::min(escritos, kFin.size()));
+  const off_t lugar = lseek(fd, 0, SEEK_CUR) - static_cast<off_t>(fin.size());
+  // Whoever appends writes at the end, whatever place he names. If this fails the line stays as it is, and
+  // the caller learns of the full disk in any case.
+  if (fcntl(fd, F_SETFL, 0) == 0) static_cast<void>(pwrite(fd, fin.data(), fin.size(), lugar) < 0);
+}
+
+bool Existe(std::u16string_view ruta, bool carpeta) {
+  struct stat estado {};
+  return stat(Nativa(ruta).c_str(), &estado) == 0 && S_ISDIR(estado.st_mode) == carpeta;
+}
+
+}  // namespace
+
+FallaArchivo LeeArchivo(std::u16string_view ruta, std::string& bytes) {
+  struct stat estado {};
+  return Lee(Nativa(ruta), bytes, estado);
 }
 
 std::optional<std::string> LeeArchivo(std::u16string_view ruta) {
@@ -206,17 +262,21 @@ FallaArchivo CreaCarpeta(std::u16string_view ruta) {
 }
 
 FallaArchivo ReemplazaArchivo(std::u16string_view ruta, std::string_view bytes) {
-  return Coloca(ruta, bytes, kModoNuevo, true);
+  return Coloca(ruta, bytes, nullptr, true);
+}
+
+FallaArchivo ReemplazaArchivo(std::u16string_view ruta, std::string_view bytes, std::u16string_view modelo) {
+  const std::string nativa = Nativa(modelo);
+  struct stat estado {};
+  if (stat(nativa.c_str(), &estado) != 0) return FallaDeRuta(errno, nativa);
+  return Coloca(ruta, bytes, &estado, true);
 }
 
 FallaArchivo CopiaArchivo(std::u16string_view origen, std::u16string_view destino, bool sobrescribe) {
   std::string bytes;
-  FallaArchivo falla = LeeArchivo(origen, bytes);
-  if (falla.Hubo()) return falla;
-  // A copy is no more open to others than what it was made of.
   struct stat estado {};
-  const bool leido = stat(Nativa(origen).c_str(), &estado) == 0;
-  return Coloca(destino, bytes, leido ? estado.st_mode & kModoNuevo : S_IRUSR | S_IWUSR, sobrescribe);
+  FallaArchivo falla = Lee(Nativa(origen), bytes, estado);
+  return falla.Hubo() ? falla : Coloca(destino, bytes, &estado, sobrescribe);
 }
 
 FallaArchivo AgregaAlFinal(std::u16string_view ruta, std::string_view bytes) {
@@ -224,7 +284,17 @@ FallaArchivo AgregaAlFinal(std::u16string_view ruta, std::string_view bytes) {
   Descriptor archivo(
       open(nativa.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NONBLOCK, kModoNuevo));
   if (archivo.Fd() < 0) return FallaDeRuta(errno, nativa);
-  return EscribeTodo(archivo.Fd(), bytes) && archivo.Cierra() ? FallaArchivo{} : posix::FallaDe(errno);
+  ssize_t n = 0;
+  do {
+    n = write(archivo.Fd(), bytes.data(), bytes.size());
+  } while (n < 0 && errno == EINTR);
+  if (n < 0) return posix::FallaDe(errno);
+  if (const auto escritos = static_cast<std::size_t>(n); escritos < bytes.size()) {
+    // The rest must not follow what others add meanwhile.
+    if (escritos > 0) TerminaLinea(archivo.Fd(), escritos);
+    return posix::FallaDe(ENOSPC);
+  }
+  return archivo.Cierra() ? FallaArchivo{} : posix::FallaDe(errno);
 }
 
 FallaArchivo BorraArchivo(std::u16string_view ruta) {
@@ -247,7 +317,7 @@ FallaArchivo AbreArchivo(std::u16string_view ruta, unsigned int modo, int& manej
   const int candado = (modo & kComparticion) == kExclusivo ? LOCK_EX : LOCK_SH;
   if (flock(archivo.Fd(), candado | LOCK_NB) != 0) {
     if (errno != EWOULDBLOCK) return posix::FallaDe(errno);
-    return {ClaseFalla::Otra, u"El archivo \"" + UnicodeString(ruta) + u"\" está en uso por otro programa"};
+    return {ClaseFalla::EnUso, u"El archivo \"" + UnicodeString(ruta) + u"\" está en uso por otro programa"};
   }
   manejador = archivo.Suelta();
   return {};

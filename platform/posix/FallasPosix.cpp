@@ -30,6 +30,10 @@ ClaseFalla ClaseDe(int error) noexcept {
     case EDQUOT:
     case EFBIG:
       return ClaseFalla::DiscoLleno;
+    case EAGAIN:
+    case EBUSY:
+    case ETXTBSY:
+      return ClaseFalla::EnUso;
     default:
       return ClaseFalla::Otra;
   }

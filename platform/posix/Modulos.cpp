@@ -1,12 +1,18 @@
 #include "platform/Modulos.h"
 
+#include <algorithm>
+#include <array>
 #include <charconv>
+#include <climits>
 #include <cstdint>
 #include <dlfcn.h>
-#include <fstream>
 #include <link.h>
+#include <sstream>
 #include <string>
 #include <string_view>
+
+#include "framework/Excepciones.h"
+#include "platform/Archivos.h"
 
 namespace vel {
 namespace {
@@ -38,12 +44,12 @@ int Visita(dl_phdr_info* modulo, std::size_t /*largo*/, void* datos) {
   return busqueda.encontrado ? 1 : 0;
 }
 
-// The file that an address belongs to, by the system's list of what the process has mapped. It has whole
-// paths, where the dynamic linker repeats a relative one that stopped being true when the working folder
-// changed.
+// The file that an address belongs to, by the system's list of what the process has mapped; empty when it
+// cannot be read. It has whole paths, where the dynamic linker repeats a relative one that stopped being true
+// when the working folder changed.
 std::string ArchivoDe(const void* direccion) {
   const auto buscada = reinterpret_cast<std::uintptr_t>(direccion);
-  std::ifstream mapas("/proc/self/maps");
+  std::istringstream mapas(LeeArchivo(u"/proc/self/maps").value_or(std::string()));
   for (std::string linea; std::getline(mapas, linea);) {
     std::uintptr_t inicio = 0;
     std::uintptr_t fin = 0;
@@ -57,6 +63,32 @@ std::string ArchivoDe(const void* direccion) {
   return {};
 }
 
+/// A path that is kept for good; its memory needs no end, for hosts that call while the program ends.
+class RutaFija {
+ public:
+  explicit RutaFija(std::u16string_view ruta) noexcept : largo_(std::min(ruta.size(), texto_.size())) {
+    std::copy_n(ruta.begin(), largo_, texto_.begin());
+  }
+  std::u16string_view Texto() const noexcept { return {texto_.data(), largo_}; }
+
+ private:
+  // The system has no longer ones.
+  std::array<char16_t, PATH_MAX> texto_{};
+  std::size_t largo_;
+};
+
+RutaFija BuscaRutaBiblioteca() {
+  // An object that no other module sees says in which file it stands; the address of an exported function may
+  // be the program's.
+  static const char ancla = 0;
+  Dl_info informacion{};
+  const bool conocido = dladdr(&ancla, &informacion) != 0;
+  const std::string_view nombre = conocido ? informacion.dli_fname : "";
+  const std::string archivo = nombre.substr(0, 1) == "/" ? std::string(nombre) : ArchivoDe(&ancla);
+  if (archivo.empty()) throw Exception(u"No se pudo determinar la carpeta de la biblioteca");
+  return RutaFija(UTF8ToString(archivo));
+}
+
 }  // namespace
 
 bool ModuloCargado(std::u16string_view nombre) {
@@ -66,13 +98,9 @@ bool ModuloCargado(std::u16string_view nombre) {
 }
 
 UnicodeString RutaBiblioteca() {
-  // An object that no other module sees says in which file it stands; the address of an exported function may
-  // be the program's.
-  static const char ancla = 0;
-  Dl_info informacion{};
-  if (dladdr(&ancla, &informacion) == 0) return {};
-  const std::string_view nombre = informacion.dli_fname;
-  return UTF8ToString(nombre.substr(0, 1) == "/" ? std::string(nombre) : ArchivoDe(&ancla));
+  // Kept: the search takes longer than a log line, and the answer is the same while the library is loaded.
+  static const RutaFija ruta = BuscaRutaBiblioteca();
+  return UnicodeString(ruta.Texto());
 }
 
 }  // namespace vel

@@ -22,8 +22,30 @@ UnicodeString RutaRegistro() {
   return UTF8ToString(propia != nullptr && *propia != '\0' ? propia : "/etc/tavex/registro.reg");
 }
 
+int CifraHexadecimal(char16_t c) noexcept {
+  const char16_t d = FoldCase(c);
+  return d >= u'0' && d <= u'9' ? d - u'0' : d >= u'a' && d <= u'f' ? d - u'a' + 10 : -1;
+}
+
+// True for a line that goes on with the bytes of a value: pairs of hexadecimal digits, with commas and blanks
+// around them and a "\" at its end where more follows.
+bool ContinuaValor(std::u16string_view linea) noexcept {
+  linea = TrimView(linea);
+  if (!linea.empty() && linea.back() == u'\\') linea.remove_suffix(1);
+  bool hayBytes = false;
+  for (std::size_t i = 0; i < linea.size(); ++i) {
+    if (linea[i] == u',' || linea[i] == u' ' || linea[i] == u'\t') continue;
+    if (i + 1 == linea.size() || CifraHexadecimal(linea[i]) < 0 || CifraHexadecimal(linea[i + 1]) < 0) {
+      return false;
+    }
+    hayBytes = true;
+    ++i;
+  }
+  return hayBytes;
+}
+
 /// A logical line of the file, from `inicio` to `fin` of its text: a value that ends in "\" goes on in the
-/// next; a key or a comment does not.
+/// next line where that holds bytes; a value that was cut does not take the line of another with it.
 struct Linea {
   std::size_t inicio;
   std::size_t fin;
@@ -32,18 +54,21 @@ struct Linea {
 };
 
 Linea LineaEn(std::u16string_view texto, std::size_t inicio) {
-  std::size_t desde = inicio;
-  for (;;) {
+  const auto fisica = [texto](std::size_t desde) -> Linea {
     const std::size_t salto = std::min(texto.find(u'\n', desde), texto.size());
-    const std::u16string_view contenido = TrimRightView(texto.substr(inicio, salto - inicio));
-    const std::size_t siguiente = std::min(salto + 1, texto.size());
-    const std::u16string_view sinMargen = TrimLeftView(contenido);
-    const bool esValor = !sinMargen.empty() && sinMargen.front() != u'[' && sinMargen.front() != u';';
-    if (!esValor || contenido.back() != u'\\' || siguiente == texto.size()) {
-      return {inicio, inicio + contenido.size(), siguiente};
-    }
-    desde = siguiente;
+    return {desde, desde + TrimRightView(texto.substr(desde, salto - desde)).size(),
+            std::min(salto + 1, texto.size())};
+  };
+  Linea linea = fisica(inicio);
+  const std::u16string_view contenido = TrimLeftView(texto.substr(inicio, linea.fin - inicio));
+  if (contenido.empty() || contenido.front() == u'[' || contenido.front() == u';') return linea;
+  while (texto[linea.fin - 1] == u'\\') {
+    const Linea otra = fisica(linea.siguiente);
+    if (!ContinuaValor(texto.substr(otra.inicio, otra.fin - otra.inicio))) break;
+    linea.fin = otra.fin;
+    linea.siguiente = otra.siguiente;
   }
+  return linea;
 }
 
 UnicodeString ClaveCompleta(std::u16string_view clave, bool nodo32) {
@@ -130,8 +155,7 @@ std::optional<UnicodeString> LeeHexadecimal(std::u16string_view valor) {
   std::string bytes;
   int pendiente = -1;
   for (const char16_t c : valor.substr(kPrefijo)) {
-    const char16_t d = FoldCase(c);
-    const int cifra = d >= u'0' && d <= u'9' ? d - u'0' : d >= u'a' && d <= u'f' ? d - u'a' + 10 : -1;
+    const int cifra = CifraHexadecimal(c);
     if (cifra < 0) continue;
     if (pendiente < 0) {
       pendiente = cifra;

@@ -1,9 +1,10 @@
 #include "Uutilext/config/Configuracion.h"
 
+#include <chrono>
 #include <csignal>
-#include <functional>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -13,21 +14,15 @@
 #include "framework/Numeros.h"
 #include "platform/Archivos.h"
 #include "tests/CarpetaTemporal.h"
+#include "tests/Mensaje.h"
 #include "tests/OtroUsuario.h"
 
 namespace vel {
 namespace {
 
-constexpr const char* kIni = "casa/.local/share/Tavex/VEL9.00/VELWIN90.INI";
+using pruebas::MensajeDe;
 
-std::string MensajeDe(const std::function<void()>& accion) {
-  try {
-    accion();
-  } catch (const Exception& e) {
-    return UTF8Encode(e.Message());
-  }
-  return "none";
-}
+constexpr const char* kIni = "casa/.local/share/Tavex/VEL9.00/VELWIN90.INI";
 
 TEST(Configuracion, GivesItsDefaultsOnABareMachine) {
   pruebas::CarpetaTemporal c;
@@ -171,8 +166,10 @@ TEST(Configuracion, KeepsTheEncodingOnDisk) {
 TEST(Configuracion, SaysWhichFileItCannotWriteAndLeavesIt) {
   const pruebas::CarpetaTemporal c;
   c.Escribe("archivo", "x");
-  for (const std::string& ruta : {(c.Ruta() / "archivo/a.ini").string(), (c.Ruta() / "nada/a.ini").string(),
-                                  std::string("/proc/version"), c.Ruta().string()}) {
+  ASSERT_EQ(mkfifo((c.Ruta() / "tubo").c_str(), 0666), 0);
+  for (const std::string& ruta :
+       {(c.Ruta() / "archivo/a.ini").string(), (c.Ruta() / "nada/a.ini").string(),
+        std::string("/proc/version"), c.Ruta().string(), (c.Ruta() / "tubo").string()}) {
     const UnicodeString archivo = UTF8ToString(ruta);
     const std::string fin = "\"" + ruta + "\"\nCompruebe que tenga los permisos necesarios.";
     EXPECT_EQ(MensajeDe([&] { EscribeValor(archivo, u"a", u"b", u"c"); }),
@@ -209,17 +206,54 @@ TEST(Configuracion, SaysWhichFileItCannotWriteAndLeavesIt) {
   setrlimit(RLIMIT_FSIZE, &limite);
   EXPECT_NE(mensaje, "none");
   EXPECT_EQ(c.Lee("a.ini"), antes);
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(c.Ruta()), {}), 4) << "no temporary file stays";
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(c.Ruta()), {}), 5) << "no temporary file stays";
   EXPECT_THROW(EscribeValor(c.Archivo("a.ini"), u"S", u"k", u"a\nb"), EInvalidOperation);
   EXPECT_EQ(c.Lee("a.ini"), antes);
+}
+
+TEST(Configuracion, RemovesWhatKilledWritersLeftAndNoMore) {
+  const pruebas::CarpetaTemporal c;
+  const auto archivos = [&c] { return std::distance(std::filesystem::directory_iterator(c.Ruta()), {}); };
+  pid_t escritores[2];
+  for (pid_t& escritor : escritores) {
+    escritor = fork();
+    if (escritor == 0) {
+      // It stops as soon as it writes.
+      signal(SIGXFSZ, [](int) { raise(SIGSTOP); });
+      constexpr rlimit kNada{0, 0};
+      setrlimit(RLIMIT_FSIZE, &kNada);
+      ReemplazaArchivo(c.Archivo("b.ini"), "x");
+      _exit(0);
+    }
+    waitpid(escritor, nullptr, WUNTRACED);
+  }
+  EscribeValor(c.Archivo("a.ini"), u"S", u"k", u"1");
+  EXPECT_EQ(archivos(), 3) << "living writers keep their own";
+  for (const pid_t escritor : escritores) {
+    kill(escritor, SIGKILL);
+    waitpid(escritor, nullptr, 0);
+  }
+  EscribeValor(c.Archivo("a.ini"), u"S", u"k", u"2");
+  EXPECT_EQ(archivos(), 1);
 }
 
 TEST(Configuracion, IsTheOldFileOrTheNewOneAfterAKill) {
   const pruebas::CarpetaTemporal c;
   const UnicodeString archivo = c.Archivo("a.ini");
   EscribeValor(archivo, u"S", u"k", u"0");
+  // Meanwhile another waits for a lock that nobody gives back.
+  std::filesystem::create_directory(c.Ruta() / "otra");
+  const CandadoArchivo candado(c.Archivo("otra/a.ini"));
+  const pid_t enEspera = fork();
+  if (enEspera == 0) {
+    const auto antes = std::chrono::steady_clock::now();
+    const CandadoArchivo segundo(c.Archivo("otra/b.ini"));
+    const auto espera = std::chrono::steady_clock::now() - antes;
+    const bool aTiempo = espera >= std::chrono::seconds(10) && espera < std::chrono::seconds(15);
+    _exit(aTiempo && Descripcion(segundo.Falla()) == u"lo está usando otro programa" ? 0 : 1);
+  }
   int escrituras = 0;
-  for (int i = 0; escrituras < 10'000; ++i) {
+  for (int i = 0; i < 1000; ++i) {
     const pid_t hijo = fork();
     if (hijo == 0) {
       for (int k = 0;; ++k)
@@ -234,8 +268,11 @@ TEST(Configuracion, IsTheOldFileOrTheNewOneAfterAKill) {
     EXPECT_TRUE(valor == u"0" || valor == numero + UnicodeString(2000, u'.') + numero) << UTF8Encode(valor);
     EXPECT_TRUE(c.Lee("a.ini").ends_with("\r\n"));
     escrituras += StrToInt(numero);
-    ASSERT_LT(i, 5000) << "too few writes between the kills";
   }
+  EXPECT_GT(escrituras, 100) << "too few writes between the kills";
+  int estado = -1;
+  waitpid(enEspera, &estado, 0);
+  EXPECT_EQ(estado, 0) << "ten seconds, then a fault";
 }
 
 TEST(Configuracion, FourProgramsLoseNoKey) {

@@ -1,12 +1,17 @@
 #include "Uutilext/config/Rutas.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "Uutilext/config/Configuracion.h"
+#include "framework/Excepciones.h"
 #include "framework/Numeros.h"
 #include "platform/Registro.h"
 #include "platform/Rutas.h"
 #include "tests/CarpetaTemporal.h"
+#include "tests/Casos.h"
 
 namespace vel {
 namespace {
@@ -14,17 +19,20 @@ namespace {
 TEST(Registro, IsReadAsA32BitProgramSeesIt) {
   const pruebas::CarpetaTemporal c;
   EXPECT_FALSE(LeeRegistro(u"Software\\Tavex", u"TAVEXComunDir").claveExiste);
-  const std::string texto =
-      "Windows Registry Editor Version "
-      "5.00\r\n\r\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\TAVEX]\r\n\"TavexComunDir\"=\"C:\\\\Com\\\"un\"\r\n"
-      "\"n\"=dword:00000001\r\n\r\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\TAVEX\\Tavex-VEL 9.0]\r\n@=\"pred\"\r\n"
-      "\"Hex\"=hex(2):43,00,3a,00,\\\r\n  5c,00,f1,00,00,00\r\n";
-  c.Escribe("registro.reg", texto);
+  std::filesystem::copy(DATOS_PRUEBA "/catalogo/registro.reg", c.Ruta());
+  const std::string texto = c.Lee("registro.reg");
   EXPECT_EQ(LeeRegistro(u"software\\tavex\\", u"TAVEXCOMUNDIR").texto, u"C:\\Com\"un");
   EXPECT_FALSE(LeeRegistro(u"Software\\Tavex", u"n").texto.has_value()) << "no text";
   EXPECT_EQ(DameValorRegistro(u"Hex"), u"C:\\ñ");
   EXPECT_EQ(DameValorRegistro(u""), u"pred");
   EXPECT_EQ(DameValorRegistro(u"falta"), u"");
+  // A value that was cut takes no line that is not its own, neither when reading nor when writing.
+  c.Escribe("registro.reg",
+            texto + "\"Corte\"=hex(2):43,00,\\\r\n  3a,00,\\\r\n\"Tras\"=\"x\"\r\n\"Fin\"=hex(1):41,00,\\");
+  EXPECT_EQ(DameValorRegistro(u"Corte") + DameValorRegistro(u"Tras") + DameValorRegistro(u"Fin"), u"C:xA");
+  EXPECT_FALSE(EscribeRegistro(u"Software\\Tavex\\Tavex-VEL 9.0", u"Cara", u"y").Hubo());
+  EXPECT_EQ(DameValorRegistro(u"Fin") + DameValorRegistro(u"Cara"), u"Ay");
+  c.Escribe("registro.reg", texto);
   EscribeDirectorioArchComun(u"D:\\Año\\");
   EXPECT_EQ(DameDirectorioArchComun(), u"D:\\Año\\");
   std::string cambiado = texto;
@@ -50,6 +58,33 @@ TEST(Registro, IsWrittenWhereThereIsNone) {
       << "as the registry exports";
 }
 
+TEST(Rutas, KnowTheLibrarysFolder) {
+  if (const char* const carpeta = std::getenv("CARPETA")) {
+    // In a process that knows the library by a relative path, and stands elsewhere by now.
+    ASSERT_EQ(chdir("/"), 0);
+    rlimit limite{};
+    getrlimit(RLIMIT_NOFILE, &limite);
+    const rlimit ninguno{3, limite.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &ninguno);
+    EXPECT_THROW(DameRutaDll(), Exception) << "the list of what is mapped cannot be read";
+    setrlimit(RLIMIT_NOFILE, &limite);
+    EXPECT_EQ(UTF8Encode(DameRutaDll()), carpeta);
+    return;
+  }
+  const std::string carpeta = UTF8Encode(DameRutaDll());
+  const pid_t hijo = fork();
+  if (hijo == 0) {
+    setenv("CARPETA", carpeta.c_str(), 1);
+    setenv("LD_LIBRARY_PATH", ".", 1);
+    if (chdir(carpeta.substr(0, carpeta.size() - 1).c_str()) == 0)
+      execl("/proc/self/exe", "yo", "--gtest_filter=*KnowTheLibrarysFolder", nullptr);
+    _exit(2);
+  }
+  int estado = -1;
+  waitpid(hijo, &estado, 0);
+  EXPECT_EQ(estado, 0);
+}
+
 TEST(Rutas, StandInTheirFolders) {
   const pruebas::CarpetaTemporal c;
   EXPECT_EQ(DameRutaVELNG(), u"Sistemas Tavex\\VEL9.00\\");
@@ -72,41 +107,16 @@ TEST(Rutas, StandInTheirFolders) {
        {std::pair(0, u"0"), {1, u"01"}, {9, u"09"}, {10, u"10"}, {123, u"123"}, {-1, u"-1"}}) {
     EXPECT_EQ(DameNumEmpFormat(numero), texto);
   }
-  const std::pair<const char16_t*, bool> clases[] = {{u"F", true},
-                                                     {u"F", true},
-                                                     {u"FConsultas\\", true},
-                                                     {u"FConsultas personalizadas\\", true},
-                                                     {u"FEstadisticas\\", true},
-                                                     {u"FAyudasF2\\", true},
-                                                     {u"FReportes\\", true},
-                                                     {u"FDatos\\", false},
-                                                     {u"FExportacion\\", true},
-                                                     {u"FInterfaz Kolo\\", true},
-                                                     {u"FInterfaz Caudal\\", true},
-                                                     {u"FImagenes\\", true},
-                                                     {u"FDocumentos modelo\\", true},
-                                                     {u"FReportes SAT\\", true},
-                                                     {u"EPlantillas\\", false},
-                                                     {u"EPlantillas\\Reportes\\", false},
-                                                     {u"EPlantillas\\Estadisticas\\", false},
-                                                     {u"EPlantillas\\Consultas personalizadas\\", false},
-                                                     {u"ERespaldos\\", true},
-                                                     {u"ERespaldos\\Empresa07\\", true},
-                                                     {u"EPlantillas\\Comprobantes\\", true},
-                                                     {u"FComprobantes\\", true},
-                                                     {u"ELoNuevo\\", true},
-                                                     {u"FComprobantes\\Plantillas\\", true},
-                                                     {u"FAnalisis datos\\", true}};
   int valor = 0;
-  for (const auto& [clase, seCrea] : clases) {
-    const UnicodeString ruta = (clase[0] == u'F' ? e + u"Empresa07\\" : e) + (clase + 1);
+  for (const auto& clase : pruebas::Casos("catalogo/carpetas.txt", "|")) {
+    const UnicodeString ruta = (clase[0] == "F" ? e + u"Empresa07\\" : e) + UTF8ToString(clase[1]);
     std::filesystem::remove_all(c.Ruta() / "unidades");
     EXPECT_EQ(DameRutaDatosEmpresa(7, static_cast<ENUM_RUTA>(valor++)), ruta);
-    EXPECT_EQ(std::filesystem::is_directory(UTF8Encode(RutaNativa(ruta))), seCrea) << UTF8Encode(ruta);
+    EXPECT_EQ(std::filesystem::is_directory(UTF8Encode(RutaNativa(ruta))), clase[2] == "se crea") << clase[1];
   }
+  EXPECT_EQ(valor, 25);
   EXPECT_EQ(DameRutaDatosEmpresa(7, static_cast<ENUM_RUTA>(25)), u"");
   EXPECT_EQ(DameRutaDatosEmpresa(7, static_cast<ENUM_RUTA>(-1)), u"");
-  EXPECT_TRUE(DameRutaDll().ends_with(u"\\"));
 }
 
 }  // namespace

@@ -1,8 +1,14 @@
 #include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdarg>
+#include <cstring>
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sstream>
 #include <sys/resource.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -15,10 +21,24 @@
 #include "platform/Archivos.h"
 #include "platform/Modulos.h"
 #include "tests/CarpetaTemporal.h"
+#include "tests/Mensaje.h"
 #include "tests/OtroUsuario.h"
+
+// The library opens files by this function in the place of the C library's.
+static int fallaAlAbrir = 0;
+extern "C" [[gnu::visibility("default")]] int open(const char* ruta, int banderas, ...) {
+  va_list modo;
+  va_start(modo, banderas);
+  errno = fallaAlAbrir;
+  const long r = errno != 0 ? -1 : syscall(SYS_openat, AT_FDCWD, ruta, banderas, va_arg(modo, int));
+  va_end(modo);
+  return static_cast<int>(r);
+}
 
 namespace vel {
 namespace {
+
+using pruebas::MensajeDe;
 
 std::string Bitacora() { return LeeArchivo(DameRutaDll() + u"0010552.log").value_or("missing"); }
 
@@ -63,32 +83,52 @@ TEST(Bitacora, KeepsEveryLineOfEveryProgramWhole) {
   Deletelog();
 }
 
+TEST(Bitacora, EndsALineThatAFullDiskCuts) {
+  signal(SIGXFSZ, SIG_IGN);
+  rlimit limite{};
+  getrlimit(RLIMIT_FSIZE, &limite);
+  constexpr rlim_t kLinea = 29;
+  for (const rlim_t cabe : {1U, 2U, 30U}) {
+    logInterAux("a");
+    const rlimit corto{kLinea + cabe, limite.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &corto);
+    const std::string mensaje = MensajeDe([] { logInterAux("cortado"); });
+    setrlimit(RLIMIT_FSIZE, &limite);
+    EXPECT_TRUE(mensaje.ends_with("0010552.log\": no queda espacio en el disco")) << mensaje;
+    logInterAux("b");
+    const std::string todo = Bitacora();
+    EXPECT_EQ(todo.size(), 2 * kLinea + cabe);
+    EXPECT_EQ(todo.substr(kLinea - 6, 6), " - a\r\n");
+    const std::string cortada = todo.substr(kLinea, cabe);
+    EXPECT_EQ(cortada.substr(cabe > 25 ? 23 : 0), cabe == 1 ? "\n" : cabe == 2 ? "\r\n" : " - co\r\n");
+    Deletelog();
+  }
+}
+
 TEST(LanzaThrow, RaisesAMessageOrACode) {
   const pruebas::CarpetaTemporal c;
   int codigo = 7;
-  try {
-    LanzaThrow(u"Falló", codigo);
-    ADD_FAILURE();
-  } catch (const Exception& e) {
-    EXPECT_EQ(e.Message(), u"Falló");
-    EXPECT_EQ(codigo, -1);
+  EXPECT_EQ(MensajeDe([&codigo] { LanzaThrow(u"Falló", codigo); }), "Falló");
+  EXPECT_EQ(codigo, -1);
+  for (const std::string nombre : {"SrvVEL90", "IServerVEL90", "VELMovil30"}) {
+    const UnicodeString modulo = UTF8ToString(nombre) + u".DLL";
+    EXPECT_FALSE(ModuloCargado(modulo));
+    EXPECT_TRUE(DameArchivoConfig().ends_with(u"casa/.local/share\\Tavex\\VEL9.00\\VELWIN90.INI"));
+    void* const cargado = dlopen((MODULOS "/lib" + nombre + ".so").c_str(), RTLD_NOW);
+    ASSERT_NE(cargado, nullptr);
+    EXPECT_TRUE(ModuloCargado(modulo));
+    codigo = 42;
+    try {
+      LanzaThrow(u"Falló", codigo);
+      ADD_FAILURE();
+    } catch (int lanzado) {
+      EXPECT_EQ(lanzado, 42);
+    }
+    EXPECT_EQ(codigo, 42);
+    EXPECT_EQ(DameArchivoConfig(), DameRutaDll() + u"VELWIN90.INI")
+        << "a server's settings stand beside the library";
+    dlclose(cargado);
   }
-  EXPECT_FALSE(ModuloCargado(u"IServerVEL90.dll"));
-  EXPECT_TRUE(DameArchivoConfig().ends_with(u"casa/.local/share\\Tavex\\VEL9.00\\VELWIN90.INI"));
-  void* const modulo = dlopen(MODULO_SERVIDOR, RTLD_NOW);
-  ASSERT_NE(modulo, nullptr);
-  EXPECT_TRUE(ModuloCargado(u"iservervel90.DLL"));
-  codigo = 42;
-  try {
-    LanzaThrow(u"Falló", codigo);
-    ADD_FAILURE();
-  } catch (int lanzado) {
-    EXPECT_EQ(lanzado, 42);
-  }
-  EXPECT_EQ(codigo, 42);
-  EXPECT_EQ(DameArchivoConfig(), DameRutaDll() + u"VELWIN90.INI")
-      << "a server's settings stand beside the library";
-  dlclose(modulo);
 }
 
 TEST(EsErrorSesionCaduca, LooksForTheExactWords) {
@@ -100,15 +140,10 @@ TEST(EsErrorSesionCaduca, LooksForTheExactWords) {
 TEST(IntentarAbrirArchivo, NamesTheFileAndTheFault) {
   const pruebas::CarpetaTemporal c;
   const auto mensaje = [&c](const std::string& nombre, unsigned modo, bool empresas) {
-    try {
-      IntentarAbrirArchivo(c.Archivo(nombre), modo, false, empresas);
-      return std::string("abierto");
-    } catch (const Exception& e) {
-      return UTF8Encode(e.Message());
-    }
+    return MensajeDe([&] { IntentarAbrirArchivo(c.Archivo(nombre), modo, false, empresas); });
   };
   c.Escribe("a.txt", "x");
-  EXPECT_EQ(mensaje("a.txt", 0x40, false), "abierto");
+  EXPECT_EQ(mensaje("a.txt", 0x40, false), "none");
   EXPECT_EQ(mensaje("falta.txt", 0, false), "No se pudo encontrar el archivo falta.txt");
   EXPECT_EQ(mensaje("falta.txt", 2, true), "No se pudo encontrar el archivo de empresas");
   EXPECT_EQ(mensaje("nada/falta.txt", 0, false), "No se pudo encontrar la ruta del archivo falta.txt");
@@ -121,13 +156,15 @@ TEST(IntentarAbrirArchivo, NamesTheFileAndTheFault) {
   }));
   std::filesystem::create_directory(c.Ruta() / "carpeta");
   EXPECT_EQ(mensaje("carpeta", 0, false), "Acceso denegado al archivo carpeta\nVerifique los permisos");
-  rlimit limite{};
-  getrlimit(RLIMIT_NOFILE, &limite);
-  const rlimit ninguno{3, limite.rlim_max};
-  setrlimit(RLIMIT_NOFILE, &ninguno);
-  const std::string lleno = mensaje("a.txt", 0, false);
-  setrlimit(RLIMIT_NOFILE, &limite);
-  EXPECT_EQ(lleno, "El sistema no pudo abrir el archivo a.txt\nDemasiados archivos abiertos");
+  const std::pair<int, const char*> fallas[] = {
+      {EMFILE, "El sistema no pudo abrir el archivo a.txt\nDemasiados archivos abiertos"},
+      {ENOMEM, "No hay suficiente memoria para abrir el archivo a.txt\nDemasiados archivos abiertos"},
+      {EIO, strerror(EIO)}};
+  for (const auto& [falla, texto] : fallas) {
+    fallaAlAbrir = falla;
+    EXPECT_EQ(mensaje("a.txt", 0, false), texto);
+    fallaAlAbrir = 0;
+  }
   const int manejador = IntentarAbrirArchivo(c.Archivo("a.txt"), 0x12, true, false);
   const std::string enUso =
       "El archivo \"" + (c.Ruta() / "a.txt").string() + "\" está en uso por otro programa";
@@ -135,7 +172,7 @@ TEST(IntentarAbrirArchivo, NamesTheFileAndTheFault) {
   EXPECT_EQ(write(manejador, "y", 1), 1);
   CierraArchivo(manejador);
   EXPECT_EQ(mensaje("nuevo.txt", 0xFF00, false), "No se pudo encontrar el archivo nuevo.txt");
-  EXPECT_EQ(mensaje("a.txt", 0xFF02, false), "abierto");
+  EXPECT_EQ(mensaje("a.txt", 0xFF02, false), "none");
   EXPECT_EQ(c.Lee("a.txt"), "y");
 }
 
