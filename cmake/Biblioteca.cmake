@@ -3,20 +3,19 @@
 
 find_package(ICU REQUIRED COMPONENTS uc i18n)
 find_package(OpenSSL 3 REQUIRED COMPONENTS Crypto)
-find_package(pugixml REQUIRED)
 
 add_library(utilvel90_objetos OBJECT)
 utilvel90_prepara(utilvel90_objetos)
 set_target_properties(utilvel90_objetos PROPERTIES POSITION_INDEPENDENT_CODE ON)
 target_include_directories(utilvel90_objetos PUBLIC ${PROJECT_SOURCE_DIR})
 target_compile_definitions(utilvel90_objetos PRIVATE UTILVEL90_CONSTRUYE)
-target_link_libraries(utilvel90_objetos PUBLIC pugixml::pugixml OpenSSL::Crypto ICU::i18n ICU::uc ${CMAKE_DL_LIBS})
+target_link_libraries(utilvel90_objetos PUBLIC OpenSSL::Crypto ICU::i18n ICU::uc ${CMAKE_DL_LIBS})
 
 add_library(UtilVel90 SHARED $<TARGET_OBJECTS:utilvel90_objetos>)
 add_library(UtilVel90::UtilVel90 ALIAS UtilVel90)
 utilvel90_prepara(UtilVel90)
 target_compile_features(UtilVel90 PUBLIC cxx_std_20)
-target_link_libraries(UtilVel90 PRIVATE pugixml::pugixml OpenSSL::Crypto ICU::i18n ICU::uc ${CMAKE_DL_LIBS})
+target_link_libraries(UtilVel90 PRIVATE OpenSSL::Crypto ICU::i18n ICU::uc ${CMAKE_DL_LIBS})
 set_target_properties(UtilVel90 PROPERTIES
   VERSION ${PROJECT_VERSION}
   SOVERSION ${PROJECT_VERSION_MAJOR}

@@ -126,6 +126,26 @@ void Columna::Dimensiona(std::size_t registros) {
   }
 }
 
+void Columna::Reserva(std::size_t registros) {
+  conValor.reserve(registros);
+  switch (clase) {
+    case Clase::Entero:
+    case Clase::Booleano:
+      enteros.reserve(registros);
+      break;
+    case Clase::Real:
+    case Clase::Fecha:
+      reales.reserve(registros);
+      break;
+    case Clase::Texto:
+      textos.reserve(registros);
+      break;
+    case Clase::Anidado:
+      anidados.reserve(registros);
+      break;
+  }
+}
+
 void Columna::Borra(std::size_t registro) {
   const auto quita = [registro](auto& valores) {
     if (!valores.empty()) valores.erase(valores.begin() + static_cast<std::ptrdiff_t>(registro));

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -35,6 +36,8 @@ struct Columna {
 
   /// Makes the column `registros` long; new records are null (nested ones empty).
   void Dimensiona(std::size_t registros);
+  /// Makes room for that many records, so that growing up to them moves none.
+  void Reserva(std::size_t registros);
   void Borra(std::size_t registro);
   void Anula(std::size_t registro);
   /// The nested data set of a record, made when it is first needed.
@@ -65,6 +68,17 @@ struct Columna {
   [[noreturn]] void FallaTipo() const;
 };
 
+/// What a packet held that a data set has no place for, as XML in UTF-8 ready to be written back: other
+/// programs read the same files.
+struct Resto {
+  /// Attributes of a FIELD, each with a blank before it.
+  std::string atributos;
+  /// Elements within a FIELD, or within METADATA, beside its FIELDS.
+  std::string elementos;
+  /// Of each field, in order; empty for fields that come from no packet.
+  std::vector<Resto> campos;
+};
+
 /// Everything of a data set but its handle.
 struct Estado {
   enum class Modo : std::uint8_t { Lectura, Edicion, Alta };
@@ -80,6 +94,7 @@ struct Estado {
   Modo modo = Modo::Lectura;
   /// The record under edit as it was: one-record columns, in field order.
   std::vector<Columna> previo;
+  Resto resto;
 
   static std::unique_ptr<Estado> Crea(std::vector<TFieldDef> definiciones, int nivel = 1);
   /// The state of a data set.
@@ -88,6 +103,7 @@ struct Estado {
   /// Index of the field of that name, or -1.
   std::ptrdiff_t Busca(std::u16string_view nombre) const noexcept;
   void Dimensiona(std::size_t nuevos);
+  void Reserva(std::size_t cuantos);
   /// Bof and Eof of a data set that was just filled: the first record is current.
   void AlPrincipio() noexcept;
 };
@@ -105,6 +121,8 @@ struct TipoPaquete {
 extern const TipoPaquete kTiposPaquete[];
 extern const std::size_t kCuantosTiposPaquete;
 inline constexpr std::string_view kTipoAnidado = "nested";
+/// Attribute of a row that tells what a change log says of it.
+inline constexpr std::string_view kEstadoFila = "RowState";
 /// More levels than any catalog of the suite; a bound for hostile packets.
 inline constexpr int kNivelesMaximos = 16;
 

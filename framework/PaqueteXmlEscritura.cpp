@@ -16,6 +16,7 @@ namespace vel {
 using conjunto::Clase;
 using conjunto::Columna;
 using conjunto::Estado;
+using conjunto::Resto;
 
 namespace {
 
@@ -23,11 +24,16 @@ namespace {
   throw EDatabaseError(u"El valor del campo '" + def.Name + u"' no se puede guardar: " + UnicodeString(que));
 }
 
-// Letters, digits and "_", not beginning with a digit: a name that every XML reader takes.
+// Letters, digits and "_", not beginning with a digit: a name that every XML reader takes. Names that begin
+// with "xml" are XML's own, and "RowState" is the packet's.
 bool EsNombreXml(std::string_view nombre) noexcept {
   const auto letra = [](char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_'; };
   const auto digito = [](char c) { return c >= '0' && c <= '9'; };
-  return !nombre.empty() && letra(nombre.front()) &&
+  const auto minuscula = [](char c) { return static_cast<char>(c | 0x20); };
+  const bool reservado =
+      nombre == conjunto::kEstadoFila || (nombre.size() >= 3 && minuscula(nombre[0]) == 'x' &&
+                                          minuscula(nombre[1]) == 'm' && minuscula(nombre[2]) == 'l');
+  return !nombre.empty() && !reservado && letra(nombre.front()) &&
          std::all_of(nombre.begin(), nombre.end(), [&](char c) { return letra(c) || digito(c); });
 }
 
@@ -40,48 +46,6 @@ std::vector<std::string> Atributos(const std::vector<TFieldDef>& defs) {
     atributos.push_back(sirve ? std::move(nombre) : "_" + std::to_string(atributos.size()));
   }
   return atributos;
-}
-
-// False for a text with a character that XML does not have, or half of one.
-bool CabeEnXml(std::u16string_view texto) noexcept {
-  for (std::size_t i = 0; i < texto.size(); ++i) {
-    const char16_t c = texto[i];
-    if (c >= 0xD800 && c <= 0xDFFF) {
-      const bool par =
-          c <= 0xDBFF && i + 1 < texto.size() && texto[i + 1] >= 0xDC00 && texto[i + 1] <= 0xDFFF;
-      if (!par) return false;
-      ++i;
-    } else if (!xml::EsCaracter(c)) {
-      return false;
-    }
-  }
-  return true;
-}
-
-void AgregaEscapado(std::string& salida, std::string_view texto) {
-  for (const char c : texto) {
-    switch (c) {
-      case '&':
-        salida += "&amp;";
-        break;
-      case '<':
-        salida += "&lt;";
-        break;
-      case '>':
-        salida += "&gt;";
-        break;
-      case '"':
-        salida += "&quot;";
-        break;
-      default:
-        // A reader would turn these into blanks if they stood as they are.
-        if (static_cast<unsigned char>(c) < 0x20) {
-          salida.append("&#").append(std::to_string(static_cast<int>(c))).append(";");
-        } else {
-          salida += c;
-        }
-    }
-  }
 }
 
 void AgregaCifras(std::string& salida, int valor, std::size_t cuantas) {
@@ -132,48 +96,55 @@ void AgregaValor(std::string& salida, const Columna& columna, std::size_t regist
       AgregaMomento(salida, columna.def.DataType, TDateTime(columna.reales[registro]));
       break;
     case Clase::Texto:
-      if (!CabeEnXml(columna.textos[registro])) {
+      if (!xml::CabeEnXml(columna.textos[registro])) {
         FallaValor(columna.def, u"el texto tiene un carácter que XML no admite");
       }
-      AgregaEscapado(salida, UTF8Encode(columna.textos[registro]));
+      xml::AgregaEscapado(salida, UTF8Encode(columna.textos[registro]));
       break;
     case Clase::Anidado:
       break;
   }
 }
 
-void AgregaCampos(std::string& salida, const std::vector<TFieldDef>& defs) {
+void AgregaTipo(std::string& salida, const TFieldDef& def) {
+  const auto* const tipo =
+      std::find_if(conjunto::kTiposPaquete, conjunto::kTiposPaquete + conjunto::kCuantosTiposPaquete,
+                   [&def](const conjunto::TipoPaquete& t) { return t.campo == def.DataType; });
+  xml::AgregaAtributo(salida, "fieldtype", tipo->tipo);
+  if (!tipo->subtipo.empty()) xml::AgregaAtributo(salida, "SUBTYPE", tipo->subtipo);
+  if (def.Size <= 0) return;
+  // The width of Unicode text counts bytes.
+  const long long ancho = tipo->tipo == "string.uni" ? 2LL * def.Size : def.Size;
+  xml::AgregaAtributo(salida, "WIDTH", std::to_string(ancho));
+}
+
+void AgregaCampos(std::string& salida, const std::vector<TFieldDef>& defs, const Resto& resto) {
   const std::vector<std::string> atributos = Atributos(defs);
+  const Resto nada;
   salida += "<FIELDS>\n";
   for (std::size_t i = 0; i < defs.size(); ++i) {
     const TFieldDef& def = defs[i];
-    salida.append("<FIELD attrname=\"").append(atributos[i]).append("\"");
+    const Resto& propio = i < resto.campos.size() ? resto.campos[i] : nada;
     const std::string nombre = UTF8Encode(def.Name);
-    if (!CabeEnXml(def.Name)) FallaValor(def, u"su nombre tiene un carácter que XML no admite");
-    if (nombre != atributos[i]) {
-      salida += " fieldname=\"";
-      AgregaEscapado(salida, nombre);
-      salida += '"';
+    if (!xml::CabeEnXml(def.Name)) FallaValor(def, u"su nombre tiene un carácter que XML no admite");
+    salida += "<FIELD";
+    xml::AgregaAtributo(salida, "attrname", atributos[i]);
+    if (nombre != atributos[i]) xml::AgregaAtributo(salida, "fieldname", nombre);
+    const bool anidado = def.DataType == TFieldType::ftDataSet;
+    if (anidado) {
+      xml::AgregaAtributo(salida, "fieldtype", conjunto::kTipoAnidado);
+    } else {
+      AgregaTipo(salida, def);
     }
-    if (def.DataType == TFieldType::ftDataSet) {
-      salida.append(" fieldtype=\"").append(conjunto::kTipoAnidado).append("\"");
-      salida += def.Required ? " required=\"true\">\n" : ">\n";
-      AgregaCampos(salida, def.ChildDefs);
-      salida += "</FIELD>\n";
+    if (def.Required) salida += " required=\"true\"";
+    salida += propio.atributos;
+    if (!anidado && propio.elementos.empty()) {
+      salida += "/>\n";
       continue;
     }
-    const auto* const tipo =
-        std::find_if(conjunto::kTiposPaquete, conjunto::kTiposPaquete + conjunto::kCuantosTiposPaquete,
-                     [&def](const conjunto::TipoPaquete& t) { return t.campo == def.DataType; });
-    salida.append(" fieldtype=\"").append(tipo->tipo).append("\"");
-    if (!tipo->subtipo.empty()) salida.append(" SUBTYPE=\"").append(tipo->subtipo).append("\"");
-    if (def.Required) salida += " required=\"true\"";
-    // The width of Unicode text counts bytes.
-    if (def.Size > 0) {
-      const long long ancho = tipo->tipo == "string.uni" ? 2LL * def.Size : def.Size;
-      salida.append(" WIDTH=\"").append(std::to_string(ancho)).append("\"");
-    }
-    salida += "/>\n";
+    salida += ">\n";
+    if (anidado) AgregaCampos(salida, def.ChildDefs, propio);
+    salida.append(propio.elementos).append("</FIELD>\n");
   }
   salida += "</FIELDS>\n";
 }
@@ -215,8 +186,10 @@ std::string TClientDataSet::SaveToXML() const {
   std::string salida =
       "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n<DATAPACKET "
       "Version=\"2.0\">\n<METADATA>\n";
-  AgregaCampos(salida, estado_->defs);
-  salida += "<PARAMS/>\n</METADATA>\n<ROWDATA>\n";
+  const Resto& resto = estado_->resto;
+  AgregaCampos(salida, estado_->defs, resto);
+  salida.append(resto.elementos.empty() ? "<PARAMS/>\n" : resto.elementos);
+  salida += "</METADATA>\n<ROWDATA>\n";
   AgregaFilas(salida, *estado_, "ROW");
   salida += "</ROWDATA>\n</DATAPACKET>\n";
   return salida;

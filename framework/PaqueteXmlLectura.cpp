@@ -3,17 +3,16 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
-#include <cstring>
 #include <limits>
-#include <pugixml.hpp>
+#include <map>
+#include <memory>
 #include <string>
-#include <type_traits>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include "framework/Columnas.h"
 #include "framework/Excepciones.h"
+#include "framework/LectorXml.h"
 #include "framework/Numeros.h"
 #include "framework/Xml.h"
 
@@ -61,20 +60,28 @@ struct Entradas {
   /// The attribute (or nested element) that holds each in a row; the levels within it.
   std::vector<std::string> atributos;
   std::vector<Entradas> hijas;
-  std::unordered_map<std::string_view, std::size_t> porAtributo;
+  std::map<std::string, std::size_t, std::less<>> porAtributo;
+  /// Field of each attribute, by the number that the reader gives its name; kPorBuscar where not looked up.
+  std::vector<std::size_t> porNumero;
+  static constexpr std::size_t kPorBuscar = std::numeric_limits<std::size_t>::max();
 
-  /// Index of the field of that attribute, looked for from `esperado` on; the number of fields when there is
-  /// none.
-  std::size_t Busca(const char* atributo, std::size_t esperado) const {
-    if (esperado < atributos.size() && std::strcmp(atributos[esperado].c_str(), atributo) == 0)
-      return esperado;
+  /// Index of the field of that attribute or element; the number of fields when there is none.
+  std::size_t Busca(std::string_view atributo) const {
     const auto it = porAtributo.find(atributo);
     return it == porAtributo.end() ? atributos.size() : it->second;
   }
+  std::size_t Busca(const xml::Atributo& atributo) {
+    if (atributo.numero >= porNumero.size()) porNumero.resize(atributo.numero + 1, kPorBuscar);
+    std::size_t& campo = porNumero[atributo.numero];
+    if (campo == kPorBuscar) campo = Busca(atributo.nombre);
+    return campo;
+  }
 };
 
-// The views in it must not dangle when a list of levels grows.
-static_assert(std::is_nothrow_move_constructible_v<Entradas>);
+// Parameters that speak of the change log: its entries are positions of rows, and only live rows are kept.
+bool EsDelRegistroDeCambios(std::string_view parametro) noexcept {
+  return parametro == "CHANGE_LOG" || parametro == "DATASET_DELTA";
+}
 
 // Reads `cuenta` digits from the front of the text.
 bool LeeCifras(std::string_view& texto, std::size_t cuenta, int& valor) noexcept {
@@ -124,21 +131,6 @@ bool LeeMomento(TFieldType tipo, std::string_view texto, TDateTime& momento) noe
   return true;
 }
 
-// Length of the beginning of a text that has no control characters, by words of eight bytes.
-std::size_t LargoSinControles(std::string_view texto) noexcept {
-  constexpr std::uint64_t kAltos = 0x8080808080808080U;
-  constexpr std::uint64_t kBlancos = 0x2020202020202020U;
-  std::size_t i = 0;
-  for (; i + sizeof(std::uint64_t) <= texto.size(); i += sizeof(std::uint64_t)) {
-    std::uint64_t ocho = 0;
-    std::memcpy(&ocho, texto.data() + i, sizeof ocho);
-    // A byte below a blank borrows into its high bit, and has none of its own.
-    if (((ocho - kBlancos) & ~ocho & kAltos) != 0) break;
-  }
-  while (i < texto.size() && static_cast<unsigned char>(texto[i]) >= 0x20) ++i;
-  return i;
-}
-
 bool IgualaAscii(std::string_view a, std::string_view mayusculas) noexcept {
   return std::equal(a.begin(), a.end(), mayusculas.begin(), mayusculas.end(),
                     [](char x, char y) { return (x >= 'a' && x <= 'z' ? x - 32 : x) == y; });
@@ -184,293 +176,311 @@ bool PonAtributo(Columna& columna, std::size_t registro, std::string_view texto)
   return true;
 }
 
-// Place of a control character, or of a reference to a character, that XML does not have, both of which the
-// parser lets pass; npos when there is none.
-std::size_t LugarDeCaracterAjeno(std::string_view texto) noexcept {
-  for (std::size_t i = 0; i < texto.size(); ++i) {
-    i += LargoSinControles(texto.substr(i));
-    if (i < texto.size() && !xml::EsCaracter(static_cast<unsigned char>(texto[i]))) return i;
-  }
-  // U+FFFE and U+FFFF, which are no characters.
-  for (std::size_t i = texto.find("\xEF\xBF"); i != texto.npos; i = texto.find("\xEF\xBF", i + 2)) {
-    if (static_cast<unsigned char>(texto[i + 2]) >= 0xBE) return i;
-  }
-  for (std::size_t i = texto.find("&#"); i != texto.npos; i = texto.find("&#", i + 2)) {
-    std::string_view numero = texto.substr(i + 2, texto.find(';', i) - i - 2);
-    const int base = LeeCaracter(numero, 'x') ? 16 : 10;
-    std::uint32_t codigo = 0;
-    const auto r = std::from_chars(numero.data(), numero.data() + numero.size(), codigo, base);
-    if (r.ec != std::errc() || r.ptr != numero.data() + numero.size() || !xml::EsCaracter(codigo)) return i;
-  }
-  return texto.npos;
+// Begins every message: "Empresas.xml, línea 4: ".
+UnicodeString EnLinea(std::u16string_view nombre, std::string_view texto, std::size_t lugar) {
+  const auto linea = static_cast<std::int64_t>(xml::Linea(texto, lugar));
+  return UnicodeString(nombre).append(u", línea ").append(IntToStr(linea)).append(u": ");
 }
 
-/// The document while it is read; knows how to say where something is wrong.
-class Lector {
+using Suceso = xml::LectorXml::Suceso;
+
+/// The packet while it is read; knows how to say where something is wrong.
+class LectorPaquete {
  public:
-  Lector(std::string_view bytes, std::u16string_view nombre)
-      : nombre_(nombre), convertido_(Convierte(bytes)), texto_(convertido_.empty() ? bytes : convertido_) {
-    if (!IsUTF8(texto_)) Falla(u"el texto no es UTF-8 válido", LugarDeByteMalo());
-    if (const std::size_t malo = LugarDeCaracterAjeno(texto_); malo != texto_.npos) {
-      Falla(u"no es un documento XML válido (carácter no admitido)", static_cast<std::ptrdiff_t>(malo));
-    }
-    // As a fragment, so that what stands outside the root shows.
-    const pugi::xml_parse_result r = documento_.load_buffer(
-        texto_.data(), texto_.size(), pugi::parse_default | pugi::parse_fragment, pugi::encoding_utf8);
-    if (!r)
-      Falla(u"no es un documento XML válido (" + UnicodeString(xml::Descripcion(r.status)) + u")", r.offset);
-  }
+  LectorPaquete(std::string_view texto, std::u16string_view nombre)
+      : nombre_(nombre), texto_(texto), xml_(texto) {}
 
   std::unique_ptr<Estado> Lee() {
-    const pugi::xml_node raiz = documento_.first_child();
-    if (!raiz) Falla(u"no es un documento XML válido (no tiene elementos)", 0);
-    if (raiz.next_sibling()) Falla(u"no es un documento XML válido (sobra contenido)", raiz.next_sibling());
-    if (std::strcmp(raiz.name(), "DATAPACKET") != 0) Falla(u"falta el elemento DATAPACKET", raiz);
-    if (std::strcmp(raiz.attribute("Version").value(), "2.0") != 0) {
-      Falla(u"la versión del paquete no es 2.0", raiz);
-    }
-    const pugi::xml_node campos = Unico(Unico(raiz, "METADATA"), "FIELDS");
-    const pugi::xml_node filas = Unico(raiz, "ROWDATA");
+    xml_.Siguiente();
+    if (xml_.Nombre() != "DATAPACKET") Falla(u"falta el elemento DATAPACKET");
+    if (Atributo("Version") != "2.0") Falla(u"la versión del paquete no es 2.0");
+    const std::size_t raiz = xml_.Lugar();
+    std::unique_ptr<Estado> estado;
     Entradas entradas;
-    std::unique_ptr<Estado> estado = CreaEstado(LeeCampos(campos, entradas, 1), campos);
-    LeeFilas(*estado, entradas, filas, "ROW");
+    bool conFilas = false;
+    while (SiguienteHijo()) {
+      if (xml_.Nombre() == "METADATA") {
+        if (estado != nullptr) FallaRepetido();
+        estado = LeeMetadatos(entradas);
+      } else if (xml_.Nombre() == "ROWDATA") {
+        if (conFilas) FallaRepetido();
+        // Rows mean nothing before their fields are known.
+        if (estado == nullptr) FallaFalta("METADATA", xml_.Lugar());
+        LeeFilas(*estado, entradas, "ROW", xml_.Siguiente(), true);
+        conFilas = true;
+      } else {
+        Salta();
+      }
+    }
+    if (estado == nullptr) FallaFalta("METADATA", raiz);
+    if (!conFilas) FallaFalta("ROWDATA", raiz);
+    // What follows the packet must be as good as the packet.
+    while (xml_.Siguiente() != Suceso::Fin) continue;
     return estado;
   }
 
  private:
-  [[noreturn]] void Falla(const UnicodeString& que, std::ptrdiff_t lugar) const {
-    const auto fin =
-        texto_.begin() + std::clamp<std::ptrdiff_t>(lugar, 0, static_cast<std::ptrdiff_t>(texto_.size()));
-    const auto linea = std::count(texto_.begin(), fin, '\n') + 1;
-    throw EDatabaseError(nombre_ + u", línea " + IntToStr(linea) + u": " + que);
+  [[noreturn]] void Falla(const UnicodeString& que) const { Falla(que, xml_.Lugar()); }
+  [[noreturn]] void Falla(const UnicodeString& que, std::size_t lugar) const {
+    throw EDatabaseError(EnLinea(nombre_, texto_, lugar) + que);
   }
-  [[noreturn]] void Falla(const UnicodeString& que, pugi::xml_node nodo) const {
-    Falla(que, nodo.offset_debug());
+  [[noreturn]] void FallaFalta(std::string_view elemento, std::size_t lugar) const {
+    Falla(u"falta el elemento " + UTF8ToString(elemento), lugar);
   }
-
-  // The one child of that name.
-  pugi::xml_node Unico(pugi::xml_node padre, const char* nombre) const {
-    const pugi::xml_node hijo = padre.child(nombre);
-    if (!hijo) Falla(u"falta el elemento " + UTF8ToString(nombre), padre);
-    if (hijo.next_sibling(nombre)) {
-      Falla(u"el elemento " + UTF8ToString(nombre) + u" está repetido", hijo.next_sibling(nombre));
-    }
-    return hijo;
+  [[noreturn]] void FallaRepetido() const {
+    Falla(u"el elemento " + UTF8ToString(xml_.Nombre()) + u" está repetido");
   }
 
-  // The packet converted to UTF-8 from UTF-16 with a mark or from ISO 8859-1; empty when it needs no
-  // conversion.
-  std::string Convierte(std::string_view bytes) const {
-    if (bytes.substr(0, 2) == "\xFF\xFE" || bytes.substr(0, 2) == "\xFE\xFF") return DeUtf16(bytes);
-    const std::string_view declaracion = bytes.substr(0, bytes.find("?>"));
-    const std::size_t lugar =
-        declaracion.substr(0, 5) == "<?xml" ? declaracion.find("encoding=") : bytes.npos;
-    if (lugar == bytes.npos) return {};
-    std::string_view resto = declaracion.substr(lugar + 9);
-    const char comilla = resto.empty() ? '"' : resto.front();
-    resto.remove_prefix(std::min<std::size_t>(1, resto.size()));
-    const std::string_view codificacion = resto.substr(0, resto.find(comilla));
-    if (IgualaAscii(codificacion, "UTF-8") || IgualaAscii(codificacion, "US-ASCII")) return {};
-    if (!IgualaAscii(codificacion, "ISO-8859-1")) {
-      throw EDatabaseError(nombre_ + u", línea 1: la codificación '" + UTF8ToString(codificacion) +
-                           u"' no se admite");
-    }
-    UnicodeString ancho;
-    // Each byte of ISO 8859-1 is the code point of the same number.
-    for (const char c : bytes) ancho.push_back(static_cast<unsigned char>(c));
-    return UTF8Encode(ancho);
+  // Goes on to the next element within the present one; false at its end. Text between elements says nothing.
+  bool SiguienteHijo() {
+    Suceso suceso = xml_.Siguiente();
+    while (suceso == Suceso::Texto) suceso = xml_.Siguiente();
+    return suceso == Suceso::Abre;
   }
 
-  std::string DeUtf16(std::string_view bytes) const {
-    const std::size_t bajo = bytes.front() == '\xFF' ? 0 : 1;
-    UnicodeString ancho;
-    for (std::size_t i = 2; i + 1 < bytes.size(); i += 2) {
-      const auto b = [&](std::size_t k) {
-        return static_cast<unsigned>(static_cast<unsigned char>(bytes[i + k]));
-      };
-      ancho.push_back(static_cast<char16_t>(b(bajo) | b(1 - bajo) << 8));
-    }
-    std::string utf8 = UTF8Encode(ancho);
-    if (UTF8ToString(utf8) != ancho)
-      throw EDatabaseError(nombre_ + u", línea 1: el texto no es UTF-16 válido");
-    return utf8;
+  void Salta() {
+    while (SiguienteHijo()) Salta();
   }
 
-  std::ptrdiff_t LugarDeByteMalo() const {
-    // The longest good beginning, found by halves.
-    std::size_t bueno = 0;
-    std::size_t malo = texto_.size();
-    while (malo - bueno > 4) {
-      const std::size_t medio = bueno + (malo - bueno) / 2;
-      std::size_t corte = medio;
-      while (corte > bueno && (static_cast<unsigned char>(texto_[corte]) & 0xC0) == 0x80) --corte;
-      if (corte > bueno && IsUTF8(texto_.substr(bueno, corte - bueno))) {
-        bueno = corte;
-      } else {
-        malo = medio;
+  // Text of an attribute of the element at hand; "" when there is none.
+  std::string_view Atributo(std::string_view nombre) const {
+    for (const xml::Atributo& a : xml_.Atributos())
+      if (a.nombre == nombre) return a.valor;
+    return {};
+  }
+
+  std::unique_ptr<Estado> LeeMetadatos(Entradas& entradas) {
+    const std::size_t lugar = xml_.Lugar();
+    std::unique_ptr<Estado> estado;
+    Resto resto;
+    while (SiguienteHijo()) {
+      if (xml_.Nombre() != "FIELDS") {
+        Copia(resto.elementos);
+        continue;
+      }
+      if (estado != nullptr) FallaRepetido();
+      const std::size_t lugarCampos = xml_.Lugar();
+      std::vector<TFieldDef> defs = LeeCampos(entradas, resto, 1);
+      try {
+        estado = Estado::Crea(std::move(defs));
+      } catch (const EDatabaseError& e) {
+        Falla(e.Message(), lugarCampos);
       }
     }
-    return static_cast<std::ptrdiff_t>(bueno);
+    if (estado == nullptr) FallaFalta("FIELDS", lugar);
+    estado->resto = std::move(resto);
+    return estado;
   }
 
-  std::unique_ptr<Estado> CreaEstado(std::vector<TFieldDef> defs, pugi::xml_node campos) const {
-    try {
-      return Estado::Crea(std::move(defs));
-    } catch (const EDatabaseError& e) {
-      Falla(e.Message(), campos);
+  // Appends the element at hand, with all that it holds, as XML.
+  void Copia(std::string& salida) {
+    const std::string nombre(xml_.Nombre());
+    if (nombre == "PARAM" && EsDelRegistroDeCambios(Atributo("Name"))) return Salta();
+    salida.append("<").append(nombre);
+    for (const xml::Atributo& a : xml_.Atributos()) {
+      if (nombre != "PARAMS" || !EsDelRegistroDeCambios(a.nombre))
+        xml::AgregaAtributo(salida, a.nombre, a.valor);
+    }
+    salida += '>';
+    const std::size_t contenido = salida.size();
+    for (Suceso suceso = xml_.Siguiente(); suceso != Suceso::Cierra; suceso = xml_.Siguiente()) {
+      if (suceso == Suceso::Texto) {
+        xml::AgregaEscapado(salida, xml_.Texto());
+      } else {
+        Copia(salida);
+      }
+    }
+    if (salida.size() == contenido) {
+      salida.replace(contenido - 1, 1, "/>\n");
+    } else {
+      salida.append("</").append(nombre).append(">\n");
     }
   }
 
-  std::vector<TFieldDef> LeeCampos(pugi::xml_node campos, Entradas& entradas, int nivel) const {
+  std::vector<TFieldDef> LeeCampos(Entradas& entradas, Resto& resto, int nivel) {
+    const std::size_t lugar = xml_.Lugar();
     std::vector<TFieldDef> defs;
-    for (const pugi::xml_node nodo : campos.children()) {
-      if (std::strcmp(nodo.name(), "FIELD") != 0) Falla(u"elemento desconocido en FIELDS", nodo);
-      TFieldDef def;
-      Entradas hijas;
-      std::string atributo = nodo.attribute("attrname").value();
-      // A name that is no XML name stands in "fieldname", and "attrname" is its stand-in for the rows.
-      const pugi::xml_attribute propio = nodo.attribute("fieldname");
-      def.Name = UTF8ToString(propio ? propio.value() : atributo.c_str());
-      def.Required = IgualaAscii(nodo.attribute("required").value(), "TRUE");
-      const std::string_view tipo = nodo.attribute("fieldtype").value();
-      if (tipo == kTipoAnidado) {
-        if (nivel == kNivelesMaximos) Falla(u"hay demasiados niveles de campos anidados", nodo);
-        def.DataType = TFieldType::ftDataSet;
-        def.ChildDefs = LeeCampos(nodo.child("FIELDS"), hijas, nivel + 1);
-      } else {
-        def.DataType = LeeTipo(nodo, tipo, def.Name);
-        def.Size = LeeAncho(nodo, def);
-      }
-      defs.push_back(std::move(def));
-      entradas.atributos.push_back(std::move(atributo));
-      entradas.hijas.push_back(std::move(hijas));
+    for (Suceso suceso = xml_.Siguiente(); suceso != Suceso::Cierra; suceso = xml_.Siguiente()) {
+      if (suceso == Suceso::Texto || xml_.Nombre() != "FIELD") Falla(u"elemento desconocido en FIELDS");
+      LeeCampo(defs.emplace_back(), entradas, resto.campos.emplace_back(), nivel);
     }
-    // Views of the texts where they stay.
     for (std::size_t i = 0; i < entradas.atributos.size(); ++i) {
-      if (!entradas.porAtributo.emplace(entradas.atributos[i], i).second) {
-        Falla(u"el atributo '" + UTF8ToString(entradas.atributos[i]) + u"' está repetido", campos);
-      }
+      if (!entradas.porAtributo.emplace(entradas.atributos[i], i).second)
+        Falla(u"el atributo '" + UTF8ToString(entradas.atributos[i]) + u"' está repetido", lugar);
     }
     return defs;
   }
 
-  TFieldType LeeTipo(pugi::xml_node nodo, std::string_view tipo, const UnicodeString& campo) const {
-    const std::string_view subtipo = nodo.attribute("SUBTYPE").value();
-    const TipoPaquete* general = nullptr;
-    for (std::size_t i = 0; i < kCuantosTiposPaquete; ++i) {
-      const TipoPaquete& t = kTiposPaquete[i];
-      if (t.tipo != tipo) continue;
-      if (t.subtipo == subtipo) return t.campo;
-      if (t.subtipo.empty()) general = &t;
+  void LeeCampo(TFieldDef& def, Entradas& entradas, Resto& resto, int nivel) {
+    const std::string_view atributo = Atributo("attrname");
+    // A name that is no XML name stands in "fieldname", and "attrname" is its stand-in for the rows.
+    const std::string_view propio = Atributo("fieldname");
+    def.Name = UTF8ToString(propio.empty() ? atributo : propio);
+    def.Required = IgualaAscii(Atributo("required"), "TRUE");
+    const bool anidado = Atributo("fieldtype") == kTipoAnidado;
+    if (anidado && nivel == kNivelesMaximos) Falla(u"hay demasiados niveles de campos anidados");
+    std::vector<std::string_view> usados{"attrname", "fieldname", "fieldtype", "required"};
+    if (anidado) {
+      def.DataType = TFieldType::ftDataSet;
+    } else {
+      LeeTipo(def, usados);
     }
-    // A subtype that this reader does not know refines a type that it does.
-    if (general != nullptr) return general->campo;
-    Falla(u"el campo '" + campo + u"' es de un tipo desconocido (" + UTF8ToString(tipo) + u" " +
-              UTF8ToString(subtipo) + u")",
-          nodo);
+    for (const xml::Atributo& a : xml_.Atributos()) {
+      if (std::find(usados.begin(), usados.end(), a.nombre) == usados.end())
+        xml::AgregaAtributo(resto.atributos, a.nombre, a.valor);
+    }
+    entradas.atributos.emplace_back(atributo);
+    Entradas hijas;
+    bool conCampos = false;
+    while (SiguienteHijo()) {
+      if (!anidado || xml_.Nombre() != "FIELDS") {
+        Copia(resto.elementos);
+        continue;
+      }
+      if (conCampos) FallaRepetido();
+      conCampos = true;
+      def.ChildDefs = LeeCampos(hijas, resto, nivel + 1);
+    }
+    entradas.hijas.push_back(std::move(hijas));
   }
 
-  int LeeAncho(pugi::xml_node nodo, const TFieldDef& def) const {
+  // Type and size of a field that is not nested; adds to `usados` the attributes that they say all of.
+  void LeeTipo(TFieldDef& def, std::vector<std::string_view>& usados) const {
+    const std::string_view tipo = Atributo("fieldtype");
+    const std::string_view subtipo = Atributo("SUBTYPE");
+    const TipoPaquete* elegido = nullptr;
+    for (std::size_t i = 0; i < kCuantosTiposPaquete; ++i) {
+      const TipoPaquete& t = kTiposPaquete[i];
+      // A subtype that this reader does not know refines a type that it does.
+      if (t.tipo == tipo && (t.subtipo == subtipo || t.subtipo.empty())) elegido = &t;
+      if (t.tipo == tipo && t.subtipo == subtipo) break;
+    }
+    if (elegido == nullptr) {
+      Falla(u"el campo '" + def.Name + u"' es de un tipo desconocido (" + UTF8ToString(tipo) + u" " +
+            UTF8ToString(subtipo) + u")");
+    }
+    def.DataType = elegido->campo;
+    if (elegido->subtipo == subtipo) usados.push_back("SUBTYPE");
     Clase clase = Clase::Texto;
     ClaseDe(def.DataType, clase);
     const bool memo = def.DataType == TFieldType::ftMemo || def.DataType == TFieldType::ftWideMemo ||
                       def.DataType == TFieldType::ftFmtMemo;
-    const std::string_view ancho = nodo.attribute("WIDTH").value();
     // Numbers and memos carry a width too, which limits nothing.
-    if (clase != Clase::Texto || memo || ancho.empty()) return 0;
+    if (clase != Clase::Texto || memo) return;
+    usados.push_back("WIDTH");
+    def.Size = LeeAncho(def);
+  }
+
+  int LeeAncho(const TFieldDef& def) const {
+    const std::string_view ancho = Atributo("WIDTH");
+    if (ancho.empty()) return 0;
     long long valor = 0;
     const auto r = std::from_chars(ancho.data(), ancho.data() + ancho.size(), valor);
-    if (r.ec != std::errc() || r.ptr != ancho.data() + ancho.size() || valor < 0) {
-      Falla(u"el ancho del campo '" + def.Name + u"' no es válido", nodo);
-    }
+    if (r.ec != std::errc() || r.ptr != ancho.data() + ancho.size() || valor < 0)
+      Falla(u"el ancho del campo '" + def.Name + u"' no es válido");
     // The width of Unicode text counts bytes.
-    const bool enBytes = std::string_view(nodo.attribute("fieldtype").value()) == "string.uni";
+    const bool enBytes = Atributo("fieldtype") == "string.uni";
     constexpr long long kMaximo = std::numeric_limits<int>::max();
     return static_cast<int>(std::min(enBytes ? valor / 2 + valor % 2 : valor, kMaximo));
   }
 
   // Whether a row with this state is a record.
-  bool EstaViva(pugi::xml_node fila, std::string_view estadoFila) const {
+  bool EstaViva(std::string_view estadoFila) const {
     int bits = 0;
     const auto r = std::from_chars(estadoFila.data(), estadoFila.data() + estadoFila.size(), bits);
     if (r.ec != std::errc() || r.ptr != estadoFila.data() + estadoFila.size() || bits < 0) {
-      Falla(u"el RowState no es un número", fila);
+      Falla(u"el RowState no es un número");
     }
     return (bits & (kFilaSuperada | kFilaBorrada)) == 0;
   }
 
-  void LeeFilas(Estado& estado, const Entradas& entradas, pugi::xml_node contenedor,
-                const std::string& nombreFila) const {
-    std::size_t filas = 0;
-    for (const pugi::xml_node fila : contenedor.children()) {
-      if (fila.name() != nombreFila) {
-        Falla(u"elemento desconocido entre las filas: " + UTF8ToString(fila.name()), fila);
-      }
-      ++filas;
-    }
-    estado.Dimensiona(filas);
+  // How many records to make room for when `leidas` of them have filled it: what the text promises by what
+  // it took so far, within bounds that keep a text that deceives cheap.
+  std::size_t Sitio(std::size_t leidas, std::size_t desde, bool raiz) const {
+    constexpr std::size_t kMinimo = 4;
+    if (!raiz || leidas == 0) return std::max(kMinimo, 2 * leidas);
+    const double porFila = static_cast<double>(xml_.Lugar() - desde) / static_cast<double>(leidas);
+    const double total = static_cast<double>(texto_.size() - desde) / porFila * 1.02;
+    return std::clamp(static_cast<std::size_t>(total) + kMinimo, leidas + leidas / 4 + kMinimo, 8 * leidas);
+  }
+
+  // The rows of the element that was opened, of which `suceso` is the first event.
+  void LeeFilas(Estado& estado, Entradas& entradas, const std::string& nombreFila, Suceso suceso, bool raiz) {
+    constexpr std::size_t kTanda = 256;
+    const std::size_t desde = xml_.Lugar();
+    std::size_t sitio = 0;
     std::size_t registro = 0;
-    for (const pugi::xml_node fila : contenedor.children()) {
-      if (!LeeAtributos(estado, entradas, fila, registro)) continue;
-      for (const pugi::xml_node hijo : fila.children()) LeeAnidado(estado, entradas, hijo, registro);
-      ++registro;
+    for (; suceso != Suceso::Cierra; suceso = xml_.Siguiente()) {
+      if (suceso == Suceso::Texto) Falla(u"hay texto entre las filas");
+      if (xml_.Nombre() != nombreFila)
+        Falla(u"elemento desconocido entre las filas: " + UTF8ToString(xml_.Nombre()));
+      if (registro == sitio) estado.Reserva(sitio = Sitio(registro, desde, raiz));
+      if (registro == estado.registros) estado.Dimensiona(std::min(sitio, registro + kTanda));
+      const bool viva = LeeAtributos(estado, entradas, registro);
+      for (suceso = xml_.Siguiente(); suceso != Suceso::Cierra; suceso = xml_.Siguiente()) {
+        if (suceso == Suceso::Texto) Falla(u"hay texto en una fila");
+        if (viva) {
+          LeeAnidado(estado, entradas, registro);
+        } else {
+          Salta();
+        }
+      }
+      if (viva) ++registro;
     }
     estado.Dimensiona(registro);
     estado.AlPrincipio();
   }
 
   // False for a row that is no record; its place is then as it was.
-  bool LeeAtributos(Estado& estado, const Entradas& entradas, pugi::xml_node fila,
-                    std::size_t registro) const {
+  bool LeeAtributos(Estado& estado, Entradas& entradas, std::size_t registro) const {
     bool viva = true;
-    // Rows name their attributes in the order of the fields.
-    std::size_t esperado = 0;
-    for (pugi::xml_attribute atributo = fila.first_attribute(); atributo;
-         atributo = atributo.next_attribute()) {
-      const std::size_t campo = entradas.Busca(atributo.name(), esperado);
+    for (const xml::Atributo& atributo : xml_.Atributos()) {
+      const std::size_t campo = entradas.Busca(atributo);
       if (campo == entradas.atributos.size()) {
-        const std::string_view nombre = atributo.name();
-        if (nombre != "RowState")
-          Falla(u"la fila tiene un campo desconocido: '" + UTF8ToString(nombre) + u"'", fila);
-        viva = EstaViva(fila, atributo.value());
+        if (atributo.nombre != kEstadoFila)
+          Falla(u"la fila tiene un campo desconocido: '" + UTF8ToString(atributo.nombre) + u"'");
+        viva = EstaViva(atributo.valor);
         continue;
       }
       Columna& columna = estado.ColumnaDe(campo);
-      if (columna.conValor[registro] != 0) Falla(u"el campo '" + columna.def.Name + u"' está repetido", fila);
-      if (!PonAtributo(columna, registro, atributo.value())) {
+      if (!PonAtributo(columna, registro, atributo.valor)) {
         Falla(u"el valor del campo '" + columna.def.Name + u"' no corresponde a su tipo: '" +
-                  UTF8ToString(atributo.value()).substr(0, 80) + u"'",
-              fila);
+              UTF8ToString(atributo.valor).substr(0, 80) + u"'");
       }
-      esperado = campo + 1;
     }
     for (std::size_t i = 0; !viva && i < entradas.atributos.size(); ++i) estado.ColumnaDe(i).Anula(registro);
     return viva;
   }
 
-  void LeeAnidado(Estado& estado, const Entradas& entradas, pugi::xml_node hijo, std::size_t registro) const {
-    const std::size_t indice = entradas.Busca(hijo.name(), 0);
-    if (indice == entradas.atributos.size() || estado.ColumnaDe(indice).clase != Clase::Anidado) {
-      Falla(u"la fila tiene un elemento desconocido: '" + UTF8ToString(hijo.name()) + u"'", hijo);
-    }
+  void LeeAnidado(Estado& estado, Entradas& entradas, std::size_t registro) {
+    const std::size_t indice = entradas.Busca(xml_.Nombre());
+    if (indice == entradas.atributos.size() || estado.ColumnaDe(indice).clase != Clase::Anidado)
+      Falla(u"la fila tiene un elemento desconocido: '" + UTF8ToString(xml_.Nombre()) + u"'");
+    const Suceso primero = xml_.Siguiente();
     // An empty one needs no data set.
-    if (!hijo.first_child()) return;
+    if (primero == Suceso::Cierra) return;
     Estado& anidado = Estado::De(estado.ColumnaDe(indice).Anidado(registro));
     if (anidado.registros != 0)
-      Falla(u"el elemento '" + UTF8ToString(hijo.name()) + u"' está repetido", hijo);
-    LeeFilas(anidado, entradas.hijas[indice], hijo, "ROW" + entradas.atributos[indice]);
+      Falla(u"el elemento '" + UTF8ToString(entradas.atributos[indice]) + u"' está repetido");
+    LeeFilas(anidado, entradas.hijas[indice], "ROW" + entradas.atributos[indice], primero, false);
   }
 
   UnicodeString nombre_;
-  std::string convertido_;
   std::string_view texto_;
-  pugi::xml_document documento_;
+  xml::LectorXml xml_;
 };
 
 }  // namespace
 
 std::unique_ptr<Estado> LeePaquete(std::string_view bytes, std::u16string_view nombre) {
-  return Lector(bytes, nombre).Lee();
+  std::string convertido;
+  std::string_view texto = bytes;
+  try {
+    texto = xml::EnUtf8(bytes, convertido);
+    return LectorPaquete(texto, nombre).Lee();
+  } catch (const xml::ErrorXml& e) {
+    throw EDatabaseError(EnLinea(nombre, texto, e.Lugar()) + e.Message());
+  }
 }
 
 }  // namespace vel::conjunto

@@ -54,6 +54,10 @@ void Estado::Dimensiona(std::size_t nuevos) {
   registros = nuevos;
 }
 
+void Estado::Reserva(std::size_t cuantos) {
+  for (std::size_t i = 0; i < campos.size(); ++i) ColumnaDe(i).Reserva(cuantos);
+}
+
 void Estado::AlPrincipio() noexcept {
   actual = 0;
   bof = true;
@@ -248,6 +252,7 @@ void TClientDataSet::AssignData(const TClientDataSet& otro) {
   if (this == &otro) return First();
   TClientDataSet copia;
   copia.CreateDataSet(otro.FieldDefs());
+  copia.estado_->resto = otro.estado_->resto;
   copia.AppendData(otro);
   *this = std::move(copia);
   First();

@@ -137,17 +137,21 @@ class UTILVEL90_EXPORT TClientDataSet : public TObject {
   /// Drops all records; the fields stay.
   void EmptyDataSet();
 
-  /// Replaces fields and records by a copy of the other's; First.
+  /// Replaces fields and records by a copy of the other's, with all else that its packet held; First.
   void AssignData(const TClientDataSet& otro);
   /// Appends copies of the other's records, fields matched by name; a data set without fields takes the
   /// other's. A field that is missing here raises EDatabaseError and nothing is appended. Other fields are
   /// null.
   void AppendData(const TClientDataSet& otro);
 
-  /// Replaces fields and records by those of an XML data packet (version 2.0). `nombre` names the source in
-  /// messages. Raises EDatabaseError with source, line and field; the data set is then as it was.
+  /// Replaces fields and records by those of an XML data packet (version 2.0) in UTF-8, UTF-16 with a
+  /// byte-order mark, or the ISO-8859-1 or windows-1252 that it declares. `nombre` names the source in
+  /// messages. What is no XML, declares a document type, or is no such packet raises EDatabaseError with
+  /// source, line and field; the data set is then as it was.
   void LoadFromXML(std::string_view bytes, std::u16string_view nombre);
-  /// The records as an XML data packet in UTF-8, without change log. Raises EDatabaseError, naming the
+  /// The records as an XML data packet in UTF-8, without change log. What a loaded packet held besides
+  /// (parameters, width and decimals of numbers, attributes and elements of other programs in its
+  /// definitions) is written back. Raises EDatabaseError, naming the
   /// field, for a value that XML cannot hold (a control character in a text, a number that is not finite).
   std::string SaveToXML() const;
 

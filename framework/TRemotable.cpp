@@ -2,9 +2,12 @@
 
 #include <array>
 #include <charconv>
-#include <pugixml.hpp>
+#include <iterator>
+#include <vector>
 
 #include "framework/Excepciones.h"
+#include "framework/LectorXml.h"
+#include "framework/Numeros.h"
 #include "framework/Xml.h"
 
 namespace vel {
@@ -22,35 +25,76 @@ int Siguiente(int nivel, std::u16string_view nombre) {
   return nivel + 1;
 }
 
-// Values of attributes. XML cannot hold NUL, and UTF-8 no half of a surrogate pair: such texts stand as the
-// hexadecimal digits of their code units in an attribute of another name.
-constexpr const char* kTexto = "v";
-constexpr const char* kHexadecimal = "hex";
+// Values of attributes. A text with what XML has no character for (NUL, most control characters, U+FFFE,
+// half of a surrogate pair) stands as the hexadecimal digits of its code units in an attribute of another
+// name.
+constexpr std::string_view kTexto = "v";
+constexpr std::string_view kHexadecimal = "hex";
+constexpr std::string_view kTipo = "tipo";
+constexpr std::string_view kNulo = "nulo";
+constexpr std::string_view kElemento = "elemento";
+
+/// An element of a document, with all that it holds: properties are asked for by name, in the class's order.
+struct Nodo {
+  std::string nombre;
+  std::vector<std::pair<std::string, std::string>> atributos;
+  std::vector<Nodo> hijos;
+
+  /// Null when there is none of that name.
+  const std::string* Atributo(std::string_view buscado) const {
+    for (const auto& [n, valor] : atributos)
+      if (n == buscado) return &valor;
+    return nullptr;
+  }
+  std::string_view Valor(std::string_view buscado) const {
+    const std::string* const valor = Atributo(buscado);
+    return valor == nullptr ? std::string_view() : *valor;
+  }
+  Nodo& Agrega(std::string_view nuevo) { return hijos.emplace_back(Nodo{std::string(nuevo), {}, {}}); }
+  void Pon(std::string_view atributo, std::string_view valor) { atributos.emplace_back(atributo, valor); }
+};
+
+void EscribeNodo(std::string& salida, const Nodo& nodo) {
+  salida.append("<").append(nodo.nombre);
+  for (const auto& [nombre, valor] : nodo.atributos) xml::AgregaAtributo(salida, nombre, valor);
+  if (nodo.hijos.empty()) {
+    salida += "/>";
+    return;
+  }
+  salida += '>';
+  for (const Nodo& hijo : nodo.hijos) EscribeNodo(salida, hijo);
+  salida.append("</").append(nodo.nombre).append(">");
+}
+
+// The element that the reader has just opened, to its end.
+Nodo LeeNodo(xml::LectorXml& lector) {
+  using Suceso = xml::LectorXml::Suceso;
+  Nodo nodo{std::string(lector.Nombre()), {}, {}};
+  for (const xml::Atributo& a : lector.Atributos()) nodo.Pon(a.nombre, a.valor);
+  for (Suceso suceso = lector.Siguiente(); suceso != Suceso::Cierra; suceso = lector.Siguiente()) {
+    if (suceso == Suceso::Texto) throw xml::ErrorXml(u"tiene texto fuera de los atributos", lector.Lugar());
+    nodo.hijos.push_back(LeeNodo(lector));
+  }
+  return nodo;
+}
 
 constexpr const char* kTipos[] = {"vacio", "nulo",     "entero", "entero64", "doble",
                                   "fecha", "booleano", "texto",  "arreglo"};
 
-bool SobreviveEnXml(const UnicodeString& texto) {
-  return texto.find(u'\0') == UnicodeString::npos && UTF8ToString(UTF8Encode(texto)) == texto;
-}
-
-void PonTexto(pugi::xml_node nodo, const UnicodeString& texto) {
-  if (SobreviveEnXml(texto)) {
-    nodo.append_attribute(kTexto) = UTF8Encode(texto).c_str();
-    return;
-  }
+void PonTexto(Nodo& nodo, const UnicodeString& texto) {
+  if (xml::CabeEnXml(texto)) return nodo.Pon(kTexto, UTF8Encode(texto));
   constexpr char kCifras[] = "0123456789abcdef";
   std::string hex;
   for (const char16_t c : texto) {
     for (int corrimiento = 12; corrimiento >= 0; corrimiento -= 4)
       hex.push_back(kCifras[(c >> corrimiento) & 0xF]);
   }
-  nodo.append_attribute(kHexadecimal) = hex.c_str();
+  nodo.Pon(kHexadecimal, hex);
 }
 
-UnicodeString LeeTexto(pugi::xml_node nodo, std::u16string_view nombre) {
-  if (const pugi::xml_attribute atributo = nodo.attribute(kTexto)) return UTF8ToString(atributo.value());
-  const std::string_view hex = nodo.attribute(kHexadecimal).value();
+UnicodeString LeeTexto(const Nodo& nodo, std::u16string_view nombre) {
+  if (const std::string* const valor = nodo.Atributo(kTexto)) return UTF8ToString(*valor);
+  const std::string_view hex = nodo.Valor(kHexadecimal);
   if (hex.empty() || hex.size() % 4 != 0) Falla(u"Falta el texto de la propiedad", nombre);
   UnicodeString texto;
   for (std::size_t i = 0; i < hex.size(); i += 4) {
@@ -65,15 +109,15 @@ UnicodeString LeeTexto(pugi::xml_node nodo, std::u16string_view nombre) {
 
 // Numbers travel as their shortest text that reads back to the same value.
 template <typename T>
-void PonNumero(pugi::xml_node nodo, T valor) {
+void PonNumero(Nodo& nodo, T valor) {
   std::array<char, 40> buf;
-  *std::to_chars(buf.data(), buf.data() + buf.size() - 1, valor).ptr = '\0';
-  nodo.append_attribute(kTexto) = buf.data();
+  const char* const fin = std::to_chars(buf.data(), buf.data() + buf.size(), valor).ptr;
+  nodo.Pon(kTexto, {buf.data(), static_cast<std::size_t>(fin - buf.data())});
 }
 
 template <typename T>
-T LeeNumero(pugi::xml_node nodo, std::u16string_view nombre) {
-  const std::string_view texto = nodo.attribute(kTexto).value();
+T LeeNumero(const Nodo& nodo, std::u16string_view nombre) {
+  const std::string_view texto = nodo.Valor(kTexto);
   T valor{};
   const auto r = std::from_chars(texto.data(), texto.data() + texto.size(), valor);
   if (r.ec != std::errc() || r.ptr != texto.data() + texto.size())
@@ -81,8 +125,8 @@ T LeeNumero(pugi::xml_node nodo, std::u16string_view nombre) {
   return valor;
 }
 
-void PonVariante(pugi::xml_node nodo, const Variant& valor, int nivel) {
-  nodo.append_attribute("tipo") = kTipos[static_cast<std::size_t>(valor.GetKind())];
+void PonVariante(Nodo& nodo, const Variant& valor, int nivel) {
+  nodo.Pon(kTipo, kTipos[static_cast<std::size_t>(valor.GetKind())]);
   switch (valor.GetKind()) {
     case Variant::Kind::Empty:
     case Variant::Kind::Null:
@@ -106,13 +150,13 @@ void PonVariante(pugi::xml_node nodo, const Variant& valor, int nivel) {
     case Variant::Kind::Array:
       PonNumero(nodo, valor.AsArray().low);
       for (const Variant& v : valor.AsArray().items)
-        PonVariante(nodo.append_child("elemento"), v, Siguiente(nivel, u"elemento"));
+        PonVariante(nodo.Agrega(kElemento), v, Siguiente(nivel, u"elemento"));
       break;
   }
 }
 
-Variant LeeVariante(pugi::xml_node nodo, std::u16string_view nombre, int nivel) {
-  const std::string_view tipo = nodo.attribute("tipo").value();
+Variant LeeVariante(const Nodo& nodo, std::u16string_view nombre, int nivel) {
+  const std::string_view tipo = nodo.Valor(kTipo);
   std::size_t ordinal = 0;
   while (ordinal < std::size(kTipos) && tipo != kTipos[ordinal]) ++ordinal;
   if (ordinal == std::size(kTipos)) Falla(u"No se conoce el tipo del valor de la propiedad", nombre);
@@ -138,14 +182,14 @@ Variant LeeVariante(pugi::xml_node nodo, std::u16string_view nombre, int nivel) 
   }
   VariantArray arreglo;
   arreglo.low = LeeNumero<int>(nodo, nombre);
-  for (const pugi::xml_node hijo : nodo.children())
+  for (const Nodo& hijo : nodo.hijos)
     arreglo.items.push_back(LeeVariante(hijo, nombre, Siguiente(nivel, nombre)));
   return Variant(std::move(arreglo));
 }
 
 class Escritor final : public VisitantePropiedades {
  public:
-  Escritor(pugi::xml_node nodo, int nivel) : nodo_(nodo), nivel_(nivel) {}
+  Escritor(Nodo& nodo, int nivel) : nodo_(nodo), nivel_(nivel) {}
   void Texto(std::u16string_view nombre, UnicodeString& valor) override { PonTexto(Hijo(nombre), valor); }
   void Booleano(std::u16string_view nombre, bool& valor) override { PonNumero(Hijo(nombre), valor ? 1 : 0); }
   void Entero(std::u16string_view nombre, std::int32_t& valor) override { PonNumero(Hijo(nombre), valor); }
@@ -156,37 +200,37 @@ class Escritor final : public VisitantePropiedades {
     PonVariante(Hijo(nombre), valor, nivel_);
   }
   void Textos(std::u16string_view nombre, std::vector<UnicodeString>& valores) override {
-    pugi::xml_node lista = Hijo(nombre);
-    for (const UnicodeString& valor : valores) PonTexto(lista.append_child("elemento"), valor);
+    Nodo& lista = Hijo(nombre);
+    for (const UnicodeString& valor : valores) PonTexto(lista.Agrega(kElemento), valor);
   }
   void Objeto(std::u16string_view nombre, HuecoRemotable& hueco) override {
     Escribe(Hijo(nombre), nombre, hueco);
   }
   void Objetos(std::u16string_view nombre, ArregloRemotable& arreglo) override {
-    pugi::xml_node lista = Hijo(nombre);
+    Nodo& lista = Hijo(nombre);
     for (std::size_t i = 0; i < arreglo.Cuenta(); ++i) {
-      arreglo.En(i, [&](HuecoRemotable& hueco) { Escribe(lista.append_child("elemento"), nombre, hueco); });
+      arreglo.En(i, [&](HuecoRemotable& hueco) { Escribe(lista.Agrega(kElemento), nombre, hueco); });
     }
   }
 
  private:
-  pugi::xml_node Hijo(std::u16string_view nombre) { return nodo_.append_child(UTF8Encode(nombre).c_str()); }
-  void Escribe(pugi::xml_node nodo, std::u16string_view nombre, const HuecoRemotable& hueco) const {
+  Nodo& Hijo(std::u16string_view nombre) { return nodo_.Agrega(UTF8Encode(nombre)); }
+  void Escribe(Nodo& nodo, std::u16string_view nombre, const HuecoRemotable& hueco) const {
     if (hueco.Objeto() == nullptr) {
-      nodo.append_attribute("nulo") = true;
+      nodo.Pon(kNulo, "true");
       return;
     }
     Escritor escritor(nodo, Siguiente(nivel_, nombre));
     hueco.Objeto()->Propiedades(escritor);
   }
 
-  pugi::xml_node nodo_;
+  Nodo& nodo_;
   int nivel_;
 };
 
 class Lector final : public VisitantePropiedades {
  public:
-  Lector(pugi::xml_node nodo, int nivel) : nodo_(nodo), nivel_(nivel) {}
+  Lector(const Nodo& nodo, int nivel) : nodo_(nodo), nivel_(nivel) {}
   void Texto(std::u16string_view nombre, UnicodeString& valor) override {
     valor = LeeTexto(Hijo(nombre), nombre);
   }
@@ -204,42 +248,33 @@ class Lector final : public VisitantePropiedades {
   }
   void Textos(std::u16string_view nombre, std::vector<UnicodeString>& valores) override {
     valores.clear();
-    for (const pugi::xml_node hijo : Hijo(nombre).children()) valores.push_back(LeeTexto(hijo, nombre));
+    for (const Nodo& hijo : Hijo(nombre).hijos) valores.push_back(LeeTexto(hijo, nombre));
   }
   void Objeto(std::u16string_view nombre, HuecoRemotable& hueco) override {
     Lee(Hijo(nombre), nombre, hueco);
   }
   void Objetos(std::u16string_view nombre, ArregloRemotable& arreglo) override {
-    const auto hijos = Hijo(nombre).children();
-    arreglo.Dimensiona(static_cast<std::size_t>(std::distance(hijos.begin(), hijos.end())));
-    std::size_t i = 0;
-    for (const pugi::xml_node hijo : hijos) {
-      arreglo.En(i++, [&](HuecoRemotable& hueco) { Lee(hijo, nombre, hueco); });
-    }
+    const std::vector<Nodo>& hijos = Hijo(nombre).hijos;
+    arreglo.Dimensiona(hijos.size());
+    for (std::size_t i = 0; i < hijos.size(); ++i)
+      arreglo.En(i, [&](HuecoRemotable& hueco) { Lee(hijos[i], nombre, hueco); });
   }
 
  private:
-  pugi::xml_node Hijo(std::u16string_view nombre) const {
-    const pugi::xml_node hijo = nodo_.child(UTF8Encode(nombre).c_str());
-    if (!hijo) Falla(u"Falta la propiedad", nombre);
-    return hijo;
+  const Nodo& Hijo(std::u16string_view nombre) const {
+    const std::string buscado = UTF8Encode(nombre);
+    for (const Nodo& hijo : nodo_.hijos)
+      if (hijo.nombre == buscado) return hijo;
+    Falla(u"Falta la propiedad", nombre);
   }
-  void Lee(pugi::xml_node nodo, std::u16string_view nombre, HuecoRemotable& hueco) const {
-    if (nodo.attribute("nulo").as_bool()) return hueco.Vacia();
+  void Lee(const Nodo& nodo, std::u16string_view nombre, HuecoRemotable& hueco) const {
+    if (nodo.Valor(kNulo) == "true") return hueco.Vacia();
     Lector lector(nodo, Siguiente(nivel_, nombre));
     hueco.Crea().Propiedades(lector);
   }
 
-  pugi::xml_node nodo_;
+  const Nodo& nodo_;
   int nivel_;
-};
-
-class EscritorTexto final : public pugi::xml_writer {
- public:
-  void write(const void* datos, std::size_t largo) override {
-    texto.append(static_cast<const char*>(datos), largo);
-  }
-  std::string texto;
 };
 
 }  // namespace
@@ -249,27 +284,28 @@ void VisitantePropiedades::RechazaOrdinal(std::u16string_view nombre) {
 }
 
 std::string EscribeRemotableXML(const TRemotable& objeto, std::u16string_view nombre) {
-  pugi::xml_document documento;
-  Escritor escritor(documento.append_child(UTF8Encode(nombre).c_str()), 0);
+  Nodo raiz{UTF8Encode(nombre), {}, {}};
+  Escritor escritor(raiz, 0);
   // One list of properties serves reader and writer, and the writer changes none of them.
   const_cast<TRemotable&>(objeto).Propiedades(escritor);
-  EscritorTexto salida;
-  documento.save(salida, "", pugi::format_raw, pugi::encoding_utf8);
-  return std::move(salida.texto);
+  std::string salida;
+  EscribeNodo(salida, raiz);
+  return salida;
 }
 
 void LeeRemotableXML(TRemotable& objeto, std::string_view xml) {
-  const auto falla = [](const UnicodeString& que) {
-    throw EInvalidOperation(u"El objeto no es un documento XML válido: " + que);
-  };
-  if (!IsUTF8(xml)) falla(u"el texto no es UTF-8 válido");
-  pugi::xml_document documento;
-  // As a fragment, so that what stands outside the root shows.
-  const pugi::xml_parse_result r = documento.load_buffer(
-      xml.data(), xml.size(), pugi::parse_default | pugi::parse_fragment, pugi::encoding_utf8);
-  if (!r) falla(UnicodeString(xml::Descripcion(r.status)));
-  if (documento.first_child().next_sibling()) falla(u"sobra contenido");
-  Lector lector(documento.first_child(), 0);
+  Nodo raiz;
+  try {
+    xml::LectorXml lector(xml);
+    lector.Siguiente();
+    raiz = LeeNodo(lector);
+    // What follows the object must be as good as the object.
+    lector.Siguiente();
+  } catch (const xml::ErrorXml& e) {
+    const auto linea = static_cast<std::int64_t>(xml::Linea(xml, e.Lugar()));
+    throw EInvalidOperation(u"El objeto no se puede leer, línea " + IntToStr(linea) + u": " + e.Message());
+  }
+  Lector lector(raiz, 0);
   objeto.Propiedades(lector);
 }
 

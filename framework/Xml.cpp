@@ -1,37 +1,80 @@
 #include "framework/Xml.h"
 
-#include <pugixml.hpp>
-
 namespace vel::xml {
 
-std::u16string_view Descripcion(int estado) noexcept {
-  switch (estado) {
-    case pugi::status_out_of_memory:
-      return u"no hay suficiente memoria";
-    case pugi::status_unrecognized_tag:
-      return u"hay una etiqueta irreconocible";
-    case pugi::status_bad_pi:
-      return u"hay una instrucción o declaración mal formada";
-    case pugi::status_bad_comment:
-      return u"hay un comentario mal formado";
-    case pugi::status_bad_cdata:
-      return u"hay una sección CDATA mal formada";
-    case pugi::status_bad_doctype:
-      return u"el tipo de documento está mal formado";
-    case pugi::status_bad_pcdata:
-      return u"hay texto mal formado";
-    case pugi::status_bad_start_element:
-      return u"una etiqueta de inicio está mal formada";
-    case pugi::status_bad_attribute:
-      return u"un atributo está mal formado";
-    case pugi::status_bad_end_element:
-      return u"una etiqueta de fin está mal formada";
-    case pugi::status_end_element_mismatch:
-      return u"una etiqueta de fin no corresponde a la de inicio";
-    case pugi::status_no_document_element:
-      return u"no tiene elementos";
-    default:
-      return u"no se puede leer";
+bool CabeEnXml(std::u16string_view texto) noexcept {
+  for (std::size_t i = 0; i < texto.size(); ++i) {
+    const char16_t c = texto[i];
+    if (c >= 0xD800 && c <= 0xDFFF) {
+      const bool par =
+          c <= 0xDBFF && i + 1 < texto.size() && texto[i + 1] >= 0xDC00 && texto[i + 1] <= 0xDFFF;
+      if (!par) return false;
+      ++i;
+    } else if (!EsCaracter(c)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+std::pair<std::uint32_t, std::size_t> Caracter(std::string_view utf8) noexcept {
+  const auto byte = [utf8](std::size_t i) {
+    return static_cast<std::uint32_t>(static_cast<unsigned char>(utf8[i]));
+  };
+  const std::uint32_t primero = byte(0);
+  if (primero < 0x80) return {primero, 1};
+  const std::size_t bytes = primero < 0xE0 ? 2 : primero < 0xF0 ? 3 : 4;
+  std::uint32_t codigo = primero & (0x7FU >> bytes);
+  for (std::size_t i = 1; i < bytes; ++i) codigo = codigo << 6 | (byte(i) & 0x3F);
+  return {codigo, bytes};
+}
+
+void AgregaUtf8(std::string& salida, std::uint32_t codigo) {
+  const auto agrega = [&salida](std::uint32_t byte) { salida.push_back(static_cast<char>(byte)); };
+  if (codigo < 0x80) return agrega(codigo);
+  if (codigo < 0x800) {
+    agrega(0xC0 | codigo >> 6);
+  } else {
+    if (codigo < 0x10000) {
+      agrega(0xE0 | codigo >> 12);
+    } else {
+      agrega(0xF0 | codigo >> 18);
+      agrega(0x80 | (codigo >> 12 & 0x3F));
+    }
+    agrega(0x80 | (codigo >> 6 & 0x3F));
+  }
+  agrega(0x80 | (codigo & 0x3F));
+}
+
+void AgregaAtributo(std::string& salida, std::string_view nombre, std::string_view valor) {
+  salida.append(" ").append(nombre).append("=\"");
+  AgregaEscapado(salida, valor);
+  salida += '"';
+}
+
+void AgregaEscapado(std::string& salida, std::string_view texto) {
+  for (const char c : texto) {
+    switch (c) {
+      case '&':
+        salida += "&amp;";
+        break;
+      case '<':
+        salida += "&lt;";
+        break;
+      case '>':
+        salida += "&gt;";
+        break;
+      case '"':
+        salida += "&quot;";
+        break;
+      default:
+        // A reader would turn these into blanks if they stood as they are.
+        if (static_cast<unsigned char>(c) < 0x20) {
+          salida.append("&#").append(std::to_string(static_cast<int>(c))).append(";");
+        } else {
+          salida += c;
+        }
+    }
   }
 }
 

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
+#include <utility>
 
 // What the XML readers and writers of this folder share.
 namespace vel::xml {
@@ -12,7 +14,19 @@ inline bool EsCaracter(std::uint32_t codigo) noexcept {
   return codigo < 0xD800 || (codigo > 0xDFFF && codigo < 0xFFFE) || (codigo > 0xFFFF && codigo < 0x110000);
 }
 
-/// What the parser found wrong, for users; `estado` is its pugi::xml_parse_status.
-std::u16string_view Descripcion(int estado) noexcept;
+/// False for a text with a character that XML does not have, or half of one.
+bool CabeEnXml(std::u16string_view texto) noexcept;
+
+/// The character at the front of well-formed UTF-8 that is not empty, and its length in bytes.
+std::pair<std::uint32_t, std::size_t> Caracter(std::string_view utf8) noexcept;
+
+/// Appends a character as UTF-8.
+void AgregaUtf8(std::string& salida, std::uint32_t codigo);
+
+/// Appends ` nombre="valor"`, with references where XML needs them; the value is UTF-8 of XML's characters.
+void AgregaAtributo(std::string& salida, std::string_view nombre, std::string_view valor);
+
+/// Appends a text so that it reads back the same, in an attribute and between tags.
+void AgregaEscapado(std::string& salida, std::string_view texto);
 
 }  // namespace vel::xml

@@ -2,12 +2,14 @@
 #include <gtest/gtest.h>
 #include <iterator>
 #include <limits>
+#include <random>
 #include <string>
 
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
 #include "framework/TClientDataSet.h"
 #include "tests/Casos.h"
+#include "tests/framework/OtroXml.h"
 
 namespace vel {
 namespace {
@@ -107,18 +109,91 @@ TEST(PaqueteXml, KeepsDoublesToTheLastBit) {
 }
 
 TEST(PaqueteXml, ReadsOtherEncodings) {
-  const std::string latin = "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>" +
-                            Paquete("fieldtype=\"string\"", "<ROW F=\"A\xF1o\"/>");
-  TClientDataSet datos;
-  datos.LoadFromXML(latin, u"x");
-  EXPECT_EQ(datos.FieldByName(u"F").AsString(), u"Año");
   std::string utf16 = "\xFF\xFE";
-  for (const char c : Paquete("fieldtype=\"string\"", "<ROW F=\"A\xF1o\"/>")) {
-    utf16.push_back(c);
-    utf16.push_back('\0');
+  for (const char c : Paquete("fieldtype=\"string\"", "<ROW F=\"\x80\xF1\"/>")) utf16.append({c, '\0'});
+  const auto declarado = [](const std::string& codificacion) {
+    return "<?xml version=\"1.0\" encoding" + codificacion + "?>" +
+           Paquete("fieldtype=\"string\"", "<ROW F=\"\x80\xF1\"/>");
+  };
+  const struct {
+    std::string bytes;
+    const char16_t* texto;
+  } casos[] = {{declarado("=\"ISO-8859-1\""), u"\u0080ñ"},
+               {declarado(" =\t'iso-8859-1' standalone='yes' "), u"\u0080ñ"},
+               {declarado(" = \"Windows-1252\""), u"€ñ"},
+               {utf16, u"\u0080ñ"}};
+  TClientDataSet datos;
+  for (const auto& c : casos) {
+    datos.LoadFromXML(c.bytes, u"x");
+    EXPECT_EQ(datos.FieldByName(u"F").AsString(), c.texto) << c.bytes;
   }
-  datos.LoadFromXML(utf16, u"x");
-  EXPECT_EQ(datos.FieldByName(u"F").AsString(), u"Año");
+  utf16.pop_back();
+  EXPECT_EQ(ErrorDe(utf16), u"Empresas.xml, línea 1: el texto no es UTF-16 válido");
+}
+
+TEST(PaqueteXml, KeepsWhatOtherProgramsPutInIt) {
+  TClientDataSet datos;
+  TClientDataSet copia;
+  datos.LoadFromXML(Archivo("resto.xml"), u"resto.xml");
+  copia.AssignData(datos);
+  EXPECT_EQ(copia.SaveToXML(), Archivo("resto_guardado.xml"));
+  datos.LoadFromXML(copia.SaveToXML(), u"guardado");
+  EXPECT_EQ(datos.SaveToXML(), Archivo("resto_guardado.xml"));
+}
+
+bool EsXml(const std::string& bytes) {
+  const UnicodeString error = ErrorDe(bytes);
+  return error.find(u" XML válido") == error.npos && error.find(u" UTF-8 válido") == error.npos;
+}
+
+TEST(PaqueteXml, AgreesWithAnotherParserOnWhatIsXml) {
+  const std::string paquete[] = {"<DATAPACKET Version=\"2.0\"><METADATA><FIELDS/>",
+                                 "</METADATA><ROWDATA/></DATAPACKET>"};
+  for (const auto& caso : pruebas::Casos("paquetes/xml.txt", "|")) {
+    std::string texto = pruebas::Descifra(caso.at(1));
+    if (texto.find('%') == texto.npos) texto = paquete[0] + "<PARAMS>" + texto + "</PARAMS>" + paquete[1];
+    for (std::size_t i; (i = texto.find('%')) != texto.npos;) texto.replace(i, 1, paquete[0] + paquete[1]);
+    EXPECT_EQ(EsXml(texto), caso.at(0) == "+") << caso.at(1);
+    EXPECT_EQ(pruebas::OtroLectorAcepta(texto), caso.at(0) == "+") << caso.at(1);
+  }
+  // And on a good packet with a few bytes changed, after its declaration, whose version the other one takes
+  // as it comes.
+  const std::string bueno = Archivo("resto_guardado.xml");
+  const std::size_t declaracion = bueno.find('\n');
+  const std::string bytes("<>&\"'/=;#x1?!-[] \r\n\x01\xC3\xB1", 22);
+  std::mt19937 azar(1);
+  for (int i = 0; i < 4000; ++i) {
+    std::string texto = bueno;
+    for (std::size_t k = azar() % 3 + 1; k > 0; --k) {
+      texto.replace(declaracion + azar() % (texto.size() - declaracion), azar() % 3, azar() % 3,
+                    bytes[azar() % bytes.size()]);
+    }
+    const UnicodeString error = ErrorDe(texto);
+    if (error != u"ninguno" && EsXml(texto)) continue;
+    EXPECT_EQ(error == u"ninguno", pruebas::OtroLectorAcepta(texto)) << texto << UTF8Encode(error);
+  }
+}
+
+TEST(PaqueteXml, WritesWhatAnotherParserReads) {
+  TClientDataSet datos;
+  TClientDataSet otra;
+  for (const std::u16string_view nombre : {u"xmlns", u"XmlA", u"RowState", u"a:b", u"Año", u"<"}) {
+    datos.CreateDataSet({{.Name = UnicodeString(nombre), .DataType = TFieldType::ftWideString}});
+    datos.Append();
+    for (int c = 0; c < 0x10000; c += c == 0x100 ? 0xD6FF : c == 0xE000 ? 0x1FF0 : 1) {
+      const UnicodeString texto{u'a', static_cast<char16_t>(c), u'b'};
+      datos.Fields(0).SetAsString(texto);
+      std::string xml;
+      try {
+        xml = datos.SaveToXML();
+      } catch (const EDatabaseError&) {
+        continue;
+      }
+      ASSERT_TRUE(pruebas::OtroLectorAcepta(xml)) << xml;
+      otra.LoadFromXML(xml, u"x");
+      ASSERT_EQ(otra.FieldByName(nombre).AsString(), texto);
+    }
+  }
 }
 
 TEST(PaqueteXml, SaysWhereItIsWrong) {
@@ -127,17 +202,19 @@ TEST(PaqueteXml, SaysWhereItIsWrong) {
     const char16_t* mensaje;
   } casos[] = {
       {"", u"Empresas.xml, línea 1: no es un documento XML válido"},
-      {"<DATAPACKET>\n<a>\n</DATAPACKET>", u"Empresas.xml, línea 3: no es un documento XML válido"},
+      {"<DATAPACKET Version=\"2.0\">\n<a>\n</DATAPACKET>",
+       u"Empresas.xml, línea 3: no es un documento XML válido"},
       {"\n<OTRO/>", u"Empresas.xml, línea 2: falta el elemento DATAPACKET"},
-      {Paquete("fieldtype=\"i4\"", "") + "\nsobra", u"Empresas.xml, línea 4: no es un documento XML válido"},
+      {Paquete("fieldtype=\"i4\"", "") + "\nsobra", u"Empresas.xml, línea 5: no es un documento XML válido"},
       {Paquete("fieldtype=\"string\"", "<ROW F=\"\x01\"/>"),
        u"Empresas.xml, línea 4: no es un documento XML"},
       {"<DATAPACKET Version=\"1.0\"/>", u"Empresas.xml, línea 1: la versión del paquete no es 2.0"},
       {"<DATAPACKET Version=\"2.0\"/>", u"Empresas.xml, línea 1: falta el elemento METADATA"},
       {Paquete("fieldtype=\"string\"", "<ROW F=\"\xF1\"/>"),
        u"Empresas.xml, línea 4: el texto no es UTF-8 válido"},
-      {"<?xml version=\"1.0\" encoding=\"windows-1252\"?>",
-       u"Empresas.xml, línea 1: la codificación 'windows-1252'"},
+      {"<?xml version=\"1.0\" encoding=\"cp850\"?>", u"Empresas.xml, línea 1: la codificación 'cp850'"},
+      {"\n<!DOCTYPE a [<!ENTITY b \"c\">]>" + Paquete("fieldtype=\"string\"", "<ROW F=\"&b;\"/>"),
+       u"Empresas.xml, línea 2: no es un documento XML válido (no se admite la declaración de un tipo"},
   };
   const auto exige = [](const std::string& bytes, const std::string& mensaje) {
     EXPECT_EQ(UTF8Encode(ErrorDe(bytes)).substr(0, mensaje.size()), mensaje) << bytes;
@@ -159,11 +236,8 @@ TEST(PaqueteXml, EndsOnHostileInput) {
   EXPECT_EQ(ErrorDe(hondo), u"Empresas.xml, línea 1: hay demasiados niveles de campos anidados");
   const std::string elementos = repite("<a>", 100'000) + repite("</a>", 100'000);
   EXPECT_NE(ErrorDe(Paquete("fieldtype=\"i4\"", elementos)), u"ninguno");
-  const std::string entidades =
-      "<!DOCTYPE a [<!ENTITY b \"cccccccc\">]>" + Paquete("fieldtype=\"string\"", "<ROW F=\"&b;&b;\"/>");
-  TClientDataSet datos;
-  datos.LoadFromXML(entidades, u"x");
-  EXPECT_EQ(datos.FieldByName(u"F").AsString(), u"&b;&b;") << "entities are not expanded";
+  EXPECT_EQ(ErrorDe("<DATAPACKET Version=\"2.0\"><METADATA>" + elementos),
+            u"Empresas.xml, línea 1: no es un documento XML válido (tiene demasiados niveles de elementos)");
   // Every beginning of a good packet either loads or says what is wrong.
   const std::string bueno = Archivo("tipos.xml");
   for (std::size_t n = 0; n + 4 < bueno.size(); n += 7)

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "framework/Excepciones.h"
+#include "tests/framework/OtroXml.h"
 
 namespace vel {
 namespace {
@@ -40,6 +41,7 @@ TEST(TRemotable, RoundTripsEverything) {
   Nodo nodo;
   nodo.Texto = UnicodeString(u"\t a & <b> \"ñ\" \r\n\u0001 ") + u'\0' + UnicodeString{0xD800} + u" 😀 ";
   nodo.Textos = {u"", u"  ", u"uno\ndos"};
+  for (int c = 0; c < 0x10000; ++c) nodo.Textos.push_back({u'a', static_cast<char16_t>(c), u'b'});
   nodo.Bandera = true;
   nodo.Numero = std::numeric_limits<std::int32_t>::min();
   nodo.Fecha = TDateTime(45427.123456789);
@@ -59,6 +61,7 @@ TEST(TRemotable, RoundTripsEverything) {
   nodo.Hijos.resize(3);
   nodo.Hijos[1] = std::make_unique<Nodo>();
   const std::string xml = EscribeRemotableXML(nodo, u"Nodo");
+  EXPECT_TRUE(pruebas::OtroLectorAcepta(xml)) << "no parser may refuse it";
   Nodo leido;
   leido.Textos = {u"viejo"};
   leido.Hijos.resize(9);
@@ -83,6 +86,8 @@ TEST(TRemotable, SaysWhatIsWrong) {
   for (const std::string& malo :
        {std::string(), std::string("<Nodo"), bueno + bueno, cambia("<Texto v=\"\"/>", ""),
         cambia("<Numero v=\"0\"", "<Numero v=\"0x\""), cambia("<Tinte v=\"0\"", "<Tinte v=\"256\""),
+        cambia("<Texto v=\"\"/>", "<Texto v=\"a & b\"/>"), cambia("<Texto v=\"\"/>", "<Texto v=\"<\"/>"),
+        cambia("<Texto v=\"\"/>", "<Texto v=\"&nada;\"/>"), cambia("<Texto v=\"\"/>", "<Texto v=\"\"/>x"),
         cambia("tipo=\"vacio\"", "tipo=\"raro\""), cambia("<Texto v=\"\"", "<Texto hex=\"12\"")}) {
     Nodo leido;
     EXPECT_THROW(LeeRemotableXML(leido, malo), EInvalidOperation) << malo;
