@@ -19,9 +19,10 @@ UnicodeString Escribe(const TParamWhereSimpleArray& lista, int indice, std::u16s
   UnicodeString texto;
   const TParamWhereSimple* const condicion = lista[static_cast<std::size_t>(indice)].get();
   if (condicion == nullptr) return texto;
-  int sinContador = 0;
-  Redactor redactor(texto, conParametros != 0, contador != nullptr ? *contador : sinContador);
+  int numero = contador != nullptr ? *contador : 0;
+  Redactor redactor(texto, conParametros != 0, numero);
   (redactor.*pieza)(*condicion, abre, clausula);
+  if (contador != nullptr) *contador = numero;
   return texto;
 }
 

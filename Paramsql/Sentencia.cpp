@@ -6,32 +6,38 @@
 namespace vel {
 
 UnicodeString TParametrosFiltro::DameSentenciaSQL(bool conParametros, int numInicial) {
-  for (TParametrosFiltro* f = this; f != nullptr; f = f->ParametrosUnion.get())
-    f->ConParametros = conParametros;
   UnicodeString texto;
   int numero = numInicial;
   Redactor(texto, conParametros, numero).Sentencia(*this);
+  for (TParametrosFiltro* f = this; f != nullptr; f = f->ParametrosUnion.get())
+    f->ConParametros = conParametros;
   return texto;
 }
 
 UnicodeString TParametrosFiltro::DameWhere(bool conParametros, int& num) {
-  ConParametros = conParametros;
   UnicodeString texto;
-  Redactor(texto, conParametros, num).Where(ParamWhere);
+  int numero = num;
+  Redactor(texto, conParametros, numero).Where(ParamWhere);
+  ConParametros = conParametros;
+  num = numero;
   return texto;
 }
 
 UnicodeString TParametrosFiltro::DameCondWhere(bool conParametros, int& num) {
-  ConParametros = conParametros;
   UnicodeString texto;
-  Redactor(texto, conParametros, num).CondicionesWhere(ParamWhere);
+  int numero = num;
+  Redactor(texto, conParametros, numero).CondicionesWhere(ParamWhere);
+  ConParametros = conParametros;
+  num = numero;
   return texto;
 }
 
 UnicodeString TParametrosFiltro::DameHaving(bool conParametros, int& num) {
-  ConParametros = conParametros;
   UnicodeString texto;
-  Redactor(texto, conParametros, num).Having(ParamHaving);
+  int numero = num;
+  Redactor(texto, conParametros, numero).Having(ParamHaving);
+  ConParametros = conParametros;
+  num = numero;
   return texto;
 }
 
