@@ -38,18 +38,18 @@ TConfigVEL::~TConfigVEL() = default;
 void TConfigVEL::Inicio() { CargaConfig(); }
 
 void TConfigVEL::CargaConfig() {
-  rangos_.clear();
   // The section at once: one reading of the file. Of equal keys the first counts.
   std::map<UnicodeString, UnicodeString, LessText> valores;
   for (auto& [clave, valor] : LeeIni(archivo_).Seccion(u"FECHAS"))
     valores.emplace(std::move(clave), std::move(valor));
   std::int32_t total = 0;
-  if (!TryStrToInt(valores[u"TOTAL"], total) || total < 0 || total > kRangosMaximos) return;
-  rangos_.resize(static_cast<std::size_t>(total));
+  if (!TryStrToInt(valores[u"TOTAL"], total) || total < 0 || total > kRangosMaximos) total = 0;
+  std::vector<Rango> rangos(static_cast<std::size_t>(total));
   for (std::int32_t i = 0; i < total; ++i) {
     const auto it = valores.find(u"Fch" + IntToStr(i));
-    if (it != valores.end()) rangos_[static_cast<std::size_t>(i)] = LeeRango(it->second);
+    if (it != valores.end()) rangos[static_cast<std::size_t>(i)] = LeeRango(it->second);
   }
+  rangos_ = std::move(rangos);
 }
 
 TConfigVEL::Rango TConfigVEL::LeeRango(std::u16string_view valor) const {

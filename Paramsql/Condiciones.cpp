@@ -1,6 +1,8 @@
 // Adding, copying and removing conditions.
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <iterator>
 #include <utility>
 
@@ -10,6 +12,18 @@
 
 namespace vel {
 namespace {
+
+// A trace line that ends in a number. Made without memory: whoever removes and destroys must not fail.
+void Traza(std::u16string_view texto, std::size_t numero) noexcept {
+  std::array<char16_t, 128> linea;
+  std::array<char, 20> cifras;
+  const char* const inicio = cifras.data();
+  const char* const fin = std::to_chars(cifras.data(), cifras.data() + cifras.size(), numero).ptr;
+  const auto cuenta = static_cast<std::size_t>(fin - inicio);
+  texto = texto.substr(0, linea.size() - cuenta);
+  std::copy(inicio, fin, std::copy(texto.begin(), texto.end(), linea.data()));
+  logInter({linea.data(), texto.size() + cuenta}, true);
+}
 
 // A copy of all seven properties.
 std::unique_ptr<TParamWhereSimple> Copia(const TParamWhereSimple& origen) {
@@ -36,7 +50,7 @@ void Agrega(TParamWhereSimpleArray& lista, std::u16string_view campo, TFieldType
 }
 
 template <typename Lista>
-void Vacia(Lista& lista) {
+void Vacia(Lista& lista) noexcept {
   while (!lista.empty()) lista.pop_back();
 }
 
@@ -128,19 +142,18 @@ void TParametrosFiltro::AgregaHavingLIKE(std::u16string_view campo, std::u16stri
                sensitive);
 }
 
-void TParametrosFiltro::EliminaFiltros() {
-  const auto cuenta = [this] { return IntToStr(static_cast<std::int64_t>(ParamWhere.size())); };
-  logInter(u"TParametrosFiltro::EliminaFiltros Inicia: FParamWhere.Length= " + cuenta(), true);
+void TParametrosFiltro::EliminaFiltros() noexcept {
+  Traza(u"TParametrosFiltro::EliminaFiltros Inicia: FParamWhere.Length= ", ParamWhere.size());
   while (!ParamWhere.empty()) {
     logInter(u"TParametrosFiltro::EliminaFiltros Entra While ", true);
     ParamWhere.pop_back();
   }
-  logInter(u"TParametrosFiltro::EliminaFiltros Termina: FParamWhere.Length= " + cuenta(), true);
+  Traza(u"TParametrosFiltro::EliminaFiltros Termina: FParamWhere.Length= ", ParamWhere.size());
 }
 
-void TParametrosFiltro::EliminaHaving() { Vacia(ParamHaving); }
+void TParametrosFiltro::EliminaHaving() noexcept { Vacia(ParamHaving); }
 
-void TParametrosFiltro::EliminaParamPers() { Vacia(ParamPers); }
+void TParametrosFiltro::EliminaParamPers() noexcept { Vacia(ParamPers); }
 
 void TParametrosFiltro::EliminaFiltro(std::u16string_view campo) {
   TParamWhereSimpleArray quedan;
@@ -171,7 +184,8 @@ void TParametrosFiltro::AgregaFiltros(const TParamWhereSimpleArray& origen) {
   for (const auto& condicion : origen) {
     if (condicion != nullptr) copias.push_back(CopiaSinSensitive(*condicion));
   }
-  std::move(copias.begin(), copias.end(), std::back_inserter(ParamWhere));
+  ParamWhere.insert(ParamWhere.end(), std::make_move_iterator(copias.begin()),
+                    std::make_move_iterator(copias.end()));
 }
 
 }  // namespace vel

@@ -8,6 +8,14 @@
 namespace vel {
 namespace {
 
+std::unique_ptr<TParamSelect> CreaCampo(std::u16string_view campo, std::u16string_view alias, bool visible) {
+  auto nuevo = std::make_unique<TParamSelect>();
+  nuevo->NombreCampo = campo;
+  nuevo->AliasCampo = alias;
+  nuevo->Visible = visible;
+  return nuevo;
+}
+
 UnicodeString ConBlancos(std::u16string_view texto) { return UnicodeString(u" ").append(texto).append(u" "); }
 
 const TParamSelect* BuscaCampo(const TParamSelectArray& lista, std::u16string_view campo) {
@@ -21,23 +29,24 @@ const TParamSelect* BuscaCampo(const TParamSelectArray& lista, std::u16string_vi
 
 void TParametrosFiltro::AgregaCampoSelect(std::u16string_view campo, std::u16string_view alias,
                                           bool visible) {
-  auto nuevo = std::make_unique<TParamSelect>();
-  nuevo->NombreCampo = campo;
-  nuevo->AliasCampo = alias;
-  nuevo->Visible = visible;
-  ParamSelect.push_back(std::move(nuevo));
+  ParamSelect.push_back(CreaCampo(campo, alias, visible));
 }
 
 void TParametrosFiltro::CopiaCamposSelect(const TParametrosFiltro* origen) {
   if (origen == this) return;
-  EliminaCampoSelect();
-  if (origen == nullptr) return;
-  for (const auto& campo : origen->ParamSelect) {
-    if (campo != nullptr) AgregaCampoSelect(campo->NombreCampo, campo->AliasCampo, campo->Visible);
+  // Before the own list is emptied, so that it stays when there is no memory for the copies.
+  TParamSelectArray copias;
+  if (origen != nullptr) {
+    for (const auto& campo : origen->ParamSelect) {
+      if (campo != nullptr)
+        copias.push_back(CreaCampo(campo->NombreCampo, campo->AliasCampo, campo->Visible));
+    }
   }
+  EliminaCampoSelect();
+  ParamSelect = std::move(copias);
 }
 
-void TParametrosFiltro::EliminaCampoSelect() {
+void TParametrosFiltro::EliminaCampoSelect() noexcept {
   while (!ParamSelect.empty()) ParamSelect.pop_back();
 }
 
@@ -78,26 +87,30 @@ UnicodeString TParametrosFiltro::DameCadenaJoin() const {
   return cadena;
 }
 
-void TParametrosFiltro::EliminaJoin() { Join.clear(); }
+void TParametrosFiltro::EliminaJoin() noexcept { Join.clear(); }
 
 void TParametrosFiltro::EliminaJoin(std::u16string_view texto) { std::erase(Join, ConBlancos(texto)); }
 
 void TParametrosFiltro::CopiaJoin(const TParametrosFiltro* origen) {
-  if (origen != nullptr && !origen->Join.empty() && origen != this) Join = origen->Join;
+  if (origen == nullptr || origen->Join.empty() || origen == this) return;
+  std::vector<UnicodeString> copia = origen->Join;
+  Join = std::move(copia);
 }
 
 TParametrosFiltro* TParametrosFiltro::AgregaUnion(std::u16string_view tabla) {
+  auto nuevo = std::make_unique<TParametrosFiltro>(tabla);
+  nuevo->FechaTrabajo = FechaTrabajo;
   if (ParametrosUnion != nullptr) retirados_.push_back(std::move(ParametrosUnion));
-  ParametrosUnion = std::make_unique<TParametrosFiltro>(tabla);
-  ParametrosUnion->FechaTrabajo = FechaTrabajo;
+  ParametrosUnion = std::move(nuevo);
   return ParametrosUnion.get();
 }
 
-void TParametrosFiltro::QuitaUnion() { ParametrosUnion.reset(); }
+void TParametrosFiltro::QuitaUnion() noexcept { ParametrosUnion.reset(); }
 
 void TParametrosFiltro::SetOrderBy(std::u16string_view campo) {
-  OrdDesc = Pos(campo, OrderBy) != 0 && !OrdDesc;
+  const bool descendente = Pos(campo, OrderBy) != 0 && !OrdDesc;
   OrderBy = campo;
+  OrdDesc = descendente;
 }
 
 }  // namespace vel

@@ -45,7 +45,8 @@ namespace vel {
 ///
 /// Nothing is validated but what could not be written at all: a BETWEEN without two values or an IN without
 /// any raises EInvalidOperation; a value that does not convert to its field type raises the conversion error.
-/// Group marks open and close one parenthesis each. Null entries of the lists are skipped.
+/// Group marks open and close one parenthesis each. Null entries of the lists are skipped. An operation that
+/// throws, also for want of memory, leaves the definition as it was.
 ///
 /// Published properties are public members of the same name; objects are used by one thread at a time.
 class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
@@ -122,9 +123,9 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   void AgregaHavingLIKE(std::u16string_view campo, std::u16string_view texto, ENUM_COINCIDENCIA donde,
                         ENUM_CONECTOR con, ENUM_GRUPO grupo, bool sensitive, TiposDeDriver driver);
 
-  void EliminaFiltros();
-  void EliminaHaving();
-  void EliminaParamPers();
+  void EliminaFiltros() noexcept;
+  void EliminaHaving() noexcept;
+  void EliminaParamPers() noexcept;
   /// Removes every condition on exactly this column. When there was one, Sensitive becomes false in all that
   /// stay: callers rely on it.
   void EliminaFiltro(std::u16string_view campo);
@@ -148,7 +149,7 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
 
   void AgregaCampoSelect(std::u16string_view campo, std::u16string_view alias, bool visible);
   void CopiaCamposSelect(const TParametrosFiltro* origen);
-  void EliminaCampoSelect();
+  void EliminaCampoSelect() noexcept;
   /// The select list and " from ", the table and a blank; " * " for an empty list.
   UnicodeString DameCamposSelect() const;
   /// Names of the output columns, separated by ",".
@@ -163,7 +164,7 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
 
   void AgregaJoin(std::u16string_view texto);
   UnicodeString DameCadenaJoin() const;
-  void EliminaJoin();
+  void EliminaJoin() noexcept;
   /// Removes every join added with exactly this text.
   void EliminaJoin(std::u16string_view texto);
   /// Takes a copy of origin's joins; when origin has none the own ones stay.
@@ -172,7 +173,7 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   /// stays valid, though out of the statement, until this object ends.
   TParametrosFiltro* AgregaUnion(std::u16string_view tabla);
   /// Frees the union partner at once.
-  void QuitaUnion();
+  void QuitaUnion() noexcept;
   /// Orders by `campo`; a column that occurs in the present order, as part of a longer name too, toggles
   /// OrdDesc, any other resets it.
   void SetOrderBy(std::u16string_view campo);

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <limits>
 #include <memory>
+#include <utility>
+#include <vector>
 
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
@@ -27,9 +29,16 @@ double DeMonto(const UnicodeString& texto) {
   return texto == u"NAN" ? std::numeric_limits<double>::quiet_NaN() : StrToFloat(texto);
 }
 
-void Actualiza(TStringList& montos, std::size_t renglon, double valor) {
-  const UnicodeString texto = FloatToStr(valor);
-  if (montos[renglon] != texto) montos.Put(renglon, texto);
+/// A text of an entry that changes.
+struct Cambio {
+  TStringList* montos;
+  std::size_t renglon;
+  UnicodeString texto;
+};
+
+void Anota(std::vector<Cambio>& cambios, TStringList& montos, std::size_t renglon, double valor) {
+  UnicodeString texto = FloatToStr(valor);
+  if (montos[renglon] != texto) cambios.push_back({&montos, renglon, std::move(texto)});
 }
 
 }  // namespace
@@ -44,21 +53,28 @@ void TCalculoCFDI::LeeLista(std::size_t impuesto) {
   gravados_[impuesto] = std::move(leidos);
 }
 
-void TCalculoCFDI::EscribeLista(std::size_t impuesto) {
-  TStringList& lista = ListaImpuesto[impuesto];
-  const std::vector<Gravado>& gravados = gravados_[impuesto];
-  const std::size_t habia = lista.Count();
-  for (std::size_t i = 0; i < habia; ++i) {
-    TStringList& montos = Montos(lista, i);
-    Actualiza(montos, 0, gravados[i].base);
-    Actualiza(montos, 1, gravados[i].impuesto);
+// All texts are made, and have room, before the first list changes.
+void TCalculoCFDI::EscribeListas(std::size_t primera, std::size_t fin) {
+  std::vector<Cambio> cambios;
+  std::array<TStringList, kImpuestos> nuevas;
+  for (std::size_t k = primera; k < fin; ++k) {
+    const std::vector<Gravado>& gravados = gravados_[k];
+    const std::size_t habia = ListaImpuesto[k].Count();
+    for (std::size_t i = 0; i < habia; ++i) {
+      TStringList& montos = Montos(ListaImpuesto[k], i);
+      Anota(cambios, montos, 0, gravados[i].base);
+      Anota(cambios, montos, 1, gravados[i].impuesto);
+    }
+    for (std::size_t i = habia; i < gravados.size(); ++i) {
+      auto montos = std::make_unique<TStringList>();
+      montos->Add(FloatToStr(gravados[i].base));
+      montos->Add(FloatToStr(gravados[i].impuesto));
+      nuevas[k].AddObject(FloatToStr(gravados[i].tasa), std::move(montos));
+    }
+    ListaImpuesto[k].SetCapacity(gravados.size());
   }
-  for (std::size_t i = habia; i < gravados.size(); ++i) {
-    auto montos = std::make_unique<TStringList>();
-    montos->Add(FloatToStr(gravados[i].base));
-    montos->Add(FloatToStr(gravados[i].impuesto));
-    lista.AddObject(FloatToStr(gravados[i].tasa), std::move(montos));
-  }
+  for (Cambio& c : cambios) c.montos->Swap(c.renglon, c.texto);
+  for (std::size_t k = primera; k < fin; ++k) ListaImpuesto[k].AddStrings(std::move(nuevas[k]));
 }
 
 void TCalculoCFDI::Grava(double base, double tasa, double impuesto, std::size_t numero) {

@@ -1,8 +1,11 @@
 #pragma once
 
 #include <cstddef>
+#include <new>
+#include <tuple>
 
 #include "Ucalculocfdi/TCalculoCFDI.h"
+#include "framework/Excepciones.h"
 
 namespace vel {
 
@@ -16,17 +19,24 @@ struct TCalculoCFDI::Gravado {
 
 template <typename Trabajo>
 void TCalculoCFDI::ConListas(const Trabajo& trabajo) {
-  const auto cada = [this](void (TCalculoCFDI::*paso)(std::size_t)) {
-    for (std::size_t k = 0; k < kImpuestos; ++k) (this->*paso)(k);
-  };
-  cada(&TCalculoCFDI::LeeLista);
+  for (std::size_t k = 0; k < kImpuestos; ++k) LeeLista(k);
+  auto montos = std::tie(PorcDescuento, TotalDescuento, Subtotal, TotalImpuestos, TotalImpuestosRedondeado,
+                         SumaDescuentos, DecimalesTotales, DecimalesPartida, ImpuestoPartida,
+                         DescuentoPartida, TotalImpuesto);
+  const auto antes = std::apply([](const auto&... monto) { return std::make_tuple(monto...); }, montos);
   try {
-    trabajo();
-  } catch (...) {
-    cada(&TCalculoCFDI::EscribeLista);
+    try {
+      trabajo();
+    } catch (const Exception&) {
+      // What was computed before a line that is wrong stays.
+      EscribeListas(0, kImpuestos);
+      throw;
+    }
+    EscribeListas(0, kImpuestos);
+  } catch (const std::bad_alloc&) {
+    montos = antes;
     throw;
   }
-  cada(&TCalculoCFDI::EscribeLista);
 }
 
 }  // namespace vel

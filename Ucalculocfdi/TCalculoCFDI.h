@@ -39,8 +39,9 @@ enum class ENUM_PROC_FACTCOMP : std::int32_t { PROC_NORMAL = 0, PROC_POR_DOCUMEN
 ///     count MUESTRA_PAR           "N" or empty on a line that is taxed
 ///
 /// A field that is missing raises EDatabaseError naming it when it is first read ("IMP1APLA" to "IMP8APLA"
-/// and "MUESTRA_PAR" are optional); a text that is no number raises EConvertError. Totals are then partial. A
-/// null field reads as 0 or the empty text; a zero exchange rate or quantity gives infinity or NaN.
+/// and "MUESTRA_PAR" are optional); a text that is no number raises EConvertError. Totals are then partial;
+/// when memory runs out, totals and lists are as they were, and the lines may stand on another one. A null
+/// field reads as 0 or the empty text; a zero exchange rate or quantity gives infinity or NaN.
 class UTILVEL90_EXPORT TCalculoCFDI {
  public:
   static constexpr int kImpuestos = 8;
@@ -141,7 +142,7 @@ class UTILVEL90_EXPORT TCalculoCFDI {
   template <typename Trabajo>
   void ConListas(const Trabajo& trabajo);
   void LeeLista(std::size_t impuesto);
-  void EscribeLista(std::size_t impuesto);
+  void EscribeListas(std::size_t primera, std::size_t fin);
   void Grava(double base, double tasa, double impuesto, std::size_t numero);
 
   /// What the lists hold, as numbers and in their order, while an operation works on them.

@@ -111,7 +111,7 @@ void TCalculoCFDI::LlenaListImpuestos(double base, double tasa, double impuesto,
   const auto k = static_cast<std::size_t>(numero - 1);
   LeeLista(k);
   Grava(base, tasa, impuesto, k);
-  EscribeLista(k);
+  EscribeListas(k, k + 1);
 }
 
 void TCalculoCFDI::DameListImpuestos(TStringList*& lista, int numero) {

@@ -1,6 +1,7 @@
 #include "Uformula/Arbol.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "framework/Numeros.h"
 
@@ -41,6 +42,93 @@ std::uint32_t Arbol::BuscaPaso(std::u16string_view nombre) const noexcept {
     }
   }
   return kNinguno;
+}
+
+// Does a piece of work of which nothing stays when it throws.
+template <class Trabajo>
+auto Arbol::Entero(const Trabajo& trabajo) {
+  ++version_;
+  const std::size_t pasos = pasos_.Cuenta();
+  const std::size_t operandos = operandos_.Cuenta();
+  const std::size_t nodos = nodos_.Cuenta();
+  const std::size_t llamadas = llamadas_.Cuenta();
+  const std::size_t texto = texto_.size();
+  Serie<Unidad> banda(banda_);
+  Serie<std::uint32_t> operadores(operadores_);
+  Serie<Tramo> tokens(tokens_);
+  try {
+    return trabajo();
+  } catch (...) {
+    pasos_.Recorta(pasos);
+    operandos_.Recorta(operandos);
+    nodos_.Recorta(nodos);
+    llamadas_.Recorta(llamadas);
+    texto_.resize(texto);
+    banda_ = std::move(banda);
+    operadores_ = std::move(operadores);
+    tokens_ = std::move(tokens);
+    throw;
+  }
+}
+
+void Arbol::CreaFunciones(Operador operador) {
+  Entero([&] { PliegaOperador(operador); });
+}
+
+void Arbol::CreaFuncionN(std::u16string_view expresion) {
+  Entero([&] { PonExpresion(expresion); });
+}
+
+// Folds an expression given as text: its tape takes the place of the present one.
+void Arbol::PonExpresion(std::u16string_view expresion) {
+  banda_.Vacia();
+  operadores_.Vacia();
+  while (!expresion.empty()) {
+    const bool operador = EsOperador(expresion.front());
+    const auto fin =
+        std::find_if(expresion.begin(), expresion.end(), [](char16_t c) { return EsOperador(c); });
+    const std::size_t largo = operador ? 1 : static_cast<std::size_t>(fin - expresion.begin());
+    if (operador) {
+      banda_.Agrega(Unidad::Signo(expresion.front()));
+    } else {
+      banda_.Agrega(Unidad(Guarda(expresion.substr(0, largo))));
+    }
+    expresion.remove_prefix(largo);
+  }
+  // The leftmost on top.
+  for (std::uint32_t i = static_cast<std::uint32_t>(banda_.Cuenta()); i-- > 0;) {
+    if (banda_[i].Bit() != 0) operadores_.Agrega(i);
+  }
+  Tokeniza({0, static_cast<std::uint32_t>(banda_.Cuenta())});
+  PliegaTodos();
+}
+
+UnicodeString Arbol::DameFuncionN(std::u16string_view operando) {
+  const std::u16string_view prueba = operando.substr(operando.starts_with(u'-') ? 1 : 0);
+  if (std::none_of(prueba.begin(), prueba.end(), [](char16_t c) { return EsOperador(c); })) {
+    return UnicodeString(operando);
+  }
+  return Entero([&] {
+    PonExpresion(operando);
+    return Trim(TextoTramo(tokens_[0]));
+  });
+}
+
+std::uint32_t Arbol::CreaFuncionInterna(std::u16string_view nombre, std::u16string_view argumentos) {
+  return Entero([&] {
+    argumentos_.Vacia();
+    std::u16string_view resto = argumentos;
+    while (true) {
+      const std::size_t coma = resto.find(u',');
+      Operando& o = argumentos_.Agrega();
+      o = {};
+      o.texto = Guarda(resto.substr(0, coma));
+      o.esNumero = TryStrToFloat(Vista(o.texto), o.numero);
+      if (coma == std::u16string_view::npos) break;
+      resto.remove_prefix(coma + 1);
+    }
+    return pasos_[AgregaLlamada(Guarda(nombre), BuscaInterna(nombre))].numero;
+  });
 }
 
 }  // namespace vel::formula

@@ -55,11 +55,12 @@ struct Paso {
 /// their numbers are those of the rewriting.
 class Arbol {
  public:
-  /// Replaces the tree by that of a formula. EInvalidOperation on unbalanced parentheses; the tree is then
-  /// empty.
+  /// Replaces the tree by that of a formula. EInvalidOperation on unbalanced parentheses and on a group with
+  /// nothing in it. Whatever is thrown leaves a tree that only Vacia and Construye may touch.
   void Construye(std::u16string_view formula);
+  void Vacia() noexcept;
 
-  // The operations that TFormula offers under the same names.
+  // The operations that TFormula offers under the same names. What they throw leaves the tree as it was.
   UnicodeString DameFuncionN(std::u16string_view operando);
   void CreaFuncionN(std::u16string_view expresion);
   void CreaFunciones(Operador operador);
@@ -84,31 +85,35 @@ class Arbol {
   std::uint64_t Version() const noexcept { return version_; }
 
  private:
-  /// Unit of the tape: a sign (operator, parenthesis or comma), a step, or a piece of an operand. One word,
-  /// so that it moves whole.
+  /// Unit of the tape: a sign (operator, parenthesis or comma), a step, a piece of an operand, or the end of
+  /// a gap. One word, so that it moves whole.
   class Unidad {
    public:
     Unidad() = default;
     static Unidad Signo(char16_t c) noexcept { return Unidad(c, kSigno); }
     static Unidad Paso(std::uint32_t paso) noexcept { return Unidad(paso, kPaso); }
+    /// The last of so many units that hold nothing.
+    static Unidad Hueco(std::uint32_t largo) noexcept { return Unidad(largo, kHueco); }
     explicit Unidad(Trozo t) noexcept : Unidad(t.inicio, t.largo) {}
 
-    bool EsTrozo() const noexcept { return Clase() < kPaso; }
+    bool EsTrozo() const noexcept { return Clase() < kHueco; }
     bool EsPaso() const noexcept { return Clase() == kPaso; }
+    bool EsHueco() const noexcept { return Clase() == kHueco; }
     bool Es(char16_t signo) const noexcept { return codigo_ == Signo(signo).codigo_; }
     /// Bit of an operator; 0 for any other unit.
     std::uint32_t Bit() const noexcept { return Clase() == kSigno ? BitDe(Valor()) : 0; }
-    /// The character of a sign, the number of a step.
+    /// The character of a sign, the number of a step, the length of a gap.
     std::uint32_t Valor() const noexcept { return static_cast<std::uint32_t>(codigo_); }
     Trozo ComoTrozo() const noexcept { return {Valor(), Clase()}; }
 
    private:
     static constexpr std::uint32_t kSigno = kNinguno;
     static constexpr std::uint32_t kPaso = kNinguno - 1;
+    static constexpr std::uint32_t kHueco = kNinguno - 2;
 
     Unidad(std::uint32_t valor, std::uint32_t clase) noexcept
         : codigo_(static_cast<std::uint64_t>(clase) << 32 | valor) {}
-    /// kSigno, kPaso, or the length of a piece.
+    /// kSigno, kPaso, kHueco, or the length of a piece.
     std::uint32_t Clase() const noexcept { return static_cast<std::uint32_t>(codigo_ >> 32); }
 
     std::uint64_t codigo_ = 0;
@@ -124,16 +129,22 @@ class Arbol {
   void Tokeniza(Tramo expresion);
   std::uint32_t BitDoble(std::uint32_t lugar) const;
   void PliegaTodos();
+  void PliegaOperador(Operador operador);
   void CreaNodo(Operador operador, Tramo& izquierdo, bool primero, const Tramo& derecho);
   void LeeOperando(Operando& o, const Tramo& t);
   UnicodeString TextoTramo(const Tramo& t) const;
+  template <class Trabajo>
+  auto Entero(const Trabajo& trabajo);
+  void PonExpresion(std::u16string_view expresion);
 
   // Reduccion.cpp
-  void Vacia();
   void Lee(std::u16string_view formula);
+  const FuncionInterna* InternaAntes(std::uint32_t abre) const noexcept;
   void Reduce();
   void CierraGrupo(std::uint32_t fin);
   void Recorta(std::uint32_t fin);
+  Trozo Recortado(Trozo t, std::u16string_view (*recorta)(std::u16string_view) noexcept) const noexcept;
+  bool TieneSigno(const Tramo& token) const noexcept;
   void CierraInterna(Trozo nombre, const FuncionInterna* funcion, std::uint32_t fin);
   void Descarta(std::uint32_t fin);
   std::uint32_t AgregaLlamada(Trozo nombre, const FuncionInterna* funcion);

@@ -7,24 +7,24 @@
 namespace vel::formula {
 
 double Evaluador::Ejecuta() {
-  if (versionArbol_ != arbol_.Version() || versionVariables_ != variables_.Version()) {
+  if (versionArbol_ != arbol_->Version() || versionVariables_ != variables_.Version()) {
     directo_ = Prepara();
-    versionArbol_ = arbol_.Version();
+    versionArbol_ = arbol_->Version();
     versionVariables_ = variables_.Version();
   }
   double valor = 0;
-  return directo_ && EjecutaDirecto(valor) ? valor : Evalua(arbol_.Raiz());
+  return directo_ && EjecutaDirecto(valor) ? valor : Evalua(arbol_->Raiz());
 }
 
 // Makes the program. False when a step cannot be run in its turn.
 bool Evaluador::Prepara() {
-  const Serie<Operando>& operandos = arbol_.Operandos();
-  const std::uint32_t raiz = arbol_.Raiz();
+  const Serie<Operando>& operandos = arbol_->Operandos();
+  const std::uint32_t raiz = arbol_->Raiz();
   programa_.resize(raiz + 1);
   fuentes_.clear();
   usadas_.clear();
   for (std::uint32_t i = 0; i <= raiz; ++i) {
-    const Paso& p = arbol_.Pasos()[i];
+    const Paso& p = arbol_->Pasos()[i];
     Instruccion& in = programa_[i];
     in.operador = p.operador;
     in.funcion = p.funcion;
@@ -67,11 +67,11 @@ Evaluador::Enlace Evaluador::Enlaza(const Operando& operando) const {
   std::ptrdiff_t variable = -1;
   std::uint32_t paso = operando.paso;
   if (paso == kNinguno) {
-    const std::u16string_view nombre = arbol_.Vista(operando.texto);
+    const std::u16string_view nombre = arbol_->Vista(operando.texto);
     variable = variables_.Busca(nombre);
-    if (variable < 0) paso = arbol_.BuscaPaso(nombre);
+    if (variable < 0) paso = arbol_->BuscaPaso(nombre);
   } else if (variables_.NombranPasos()) {
-    variable = variables_.Busca(arbol_.NombrePaso(paso));
+    variable = variables_.Busca(arbol_->NombrePaso(paso));
   }
   if (variable >= 0) return {Origen::variable, static_cast<std::uint32_t>(variable)};
   return {paso == kNinguno ? Origen::nada : Origen::paso, paso};
@@ -84,7 +84,7 @@ bool Evaluador::EjecutaDirecto(double& valor) {
       if (!variables_[lugar].esNumero) return false;
     }
   }
-  Instruccion* const raiz = programa_.data() + arbol_.Raiz();
+  Instruccion* const raiz = programa_.data() + arbol_->Raiz();
   for (Instruccion* in = programa_.data(); in != raiz; ++in) {
     if (!Acarrea(Aplica(*in), in->resultado)) return false;
   }
@@ -105,27 +105,27 @@ inline double Evaluador::Aplica(const Instruccion& instruccion) {
 // The walk by definition, from the step down, with a stack of its own. A step is resolved once, however often
 // it is named: its value cannot change.
 double Evaluador::Evalua(std::uint32_t raiz) {
-  const std::size_t n = arbol_.Pasos().Cuenta();
+  const std::size_t n = arbol_->Pasos().Cuenta();
   estados_.assign(n, Estado::pendiente);
   resultados_.resize(n);
   marcos_.assign(1, Marco{raiz});
   estados_[raiz] = Estado::abierto;
   while (!marcos_.empty()) {
     Marco& marco = marcos_.back();
-    const Paso& p = arbol_.Pasos()[marco.paso];
-    if (p.esLlamada && p.funcion == nullptr) LanzaFuncionDesconocida(arbol_.Vista(p.nombre));
+    const Paso& p = arbol_->Pasos()[marco.paso];
+    if (p.esLlamada && p.funcion == nullptr) LanzaFuncionDesconocida(arbol_->Vista(p.nombre));
     // A call converts each argument before it looks at the next; a node resolves both operands first.
-    if (p.esLlamada && marco.resueltos > 0) Convierte(arbol_.Operandos()[p.primero + marco.resueltos - 1]);
+    if (p.esLlamada && marco.resueltos > 0) Convierte(arbol_->Operandos()[p.primero + marco.resueltos - 1]);
     if (marco.resueltos == p.cuenta) {
       resultados_[marco.paso] = Resuelve(marco.paso);
       estados_[marco.paso] = Estado::listo;
       marcos_.pop_back();
       continue;
     }
-    const Enlace e = Enlaza(arbol_.Operandos()[p.primero + marco.resueltos++]);
+    const Enlace e = Enlaza(arbol_->Operandos()[p.primero + marco.resueltos++]);
     if (e.origen != Origen::paso || estados_[e.lugar] == Estado::listo) continue;
     if (estados_[e.lugar] == Estado::abierto) {
-      throw EInvalidOperation(u"La fórmula se refiere a sí misma en " + arbol_.NombrePaso(e.lugar));
+      throw EInvalidOperation(u"La fórmula se refiere a sí misma en " + arbol_->NombrePaso(e.lugar));
     }
     estados_[e.lugar] = Estado::abierto;
     marcos_.push_back(Marco{e.lugar});
@@ -135,9 +135,9 @@ double Evaluador::Evalua(std::uint32_t raiz) {
 
 // Value of a step whose operands are resolved.
 double Evaluador::Resuelve(std::uint32_t paso) {
-  const Paso& p = arbol_.Pasos()[paso];
+  const Paso& p = arbol_->Pasos()[paso];
   if (argumentos_.size() < p.cuenta) argumentos_.resize(p.cuenta);
-  for (std::uint32_t j = 0; j < p.cuenta; ++j) argumentos_[j] = Convierte(arbol_.Operandos()[p.primero + j]);
+  for (std::uint32_t j = 0; j < p.cuenta; ++j) argumentos_[j] = Convierte(arbol_->Operandos()[p.primero + j]);
   if (p.esLlamada) return Llama(*p.funcion, {argumentos_.data(), p.cuenta});
   if (p.operador == Operador::igual) LanzaOperadorDesconocido();
   return formula::Aplica(p.operador, argumentos_[0], argumentos_[1]);
@@ -159,7 +159,7 @@ double Evaluador::Convierte(const Operando& operando) const {
     case Origen::nada:
       break;
   }
-  return StrToFloat(arbol_.Vista(operando.texto));
+  return StrToFloat(arbol_->Vista(operando.texto));
 }
 
 void LanzaOperadorDesconocido() { throw Exception(u"Operador desconocido"); }

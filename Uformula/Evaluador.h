@@ -17,7 +17,13 @@ namespace vel::formula {
 /// very walk is made instead: what it raises or gives is the outcome.
 class Evaluador {
  public:
-  Evaluador(const Arbol& arbol, const Variables& variables) : arbol_(arbol), variables_(variables) {}
+  Evaluador(const Arbol& arbol, const Variables& variables) : arbol_(&arbol), variables_(variables) {}
+
+  /// Goes over to another tree.
+  void Usa(const Arbol& arbol) noexcept {
+    arbol_ = &arbol;
+    versionArbol_ = 0;  // No tree that was ever built has it.
+  }
 
   /// Value of the root, which must be there.
   double Ejecuta();
@@ -56,7 +62,7 @@ class Evaluador {
   double Resuelve(std::uint32_t paso);
   double Convierte(const Operando& operando) const;
 
-  const Arbol& arbol_;
+  const Arbol* arbol_;
   const Variables& variables_;
   std::uint64_t versionArbol_ = 0;
   std::uint64_t versionVariables_ = 0;

@@ -27,7 +27,7 @@ constexpr std::size_t kMaxFormula = std::size_t{1} << 30;
 
 }  // namespace
 
-void Arbol::Vacia() {
+void Arbol::Vacia() noexcept {
   ++version_;
   pasos_.Vacia();
   operandos_.Vacia();
@@ -49,6 +49,8 @@ void Arbol::Construye(std::u16string_view formula) {
   Reduce();
   if (!nodos_.EstaVacia()) raiz_ = nodos_.Ultimo();
   tokens_.Vacia();
+  banda_.Vacia();
+  operadores_.Vacia();
 }
 
 // Cuts the formula into the tape, with what every formula gets: a "0" before a leading "-", and "+0" at the
@@ -63,6 +65,7 @@ void Arbol::Lee(std::u16string_view formula) {
   std::uint32_t inicio = 0;
   std::uint32_t abiertos = 0;
   std::uint32_t primeroAbierto = 0;
+  std::uint32_t primeroVacio = 0;
   char16_t* const texto = texto_.data();
   for (std::uint32_t i = 0; i < n; ++i) {
     const char16_t c = texto[i];
@@ -71,17 +74,24 @@ void Arbol::Lee(std::u16string_view formula) {
       continue;
     }
     if (c == u' ') continue;
+    const auto antes = static_cast<std::uint32_t>(banda_.Cuenta());
     if (largo > inicio) banda_.Agrega(Unidad(Trozo{inicio, largo - inicio}));
     if (c == u'-' && largo == 0) banda_.Agrega(cero);
+    if (c == u'(' && abiertos++ == 0) primeroAbierto = largo + 1;
+    if (c == u')') {
+      if (abiertos-- == 0) {
+        LanzaParentesis(u"No se abrió el paréntesis que se cierra en la posición ", largo + 1);
+      }
+      const bool vacio = texto[inicio - 1] == u'(' && TrimView({texto + inicio, largo - inicio}).empty();
+      if (vacio && primeroVacio == 0 && InternaAntes(antes - 1) == nullptr) primeroVacio = inicio;
+    }
     texto[largo++] = c;
     inicio = largo;
-    if (c == u'(' && abiertos++ == 0) primeroAbierto = largo;
-    if (c == u')' && abiertos-- == 0) {
-      LanzaParentesis(u"No se abrió el paréntesis que se cierra en la posición ", largo);
-    }
     banda_.Agrega(Unidad::Signo(c));
   }
   if (abiertos > 0) LanzaParentesis(u"No se cerró el paréntesis que se abre en la posición ", primeroAbierto);
+  if (primeroVacio > 0)
+    LanzaParentesis(u"No hay nada en el paréntesis que se abre en la posición ", primeroVacio);
   if (largo > inicio) banda_.Agrega(Unidad(Trozo{inicio, largo - inicio}));
   banda_.Agrega(Unidad::Signo(u'+'));
   banda_.Agrega(cero);
@@ -110,17 +120,21 @@ void Arbol::Reduce() {
       continue;
     }
     const std::uint32_t cierre = cierres_.Saca();
-    // A built-in's name stands alone: "(2)SUMA(1)" calls nothing.
-    const bool conNombre = i > 0 && banda_[i - 1].EsTrozo() && (i == 1 || !banda_[i - 2].Es(u')'));
-    const Trozo nombre = conNombre ? banda_[i - 1].ComoTrozo() : Trozo{};
-    if (const FuncionInterna* funcion = conNombre ? BuscaInterna(Vista(nombre)) : nullptr) {
-      CierraInterna(nombre, funcion, cierre);
+    if (const FuncionInterna* funcion = InternaAntes(i)) {
       --i;
+      CierraInterna(banda_[i].ComoTrozo(), funcion, cierre);
     } else {
       CierraGrupo(cierre);
     }
   }
   Pliega({inicio_, fin});
+}
+
+// The built-in that the "(" at a place of the tape calls; null when it opens a group. A built-in's name
+// stands alone: "(2)SUMA(1)" calls nothing.
+const FuncionInterna* Arbol::InternaAntes(std::uint32_t abre) const noexcept {
+  const bool conNombre = abre > 0 && banda_[abre - 1].EsTrozo() && (abre == 1 || !banda_[abre - 2].Es(u')'));
+  return conNombre ? BuscaInterna(Vista(banda_[abre - 1].ComoTrozo())) : nullptr;
 }
 
 void Arbol::CierraGrupo(std::uint32_t fin) {
@@ -139,26 +153,54 @@ void Arbol::Descarta(std::uint32_t fin) {
   while (!comas_.EstaVacia() && comas_.Ultimo() < fin) comas_.Saca();
 }
 
-// Trims the control characters around the single token of a group that ends at `fin`.
+Trozo Arbol::Recortado(Trozo t, std::u16string_view (*recorta)(std::u16string_view) noexcept) const noexcept {
+  const std::u16string_view antes = Vista(t);
+  const std::u16string_view despues = recorta(antes);
+  return {t.inicio + static_cast<std::uint32_t>(despues.data() - antes.data()),
+          static_cast<std::uint32_t>(despues.size())};
+}
+
+// Trims the control characters around the single token of a group that ends at `fin`; something is left of
+// it. Units emptied at its end become a gap, so that a long token need not move at every level of its
+// nesting. A short one moves: a sign must stand directly before what it takes in, and only short tokens end
+// in a sign.
 void Arbol::Recorta(std::uint32_t fin) {
-  const auto queda = [this](std::uint32_t lugar, auto recorta) {
+  const auto seVacia = [this](std::uint32_t lugar, auto recorta) {
     Unidad& u = banda_[lugar];
-    if (!u.EsTrozo()) return true;
-    const std::u16string_view antes = Vista(u.ComoTrozo());
-    const std::u16string_view despues = recorta(antes);
-    u = Unidad(Trozo{u.Valor() + static_cast<std::uint32_t>(despues.data() - antes.data()),
-                     static_cast<std::uint32_t>(despues.size())});
-    return !despues.empty();
+    if (!u.EsTrozo()) return false;
+    u = Unidad(Recortado(u.ComoTrozo(), recorta));
+    return u.ComoTrozo().largo == 0;
   };
-  while (inicio_ < fin && !queda(inicio_, TrimLeftView)) ++inicio_;
-  std::uint32_t sobran = 0;
-  while (inicio_ < fin - sobran && !queda(fin - sobran - 1, TrimRightView)) ++sobran;
+  while (inicio_ < fin && seVacia(inicio_, TrimLeftView)) ++inicio_;
+  std::uint32_t queda = fin;
+  while (queda > inicio_) {
+    if (banda_[queda - 1].EsHueco()) {
+      queda -= banda_[queda - 1].Valor();
+    } else if (seVacia(queda - 1, TrimRightView)) {
+      banda_[--queda] = Unidad::Hueco(1);
+    } else {
+      break;
+    }
+  }
+  const std::uint32_t sobran = fin - queda;
   if (sobran == 0) return;
-  for (std::uint32_t i = fin - sobran; i-- > inicio_;) banda_[i + sobran] = banda_[i];
+  constexpr std::uint32_t kCorto = 2;
+  if (queda - inicio_ > kCorto) {
+    banda_[fin - 1] = Unidad::Hueco(sobran);
+    return;
+  }
+  for (std::uint32_t i = queda; i-- > inicio_;) banda_[i + sobran] = banda_[i];
   inicio_ += sobran;
   for (auto* lugares : {&operadores_, &comas_}) {
     for (std::size_t i = lugares->Cuenta(); i-- > 0 && (*lugares)[i] < fin;) (*lugares)[i] += sobran;
   }
+}
+
+// Whether a token holds an operator besides a "-" at its beginning.
+bool Arbol::TieneSigno(const Tramo& token) const noexcept {
+  std::size_t i = operadores_.Cuenta();
+  if (i > 0 && operadores_[i - 1] == token.inicio && banda_[token.inicio].Es(u'-')) --i;
+  return i > 0 && operadores_[i - 1] < token.fin;
 }
 
 // The units up to `fin` are the arguments, reduced from left to right.
@@ -166,9 +208,14 @@ void Arbol::CierraInterna(Trozo nombre, const FuncionInterna* funcion, std::uint
   argumentos_.Vacia();
   while (true) {
     const std::uint32_t corte = comas_.EstaVacia() ? fin : std::min(comas_.Ultimo(), fin);
+    while (inicio_ < corte && banda_[inicio_].EsHueco()) ++inicio_;
     Tramo argumento{inicio_, corte};
-    if (Pliega(argumento)) argumento.fin = argumento.inicio + 1;
-    LeeOperando(argumentos_.Agrega(), argumento);
+    const bool plegado = Pliega(argumento);
+    if (plegado) argumento.fin = argumento.inicio + 1;
+    Operando& o = argumentos_.Agrega();
+    LeeOperando(o, argumento);
+    // What goes through the folding comes out trimmed.
+    if (!plegado && TieneSigno(argumento)) o.texto = Recortado(o.texto, TrimView);
     Descarta(corte);
     if (corte == fin) break;
     comas_.Saca();
@@ -191,54 +238,6 @@ std::uint32_t Arbol::AgregaLlamada(Trozo nombre, const FuncionInterna* funcion) 
   for (std::size_t i = 0; i < argumentos_.Cuenta(); ++i) operandos_.Agrega(argumentos_[i]);
   llamadas_.Agrega(paso);
   return paso;
-}
-
-void Arbol::CreaFuncionN(std::u16string_view expresion) {
-  ++version_;
-  banda_.Vacia();
-  operadores_.Vacia();
-  while (!expresion.empty()) {
-    const bool operador = EsOperador(expresion.front());
-    const auto fin =
-        std::find_if(expresion.begin(), expresion.end(), [](char16_t c) { return EsOperador(c); });
-    const std::size_t largo = operador ? 1 : static_cast<std::size_t>(fin - expresion.begin());
-    if (operador) {
-      banda_.Agrega(Unidad::Signo(expresion.front()));
-    } else {
-      banda_.Agrega(Unidad(Guarda(expresion.substr(0, largo))));
-    }
-    expresion.remove_prefix(largo);
-  }
-  // The leftmost on top.
-  for (std::uint32_t i = static_cast<std::uint32_t>(banda_.Cuenta()); i-- > 0;) {
-    if (banda_[i].Bit() != 0) operadores_.Agrega(i);
-  }
-  Tokeniza({0, static_cast<std::uint32_t>(banda_.Cuenta())});
-  PliegaTodos();
-}
-
-UnicodeString Arbol::DameFuncionN(std::u16string_view operando) {
-  const std::u16string_view prueba = operando.substr(operando.starts_with(u'-') ? 1 : 0);
-  if (std::none_of(prueba.begin(), prueba.end(), [](char16_t c) { return EsOperador(c); })) {
-    return UnicodeString(operando);
-  }
-  CreaFuncionN(operando);
-  return Trim(TextoTramo(tokens_[0]));
-}
-
-std::uint32_t Arbol::CreaFuncionInterna(std::u16string_view nombre, std::u16string_view argumentos) {
-  ++version_;
-  argumentos_.Vacia();
-  while (true) {
-    const std::size_t coma = argumentos.find(u',');
-    Operando& o = argumentos_.Agrega();
-    o = {};
-    o.texto = Guarda(argumentos.substr(0, coma));
-    o.esNumero = TryStrToFloat(Vista(o.texto), o.numero);
-    if (coma == std::u16string_view::npos) break;
-    argumentos.remove_prefix(coma + 1);
-  }
-  return pasos_[AgregaLlamada(Guarda(nombre), BuscaInterna(nombre))].numero;
 }
 
 }  // namespace vel::formula

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <utility>
 #include <vector>
 
 namespace vel::formula {
@@ -10,6 +11,24 @@ namespace vel::formula {
 template <class T>
 class Serie {
  public:
+  Serie() = default;
+  /// Copies what is in use, not the room kept.
+  Serie(const Serie& otra)
+      : datos_(otra.datos_.begin(), otra.datos_.begin() + static_cast<std::ptrdiff_t>(otra.cuenta_)),
+        cuenta_(otra.cuenta_),
+        cabida_(otra.cuenta_) {}
+  Serie(Serie&& otra) noexcept
+      : datos_(std::move(otra.datos_)),
+        cuenta_(std::exchange(otra.cuenta_, 0)),
+        cabida_(std::exchange(otra.cabida_, 0)) {}
+  Serie& operator=(Serie otra) noexcept {
+    datos_.swap(otra.datos_);
+    std::swap(cuenta_, otra.cuenta_);
+    std::swap(cabida_, otra.cabida_);
+    return *this;
+  }
+  ~Serie() = default;
+
   /// Appends one to be filled in its place; it holds what an earlier one left there.
   T& Agrega() {
     if (cuenta_ == cabida_) [[unlikely]]
@@ -30,8 +49,9 @@ class Serie {
 
  private:
   [[gnu::noinline]] void Crece() {
-    cabida_ = 2 * cabida_ + 16;
-    datos_.resize(cabida_);
+    // The count of the room follows the room: a vector that cannot grow stays as it was.
+    datos_.resize(2 * cabida_ + 16);
+    cabida_ = datos_.size();
   }
 
   std::vector<T> datos_;

@@ -1,7 +1,10 @@
 #include "Uformula/TFormula.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <new>
+#include <utility>
 #include <vector>
 
 #include "Uformula/Arbol.h"
@@ -14,11 +17,20 @@
 
 namespace vel {
 
+/// A formula is built beside the present one, which stays when memory runs out: there are two of each.
 struct TFormula::Interior {
+  void CambiaArbol() noexcept {
+    std::swap(arbol, otro);
+    evaluador.Usa(*arbol);
+  }
+
   UnicodeString texto;
-  formula::Arbol arbol;
+  UnicodeString otroTexto;
+  std::array<formula::Arbol, 2> arboles;
+  formula::Arbol* arbol = &arboles[0];
+  formula::Arbol* otro = &arboles[1];
   formula::Variables variables;
-  formula::Evaluador evaluador{arbol, variables};
+  formula::Evaluador evaluador{*arbol, variables};
 };
 
 namespace {
@@ -36,20 +48,40 @@ TFormula::TFormula() : interior_(std::make_unique<Interior>()) {}
 TFormula::~TFormula() = default;
 
 bool TFormula::NewFormula(std::u16string_view formula) {
-  if (formula != interior_->texto) interior_->texto = formula;
-  return FormateaFormula(interior_->texto);
+  Interior& i = *interior_;
+  i.otroTexto = formula;
+  std::swap(i.texto, i.otroTexto);
+  try {
+    return FormateaFormula(i.texto);
+  } catch (const std::bad_alloc&) {
+    std::swap(i.texto, i.otroTexto);
+    throw;
+  }
 }
 
 bool TFormula::FormateaFormula(std::u16string_view formula) {
-  interior_->arbol.Construye(formula);
-  Execute();
+  Interior& i = *interior_;
+  try {
+    i.otro->Construye(formula);
+  } catch (const Exception&) {
+    // One that cannot be built leaves none.
+    i.arbol->Vacia();
+    throw;
+  }
+  i.CambiaArbol();
+  try {
+    Execute();
+  } catch (const std::bad_alloc&) {
+    i.CambiaArbol();
+    throw;
+  }
   return true;
 }
 
 void TFormula::SetVariables(const TStringList& lista) { interior_->variables.Pon(lista); }
 
 double TFormula::Execute() {
-  if (interior_->arbol.Raiz() == formula::kNinguno) throw EInvalidOperation(u"No hay fórmula que evaluar");
+  if (interior_->arbol->Raiz() == formula::kNinguno) throw EInvalidOperation(u"No hay fórmula que evaluar");
   return interior_->evaluador.Ejecuta();
 }
 
@@ -73,19 +105,19 @@ std::int32_t TFormula::Redondea(double valor) {
 }
 
 UnicodeString TFormula::DameFuncionN(std::u16string_view operando) {
-  return interior_->arbol.DameFuncionN(operando);
+  return interior_->arbol->DameFuncionN(operando);
 }
 
-void TFormula::CreaFuncionN(std::u16string_view expresion) { interior_->arbol.CreaFuncionN(expresion); }
+void TFormula::CreaFuncionN(std::u16string_view expresion) { interior_->arbol->CreaFuncionN(expresion); }
 
 void TFormula::CreaFunciones(std::u16string_view operador) {
   const auto it = std::find(formula::kOperadores.begin(), formula::kOperadores.end(), operador);
   if (it == formula::kOperadores.end()) return;
-  interior_->arbol.CreaFunciones(static_cast<formula::Operador>(it - formula::kOperadores.begin()));
+  interior_->arbol->CreaFunciones(static_cast<formula::Operador>(it - formula::kOperadores.begin()));
 }
 
 std::size_t TFormula::CreaFuncionInterna(std::u16string_view nombre, std::u16string_view argumentos) {
-  return interior_->arbol.CreaFuncionInterna(nombre, argumentos);
+  return interior_->arbol->CreaFuncionInterna(nombre, argumentos);
 }
 
 UnicodeString TFormula::RemplazaVariables(std::u16string_view operando) {
@@ -93,7 +125,7 @@ UnicodeString TFormula::RemplazaVariables(std::u16string_view operando) {
   if (TryStrToFloat(operando, numero)) return UnicodeString(operando);
   const std::ptrdiff_t variable = interior_->variables.Busca(operando);
   if (variable >= 0) return UnicodeString(interior_->variables[static_cast<std::size_t>(variable)].Valor());
-  const std::uint32_t paso = interior_->arbol.BuscaPaso(operando);
+  const std::uint32_t paso = interior_->arbol->BuscaPaso(operando);
   if (paso != formula::kNinguno) return FloatToStr(interior_->evaluador.Evalua(paso));
   return UnicodeString(operando);
 }
@@ -128,19 +160,19 @@ double TFormula::ResuelveFuncionIn(const FUNCTION_INTERNA* funcion) {
 
 const UnicodeString& TFormula::Texto() const noexcept { return interior_->texto; }
 
-std::size_t TFormula::Nodos() const noexcept { return interior_->arbol.Nodos().Cuenta(); }
+std::size_t TFormula::Nodos() const noexcept { return interior_->arbol->Nodos().Cuenta(); }
 
-std::size_t TFormula::Internas() const noexcept { return interior_->arbol.Llamadas().Cuenta(); }
+std::size_t TFormula::Internas() const noexcept { return interior_->arbol->Llamadas().Cuenta(); }
 
 FUNCTION_SIMPLE TFormula::Nodo(std::size_t numero) const {
-  const formula::Arbol& arbol = interior_->arbol;
+  const formula::Arbol& arbol = *interior_->arbol;
   const formula::Paso& p = PasoNumero(arbol, arbol.Nodos(), numero);
   return {UnicodeString(formula::Texto(p.operador)), arbol.Texto(arbol.Operandos()[p.primero]),
           arbol.Texto(arbol.Operandos()[p.primero + 1])};
 }
 
 FUNCTION_INTERNA TFormula::Interna(std::size_t numero) const {
-  const formula::Arbol& arbol = interior_->arbol;
+  const formula::Arbol& arbol = *interior_->arbol;
   const formula::Paso& p = PasoNumero(arbol, arbol.Llamadas(), numero);
   FUNCTION_INTERNA interna{UnicodeString(arbol.Vista(p.nombre)), {}};
   for (std::uint32_t j = 0; j < p.cuenta; ++j) {
@@ -151,7 +183,7 @@ FUNCTION_INTERNA TFormula::Interna(std::size_t numero) const {
 
 TStringList TFormula::Tokens() const {
   TStringList lista;
-  for (const UnicodeString& token : interior_->arbol.Tokens()) lista.Add(token);
+  for (const UnicodeString& token : interior_->arbol->Tokens()) lista.Add(token);
   return lista;
 }
 

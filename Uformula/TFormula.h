@@ -38,7 +38,8 @@ struct FUNCTION_INTERNA {
 ///     formula.SetVariables(variables);
 ///     formula.Execute();                     // 1000: built once, executed with other variables
 ///
-/// **Text.** Blanks are removed first. Operators are `* + - / < = >` and `<> <= >=`; parentheses group;
+/// **Text.** Blanks are removed first; other control characters are part of an operand, but for those around
+/// the single operand of a group. Operators are `* + - / < = >` and `<> <= >=`; parentheses group;
 /// "," parts arguments; all else is operands. Names match without regard to case. A formula that begins with
 /// "-" subtracts from zero. A group that holds one operand and no operation gives that operand's text back,
 /// joined to what stands beside it.
@@ -64,10 +65,12 @@ struct FUNCTION_INTERNA {
 /// evaluated, also those that are not chosen or not needed; an empty one fails as an operand.
 ///
 /// **Errors.** EConvertError: an operand that is no number and no known name. EInvalidOperation: unbalanced
-/// parentheses, no formula, a formula whose names refer back to themselves ("FUN0"), missing arguments, a
-/// value beyond 32 bits in ABS or RDONDEA. Exception: "Operador desconocido" (the single "=" is never
-/// evaluated), "Funcion desconocida [name]". The object stays usable after any of them. Cost is linear in
-/// the length, and nesting needs no stack.
+/// parentheses, a group with nothing in it (`5()`), no formula, a formula whose names refer back to
+/// themselves
+/// ("FUN0"), missing arguments, a value beyond 32 bits in ABS or RDONDEA. Exception: "Operador desconocido"
+/// (the single "=" is never evaluated), "Funcion desconocida [name]". The object stays usable after any of
+/// them; when memory runs out every operation leaves it as it was. Cost is linear in the length, and nesting
+/// needs no stack.
 ///
 /// An object serves one thread at a time.
 class UTILVEL90_EXPORT TFormula {
@@ -82,8 +85,8 @@ class UTILVEL90_EXPORT TFormula {
 
   /// Builds the tree of a formula in place of the present one and evaluates it once; the value is not kept.
   /// An error in the evaluation (a variable not yet set) leaves the tree built, ready for Execute.
-  /// Unbalanced parentheses raise EInvalidOperation, with the position (from 1) in the text without blanks,
-  /// before any node is built; there is then no formula to execute.
+  /// Unbalanced parentheses and empty groups raise EInvalidOperation, with the position (from 1) in the text
+  /// without blanks, before any node is built; there is then no formula to execute.
   bool FormateaFormula(std::u16string_view formula);
 
   /// Replaces the variables by the name=value lines of a list. The same line twice raises EStringListError

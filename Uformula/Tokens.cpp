@@ -61,16 +61,15 @@ std::uint32_t Arbol::BitDoble(std::uint32_t lugar) const {
 // Every token but the first begins with an operator, and each operator has its turn: one token is left.
 void Arbol::PliegaTodos() {
   for (std::uint32_t faltan = presentes_; faltan != 0; faltan &= faltan - 1) {
-    CreaFunciones(static_cast<Operador>(std::countr_zero(faltan)));
+    PliegaOperador(static_cast<Operador>(std::countr_zero(faltan)));
   }
 }
 
 // By definition the leftmost match is folded and the search starts again from the beginning. The folded token
 // keeps the first character of the one on its left, which did not match, and those before it did not either:
 // one sweep from left to right folds the same tokens in the same order.
-void Arbol::CreaFunciones(Operador operador) {
+void Arbol::PliegaOperador(Operador operador) {
   if (tokens_.Cuenta() < 2) return;
-  ++version_;
   const std::u16string_view simbolo = formula::Texto(operador);
   std::size_t hechos = 1;
   for (std::size_t i = 1; i < tokens_.Cuenta(); ++i) {
@@ -140,7 +139,7 @@ UnicodeString Arbol::TextoTramo(const Tramo& t) const {
       texto += Vista(u.ComoTrozo());
     } else if (u.EsPaso()) {
       texto += NombrePaso(u.Valor());
-    } else {
+    } else if (!u.EsHueco()) {
       texto += static_cast<char16_t>(u.Valor());
     }
   }

@@ -2,9 +2,11 @@
 
 #include <bit>
 #include <cstring>
+#include <utility>
 
 #include "Uformula/FuncionesInternas.h"
 #include "Uformula/TFormula.h"
+#include "framework/Excepciones.h"
 #include "framework/Numeros.h"
 
 namespace vel::formula {
@@ -27,17 +29,22 @@ bool NombraPaso(std::u16string_view nombre) noexcept {
 
 }  // namespace
 
-void Variable::LeeValor() { esNumero = TryStrToFloat(Valor(), numero); }
-
 void Variables::Pon(const TStringList& lista) {
   if (PonValores(lista)) return;
-  ++version_;
-  variables_.clear();
-  orden_.clear();
-  casillas_.clear();
-  hayTextos_ = false;
-  nombranPasos_ = false;
+  Variables nuevas;
+  try {
+    nuevas.Lee(lista);
+  } catch (const EStringListError&) {
+    // A list that is refused leaves no variables.
+    *this = Variables(version_ + 1);
+    throw;
+  }
+  nuevas.version_ = version_ + 1;
+  *this = std::move(nuevas);
+}
 
+// Fills a new object.
+void Variables::Lee(const TStringList& lista) {
   TStringList pares;
   for (std::size_t i = 0; i < lista.Count(); ++i) {
     if (lista[i].find(u'=') != UnicodeString::npos) pares.Add(lista[i]);
@@ -54,7 +61,7 @@ void Variables::Pon(const TStringList& lista) {
     const std::size_t casilla = Casilla(std::u16string_view(linea).substr(0, igual));
     if (casillas_[casilla] != 0) continue;
     Variable& v = variables_.emplace_back(Variable{linea, igual});
-    v.LeeValor();
+    v.esNumero = TryStrToFloat(v.Valor(), v.numero);
     hayTextos_ = hayTextos_ || !v.esNumero;
     casillas_[casilla] = static_cast<std::uint32_t>(variables_.size());
     nombranPasos_ = nombranPasos_ || NombraPaso(v.Nombre());
@@ -65,9 +72,11 @@ void Variables::Pon(const TStringList& lista) {
     const std::u16string_view linea = lista[i];
     orden_.push_back(casillas_[Casilla(linea.substr(0, linea.find(u'=')))] - 1);
   }
+  leidos_.resize(n);
 }
 
-// True when the lines have the names that stand, in the same order, and the same ones have a value.
+// True when the lines have the names that stand, in the same order, and the same ones have a value. All are
+// read, and have room, before the first is set.
 bool Variables::PonValores(const TStringList& lista) {
   if (orden_.empty() || lista.Count() != orden_.size()) return false;
   bool hayTextos = false;
@@ -77,11 +86,21 @@ bool Variables::PonValores(const TStringList& lista) {
     const std::size_t cabeza = v.largoNombre + 1;
     if (linea.substr(0, cabeza) != std::u16string_view(v.linea).substr(0, cabeza)) return false;
     if ((linea.size() == cabeza) != v.Vacia()) return false;
-    if (linea != v.linea) {
-      v.linea = linea;
-      v.LeeValor();
+    Leido& l = leidos_[i];
+    l.cambia = linea != v.linea;
+    l.esNumero = v.esNumero;
+    if (l.cambia) {
+      v.linea.reserve(linea.size());
+      l.esNumero = TryStrToFloat(linea.substr(cabeza), l.numero);
     }
-    hayTextos = hayTextos || !v.esNumero;
+    hayTextos = hayTextos || !l.esNumero;
+  }
+  for (std::size_t i = 0; i < orden_.size(); ++i) {
+    if (!leidos_[i].cambia) continue;
+    Variable& v = variables_[orden_[i]];
+    v.linea = std::u16string_view(lista[i]);
+    v.numero = leidos_[i].numero;
+    v.esNumero = leidos_[i].esNumero;
   }
   hayTextos_ = hayTextos;
   return true;

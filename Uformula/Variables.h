@@ -20,14 +20,14 @@ struct Variable {
   std::u16string_view Nombre() const noexcept { return std::u16string_view(linea).substr(0, largoNombre); }
   std::u16string_view Valor() const noexcept { return std::u16string_view(linea).substr(largoNombre + 1); }
   bool Vacia() const noexcept { return linea.size() == largoNombre + 1; }
-  void LeeValor();
 };
 
 /// The caller's variables. A formula is executed many times with the same names and other values: while the
 /// names stay, setting them only reads the new values, and what refers to a variable by its place stays good.
 class Variables {
  public:
-  /// TFormula::SetVariables.
+  Variables() = default;
+  /// TFormula::SetVariables. Memory that runs out leaves the variables as they were.
   void Pon(const TStringList& lista);
 
   /// Place of the variable of that name when it has a value; -1 otherwise.
@@ -42,6 +42,8 @@ class Variables {
   bool NombranPasos() const noexcept { return nombranPasos_; }
 
  private:
+  explicit Variables(std::uint64_t version) : version_(version) {}
+  void Lee(const TStringList& lista);
   bool PonValores(const TStringList& lista);
   /// Slot of the name in the hash table: the one that holds it, or the free one where it would go.
   std::size_t Casilla(std::u16string_view nombre) const noexcept;
@@ -50,6 +52,13 @@ class Variables {
   std::vector<Variable> variables_;
   // For each line of the caller's list, its place here; empty when lines and places are not one to one.
   std::vector<std::uint32_t> orden_;
+  // One for each line of the caller's list, while its values are set.
+  struct Leido {
+    double numero = 0;
+    bool esNumero = false;
+    bool cambia = false;
+  };
+  std::vector<Leido> leidos_;
   // Open addressing by name, a power of two; place plus one, 0 where free.
   std::vector<std::uint32_t> casillas_;
   std::uint64_t version_ = 0;

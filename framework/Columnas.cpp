@@ -180,10 +180,22 @@ void Columna::Anula(std::size_t registro) {
 TClientDataSet& Columna::Anidado(std::size_t registro) {
   std::unique_ptr<TClientDataSet>& anidado = anidados[registro];
   if (anidado == nullptr) {
-    anidado = std::make_unique<TClientDataSet>();
-    anidado->CreateDataSet(def.ChildDefs);
+    auto nuevo = std::make_unique<TClientDataSet>();
+    nuevo->CreateDataSet(def.ChildDefs);
+    anidado = std::move(nuevo);
   }
   return *anidado;
+}
+
+void Columna::Trae(std::size_t registro, Columna& guardado) noexcept {
+  const auto cambia = [registro](auto& valores, auto& previos) {
+    if (!previos.empty()) std::swap(valores[registro], previos.front());
+  };
+  cambia(conValor, guardado.conValor);
+  cambia(enteros, guardado.enteros);
+  cambia(reales, guardado.reales);
+  cambia(textos, guardado.textos);
+  cambia(anidados, guardado.anidados);
 }
 
 void Columna::AgregaCopias(const Columna& otra, std::size_t cuenta) {

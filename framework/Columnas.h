@@ -42,6 +42,8 @@ struct Columna {
   void Anula(std::size_t registro);
   /// The nested data set of a record, made when it is first needed.
   TClientDataSet& Anidado(std::size_t registro);
+  /// Takes back the record that a column of one record keeps: needs no memory.
+  void Trae(std::size_t registro, Columna& guardado) noexcept;
   /// Appends copies of the other column's first `cuenta` records; both have the same definition. Throws
   /// with the column as it was, or longer than before; the caller cuts it back.
   void AgregaCopias(const Columna& otra, std::size_t cuenta);
@@ -102,8 +104,13 @@ struct Estado {
   Columna& ColumnaDe(std::size_t campo) const;
   /// Index of the field of that name, or -1.
   std::ptrdiff_t Busca(std::u16string_view nombre) const noexcept;
+  /// Makes every column this long; throws with all of them as they were.
   void Dimensiona(std::size_t nuevos);
   void Reserva(std::size_t cuantos);
+  /// Raises EDatabaseError when the record under edit lacks a required value.
+  void ExigeCompleto() const;
+  /// Ends the edit: what stands in the record stays.
+  void Publica() noexcept;
   /// Bof and Eof of a data set that was just filled: the first record is current.
   void AlPrincipio() noexcept;
 };

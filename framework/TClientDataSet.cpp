@@ -50,12 +50,32 @@ std::ptrdiff_t Estado::Busca(std::u16string_view nombre) const noexcept {
 }
 
 void Estado::Dimensiona(std::size_t nuevos) {
-  for (std::size_t i = 0; i < campos.size(); ++i) ColumnaDe(i).Dimensiona(nuevos);
+  try {
+    for (std::size_t i = 0; i < campos.size(); ++i) ColumnaDe(i).Dimensiona(nuevos);
+  } catch (...) {
+    // Shrinking needs no memory.
+    for (std::size_t i = 0; i < campos.size(); ++i) ColumnaDe(i).Dimensiona(registros);
+    throw;
+  }
   registros = nuevos;
 }
 
 void Estado::Reserva(std::size_t cuantos) {
   for (std::size_t i = 0; i < campos.size(); ++i) ColumnaDe(i).Reserva(cuantos);
+}
+
+void Estado::ExigeCompleto() const {
+  if (modo == Modo::Lectura) return;
+  for (const auto& campo : campos) {
+    if (campo->Required() && campo->IsNull()) {
+      throw EDatabaseError(u"El campo '" + campo->FieldName() + u"' debe tener un valor");
+    }
+  }
+}
+
+void Estado::Publica() noexcept {
+  modo = Modo::Lectura;
+  previo.clear();
 }
 
 void Estado::AlPrincipio() noexcept {
@@ -150,21 +170,21 @@ void TClientDataSet::Prior() {
 
 bool TClientDataSet::Locate(std::u16string_view campo, const Variant& valor) {
   FieldByName(campo);
-  Post();
   const Columna& columna = estado_->ColumnaDe(static_cast<std::size_t>(estado_->Busca(campo)));
-  for (std::size_t i = 0; i < estado_->registros; ++i) {
-    if (!columna.Iguala(i, valor)) continue;
-    estado_->actual = i;
-    estado_->bof = estado_->eof = false;
-    return true;
-  }
-  return false;
+  std::size_t i = 0;
+  while (i < estado_->registros && !columna.Iguala(i, valor)) ++i;
+  Post();
+  if (i == estado_->registros) return false;
+  estado_->actual = i;
+  estado_->bof = estado_->eof = false;
+  return true;
 }
 
 void TClientDataSet::Append() {
   if (estado_->campos.empty()) throw EDatabaseError(u"El conjunto de datos no tiene campos");
-  Post();
+  estado_->ExigeCompleto();
   estado_->Dimensiona(estado_->registros + 1);
+  estado_->Publica();
   estado_->actual = estado_->registros - 1;
   estado_->bof = estado_->eof = false;
   estado_->modo = Estado::Modo::Alta;
@@ -193,14 +213,8 @@ void TClientDataSet::Edit() {
 }
 
 void TClientDataSet::Post() {
-  if (estado_->modo == Estado::Modo::Lectura) return;
-  for (const auto& campo : estado_->campos) {
-    if (campo->Required() && campo->IsNull()) {
-      throw EDatabaseError(u"El campo '" + campo->FieldName() + u"' debe tener un valor");
-    }
-  }
-  estado_->modo = Estado::Modo::Lectura;
-  estado_->previo.clear();
+  estado_->ExigeCompleto();
+  estado_->Publica();
 }
 
 void TClientDataSet::Cancel() {
@@ -213,15 +227,8 @@ void TClientDataSet::Cancel() {
       if (estado_->registros == 0) estado_->AlPrincipio();
       break;
     case Estado::Modo::Edicion:
-      for (std::size_t i = 0; i < estado_->previo.size(); ++i) {
-        Columna& columna = estado_->ColumnaDe(i);
-        Columna& previo = estado_->previo[i];
-        if (columna.clase == conjunto::Clase::Anidado) {
-          columna.anidados[estado_->actual] = std::move(previo.anidados[0]);
-        } else {
-          columna.Pon(estado_->actual, previo.Lee(0));
-        }
-      }
+      for (std::size_t i = 0; i < estado_->previo.size(); ++i)
+        estado_->ColumnaDe(i).Trae(estado_->actual, estado_->previo[i]);
       estado_->previo.clear();
       break;
   }
@@ -230,8 +237,7 @@ void TClientDataSet::Cancel() {
 void TClientDataSet::Delete() {
   if (estado_->registros == 0) throw EDatabaseError(u"El conjunto de datos no tiene registro que borrar");
   if (estado_->modo == Estado::Modo::Alta) return Cancel();
-  estado_->modo = Estado::Modo::Lectura;
-  estado_->previo.clear();
+  estado_->Publica();
   for (std::size_t i = 0; i < estado_->campos.size(); ++i) estado_->ColumnaDe(i).Borra(estado_->actual);
   --estado_->registros;
   if (estado_->registros == 0) {
@@ -242,8 +248,7 @@ void TClientDataSet::Delete() {
 }
 
 void TClientDataSet::EmptyDataSet() {
-  estado_->modo = Estado::Modo::Lectura;
-  estado_->previo.clear();
+  estado_->Publica();
   estado_->Dimensiona(0);
   estado_->AlPrincipio();
 }
@@ -268,7 +273,7 @@ void TClientDataSet::AppendData(const TClientDataSet& otro) {
     FieldByName(def.Name);
     hacia.push_back(&estado_->ColumnaDe(static_cast<std::size_t>(estado_->Busca(def.Name))));
   }
-  Post();
+  estado_->ExigeCompleto();
   const std::size_t antes = estado_->registros;
   const std::size_t cuenta = otro.RecordCount();
   try {
@@ -295,6 +300,7 @@ void TClientDataSet::AppendData(const TClientDataSet& otro) {
     estado_->Dimensiona(antes);
     throw;
   }
+  estado_->Publica();
   if (antes == 0) First();
 }
 

@@ -92,7 +92,7 @@ class UTILVEL90_EXPORT TField {
 /// follow. Binary, object and variant fields (ftBytes, ftBlob, ftADT, ftVariant and the like) are refused.
 ///
 /// Changes are applied at once: there is no change log, and Append and Edit work in the record itself, which
-/// Cancel puts back as it was.
+/// Cancel puts back as it was. An operation that throws leaves the data set as it was.
 class UTILVEL90_EXPORT TClientDataSet : public TObject {
  public:
   TClientDataSet();

@@ -24,6 +24,13 @@ struct TParam {
 /// Ordered list of the parameters of a query. Names match without regard to case.
 class UTILVEL90_EXPORT TParams {
  public:
+  TParams() = default;
+  TParams(const TParams&) = default;
+  TParams(TParams&&) noexcept = default;
+  TParams& operator=(const TParams& otra) { return *this = TParams(otra); }
+  TParams& operator=(TParams&&) noexcept = default;
+  ~TParams() = default;
+
   TParam& Add(TParam parametro);
   void Clear() noexcept { parametros_.clear(); }
   std::size_t Count() const noexcept { return parametros_.size(); }

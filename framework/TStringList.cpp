@@ -1,6 +1,7 @@
 #include "framework/TStringList.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "framework/Excepciones.h"
@@ -39,18 +40,21 @@ const UnicodeString& TStringList::Strings(std::size_t indice) const { return En(
 TObject* TStringList::Objects(std::size_t indice) const { return En(indice).objeto.get(); }
 
 std::size_t TStringList::AddObject(std::u16string_view texto, std::unique_ptr<TObject> objeto) {
+  return Coloca({UnicodeString(texto), std::move(objeto)});
+}
+
+std::size_t TStringList::Coloca(Entrada entrada) {
   std::size_t lugar = entradas_.size();
   if (ordenada_) {
-    lugar = CotaInferior(texto);
-    if (lugar < entradas_.size() && SameText(entradas_[lugar].texto, texto)) {
+    lugar = CotaInferior(entrada.texto);
+    if (lugar < entradas_.size() && SameText(entradas_[lugar].texto, entrada.texto)) {
       if (duplicados_ == TDuplicates::dupIgnore) return lugar;
       if (duplicados_ == TDuplicates::dupError) {
-        FallaDuplicado(texto);
+        FallaDuplicado(entrada.texto);
       }
     }
   }
-  entradas_.insert(entradas_.begin() + static_cast<std::ptrdiff_t>(lugar),
-                   Entrada{UnicodeString(texto), std::move(objeto)});
+  entradas_.insert(entradas_.begin() + static_cast<std::ptrdiff_t>(lugar), std::move(entrada));
   return lugar;
 }
 
@@ -73,22 +77,54 @@ void TStringList::Delete(std::size_t indice) {
 }
 
 void TStringList::AddStrings(const TStringList& otra) {
-  if (ordenada_ && entradas_.empty() && duplicados_ == TDuplicates::dupError) {
+  TStringList copia;
+  for (const Entrada& e : otra.entradas_) copia.entradas_.push_back({e.texto, nullptr});
+  AddStrings(std::move(copia));
+}
+
+void TStringList::AddStrings(TStringList&& otra) {
+  if (&otra == this) return;
+  std::vector<Entrada>& nuevas = otra.entradas_;
+  const auto menor = [](const Entrada& a, const Entrada& b) { return CompareText(a.texto, b.texto) < 0; };
+  const bool sinRepetidas = ordenada_ && duplicados_ == TDuplicates::dupError;
+  if (sinRepetidas) {
     // Sorted at once: one by one each would move those behind it.
-    std::vector<Entrada> todas;
-    for (const Entrada& e : otra.entradas_) todas.push_back(Entrada{e.texto, nullptr});
-    std::stable_sort(todas.begin(), todas.end(),
-                     [](const Entrada& a, const Entrada& b) { return CompareText(a.texto, b.texto) < 0; });
-    const auto repetida =
-        std::adjacent_find(todas.begin(), todas.end(),
-                           [](const Entrada& a, const Entrada& b) { return SameText(a.texto, b.texto); });
-    if (repetida != todas.end()) FallaDuplicado(repetida->texto);
-    entradas_ = std::move(todas);
-    return;
+    std::stable_sort(nuevas.begin(), nuevas.end(), menor);
+    const auto repetida = std::adjacent_find(nuevas.begin(), nuevas.end(), [](const auto& a, const auto& b) {
+      return SameText(a.texto, b.texto);
+    });
+    if (repetida != nuevas.end()) FallaDuplicado(repetida->texto);
+    for (const Entrada& e : nuevas) {
+      if (IndexOf(e.texto) >= 0) FallaDuplicado(e.texto);
+    }
   }
-  // By index: a list may be added to itself.
-  const std::size_t n = otra.Count();
-  for (std::size_t i = 0; i < n; ++i) Add(UnicodeString(otra.Strings(i)));
+  // From here on nothing throws: entries only move, into room that is there.
+  const auto antes = static_cast<std::ptrdiff_t>(entradas_.size());
+  if (!ordenada_ || sinRepetidas) {
+    entradas_.insert(entradas_.end(), std::make_move_iterator(nuevas.begin()),
+                     std::make_move_iterator(nuevas.end()));
+    if (sinRepetidas)
+      std::inplace_merge(entradas_.begin(), entradas_.begin() + antes, entradas_.end(), menor);
+  } else {
+    entradas_.reserve(entradas_.size() + nuevas.size());
+    for (Entrada& e : nuevas) Coloca(std::move(e));
+  }
+  nuevas.clear();
+}
+
+void TStringList::SetStrings(std::vector<UnicodeString> textos) {
+  TStringList nueva;
+  nueva.ordenada_ = ordenada_;
+  nueva.duplicados_ = duplicados_;
+  nueva.SetCapacity(textos.size());
+  for (UnicodeString& texto : textos) nueva.Coloca({std::move(texto), nullptr});
+  *this = std::move(nueva);
+}
+
+void TStringList::Swap(std::size_t indice, UnicodeString& texto) {
+  ExigeSinOrden();
+  En(indice);
+  entradas_[indice].texto.swap(texto);
 }
 
 std::ptrdiff_t TStringList::IndexOf(std::u16string_view texto) const noexcept {
@@ -153,16 +189,14 @@ UnicodeString TStringList::Text() const {
 }
 
 void TStringList::SetText(std::u16string_view texto) {
-  // The text may be one of this list's own.
-  const UnicodeString copia(texto);
-  texto = copia;
-  Clear();
+  std::vector<UnicodeString> lineas;
   while (!texto.empty()) {
     const std::size_t fin = texto.find_first_of(u"\r\n");
-    Add(texto.substr(0, fin));
-    if (fin == std::u16string_view::npos) return;
+    lineas.emplace_back(texto.substr(0, fin));
+    if (fin == std::u16string_view::npos) break;
     texto.remove_prefix(fin + (texto.substr(fin, 2) == u"\r\n" ? 2 : 1));
   }
+  SetStrings(std::move(lineas));
 }
 
 }  // namespace vel

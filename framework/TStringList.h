@@ -16,7 +16,8 @@ namespace vel {
 enum class TDuplicates : std::uint8_t { dupIgnore, dupAccept, dupError };
 
 /// Ordered texts, each with an object that the list may own. Indexes are 0-based; one out of range raises
-/// EStringListError. Texts and names match without regard to case (SameText).
+/// EStringListError. Texts and names match without regard to case (SameText). An operation that throws leaves
+/// the list as it was.
 class UTILVEL90_EXPORT TStringList : public TObject {
  public:
   TStringList() = default;
@@ -43,8 +44,16 @@ class UTILVEL90_EXPORT TStringList : public TObject {
   void Put(std::size_t indice, std::u16string_view texto);
   void Delete(std::size_t indice);
   void Clear() noexcept { entradas_.clear(); }
-  /// Appends copies of the other list's texts, without their objects.
+  /// Makes room for so many entries in all: adding up to that many needs no memory but the texts'.
+  void SetCapacity(std::size_t cuenta) { entradas_.reserve(cuenta); }
+  /// Adds copies of the other list's texts, without their objects.
   void AddStrings(const TStringList& otra);
+  /// Adds the other list's own entries, objects included, and leaves it empty.
+  void AddStrings(TStringList&& otra);
+  /// Replaces the list by these texts.
+  void SetStrings(std::vector<UnicodeString> textos);
+  /// Puts a text in the place of another, which the caller gets; needs no memory. A sorted list refuses.
+  void Swap(std::size_t indice, UnicodeString& texto);
 
   /// Index of the text, or -1.
   std::ptrdiff_t IndexOf(std::u16string_view texto) const noexcept;
@@ -75,6 +84,7 @@ class UTILVEL90_EXPORT TStringList : public TObject {
     UnicodeString texto;
     std::unique_ptr<TObject> objeto;
   };
+  std::size_t Coloca(Entrada entrada);
   const Entrada& En(std::size_t indice) const;
   void ExigeSinOrden() const;
   /// First entry not below the text, in a sorted list.

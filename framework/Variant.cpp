@@ -35,6 +35,8 @@ Variant Variant::Null() {
   return v;
 }
 
+void Variant::LanzaFueraDeRango() { FallaConversion(Kind::Int64, u"entero: está fuera de rango"); }
+
 UnicodeString Variant::AsString() const {
   switch (GetKind()) {
     case Kind::Empty:

@@ -1,8 +1,11 @@
 #pragma once
 
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -21,8 +24,15 @@ struct VariantArray {
   std::vector<Variant> items;
 };
 
+/// A type of whole numbers: neither truth values nor characters are.
+template <typename T>
+concept TipoEntero =
+    std::integral<T> && !std::same_as<T, bool> && !std::same_as<T, char> && !std::same_as<T, wchar_t> &&
+    !std::same_as<T, char8_t> && !std::same_as<T, char16_t> && !std::same_as<T, char32_t>;
+
 /// The framework's tagged value: empty (unassigned), null, 32-bit or 64-bit integer, double, date-time,
-/// boolean, text, or an array of variants. A value type: copies are deep.
+/// boolean, text, or an array of variants. A value type: copies are deep. UTF-16 texts, numbers, dates and
+/// truth values become one by themselves; 8-bit texts, characters, null pointers and other pointers do not.
 class UTILVEL90_EXPORT Variant {
  public:
   /// What the value holds; the ordinals are those of the alternatives inside.
@@ -31,19 +41,38 @@ class UTILVEL90_EXPORT Variant {
   Variant() noexcept = default;
   /// A database null, which is not the same as an unassigned value.
   static Variant Null();
-  explicit Variant(std::int32_t valor) : valor_(valor) {}
-  explicit Variant(std::int64_t valor) : valor_(valor) {}
-  explicit Variant(double valor) : valor_(valor) {}
-  explicit Variant(TDateTime valor) : valor_(valor) {}
-  explicit Variant(UnicodeString valor) : valor_(std::move(valor)) {}
-  explicit Variant(std::u16string_view valor) : valor_(UnicodeString(valor)) {}
-  explicit Variant(const char16_t* valor) : valor_(UnicodeString(valor)) {}
+  Variant(const Variant&) = default;
+  Variant(Variant&&) noexcept = default;
+  /// An array that cannot be copied leaves the value as it was.
+  Variant& operator=(const Variant& otro) { return *this = Variant(otro); }
+  Variant& operator=(Variant&&) noexcept = default;
+  ~Variant() = default;
+
+  /// A 32-bit integer when every value of the type is one, else a 64-bit one; an unsigned number beyond that
+  /// raises EVariantTypeCastError.
+  template <TipoEntero T>
+  Variant(T valor) {
+    if constexpr (std::in_range<std::int32_t>(std::numeric_limits<T>::max())) {
+      valor_ = static_cast<std::int32_t>(valor);
+    } else {
+      if (!std::in_range<std::int64_t>(valor)) LanzaFueraDeRango();
+      valor_ = static_cast<std::int64_t>(valor);
+    }
+  }
+  template <std::floating_point T>
+  Variant(T valor) : valor_(static_cast<double>(valor)) {}
+  Variant(TDateTime valor) : valor_(valor) {}
+  Variant(UnicodeString valor) : valor_(std::move(valor)) {}
+  Variant(std::u16string_view valor) : valor_(UnicodeString(valor)) {}
+  Variant(const char16_t* valor) : valor_(UnicodeString(valor)) {}
   explicit Variant(VariantArray valor) : valor_(std::move(valor)) {}
-  /// Only a true bool becomes a boolean; pointers and numbers do not.
+  /// Only a true bool becomes a boolean.
   template <std::same_as<bool> T>
-  explicit Variant(T valor) : valor_(valor) {}
+  Variant(T valor) : valor_(valor) {}
+  Variant(std::nullptr_t) = delete;
   template <typename T>
-  Variant(T*) = delete;
+  requires(!std::same_as<std::remove_cv_t<T>, char16_t>) Variant(T*)
+  = delete;
 
   Kind GetKind() const noexcept { return static_cast<Kind>(valor_.index()); }
   bool IsEmpty() const noexcept { return GetKind() == Kind::Empty; }
@@ -83,6 +112,8 @@ class UTILVEL90_EXPORT Variant {
   friend UTILVEL90_EXPORT bool operator==(const Variant& a, const Variant& b);
 
  private:
+  [[noreturn]] static void LanzaFueraDeRango();
+
   struct Nulo {
     friend bool operator==(Nulo, Nulo) = default;
   };

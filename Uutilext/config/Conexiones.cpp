@@ -65,8 +65,7 @@ UnicodeString DameArchConexUsu() {
 }
 
 void DameListaConexiones(std::u16string_view archivo, TStringList& lista) {
-  lista.Clear();
-  for (const UnicodeString& nombre : LeeIni(archivo).Secciones()) lista.Add(nombre);
+  lista.SetStrings(LeeIni(archivo).Secciones());
 }
 
 }  // namespace vel

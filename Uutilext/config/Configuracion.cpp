@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
+#include <vector>
 
 #include "Uutilext/config/ArchivoIni.h"
 #include "Uutilext/config/Proceso.h"
@@ -90,15 +92,17 @@ UnicodeString DameValorSinComillas(std::u16string_view archivo, std::u16string_v
 }
 
 void DameValoresSeccion(std::u16string_view archivo, std::u16string_view seccion, TStringList& lista) {
-  lista.Clear();
+  std::vector<UnicodeString> lineas;
   for (const auto& [clave, valor] : LeeIni(archivo).Seccion(seccion)) {
-    lista.Add(UnicodeString(clave).append(u"=").append(QuitaComillas(valor)));
+    lineas.push_back(UnicodeString(clave).append(u"=").append(QuitaComillas(valor)));
   }
+  lista.SetStrings(std::move(lineas));
 }
 
 void DameDatosDeSeccion(std::u16string_view archivo, std::u16string_view seccion, TStringList& lista) {
-  lista.Clear();
-  for (const auto& [clave, valor] : LeeIni(archivo).Seccion(seccion)) lista.Add(clave);
+  std::vector<UnicodeString> claves;
+  for (auto& [clave, valor] : LeeIni(archivo).Seccion(seccion)) claves.push_back(std::move(clave));
+  lista.SetStrings(std::move(claves));
 }
 
 bool DameValorBooleano(std::u16string_view texto) {

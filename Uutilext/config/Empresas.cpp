@@ -5,6 +5,7 @@
 #include <string>
 #include <thread>
 #include <utility>
+#include <vector>
 
 #include "Uutilext/config/Rutas.h"
 #include "Uutilext/diagnostics/Traza.h"
@@ -123,9 +124,10 @@ void DameEmpresasVEL(TStringList& lista) {
   AbreArchivoEmpresa(empresas, {});
   const TField& numero = empresas->FieldByName(u"NumEmp");
   const TField& nombre = empresas->FieldByName(u"Nombre_Empresa");
-  lista.Clear();
+  std::vector<UnicodeString> lineas;
   for (empresas->First(); !empresas->Eof(); empresas->Next())
-    lista.Add(numero.AsString() + u"=" + nombre.AsString());
+    lineas.push_back(numero.AsString() + u"=" + nombre.AsString());
+  lista.SetStrings(std::move(lineas));
 }
 
 UnicodeString DameNombreEmpresa(int numEmp) { return CampoDeEmpresa(numEmp, u"Nombre_Empresa"); }
@@ -146,14 +148,18 @@ UnicodeString DameAliasBaseDatos(int numEmp) {
 }
 
 UnicodeString DameRutaTrabajoEmpresa(std::u16string_view numEmp, UnicodeString& datosBD) {
-  datosBD.clear();
   std::int32_t numero = 0;
-  if (!TryStrToInt(TrimView(numEmp), numero)) return {};
-  const std::unique_ptr<TClientDataSet> empresas = BuscaEmpresa(numero);
-  if (empresas == nullptr) return {};
-  datosBD = empresas->FieldByName(u"DatosBD").AsString();
-  UnicodeString rutaTrabajo = empresas->FieldByName(u"RutaTrabajo").AsString();
-  return rutaTrabajo.empty() ? empresas->FieldByName(u"RutaDatos").AsString() : rutaTrabajo;
+  const std::unique_ptr<TClientDataSet> empresas =
+      TryStrToInt(TrimView(numEmp), numero) ? BuscaEmpresa(numero) : nullptr;
+  if (empresas == nullptr) {
+    datosBD.clear();
+    return {};
+  }
+  UnicodeString datos = empresas->FieldByName(u"DatosBD").AsString();
+  UnicodeString ruta = empresas->FieldByName(u"RutaTrabajo").AsString();
+  if (ruta.empty()) ruta = empresas->FieldByName(u"RutaDatos").AsString();
+  datosBD = std::move(datos);
+  return ruta;
 }
 
 void AgregaEmpresaXML(int numEmp, std::u16string_view rutaDatos, std::u16string_view driver,

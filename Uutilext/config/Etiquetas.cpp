@@ -1,6 +1,7 @@
 #include "Uutilext/config/Etiquetas.h"
 
 #include <string>
+#include <utility>
 
 #include "Uutilext/config/Rutas.h"
 #include "framework/Excepciones.h"
@@ -33,10 +34,12 @@ bool LeeXMLCamposTablasSistema(std::u16string_view etiqueta, TStringList& lista,
   const TField& disponible = campos->FieldByName(u"Disponible");
   const TField& visible = campos->FieldByName(u"Visible");
   const TField& calculado = campos->FieldByName(u"Calculado");
+  TStringList nuevas;
   for (campos->First(); !campos->Eof(); campos->Next()) {
     const bool seOfrece = disponible.AsBoolean() && !calculado.AsBoolean();
-    if (seOfrece && (ocultos || visible.AsBoolean())) lista.Add(campo.AsString() + u"=" + titulo.AsString());
+    if (seOfrece && (ocultos || visible.AsBoolean())) nuevas.Add(campo.AsString() + u"=" + titulo.AsString());
   }
+  lista.AddStrings(std::move(nuevas));
   return true;
 }
 

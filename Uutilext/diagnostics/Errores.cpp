@@ -39,8 +39,9 @@ void LanzaThrow(std::u16string_view mensaje, int& codigo) {
   logInter(u"uUtil::LanzaThrow...Fin");
   // A service host catches integers and maps them to its own responses.
   if (esServicio) throw codigo;
+  Exception error(mensaje);
   codigo = -1;
-  throw Exception(mensaje);
+  throw error;
 }
 
 bool esErrorSesionCaduca(std::u16string_view mensaje) noexcept {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <span>
+#include <utility>
 
 #include "platform/Caracteres.h"
 
@@ -51,13 +52,18 @@ void DividirDireccion(std::u16string_view direccion, UnicodeString& calle, Unico
   std::array<Hallazgo, kGrupos> hallazgos{};
   for (std::size_t g = 0; g < kGrupos; ++g) hallazgos[g] = Busca(mayusculas, kClaves[g], largo + 1);
   const std::array<std::size_t, kGrupos> orden = Ordena(hallazgos);
-  calle = Trim(Copy(texto, 1, hallazgos[orden[0]].posicion));
-  UnicodeString* const salidas[kGrupos] = {&numExterior, &numInterior, &cruce1, &cruce2};
+  UnicodeString inicio = Trim(Copy(texto, 1, hallazgos[orden[0]].posicion));
+  std::array<UnicodeString, kGrupos> partes;
   for (std::size_t i = 0; i < kGrupos; ++i) {
     const Hallazgo& h = hallazgos[orden[i]];
     const long long fin = i + 1 < kGrupos ? hallazgos[orden[i + 1]].posicion : largo + 1;
-    *salidas[orden[i]] = Trim(Copy(texto, h.posicion + h.largo, fin - h.posicion - h.largo));
+    partes[orden[i]] = Trim(Copy(texto, h.posicion + h.largo, fin - h.posicion - h.largo));
   }
+  calle = std::move(inicio);
+  numExterior = std::move(partes[0]);
+  numInterior = std::move(partes[1]);
+  cruce1 = std::move(partes[2]);
+  cruce2 = std::move(partes[3]);
 }
 
 void DividePoblacion(std::u16string_view poblacion, UnicodeString& primera, UnicodeString& segunda,
@@ -69,12 +75,17 @@ void DividePoblacion(std::u16string_view poblacion, UnicodeString& primera, Unic
     primera = resto;
     return;
   }
-  primera = segunda = Copy(resto, 1, static_cast<long long>(coma) - 1);
+  UnicodeString inicio(Copy(resto, 1, static_cast<long long>(coma) - 1));
+  UnicodeString copia = inicio;
   resto.remove_prefix(coma);
   const std::size_t otra = Pos(u",", resto);
-  if (otra == 0 && !resto.empty()) tercera.clear();
+  const bool sinTercera = otra == 0 && !resto.empty();
   resto.remove_prefix(otra);
   if (!resto.empty()) cuarta = resto;
+  // From here on nothing fails.
+  primera = std::move(inicio);
+  segunda = std::move(copia);
+  if (sinTercera) tercera.clear();
 }
 
 }  // namespace vel

@@ -1,6 +1,7 @@
 #include "Uutilext/text/Listas.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "framework/Numeros.h"
 
@@ -8,16 +9,18 @@ namespace vel {
 
 void DivideCadena(UnicodeString& destino, UnicodeString& origen, int limite) {
   const UnicodeString textoLimite = IntToStr(limite);
+  UnicodeString junto = destino;
   std::size_t tomado = 0;
-  while (destino < textoLimite && tomado < origen.size()) {
+  while (junto < textoLimite && tomado < origen.size()) {
     const std::size_t coma = std::min(origen.find(u',', tomado), origen.size());
     const std::size_t largo = coma - tomado;
-    if (static_cast<long long>(destino.size()) + static_cast<long long>(largo) > limite) break;
-    if (!destino.empty()) destino += u',';
-    destino.append(origen, tomado, largo);
+    if (static_cast<long long>(junto.size()) + static_cast<long long>(largo) > limite) break;
+    if (!junto.empty()) junto += u',';
+    junto.append(origen, tomado, largo);
     tomado = coma + 1;
   }
   origen.erase(0, tomado);
+  destino = std::move(junto);
 }
 
 int CuentaVecesStr(std::u16string_view buscado, std::u16string_view texto) noexcept {

@@ -18,7 +18,7 @@ TEST(Formula, GivesTheValuesOfTheCaseFile) {
     UnicodeString obtenido;
     try {
       formula.SetVariables(variables);
-      formula.NewFormula(Trim(UTF8ToString(caso[0])));
+      formula.NewFormula(UTF8ToString(caso[0]));
       obtenido = FloatToStr(formula.Execute());
     } catch (const Exception& e) {
       obtenido = u"error: " + e.Message();

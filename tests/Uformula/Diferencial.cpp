@@ -42,16 +42,32 @@ struct Literal {
 
   double Formula(Texto t) {
     t = StringReplace(t, u" ", u"");
+    ExigeGrupos(t);
     if (t.starts_with(u'-')) t = u"0" + t;
     for (auto n = std::count(t.begin(), t.end(), u'('); n > 0; --n) t = Pasada(t, t.rfind(u'('));
     FuncionN(t + u"+0");
     return nodos.empty() ? throw EInvalidOperation(u"No hay fórmula que evaluar") : Result(raiz);
   }
 
+  static Texto NombreAntes(const Texto& t, std::size_t abre) {
+    const std::size_t corte = t.find_last_of(u"*+-/<=>(,", abre == 0 ? 0 : abre - 1);
+    return abre == 0 ? u"" : t.substr(corte == Texto::npos ? 0 : corte + 1, abre - (corte + 1));
+  }
+
+  static void ExigeGrupos(const Texto& t) {
+    for (std::size_t cierra = t.find(u')'); cierra != Texto::npos; cierra = t.find(u')', cierra + 1)) {
+      const std::size_t abre = t.find_last_of(u"*+-/<=>(),", cierra - 1);
+      const bool vacio = t[abre] == u'(' && Trim(t.substr(abre + 1, cierra - abre - 1)).empty();
+      if (!vacio || EsInterna(NombreAntes(t, abre))) continue;
+      throw EInvalidOperation(u"No hay nada en el paréntesis que se abre en la posición " +
+                              IntToStr(static_cast<std::int64_t>(abre) + 1) +
+                              u" de la fórmula, contada sin los espacios en blanco");
+    }
+  }
+
   Texto Pasada(const Texto& t, std::size_t abre) {
     const std::size_t cierra = t.find(u')', abre);
-    const std::size_t corte = t.find_last_of(u"*+-/<=>(,", abre == 0 ? 0 : abre - 1);
-    const Texto nombre = abre == 0 ? u"" : t.substr(corte == Texto::npos ? 0 : corte + 1, abre - (corte + 1));
+    const Texto nombre = NombreAntes(t, abre);
     Texto dentro = t.substr(abre + 1, cierra - abre - 1);
     const Texto resto = t.substr(cierra + 1);
     if (!EsInterna(nombre)) {
@@ -180,13 +196,17 @@ class Generador {
     if (clase < 7) return De({u"A", u"b", u"IVA"});
     if (clase == 7 && azar_() % 6 != 0) return u"C";
     if (clase == 7)
-      return De({u"X", u"FUN0", u"fun1", u"FUN3", u"SUMA0", u"SI1", u"", u"T", u"\tC", u"1E308"});
+      return De(
+          {u"X", u"FUN0", u"fun1", u"FUN3", u"SUMA0", u"SI1", u"", u"T", u"\tC", u"C\t", u"\t", u"1E308"});
     if (clase < 10)
-      return De({u"", u"", u"", u"", u"", u"", u"", u"2", u"FUN"}) + u"(" + Expresion(hondo - 1) + u")";
+      return De({u"", u"", u"", u"", u"", u"", u"", u"2", u"FUN"}) + u"(" + Expresion(hondo - 1) + Cola() +
+             u")";
     Texto t = De({u"SUMA", u"si", u"SI", u"RAIZ", u"Truncar"}) + u"(";
-    for (auto n = azar_() % 10 == 0 ? 1 : 3; n > 0; --n) t += Expresion(hondo - 1) + (n > 1 ? u"," : u"");
+    for (auto n = azar_() % 10 == 0 ? 1 : 3; n > 0; --n)
+      t += Expresion(hondo - 1) + Cola() + (n > 1 ? u"," : u"");
     return t + u")";
   }
+  Texto Cola() { return azar_() % 12 == 0 ? De({u"\t", u"\t\t", u" ", u",\t", u"(1)\t"}) : u""; }
   Texto De(std::vector<Texto> opciones, std::size_t raras = 0) {
     const std::size_t i = azar_() % opciones.size();
     return raras != 0 && i >= raras && azar_() % 8 != 0 ? opciones[0] : opciones[i];
@@ -225,6 +245,13 @@ TEST(Formula, AgreesWithTheLiteralRulesOnRandomFormulas) {
       const Literal::Nodo& otro = literal.nodos[u"FUN" + IntToStr(static_cast<std::int64_t>(n))];
       ASSERT_TRUE(nodo.operador == otro.op && nodo.izquierdo == otro.izq && nodo.derecho == otro.der)
           << UTF8Encode(texto) << ": " << n;
+    }
+    for (std::size_t n = 0; n < formula.Internas(); ++n) {
+      const FUNCTION_INTERNA llamada = formula.Interna(n);
+      const auto& args = literal.internas[llamada.nombre + IntToStr(static_cast<std::int64_t>(n))].args;
+      ASSERT_EQ(llamada.argumentos.Count(), args.size()) << UTF8Encode(texto);
+      for (std::size_t a = 0; a < args.size(); ++a)
+        ASSERT_TRUE(llamada.argumentos[a] == args[a]) << UTF8Encode(texto);
     }
     double numero = 0;
     conValor += TryStrToFloat(esperado, numero) ? 1 : 0;

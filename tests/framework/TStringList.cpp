@@ -29,6 +29,14 @@ TEST(TStringList, SortedListKeepsOrderAndRefusesDuplicates) {
   EXPECT_EQ(vivos, 1);
   EXPECT_THROW(lista.Put(0, u"x"), EStringListError);
   EXPECT_THROW(lista.Strings(1), EStringListError);
+  TStringList otra;
+  otra.SetStrings({u"SUMA0", u"ABS0", u"FUN10"});
+  lista.AddStrings(otra);
+  EXPECT_EQ(lista.Text(), u"ABS0\r\nFUN10\r\nFUN9\r\nSUMA0\r\n");
+  EXPECT_THROW(lista.AddStrings(otra), EStringListError);
+  EXPECT_THROW(lista.SetText(u"A\nb\na"), EStringListError);
+  EXPECT_EQ(lista.Count(), 4U) << "what is refused changes nothing";
+  for (const std::size_t sobra : {3, 1, 0}) lista.Delete(sobra);
   lista.SetDuplicates(TDuplicates::dupIgnore);
   EXPECT_EQ(lista.Add(u"FUN9"), 0U);
   EXPECT_EQ(lista.Count(), 1U);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <limits>
+#include <string>
 #include <type_traits>
 
 #include "framework/Excepciones.h"
@@ -9,8 +10,10 @@
 namespace vel {
 namespace {
 
-static_assert(!std::is_constructible_v<Variant, const char*>, "a narrow literal must not become a boolean");
-static_assert(!std::is_convertible_v<int, Variant>);
+template <typename... T>
+constexpr bool kNinguno = (!std::is_constructible_v<Variant, T> && ...);
+static_assert(kNinguno<const char*, std::string, std::string_view, char, char16_t, wchar_t, std::nullptr_t,
+                       void*, const int*>);
 
 TEST(Variant, ConvertsToTextAndNumber) {
   const struct {
@@ -19,13 +22,20 @@ TEST(Variant, ConvertsToTextAndNumber) {
     double numero;
   } casos[] = {
       {Variant(), u"", 0},
-      {Variant(7), u"7", 7},
-      {Variant(std::int64_t{1} << 40), u"1099511627776", 1099511627776.0},
-      {Variant(0.1), u"0.1", 0.1},
-      {Variant(TDateTime(45427)), u"15/05/2024", 45427},
-      {Variant(true), u"True", -1},
-      {Variant(false), u"False", 0},
-      {Variant(u"12.5"), u"12.5", 12.5},
+      {7, u"7", 7},
+      {1L << 40, u"1099511627776", 1099511627776.0},
+      {-5LL, u"-5", -5},
+      {4294967295U, u"4294967295", 4294967295.0},
+      {9223372036854775807ULL, u"9223372036854775807", 9223372036854775807.0},
+      {std::uint8_t{200}, u"200", 200},
+      {0.1, u"0.1", 0.1},
+      {0.5F, u"0.5", 0.5},
+      {TDateTime(45427), u"15/05/2024", 45427},
+      {true, u"True", -1},
+      {false, u"False", 0},
+      {u"12.5", u"12.5", 12.5},
+      {UnicodeString(u"12.5"), u"12.5", 12.5},
+      {std::u16string_view(u"12.5"), u"12.5", 12.5},
   };
   for (const auto& c : casos) {
     EXPECT_EQ(c.valor.AsString(), c.texto);
@@ -34,6 +44,10 @@ TEST(Variant, ConvertsToTextAndNumber) {
   }
   EXPECT_EQ(Variant(u"verdadero").GetKind(), Variant::Kind::String);
   EXPECT_EQ(Variant::Null().AsString(), u"");
+  EXPECT_EQ(Variant(std::uint16_t{7}).GetKind(), Variant::Kind::Integer);
+  EXPECT_EQ(Variant(7L).GetKind(), Variant::Kind::Int64);
+  EXPECT_EQ(Variant(std::size_t{7}).GetKind(), Variant::Kind::Int64);
+  EXPECT_THROW(Variant(9223372036854775808ULL), EVariantTypeCastError);
 }
 
 TEST(Variant, RoundsHalvesToEvenAndRefusesWhatDoesNotFit) {

@@ -1,0 +1,33 @@
+#include "tests/internal/Asignador.h"
+
+#include <cstdlib>
+#include <new>
+
+namespace pruebas {
+
+Asignador asignador;
+
+namespace {
+
+void* Pide(std::size_t largo) noexcept {
+  const bool falla = asignador.restan > 0 && --asignador.restan == 0;
+  asignador.fallo = asignador.fallo || falla;
+  return falla || asignador.agotado ? nullptr : std::malloc(largo == 0 ? 1 : largo);
+}
+
+}  // namespace
+}  // namespace pruebas
+
+void* operator new(std::size_t largo) {
+  void* const p = pruebas::Pide(largo);
+  return p != nullptr ? p : throw std::bad_alloc();
+}
+void* operator new[](std::size_t largo) { return operator new(largo); }
+void* operator new(std::size_t largo, const std::nothrow_t&) noexcept { return pruebas::Pide(largo); }
+void* operator new[](std::size_t largo, const std::nothrow_t&) noexcept { return pruebas::Pide(largo); }
+void operator delete(void* p) noexcept { std::free(p); }
+void operator delete[](void* p) noexcept { std::free(p); }
+void operator delete(void* p, std::size_t) noexcept { std::free(p); }
+void operator delete[](void* p, std::size_t) noexcept { std::free(p); }
+void operator delete(void* p, const std::nothrow_t&) noexcept { std::free(p); }
+void operator delete[](void* p, const std::nothrow_t&) noexcept { std::free(p); }
