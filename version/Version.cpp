@@ -2,6 +2,7 @@
 
 #include <mutex>
 
+#include "framework/SinDestruir.h"
 #include "platform/RecursoVersion.h"
 
 namespace vel {
@@ -27,13 +28,13 @@ class TextoVersion {
 }  // namespace
 
 UnicodeString DameVerVEL() {
-  static TextoVersion etiqueta(u"\\StringFileInfo\\080A04E4\\Etiqueta de producto");
-  return etiqueta.Dame();
+  static SinDestruir<TextoVersion> etiqueta(u"\\StringFileInfo\\080A04E4\\Etiqueta de producto");
+  return etiqueta->Dame();
 }
 
 UnicodeString DameVersionCompVEL(bool conProducto) {
-  static TextoVersion version(u"\\StringFileInfo\\080A04E4\\FileVersion");
-  return (conProducto ? u"Tavex-VEL " : u"") + version.Dame();
+  static SinDestruir<TextoVersion> version(u"\\StringFileInfo\\080A04E4\\FileVersion");
+  return (conProducto ? u"Tavex-VEL " : u"") + version->Dame();
 }
 
 UnicodeString DameVerVELBitacora() { return u"Tavex-VEL 9.00"; }

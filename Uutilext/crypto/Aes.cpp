@@ -6,6 +6,7 @@
 
 #include "Uutilext/crypto/Cifrado.h"
 #include "Uutilext/crypto/ColaErrores.h"
+#include "Uutilext/crypto/Libcrypto.h"
 #include "framework/Excepciones.h"
 
 namespace vel {
@@ -30,9 +31,10 @@ AnsiString Encripta_AES_128(std::string_view llave, std::string_view datos) {
   const std::unique_ptr<EVP_CIPHER_CTX, Libera> contexto(EVP_CIPHER_CTX_new());
   // Text of bytes.
   const auto* bytesLlave = reinterpret_cast<const unsigned char*>(llave.data());
+  const Libcrypto* const libcrypto = DameLibcrypto();
   const bool listo =
-      contexto != nullptr &&
-      EVP_EncryptInit_ex2(contexto.get(), EVP_aes_128_ecb(), bytesLlave, nullptr, nullptr) == 1 &&
+      libcrypto != nullptr && contexto != nullptr &&
+      EVP_EncryptInit_ex2(contexto.get(), libcrypto->aes128, bytesLlave, nullptr, nullptr) == 1 &&
       EVP_CIPHER_CTX_set_padding(contexto.get(), 0) == 1;
 
   AnsiString resultado;

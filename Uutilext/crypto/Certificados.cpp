@@ -6,13 +6,15 @@
 #include <openssl/asn1.h>
 #include <openssl/bio.h>
 #include <openssl/crypto.h>
-#include <openssl/evp.h>
-#include <openssl/pem.h>
 #include <openssl/x509.h>
 #include <optional>
 #include <string>
+#include <utility>
 
+#include "Uutilext/crypto/Borrador.h"
 #include "Uutilext/crypto/ColaErrores.h"
+#include "Uutilext/crypto/Libcrypto.h"
+#include "Uutilext/crypto/LlavePrivada.h"
 #include "Uutilext/diagnostics/Traza.h"
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
@@ -25,54 +27,46 @@ namespace {
 struct Libera {
   void operator()(BIO* p) const noexcept { BIO_free(p); }
   void operator()(X509* p) const noexcept { X509_free(p); }
-  void operator()(EVP_PKEY* p) const noexcept { EVP_PKEY_free(p); }
   void operator()(unsigned char* p) const noexcept { OPENSSL_free(p); }
 };
 using Flujo = std::unique_ptr<BIO, Libera>;
 using Certificado = std::unique_ptr<X509, Libera>;
-using Llave = std::unique_ptr<EVP_PKEY, Libera>;
 
-// Wipes the bytes of a secret when it goes out of sight.
-class Borrador {
- public:
-  explicit Borrador(std::string& secreto) noexcept : secreto_(secreto) {}
-  ~Borrador() { OPENSSL_cleanse(secreto_.data(), secreto_.size()); }
-  Borrador(const Borrador&) = delete;
-  Borrador& operator=(const Borrador&) = delete;
-
- private:
-  std::string& secreto_;
-};
-
-// libcrypto reads from memory, not from the file: it would take the name in 8-bit text only, and so could not
-// open a name outside the code page.
-Flujo Abre(const std::string& bytes) {
-  // The object wanted stands at the beginning; nothing valid is as long as the limit.
-  return Flujo(BIO_new_mem_buf(bytes.data(), static_cast<int>(std::min<std::size_t>(bytes.size(), INT_MAX))));
+// The certificate at the beginning of the bytes; what may follow it is not looked at. Null when there is
+// none.
+Certificado Decodifica(std::string_view der) {
+  const Libcrypto* const libcrypto = DameLibcrypto();
+  if (libcrypto == nullptr) return {};
+  // Nothing valid is as long as the limit.
+  const auto largo = static_cast<int>(std::min<std::size_t>(der.size(), INT_MAX));
+  const Flujo flujo(BIO_new_mem_buf(der.data(), largo));
+  // It takes its context from the object that it is read into, which a failure may free and set to null.
+  X509* certificado = X509_new_ex(libcrypto->contexto, nullptr);
+  const bool leido = flujo && certificado != nullptr && d2i_X509_bio(flujo.get(), &certificado) != nullptr;
+  Certificado dueno(certificado);
+  return leido ? std::move(dueno) : nullptr;
 }
 
+// The files are read here and not by libcrypto: it takes names in 8-bit text only, and so could not open one
+// outside the code page.
 Certificado LeeCert(std::u16string_view ruta) {
   const std::optional<std::string> bytes = LeeArchivo(ruta);
   if (!bytes) return {};
-  const Flujo flujo = Abre(*bytes);
-  Certificado certificado(flujo ? d2i_X509_bio(flujo.get(), nullptr) : nullptr);
+  Certificado certificado = Decodifica(*bytes);
   if (!certificado) throw Exception(u"No se pudo extraer la llave pública.");
   return certificado;
 }
 
-Llave LeePrivKey(std::u16string_view ruta, std::u16string_view contrasena) {
+std::optional<LlavePrivada> LeePrivKey(std::u16string_view ruta, std::u16string_view contrasena) {
   std::optional<std::string> bytes = LeeArchivo(ruta);
-  if (!bytes || !CabeEnCp1252(contrasena)) return {};
+  if (!bytes) return {};
   // A key file without encryption is refused, but its bytes are a secret too.
   const Borrador borraBytes(*bytes);
+  if (!CabeEnCp1252(contrasena)) return {};
   AnsiString clave = ACp1252(contrasena);
   const Borrador borraClave(clave);
-  const Flujo flujo = Abre(*bytes);
-  if (!flujo) return {};
   logInter(u"UUTIL::LeePrivKey...d2i_PKCS8PrivateKey_bio");
-  // Without a callback the last argument is the password, a text that ends in zero. It must never be null:
-  // then libcrypto would ask for the password at the terminal.
-  return Llave(d2i_PKCS8PrivateKey_bio(flujo.get(), nullptr, nullptr, clave.data()));
+  return LlavePrivada::Abre(*bytes, clave);
 }
 
 // The content octets of the serial as the certificate has them. They are taken from its DER form because the
@@ -97,13 +91,13 @@ std::string OctetosSerie(const X509& certificado) {
 
 int ValidaLlave(std::u16string_view rutaCertificado, std::u16string_view rutaLlave,
                 std::u16string_view contrasena) {
-  const Llave llave = LeePrivKey(rutaLlave, contrasena);
+  const std::optional<LlavePrivada> llave = LeePrivKey(rutaLlave, contrasena);
   if (!llave) return 1;
   logInter(u"UUTIL::ValPrivKey...LeeCert");
   const Certificado certificado = LeeCert(rutaCertificado);
   if (!certificado) return 3;
   logInter(u"UUTIL::ValPrivKey...X509_check_private_key");
-  return X509_check_private_key(certificado.get(), llave.get()) == 1 ? 0 : 2;
+  return llave->EsDe(*certificado) ? 0 : 2;
 }
 
 }  // namespace
@@ -131,8 +125,6 @@ int ValPrivKey(std::u16string_view rutaCertificado, std::u16string_view rutaLlav
                std::u16string_view contrasena) {
   const ColaErrores cola;
   logInter(u"UUTIL::ValPrivKey...INICIO");
-  // The present name of OPENSSL_add_all_algorithms_noconf, for the names of ciphers and digests in the key.
-  OPENSSL_init_crypto(OPENSSL_INIT_ADD_ALL_CIPHERS | OPENSSL_INIT_ADD_ALL_DIGESTS, nullptr);
   const int estado = ValidaLlave(rutaCertificado, rutaLlave, contrasena);
   logInter(u"UUTIL::ValPrivKey...FIN SinError: " + IntToStr(estado));
   return estado;

@@ -14,8 +14,9 @@ namespace vel {
 /// results below tell. A certificate file that is read but holds no DER certificate raises Exception ("No se
 /// pudo extraer la llave pública.") from all three functions.
 ///
-/// Nothing is left behind: no entry in libcrypto's error queue, no password or key in memory that is given
-/// back; and nothing is ever asked at a terminal.
+/// Nothing is left behind: no entry in libcrypto's error queue, no password and no RSA key in memory that is
+/// given back; and nothing is ever asked at a terminal. libcrypto is used in a context of the library's own:
+/// no configuration of the machine or of the program changes a result.
 
 /// The certificate's number: the octets of its serial (without the sign octet that DER puts before a high
 /// bit), each one a character of the system code page, up to the first zero octet. The tax authority issues
@@ -30,8 +31,9 @@ UTILVEL90_EXPORT bool CertGetFechaHora(std::u16string_view rutaCertificado, bool
 /// Checks that the password opens the key file and that the key belongs to the certificate:
 ///
 ///     0  it does
-///     1  the key file cannot be read, is not an encrypted PKCS#8 key in DER form, or does not open with
-///        this password
+///     1  the key file cannot be read, is not an encrypted PKCS#8 key in DER form, does not open with this
+///        password, or asks for more than ten million rounds to derive its key (the product of its three
+///        costs where it uses scrypt)
 ///     2  the key belongs to another certificate
 ///     3  the certificate file cannot be read
 ///

@@ -2,18 +2,18 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <cstring>
-#include <memory>
-#include <openssl/core_names.h>
 #include <openssl/evp.h>
-#include <openssl/params.h>
 #include <span>
 #include <string>
 #include <type_traits>
 
 #include "Uutilext/crypto/Base64.h"
+#include "Uutilext/crypto/Borrador.h"
 #include "Uutilext/crypto/ColaErrores.h"
+#include "Uutilext/crypto/Libcrypto.h"
 #include "platform/PaginaCodigos.h"
 
 namespace vel {
@@ -24,78 +24,122 @@ namespace {
 constexpr std::size_t kTrozo = 4096;
 constexpr std::size_t kTrozoCopiado = 16384;
 
-struct Libera {
-  void operator()(EVP_MD* p) const noexcept { EVP_MD_free(p); }
-  void operator()(EVP_MD_CTX* p) const noexcept { EVP_MD_CTX_free(p); }
-  void operator()(EVP_MAC* p) const noexcept { EVP_MAC_free(p); }
-  void operator()(EVP_MAC_CTX* p) const noexcept { EVP_MAC_CTX_free(p); }
+// Contexts of one algorithm that wait for their next text. Making one costs half as much as the digest of a
+// short text, so a few are kept; none belongs to a thread, whose end would have to free it. Each is taken by
+// one exchange: nobody waits, and whoever finds none makes one.
+class Almacen {
+ public:
+  using Algoritmo = evp_md_st* Libcrypto::*;
+  explicit constexpr Almacen(Algoritmo algoritmo) noexcept : algoritmo_(algoritmo) {}
+
+  EVP_MD_CTX* Toma() {
+    for (std::atomic<EVP_MD_CTX*>& casilla : casillas_) {
+      if (EVP_MD_CTX* const contexto = casilla.exchange(nullptr, std::memory_order_acquire)) return contexto;
+    }
+    return Crea();
+  }
+  void Deja(EVP_MD_CTX* contexto) noexcept {
+    for (std::atomic<EVP_MD_CTX*>& casilla : casillas_) {
+      EVP_MD_CTX* vacia = nullptr;
+      if (casilla.compare_exchange_strong(vacia, contexto, std::memory_order_release)) return;
+    }
+    EVP_MD_CTX_free(contexto);
+  }
+
+ private:
+  // Looking an algorithm up by its name costs more than a digest: DameLibcrypto has done it.
+  EVP_MD_CTX* Crea() const {
+    const Libcrypto* const libcrypto = DameLibcrypto();
+    if (libcrypto == nullptr) return nullptr;
+    const ColaErrores cola;
+    EVP_MD_CTX* const contexto = EVP_MD_CTX_new();
+    if (contexto != nullptr && EVP_DigestInit_ex2(contexto, libcrypto->*algoritmo_, nullptr) == 1)
+      return contexto;
+    EVP_MD_CTX_free(contexto);
+    return nullptr;
+  }
+
+  Algoritmo algoritmo_;
+  std::array<std::atomic<EVP_MD_CTX*>, 4> casillas_{};
 };
 
-// A digest in the present interface, in place of the MD5, SHA1 and SHA256 calls: the bytes are the same and
-// all three are in the default provider. Looking an algorithm up by its name costs more than the digest of a
-// short text, so each thread does it once and starts the same context anew for each text.
+// Never freed: calls come until the process is gone, also from destructors that run later than ours could.
+constinit Almacen contextosMd5(&Libcrypto::md5);
+constinit Almacen contextosSha1(&Libcrypto::sha1);
+constinit Almacen contextosSha256(&Libcrypto::sha256);
+
+// Digests in the present interface, in place of the MD5, SHA1 and SHA256 calls: the bytes are the same. One
+// object serves several texts, one after the other.
 class Resumen {
  public:
-  explicit Resumen(const char* algoritmo) noexcept : algoritmo_(algoritmo) {}
+  explicit Resumen(Almacen& almacen) : almacen_(almacen), contexto_(almacen.Toma()) {}
+  ~Resumen() {
+    // One in the middle of a text still holds some of it, and is wiped when freed.
+    if (enTexto_) EVP_MD_CTX_free(contexto_);
+    if (!enTexto_ && contexto_ != nullptr) almacen_.Deja(contexto_);
+  }
+  Resumen(const Resumen&) = delete;
+  Resumen& operator=(const Resumen&) = delete;
 
   bool Inicia() {
-    if (!contexto_) contexto_ = Crea(algoritmo_);
-    return contexto_ && EVP_DigestInit_ex2(contexto_.get(), nullptr, nullptr) == 1;
+    enTexto_ = contexto_ != nullptr;
+    return enTexto_ && EVP_DigestInit_ex2(contexto_, nullptr, nullptr) == 1;
   }
-  void Agrega(std::string_view bytes) { EVP_DigestUpdate(contexto_.get(), bytes.data(), bytes.size()); }
+  template <class Bytes>
+  void Agrega(const Bytes& bytes) {
+    EVP_DigestUpdate(contexto_, bytes.data(), bytes.size());
+  }
   bool Termina(std::span<unsigned char> resumen) {
-    return EVP_DigestFinal_ex(contexto_.get(), resumen.data(), nullptr) == 1;
+    enTexto_ = EVP_DigestFinal_ex(contexto_, resumen.data(), nullptr) != 1;
+    return !enTexto_;
   }
 
  private:
-  using Contexto = std::unique_ptr<EVP_MD_CTX, Libera>;
-
-  static Contexto Crea(const char* algoritmo) {
-    const ColaErrores cola;
-    const std::unique_ptr<EVP_MD, Libera> metodo(EVP_MD_fetch(nullptr, algoritmo, nullptr));
-    Contexto contexto(EVP_MD_CTX_new());
-    if (!metodo || !contexto || EVP_DigestInit_ex2(contexto.get(), metodo.get(), nullptr) != 1) return {};
-    return contexto;
-  }
-
-  const char* algoritmo_;
-  Contexto contexto_;
+  Almacen& almacen_;
+  EVP_MD_CTX* contexto_;
+  bool enTexto_ = false;
 };
 
-// The same for HMAC, in place of the HMAC call.
-class ResumenConLlave {
+// HMAC (RFC 2104) with SHA-256: digests of the key in one mask and the text, then of the key in another and
+// that digest. Composed here because libcrypto's own keeps the key in its context, and wiping it there costs
+// as much as the whole digest of a short text.
+class Hmac {
  public:
+  using Resultado = std::array<unsigned char, 32>;
+
   bool Inicia(std::string_view llave) {
-    if (!contexto_) contexto_ = Crea();
-    return contexto_ && EVP_MAC_init(contexto_.get(), Bytes(llave), llave.size(), nullptr) == 1;
+    // A key longer than a block stands for its digest.
+    std::span<unsigned char> inicio(llave_);
+    const bool larga = llave.size() > llave_.size();
+    if (larga && !(resumen_.Inicia() && Termina(llave, inicio.first<32>()))) return false;
+    if (!larga) std::ranges::copy(llave, llave_.begin());
+    return IniciaCon(kInterior);
   }
-  void Agrega(std::string_view bytes) { EVP_MAC_update(contexto_.get(), Bytes(bytes), bytes.size()); }
-  bool Termina(std::span<unsigned char> resumen) {
-    std::size_t escritos = 0;
-    return EVP_MAC_final(contexto_.get(), resumen.data(), &escritos, resumen.size()) == 1;
+  void Agrega(std::string_view bytes) { resumen_.Agrega(bytes); }
+  bool Termina(Resultado& resultado) {
+    return resumen_.Termina(resultado) && IniciaCon(kInterior ^ kExterior) && Termina(resultado, resultado);
   }
 
  private:
-  using Contexto = std::unique_ptr<EVP_MAC_CTX, Libera>;
+  static constexpr unsigned char kInterior = 0x36;
+  static constexpr unsigned char kExterior = 0x5C;
 
-  // Text of bytes.
-  static const unsigned char* Bytes(std::string_view texto) {
-    return reinterpret_cast<const unsigned char*>(texto.data());
+  // Puts the key in one mask, or takes it from the first to the second.
+  bool IniciaCon(unsigned char mascara) {
+    for (unsigned char& byte : llave_) byte = static_cast<unsigned char>(byte ^ mascara);
+    if (!resumen_.Inicia()) return false;
+    resumen_.Agrega(llave_);
+    return true;
+  }
+  template <class Bytes>
+  bool Termina(const Bytes& bytes, std::span<unsigned char> resultado) {
+    resumen_.Agrega(bytes);
+    return resumen_.Termina(resultado);
   }
 
-  static Contexto Crea() {
-    const ColaErrores cola;
-    const std::unique_ptr<EVP_MAC, Libera> metodo(EVP_MAC_fetch(nullptr, OSSL_MAC_NAME_HMAC, nullptr));
-    Contexto contexto(metodo ? EVP_MAC_CTX_new(metodo.get()) : nullptr);
-    // The parameter's type has no const; the text is only read.
-    char sha256[] = "SHA256";
-    const OSSL_PARAM parametros[] = {OSSL_PARAM_construct_utf8_string(OSSL_MAC_PARAM_DIGEST, sha256, 0),
-                                     OSSL_PARAM_construct_end()};
-    if (!contexto || EVP_MAC_CTX_set_params(contexto.get(), parametros) != 1) return {};
-    return contexto;
-  }
-
-  Contexto contexto_;
+  std::array<unsigned char, 64> llave_{};
+  Borrador<std::array<unsigned char, 64>> borra_{llave_};
+  Resumen resumen_{contextosSha256};
 };
 
 // Characters are looked at in groups of fixed size, judged at their end: with no branch inside, compilers
@@ -198,7 +242,7 @@ AnsiString Hexadecimal(const std::array<unsigned char, N>& bytes) {
 }  // namespace
 
 AnsiString Hash256(const char* texto) {
-  thread_local Resumen sha256("SHA256");
+  Resumen sha256(contextosSha256);
   if (!sha256.Inicia()) return {};
   bool sigue = texto != nullptr;
   while (sigue) {
@@ -206,7 +250,7 @@ AnsiString Hash256(const char* texto) {
     const void* cero = std::memchr(texto, 0, kTrozo);
     const std::size_t largo =
         cero == nullptr ? kTrozo : static_cast<std::size_t>(static_cast<const char*>(cero) - texto);
-    sha256.Agrega({texto, largo});
+    sha256.Agrega(std::string_view(texto, largo));
     texto += largo;
     sigue = cero == nullptr;
   }
@@ -215,7 +259,7 @@ AnsiString Hash256(const char* texto) {
 }
 
 AnsiString EncriptaSha1(std::string_view texto) {
-  thread_local Resumen sha1("SHA1");
+  Resumen sha1(contextosSha1);
   if (!sha1.Inicia()) return {};
   while (!texto.empty() && texto.front() != '\0') {
     const std::size_t ascii = LargoAscii(texto.substr(0, kTrozo));
@@ -230,9 +274,9 @@ AnsiString EncriptaSha1(std::string_view texto) {
 }
 
 UnicodeString EncriptaMD5(std::u16string_view texto) {
-  thread_local Resumen md5("MD5");
+  Resumen md5(contextosMd5);
   if (!md5.Inicia()) return {};
-  EntregaBytes(texto, UTF8Encode, [](std::string_view bytes) {
+  EntregaBytes(texto, UTF8Encode, [&md5](std::string_view bytes) {
     md5.Agrega(bytes);
     return true;
   });
@@ -244,21 +288,19 @@ UnicodeString EncriptaMD5(std::u16string_view texto) {
 }
 
 const unsigned char* EncriptaHmacSha256(std::u16string_view datos, const char* llave, bool ampliaA32) {
-  thread_local ResumenConLlave hmac;
-  thread_local std::array<unsigned char, 32> resumen;
+  // Without a destructor: threads call from those of their own thread_local objects.
+  thread_local Hmac::Resultado resultado;
   const char* const bytesLlave = llave == nullptr ? "" : llave;
   std::size_t largoLlave = std::strlen(bytesLlave);
   if (ampliaA32 && llave != nullptr) largoLlave = std::max<std::size_t>(largoLlave, 32);
+  Hmac hmac;
   if (!hmac.Inicia({bytesLlave, largoLlave})) return nullptr;
-  EntregaBytes(datos, ACodigosHastaAjeno, [](std::string_view bytes) {
+  EntregaBytes(datos, ACodigosHastaAjeno, [&hmac](std::string_view bytes) {
     const std::size_t cero = bytes.find('\0');
     hmac.Agrega(bytes.substr(0, cero));
     return cero == std::string_view::npos;
   });
-  const bool bien = hmac.Termina(resumen);
-  // The key does not stay in the context that waits for the next call.
-  hmac.Inicia({});
-  return bien ? resumen.data() : nullptr;
+  return hmac.Termina(resultado) ? resultado.data() : nullptr;
 }
 
 }  // namespace vel

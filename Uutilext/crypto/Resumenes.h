@@ -7,9 +7,11 @@
 
 namespace vel {
 
-/// These functions report no errors: should libcrypto fail (no memory, an algorithm switched off on the
-/// machine) the texts come back empty, and the raw digest as a null pointer. Each thread keeps a small
-/// working area for each algorithm that it uses, freed when the thread ends.
+/// These functions report no errors: should libcrypto fail (no memory) the texts come back empty, and the raw
+/// digest as a null pointer. The library uses libcrypto in a context of its own, so that no configuration of
+/// the machine or of the program changes a result. It keeps a few small working areas for each algorithm, for
+/// the life of the process; none belongs to a thread, so all may be called while a thread or the program
+/// ends.
 
 /// SHA-256 (FIPS 180-4) of the bytes of `texto` up to its terminating zero, as 64 hexadecimal digits in
 /// small letters. Null counts as the empty text.
@@ -29,7 +31,7 @@ UTILVEL90_EXPORT UnicodeString EncriptaMD5(std::u16string_view texto);
 ///
 /// The key is the bytes of `llave` up to its terminating zero. With `ampliaA32` a key shorter than 32 bytes
 /// is taken as 32 bytes long, so `llave` must then point to at least 32 bytes, filled with zeros. Null
-/// counts as the empty key.
+/// counts as the empty key. No copy of it is left in memory.
 ///
 /// The result belongs to the library and stays valid until the same thread's next call, or its end: copy or
 /// encode it at once.

@@ -5,6 +5,7 @@
 #include <mutex>
 #include <string>
 
+#include "framework/SinDestruir.h"
 #include "platform/Archivos.h"
 #include "platform/posix/NombresZonas.h"
 #include "platform/posix/Tzif.h"
@@ -63,17 +64,21 @@ UnicodeString NombreVerano(const UnicodeString& estandar) {
 
 Zona DameZonaActiva() {
   // Read again only when TZ changes, as the C library does.
-  static std::mutex candado;
-  static std::string leida;
-  static Zona zona;
+  struct Leida {
+    std::mutex candado;
+    std::string tz;
+    Zona zona;
+  };
+  static SinDestruir<Leida> leida;
   const char* const tz = std::getenv("TZ");
-  const std::lock_guard<std::mutex> guardia(candado);
   const std::string_view actual = tz == nullptr ? std::string_view("\1") : std::string_view(tz);
-  if (zona == nullptr || leida != actual) {
-    zona = LeeZonaActiva(tz);
-    leida = actual;
+  const std::lock_guard<std::mutex> guardia(leida->candado);
+  if (leida->zona == nullptr || leida->tz != actual) {
+    Zona nueva = LeeZonaActiva(tz);
+    leida->tz = actual;
+    leida->zona = std::move(nueva);
   }
-  return zona;
+  return leida->zona;
 }
 
 Zona DameZonaWindows(std::u16string_view nombre) {
@@ -81,10 +86,10 @@ Zona DameZonaWindows(std::u16string_view nombre) {
     std::once_flag leida;
     Zona zona;
   };
-  static std::array<Casilla, posix::kZonasWindows> casillas;
+  static SinDestruir<std::array<Casilla, posix::kZonasWindows>> casillas;
   const posix::ZonaWindows* const buscada = posix::BuscaZonaWindows(nombre);
   if (buscada == nullptr) return nullptr;
-  Casilla& casilla = casillas[posix::IndiceZonaWindows(*buscada)];
+  Casilla& casilla = (*casillas)[posix::IndiceZonaWindows(*buscada)];
   std::call_once(casilla.leida, [&] {
     const Zona leida = LeeZona(ArchivoDeZona(buscada->tz));
     if (leida == nullptr) return;

@@ -31,7 +31,7 @@ certificate() {
   openssl x509 -in "$work/cert.pem" -outform DER -out "$1"
 }
 
-# key <file> <form> <password> <option of pkcs8>...
+# key <file> <form> <password> <option of pkcs8>...: of a second -iter the last one counts
 key() {
   local file=$1 form=$2 password=$3
   shift 3
@@ -56,6 +56,18 @@ key des3.key DER 12345678a -v2 des3
 key pbes1.key DER 12345678a -v1 PBE-MD5-DES -provider default -provider legacy
 key aes256.pem PEM "$accents" -v2 aes-256-cbc
 openssl pkcs8 -topk8 -nocrypt -in "$work/own.pem" -outform DER -out claro.key
+key pkcs12.key DER 12345678a -v1 PBE-SHA1-3DES
+key scrypt.key DER 12345678a -v2 aes-256-cbc -scrypt -scrypt_N 2 -scrypt_r 1 -scrypt_p 1
+
+# Keys that ask for more work than the library does: just above the limit, so that they open without it.
+key pbkdf2_larga.key DER 12345678a -v2 aes-256-cbc -iter 10000001
+key pkcs12_larga.key DER 12345678a -v1 PBE-SHA1-3DES -iter 10000001
+key scrypt_larga.key DER 12345678a -v2 aes-256-cbc -scrypt -scrypt_N 32768 -scrypt_r 1 -scrypt_p 320
+
+# A pair of another kind than RSA.
+openssl ecparam -genkey -name prime256v1 -noout -out "$work/ec.pem"
+certificate ec.cer "$work/ec.pem" 31 20240102030405Z 20341231235959Z
+openssl pkcs8 -topk8 -in "$work/ec.pem" -outform DER -iter 1 -passout pass:12345678a -v2 aes-256-cbc -out ec.key
 
 # Files that hold nothing of use.
 head -c 300 sello.cer >cortado.cer
