@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <string_view>
 
 #include "Ucalculocfdi/TCalculoCFDI.h"
@@ -30,9 +31,21 @@ struct TCalculoCFDI::CamposPartida {
     const TField* campo_;
   };
 
+  /// Whether the current line counts in the document, and whether it is taxed.
+  bool SeCuenta() const;
+  bool SeMuestra() const;
+  /// Base code of a tax (0-based) on the current line, and whether one with such a code applies at all.
+  int Codigo(std::size_t impuesto) const;
+  static bool Aplica(int codigo) noexcept { return codigo != kNoAplica && codigo != kNoAplicaOmision; }
+  /// Whether the tax is the current line's quota.
+  bool ConCuota(std::size_t impuesto) const;
+
+  static constexpr int kNoAplica = 4;
+  static constexpr int kNoAplicaOmision = 6;
+
   Campo cantidad, precio, precioPartida, cambio;
   std::array<Campo, kImpuestos> tasa, aplica;
-  Campo manejaIeps, impuestoConCuota, modoCuota;
+  Campo manejaIeps, impuestoConCuota, modoCuota, cuota;
   Campo documento, tipoProducto, tipoElemento, muestra;
   std::array<Campo, kDescuentos> descuento;
   Campo descuentoCompra;

@@ -10,10 +10,6 @@
 namespace vel {
 namespace {
 
-// A tax with one of these base codes does not apply to the line.
-constexpr int kNoAplica = 4;
-constexpr int kNoAplicaOmision = 6;
-
 void ExigeIndice(int indice) {
   if (indice >= 0 && indice < TCalculoCFDI::kImpuestos) return;
   throw EInvalidOperation(u"El impuesto " + IntToStr(indice) + u" no existe: los índices van de 0 a 7");
@@ -45,6 +41,7 @@ TCalculoCFDI::CamposPartida::CamposPartida(const TClientDataSet& p, ENUM_MODULO 
       manejaIeps(p, u"MAN_IEPS"),
       impuestoConCuota(p, u"APL_MAN_IMP"),
       modoCuota(p, u"APL_MAN_IEPS"),
+      cuota(p, u"MTO_CUOTA"),
       documento(p, u"CVE_DOC"),
       tipoProducto(p, u"TIPO_PROD"),
       tipoElemento(p, u"TIPO_ELEM"),
@@ -63,6 +60,14 @@ bool TCalculoCFDI::CamposPartida::Campo::Es(std::u16string_view texto) const {
   }
 }
 
+int TCalculoCFDI::CamposPartida::Codigo(std::size_t impuesto) const {
+  return aplica[impuesto].Existe() ? (*aplica[impuesto]).AsInteger() : kNoAplicaOmision;
+}
+
+bool TCalculoCFDI::CamposPartida::ConCuota(std::size_t impuesto) const {
+  return manejaIeps.Es(u"S") && (*impuestoConCuota).AsInteger() == static_cast<int>(impuesto) + 1;
+}
+
 double TCalculoCFDI::RedondeaPartida(double valor) const { return g_redoTo(valor, DecimalesPartida); }
 
 void TCalculoCFDI::CalculaImpDescPar() {
@@ -75,8 +80,8 @@ void TCalculoCFDI::ImpuestosDePartida(const CamposPartida& campos) {
   bool conBase = false;
   double base = 0;
   for (std::size_t i = 0; i < kImpuestos; ++i) {
-    const int codigo = campos.aplica[i].Existe() ? (*campos.aplica[i]).AsInteger() : kNoAplicaOmision;
-    if (codigo == kNoAplica || codigo == kNoAplicaOmision) continue;
+    const int codigo = campos.Codigo(i);
+    if (!CamposPartida::Aplica(codigo)) continue;
     const double tasa = RedondeaPartida(campos.tasa[i].Real());
     if (!conBase) {
       const double cantidad = RedondeaPartida(campos.cantidad.Real());
@@ -87,7 +92,7 @@ void TCalculoCFDI::ImpuestosDePartida(const CamposPartida& campos) {
       conBase = true;
     }
     const int indice = static_cast<int>(i);
-    const bool conCuota = campos.manejaIeps.Es(u"S") && (*campos.impuestoConCuota).AsInteger() == indice + 1;
+    const bool conCuota = campos.ConCuota(i);
     const double impuesto =
         conCuota ? AplicaImpuAdicIEPS((*campos.modoCuota).AsString(), base, tasa, codigo, indice)
                  : AplicaImpuesto(base, tasa, codigo, indice);

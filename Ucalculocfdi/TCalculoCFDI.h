@@ -16,6 +16,8 @@ namespace vel {
 /// several documents, told apart by "CVE_DOC", are totalled together.
 enum class ENUM_PROC_FACTCOMP : std::int32_t { PROC_NORMAL = 0, PROC_POR_DOCUMENTO = 9 };
 
+class TResumenFiscal;
+
 /// Discounts, taxes and totals of one sales or purchase document, as electronic invoices need them. Build an
 /// object, hand it the header and the lines, call CalculaTotales and read the members.
 ///
@@ -129,6 +131,8 @@ class UTILVEL90_EXPORT TCalculoCFDI {
   std::array<TStringList, kImpuestos> ListaImpuesto;
 
  private:
+  // Reads the lines by the same fields.
+  friend class TResumenFiscal;
   struct CamposPartida;
   struct Gravado;
 

@@ -1,6 +1,8 @@
 #pragma once
 
-/// Discounts, taxes and totals of a document.
+/// Discounts, taxes and totals of a document, and what its invoice prints.
 
+#include "Ucalculocfdi/ReglasFiscales.h"
 #include "Ucalculocfdi/TCalculoCFDI.h"
+#include "Ucalculocfdi/TResumenFiscal.h"
 #include "framework/Excepciones.h"
