@@ -3,6 +3,7 @@
 #include <array>
 #include <string_view>
 
+#include "Ucalculocfdi/Partida.h"
 #include "Ucalculocfdi/TCalculoCFDI.h"
 #include "framework/TClientDataSet.h"
 
@@ -29,6 +30,18 @@ struct TCalculoCFDI::CamposPartida {
     std::u16string_view nombre_;
     const TField* campo_;
   };
+
+  // What the steps of a line ask (Cascada.h).
+  double Cantidad() const { return cantidad.Real(); }
+  double Precio() const { return precioPartida.Real(); }
+  double Cambio() const { return cambio.Real(); }
+  int Codigo(std::size_t i) const {
+    return aplica[i].Existe() ? (*aplica[i]).AsInteger() : TDatosPartida::kNoAplica;
+  }
+  double Tasa(std::size_t i) const { return tasa[i].Real(); }
+  bool LlevaCuota(std::size_t i) const {
+    return manejaIeps.Es(u"S") && (*impuestoConCuota).AsInteger() == static_cast<int>(i) + 1;
+  }
 
   Campo cantidad, precio, precioPartida, cambio;
   std::array<Campo, kImpuestos> tasa, aplica;

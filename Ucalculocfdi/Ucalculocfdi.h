@@ -2,5 +2,6 @@
 
 /// Discounts, taxes and totals of a document.
 
+#include "Ucalculocfdi/Partida.h"
 #include "Ucalculocfdi/TCalculoCFDI.h"
 #include "framework/Excepciones.h"
