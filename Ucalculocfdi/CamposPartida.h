@@ -1,9 +1,10 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <string_view>
 
-#include "Ucalculocfdi/Partida.h"
+#include "Ucalculocfdi/Cascada.h"
 #include "Ucalculocfdi/TCalculoCFDI.h"
 #include "framework/TClientDataSet.h"
 
@@ -35,17 +36,19 @@ struct TCalculoCFDI::CamposPartida {
   double Cantidad() const { return cantidad.Real(); }
   double Precio() const { return precioPartida.Real(); }
   double Cambio() const { return cambio.Real(); }
-  int Codigo(std::size_t i) const {
-    return aplica[i].Existe() ? (*aplica[i]).AsInteger() : TDatosPartida::kNoAplica;
-  }
   double Tasa(std::size_t i) const { return tasa[i].Real(); }
-  bool LlevaCuota(std::size_t i) const {
-    return manejaIeps.Es(u"S") && (*impuestoConCuota).AsInteger() == static_cast<int>(i) + 1;
-  }
+  /// Whether the current line counts in the document, and whether it is taxed.
+  bool SeCuenta() const;
+  bool SeMuestra() const;
+  /// Base code of a tax (0-based) on the current line, and whether one with such a code applies at all.
+  int Codigo(std::size_t impuesto) const;
+  static bool Aplica(int codigo) noexcept { return cascada::Aplica(codigo); }
+  /// Whether the tax is the current line's quota.
+  bool ConCuota(std::size_t impuesto) const;
 
   Campo cantidad, precio, precioPartida, cambio;
   std::array<Campo, kImpuestos> tasa, aplica;
-  Campo manejaIeps, impuestoConCuota, modoCuota;
+  Campo manejaIeps, impuestoConCuota, modoCuota, cuota;
   Campo documento, tipoProducto, tipoElemento, muestra;
   std::array<Campo, kDescuentos> descuento;
   Campo descuentoCompra;

@@ -10,7 +10,7 @@
 namespace vel::cascada {
 
 // The steps of one line, written once for documents, which read fields and add to totals as they go, and for
-// lines that stand alone. A Linea gives Cantidad(), Precio(), Cambio(), Codigo(i), Tasa(i) and LlevaCuota(i)
+// lines that stand alone. A Linea gives Cantidad(), Precio(), Cambio(), Codigo(i), Tasa(i) and ConCuota(i)
 // in the order in which the steps ask, so that a missing field is complained of when it is needed.
 
 using Impuestos = TCalculoCFDI::Impuestos;
@@ -74,7 +74,7 @@ inline ENUM_CUOTA ModoCuota(std::u16string_view texto) noexcept {
   return texto.size() == 1 ? static_cast<ENUM_CUOTA>(texto[0]) : ENUM_CUOTA::NINGUNA;
 }
 
-/// Calls impuesto(i, codigo, tasa, base, llevaCuota) for each tax that applies. `base()` gives the amount
+/// Calls impuesto(i, codigo, tasa, base, conCuota) for each tax that applies. `base()` gives the amount
 /// less the discounts; it comes out the same for every tax, so it is asked once, and only if one applies.
 template <typename Linea, typename Base, typename Impuesto>
 void Recorre(const Linea& linea, int decimales, const Base& base, const Impuesto& impuesto) {
@@ -88,7 +88,7 @@ void Recorre(const Linea& linea, int decimales, const Base& base, const Impuesto
       b = base();
       conBase = true;
     }
-    impuesto(i, codigo, tasa, b, linea.LlevaCuota(i));
+    impuesto(i, codigo, tasa, b, linea.ConCuota(i));
   }
 }
 

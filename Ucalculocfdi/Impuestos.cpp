@@ -42,6 +42,7 @@ TCalculoCFDI::CamposPartida::CamposPartida(const TClientDataSet& p, ENUM_MODULO 
       manejaIeps(p, u"MAN_IEPS"),
       impuestoConCuota(p, u"APL_MAN_IMP"),
       modoCuota(p, u"APL_MAN_IEPS"),
+      cuota(p, u"MTO_CUOTA"),
       documento(p, u"CVE_DOC"),
       tipoProducto(p, u"TIPO_PROD"),
       tipoElemento(p, u"TIPO_ELEM"),
@@ -60,6 +61,14 @@ bool TCalculoCFDI::CamposPartida::Campo::Es(std::u16string_view texto) const {
   }
 }
 
+int TCalculoCFDI::CamposPartida::Codigo(std::size_t impuesto) const {
+  return aplica[impuesto].Existe() ? (*aplica[impuesto]).AsInteger() : TDatosPartida::kNoAplica;
+}
+
+bool TCalculoCFDI::CamposPartida::ConCuota(std::size_t impuesto) const {
+  return manejaIeps.Es(u"S") && (*impuestoConCuota).AsInteger() == static_cast<int>(impuesto) + 1;
+}
+
 double TCalculoCFDI::RedondeaPartida(double valor) const { return g_redoTo(valor, DecimalesPartida); }
 
 void TCalculoCFDI::CalculaImpDescPar() {
@@ -73,11 +82,11 @@ void TCalculoCFDI::ImpuestosDePartida(const CamposPartida& campos) {
     return importe - CalculaDescuentosPar(importe);
   };
   cascada::Recorre(campos, DecimalesPartida, base,
-                   [&](std::size_t i, int codigo, double tasa, double gravado, bool llevaCuota) {
+                   [&](std::size_t i, int codigo, double tasa, double gravado, bool conCuota) {
                      const int indice = static_cast<int>(i);
-                     const double impuesto = llevaCuota ? AplicaImpuAdicIEPS((*campos.modoCuota).AsString(),
-                                                                             gravado, tasa, codigo, indice)
-                                                        : AplicaImpuesto(gravado, tasa, codigo, indice);
+                     const double impuesto = conCuota ? AplicaImpuAdicIEPS((*campos.modoCuota).AsString(),
+                                                                           gravado, tasa, codigo, indice)
+                                                      : AplicaImpuesto(gravado, tasa, codigo, indice);
                      Grava(gravado, tasa, impuesto, i);
                    });
 }

@@ -17,7 +17,7 @@ struct Linea {
   double Cambio() const { return datos.TipoCambio; }
   int Codigo(std::size_t i) const { return datos.Codigo[i]; }
   double Tasa(std::size_t i) const { return datos.Tasa[i]; }
-  bool LlevaCuota(std::size_t i) const { return datos.ImpuestoConCuota == static_cast<int>(i) + 1; }
+  bool ConCuota(std::size_t i) const { return datos.ImpuestoConCuota == static_cast<int>(i) + 1; }
 };
 
 }  // namespace
@@ -29,10 +29,10 @@ TDatosPartida LeePartida(const TClientDataSet& partidas, ENUM_MODULO modulo, boo
     datos.Codigo[i] = campos.Codigo(i);
     if (!cascada::Aplica(datos.Codigo[i])) continue;
     datos.Tasa[i] = campos.Tasa(i);
-    if (!campos.LlevaCuota(i)) continue;
+    if (!campos.ConCuota(i)) continue;
     datos.ImpuestoConCuota = static_cast<int>(i) + 1;
     datos.ModoCuota = cascada::ModoCuota((*campos.modoCuota).AsString());
-    datos.Cuota = partidas.FieldByName(u"MTO_CUOTA").AsFloat();
+    datos.Cuota = campos.cuota.Real();
   }
   datos.Cantidad = campos.Cantidad();
   datos.Precio = campos.Precio();
@@ -54,14 +54,14 @@ TImpuestosPartida CalcularImpuestosPartida(const TDatosPartida& partida, int dec
   r.Base = r.Importe - cascada::Descuenta(partida.PorcDescuento, r.Importe, decimales, r.Descuento);
   cascada::Recorre(
       linea, decimales, [&r] { return r.Base; },
-      [&](std::size_t i, int codigo, double tasa, double base, bool llevaCuota) {
+      [&](std::size_t i, int codigo, double tasa, double base, bool conCuota) {
         r.Aplica[i] = true;
         r.BaseGravable[i] = cascada::Gravable(r.Impuesto, base, codigo);
         const auto porcentaje = [&] {
           cascada::SumaPorcentaje(r.Impuesto, base, tasa, codigo, i);
           return g_redoTo(r.Impuesto[i], decimales);
         };
-        if (llevaCuota) {
+        if (conCuota) {
           cascada::SumaConCuota(partida.ModoCuota, partida.Cuota, r.Impuesto[i], porcentaje);
         } else {
           porcentaje();

@@ -18,6 +18,8 @@ struct TDatosPartida;
 /// several documents, told apart by "CVE_DOC", are totalled together.
 enum class ENUM_PROC_FACTCOMP : std::int32_t { PROC_NORMAL = 0, PROC_POR_DOCUMENTO = 9 };
 
+class TResumenFiscal;
+
 /// Discounts, taxes and totals of one sales or purchase document, as electronic invoices need them. Build an
 /// object, hand it the header and the lines, call CalculaTotales and read the members.
 ///
@@ -130,7 +132,8 @@ class UTILVEL90_EXPORT TCalculoCFDI {
   std::array<TStringList, kImpuestos> ListaImpuesto;
 
  private:
-  // Reads one line by the same fields.
+  // These read the lines by the same fields.
+  friend class TResumenFiscal;
   friend UTILVEL90_EXPORT TDatosPartida LeePartida(const TClientDataSet& partidas, ENUM_MODULO modulo,
                                                    bool ignoraTipoCambio);
   struct CamposPartida;

@@ -42,16 +42,18 @@ void TCalculoCFDI::CalculaTotales() {
   });
 }
 
+bool TCalculoCFDI::CamposPartida::SeCuenta() const {
+  if (tipoProducto.Es(u"P") || tipoProducto.Es(u"S")) return !tipoElemento.Es(u"K");
+  return !(tipoProducto.Es(u"G") && tipoElemento.Es(u"N"));
+}
+
+bool TCalculoCFDI::CamposPartida::SeMuestra() const {
+  return !muestra.Existe() || muestra.Es(u"N") || muestra.Es(u"");
+}
+
 void TCalculoCFDI::RecorrePartidas() {
   InicializaValores();
   const CamposPartida campos(Partidas, Modulo);
-  const auto seCuenta = [&campos] {
-    if (campos.tipoProducto.Es(u"P") || campos.tipoProducto.Es(u"S")) return !campos.tipoElemento.Es(u"K");
-    return !(campos.tipoProducto.Es(u"G") && campos.tipoElemento.Es(u"N"));
-  };
-  const auto seMuestra = [&campos] {
-    return !campos.muestra.Existe() || campos.muestra.Es(u"N") || campos.muestra.Es(u"");
-  };
   Partidas.First();
   UnicodeString documento = Partidas.IsEmpty() ? UnicodeString() : (*campos.documento).AsString();
   while (!Partidas.Eof()) {
@@ -64,8 +66,8 @@ void TCalculoCFDI::RecorrePartidas() {
     const double cantidad = RedondeaPartida(campos.cantidad.Real());
     const double precio = RedondeaPartida(campos.precio.Real());
     const double cambio = IgnoraTipoCambio ? 1.0 : RedondeaPartida(campos.cambio.Real());
-    if (seCuenta()) {
-      if (seMuestra()) ImpuestosDePartida(campos);
+    if (campos.SeCuenta()) {
+      if (campos.SeMuestra()) ImpuestosDePartida(campos);
       importe = SubtotalSimple ? cantidad * precio / cambio : ImporteConImpuestos(cantidad, precio, cambio);
     }
     Partidas.Next();

@@ -1,7 +1,9 @@
 #pragma once
 
-/// Discounts, taxes and totals of a document.
+/// Discounts, taxes and totals of a document, and what its invoice prints.
 
 #include "Ucalculocfdi/Partida.h"
+#include "Ucalculocfdi/ReglasFiscales.h"
 #include "Ucalculocfdi/TCalculoCFDI.h"
+#include "Ucalculocfdi/TResumenFiscal.h"
 #include "framework/Excepciones.h"

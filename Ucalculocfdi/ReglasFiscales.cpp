@@ -1,0 +1,266 @@
+// What certifiers check: the limits, and the rules as a table.
+
+#include "Ucalculocfdi/ReglasFiscales.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <tuple>
+#include <vector>
+
+#include "Ucalculocfdi/Enteros128.h"
+#include "Ucalculocfdi/TotalesFiscales.h"
+#include "framework/Excepciones.h"
+#include "framework/Numeros.h"
+
+namespace vel {
+namespace {
+
+using exacto::Diez;
+using exacto::Divide;
+using exacto::DivideSube;
+using exacto::Entero128;
+using exacto::Monto;
+using exacto::Multiplica;
+
+// The standard takes 10^-12 off an upper limit's half unit, so that the half itself is out.
+constexpr int kDecimalesLimite = 12;
+
+/// 10^exponente for 0 to 24.
+Entero128 Potencia(int exponente) {
+  return exponente <= 12 ? Entero128{Diez(exponente)} : Entero128{Diez(12)} * Diez(exponente - 12);
+}
+
+void ExigeMonto(const TMontoFiscal& monto) {
+  if (monto.Unidades >= 0 && monto.Decimales >= 0 && monto.Decimales <= 6) return;
+  throw EInvalidOperation(u"El monto " + IntToStr(monto.Unidades) + u" con " + IntToStr(monto.Decimales) +
+                          u" decimales no es de los que se imprimen");
+}
+
+/// A limit before it is cut: numerador / (divisor x 10^escala).
+struct Limite {
+  Entero128 numerador;
+  int divisor;
+  int escala;
+  TMontoFiscal Trunca(int decimales) const {
+    return Monto(Divide(numerador, divisor * Potencia(escala - decimales)), decimales);
+  }
+  TMontoFiscal Sube(int decimales) const {
+    return Monto(DivideSube(numerador, divisor * Potencia(escala - decimales)), decimales);
+  }
+};
+
+// (base - 10^-b / 2) x rate
+Limite InferiorImpuesto(const TImpuestoImpreso& i) {
+  const Entero128 doble = std::max<Entero128>(2 * Entero128{i.Base.Unidades} - 1, 0);
+  return {Multiplica(doble, i.Tasa.Unidades), 2, i.Base.Decimales + i.Tasa.Decimales};
+}
+
+// (base + 10^-b / 2 - 10^-12) x rate. What 10^-12 takes off is rounded down, because the limit is rounded up.
+Limite SuperiorImpuesto(const TImpuestoImpreso& i) {
+  const Entero128 doble = Multiplica(2 * Entero128{i.Base.Unidades} + 1, i.Tasa.Unidades);
+  const Entero128 menos =
+      Divide(2 * Entero128{i.Tasa.Unidades}, Potencia(kDecimalesLimite - i.Base.Decimales));
+  return {doble - menos, 2, i.Base.Decimales + i.Tasa.Decimales};
+}
+
+// (quantity - 10^-q / 2) x (price - 10^-p / 2)
+Limite InferiorImporte(const TPartidaFiscal& p) {
+  const auto doble = [](const TMontoFiscal& m) {
+    return std::max<Entero128>(2 * Entero128{m.Unidades} - 1, 0);
+  };
+  return {Multiplica(doble(p.Cantidad), doble(p.ValorUnitario)), 4,
+          p.Cantidad.Decimales + p.ValorUnitario.Decimales};
+}
+
+// (quantity + 10^-q / 2 - 10^-12) x (price + 10^-p / 2 - 10^-12)
+Limite SuperiorImporte(const TPartidaFiscal& p) {
+  const auto orilla = [](const TMontoFiscal& m) {
+    const Entero128 unidad = Potencia(kDecimalesLimite - m.Decimales);
+    return m.Unidades * unidad + unidad / 2 - 1;
+  };
+  return {Multiplica(orilla(p.Cantidad), orilla(p.ValorUnitario)), 1, 2 * kDecimalesLimite};
+}
+
+bool Entre(const TMontoFiscal& importe, const Limite& inferior, const Limite& superior) {
+  return inferior.Trunca(importe.Decimales).Unidades <= importe.Unidades &&
+         importe.Unidades <= superior.Sube(importe.Decimales).Unidades;
+}
+
+TLimitesFiscales Corta(const Limite& inferior, const Limite& superior, int importe, int moneda) {
+  return {inferior.Trunca(importe), superior.Sube(importe), inferior.Trunca(moneda), superior.Sube(moneda)};
+}
+
+/// The printed document and what its lines add up to.
+struct Documento {
+  const TResumenFiscal& r;
+  const fiscal::Totales& esperado;
+  bool Cabe(const TMontoFiscal& m) const { return m.Decimales == r.DecimalesMoneda; }
+};
+
+/// A rule with its check, by what it looks at: the document, each line or each tax of a line that is not
+/// local. True when it holds.
+struct Comprobacion {
+  TReglaFiscal regla;
+  bool (*documento)(const Documento&) = nullptr;
+  bool (*partida)(const TPartidaFiscal&) = nullptr;
+  bool (*impuesto)(const TImpuestoImpreso&) = nullptr;
+};
+
+bool Exento(const TImpuestoImpreso& i) { return i.Factor == ENUM_FACTOR_FISCAL::EXENTO; }
+bool EnLimites(const TImpuestoImpreso& i) {
+  return Exento(i) || Entre(i.Importe, InferiorImpuesto(i), SuperiorImpuesto(i));
+}
+
+template <typename Entrada, typename Campo>
+bool Iguales(const std::vector<Entrada>& a, const std::vector<Entrada>& b, Campo campo) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [campo](const Entrada& x, const Entrada& y) { return campo(x) == campo(y); });
+}
+
+constexpr std::u16string_view kMatriz = u"Anexo 20, versión 4.0, matriz de validaciones";
+constexpr std::u16string_view kEsquema = u"Anexo 20, versión 4.0, esquema cfdv40.xsd";
+constexpr std::u16string_view kLocales = u"Complemento de impuestos locales, versión 1.0";
+constexpr std::u16string_view kVigencia = u"2022-01-01";
+
+constexpr Comprobacion kTabla[] = {
+    {.regla = {u"CFDV40", u"El comprobante tiene al menos un concepto", kEsquema, kVigencia},
+     .documento = [](const Documento& d) { return !d.r.Partidas.empty(); }},
+    {.regla = {u"CFDI40107", u"El subtotal tiene los decimales de la moneda", kMatriz, kVigencia},
+     .documento = [](const Documento& d) { return d.Cabe(d.r.SubTotal); }},
+    {.regla = {u"CFDI40108", u"El subtotal es el redondeo de la suma de los importes", kMatriz, kVigencia},
+     .documento = [](const Documento& d) { return d.r.SubTotal == d.esperado.subTotal; }},
+    {.regla = {u"CFDI40110", u"El descuento no pasa del subtotal", kMatriz, kVigencia},
+     .documento = [](const Documento& d) { return d.r.Descuento.Unidades <= d.r.SubTotal.Unidades; }},
+    {.regla = {u"CFDI40111", u"El descuento es el redondeo de la suma de los de los conceptos", kMatriz,
+               kVigencia},
+     .documento = [](const Documento& d) { return d.r.Descuento == d.esperado.descuento; }},
+    {.regla = {u"CFDI40112", u"El descuento tiene los decimales de la moneda", kMatriz, kVigencia},
+     .documento = [](const Documento& d) { return d.Cabe(d.r.Descuento); }},
+    {.regla = {u"CFDI40119", u"El total es subtotal - descuento + trasladados - retenidos, con los locales",
+               kMatriz, kVigencia},
+     .documento =
+         [](const Documento& d) { return d.r.Total.Unidades >= 0 && d.r.Total == fiscal::TotalDe(d.r); }},
+    {.regla = {u"CFDI40166", u"El valor unitario es mayor que cero", kMatriz, kVigencia},
+     .partida = [](const TPartidaFiscal& p) { return p.ValorUnitario.Unidades > 0; }},
+    {.regla = {u"CFDI40167", u"El importe está entre los límites de cantidad por valor unitario", kMatriz,
+               kVigencia},
+     .partida =
+         [](const TPartidaFiscal& p) { return Entre(p.Importe, InferiorImporte(p), SuperiorImporte(p)); }},
+    {.regla = {u"CFDI40168", u"El descuento no tiene más decimales que el importe", kMatriz, kVigencia},
+     .partida = [](const TPartidaFiscal& p) { return p.Descuento.Decimales <= p.Importe.Decimales; }},
+    {.regla = {u"CFDI40169", u"El descuento no pasa del importe", kMatriz, kVigencia},
+     .partida = [](const TPartidaFiscal& p) { return p.Descuento.Unidades <= p.Importe.Unidades; }},
+    {.regla = {u"CFDI40174", u"La base de un traslado es mayor que cero", kMatriz, kVigencia},
+     .impuesto = [](const TImpuestoImpreso& i) { return i.Retenido || i.Base.Unidades > 0; }},
+    {.regla = {u"CFDI40177", u"Un traslado exento no tiene tasa ni importe", kMatriz, kVigencia},
+     .impuesto =
+         [](const TImpuestoImpreso& i) {
+           return !Exento(i) || (i.Tasa.Unidades == 0 && i.Importe.Unidades == 0);
+         }},
+    {.regla = {u"CFDI40180", u"El importe de un traslado está entre los límites de base por tasa o cuota",
+               kMatriz, kVigencia},
+     .impuesto = [](const TImpuestoImpreso& i) { return i.Retenido || EnLimites(i); }},
+    {.regla = {u"CFDI40181", u"La base de una retención es mayor que cero", kMatriz, kVigencia},
+     .impuesto = [](const TImpuestoImpreso& i) { return !i.Retenido || i.Base.Unidades > 0; }},
+    {.regla = {u"CFDI40184", u"Una retención no está exenta", kMatriz, kVigencia},
+     .impuesto = [](const TImpuestoImpreso& i) { return !i.Retenido || !Exento(i); }},
+    {.regla = {u"CFDI40186", u"El importe de una retención está entre los límites de base por tasa o cuota",
+               kMatriz, kVigencia},
+     .impuesto = [](const TImpuestoImpreso& i) { return !i.Retenido || EnLimites(i); }},
+    {.regla = {u"CFDI40203", u"El total de retenidos es la suma de las retenciones", kMatriz, kVigencia},
+     .documento =
+         [](const Documento& d) { return d.r.TotalImpuestosRetenidos == fiscal::SumaRetenciones(d.r); }},
+    {.regla = {u"CFDI40205", u"El total de trasladados es la suma de los traslados", kMatriz, kVigencia},
+     .documento =
+         [](const Documento& d) { return d.r.TotalImpuestosTrasladados == fiscal::SumaTraslados(d.r); }},
+    {.regla = {u"CFDI40208", u"Hay una sola retención por impuesto", kMatriz, kVigencia},
+     .documento =
+         [](const Documento& d) {
+           return Iguales(d.r.Retenciones, d.esperado.retenciones, [](const auto& t) { return t.Impuesto; });
+         }},
+    {.regla = {u"CFDI40211", u"Cada retención es el redondeo de la suma de las de los conceptos", kMatriz,
+               kVigencia},
+     .documento = [](const Documento& d) { return d.r.Retenciones == d.esperado.retenciones; }},
+    {.regla = {u"CFDI40215", u"La base de cada traslado es el redondeo de la suma de las de los conceptos",
+               kMatriz, kVigencia},
+     .documento =
+         [](const Documento& d) {
+           return Iguales(d.r.Traslados, d.esperado.traslados, [](const auto& t) { return t.Base; });
+         }},
+    {.regla = {u"CFDI40218", u"Hay un solo traslado por impuesto, factor y tasa", kMatriz, kVigencia},
+     .documento =
+         [](const Documento& d) {
+           return Iguales(d.r.Traslados, d.esperado.traslados,
+                          [](const auto& t) { return std::tuple(t.Impuesto, t.Factor, t.Tasa.Unidades); });
+         }},
+    {.regla = {u"CFDI40221", u"El importe de cada traslado es el redondeo de la suma de los de los conceptos",
+               kMatriz, kVigencia},
+     .documento =
+         [](const Documento& d) {
+           return Iguales(d.r.Traslados, d.esperado.traslados, [](const auto& t) { return t.Importe; });
+         }},
+    {.regla = {u"IMPLOCAL", u"Los impuestos locales y sus totales son la suma de los de las partidas",
+               kLocales, u"2010-12-31"},
+     .documento =
+         [](const Documento& d) {
+           return d.r.Locales == d.esperado.locales &&
+                  d.r.TotalLocalesTrasladados == fiscal::SumaLocales(d.r, false) &&
+                  d.r.TotalLocalesRetenidos == fiscal::SumaLocales(d.r, true);
+         }},
+};
+
+constexpr auto kReglas = [] {
+  std::array<TReglaFiscal, std::size(kTabla)> reglas;
+  for (std::size_t i = 0; i < reglas.size(); ++i) reglas[i] = kTabla[i].regla;
+  return reglas;
+}();
+
+TMotivoFiscal Motivo(const TReglaFiscal& regla, std::size_t renglon, int impuesto) {
+  UnicodeString lugar;
+  if (renglon != 0) lugar = u"Partida " + IntToStr(static_cast<std::int64_t>(renglon));
+  if (impuesto != 0) lugar += u", impuesto " + IntToStr(impuesto);
+  if (!lugar.empty()) lugar += u": ";
+  return {UnicodeString(regla.Codigo), renglon, impuesto,
+          lugar + u"no se cumple que " + UnicodeString(regla.Regla)};
+}
+
+}  // namespace
+
+std::span<const TReglaFiscal> ReglasFiscales() noexcept { return kReglas; }
+
+std::vector<TMotivoFiscal> fiscal::Revisa(const TResumenFiscal& resumen, const Totales& esperado) {
+  std::vector<TMotivoFiscal> motivos;
+  const Documento documento{resumen, esperado};
+  for (const Comprobacion& c : kTabla) {
+    if (c.documento != nullptr && !c.documento(documento)) motivos.push_back(Motivo(c.regla, 0, 0));
+  }
+  for (const TPartidaFiscal& partida : resumen.Partidas) {
+    for (const Comprobacion& c : kTabla) {
+      if (c.partida != nullptr && !c.partida(partida)) motivos.push_back(Motivo(c.regla, partida.Renglon, 0));
+    }
+    for (const TImpuestoImpreso& impuesto : partida.Impuestos) {
+      if (impuesto.Impuesto == ENUM_IMPUESTO_FISCAL::LOCAL) continue;
+      for (const Comprobacion& c : kTabla) {
+        if (c.impuesto != nullptr && !c.impuesto(impuesto)) {
+          motivos.push_back(Motivo(c.regla, partida.Renglon, impuesto.Numero));
+        }
+      }
+    }
+  }
+  return motivos;
+}
+
+TLimitesFiscales TResumenFiscal::LimitesImporte(const TPartidaFiscal& partida) const {
+  for (const TMontoFiscal* m : {&partida.Cantidad, &partida.ValorUnitario, &partida.Importe}) ExigeMonto(*m);
+  return Corta(InferiorImporte(partida), SuperiorImporte(partida), partida.Importe.Decimales,
+               DecimalesMoneda);
+}
+
+TLimitesFiscales TResumenFiscal::LimitesImpuesto(const TImpuestoImpreso& impuesto) const {
+  for (const TMontoFiscal* m : {&impuesto.Base, &impuesto.Tasa, &impuesto.Importe}) ExigeMonto(*m);
+  return Corta(InferiorImpuesto(impuesto), SuperiorImpuesto(impuesto), impuesto.Importe.Decimales,
+               DecimalesMoneda);
+}
+
+}  // namespace vel

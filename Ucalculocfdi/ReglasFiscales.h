@@ -1,0 +1,24 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "utilvel90_export.h"
+
+namespace vel {
+
+/// A check that certifiers make on the arithmetic of an invoice.
+struct TReglaFiscal {
+  /// Code of the authority's validation matrix, which certifiers report.
+  std::u16string_view Codigo;
+  /// What must hold, in Spanish.
+  std::u16string_view Regla;
+  std::u16string_view Fuente;
+  /// First day on which it holds, "yyyy-mm-dd".
+  std::u16string_view Desde;
+};
+
+/// The rules that TResumenFiscal::Revisa checks.
+UTILVEL90_EXPORT std::span<const TReglaFiscal> ReglasFiscales() noexcept;
+
+}  // namespace vel

@@ -1,0 +1,238 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Ucalculocfdi/TCalculoCFDI.h"
+#include "Ucalculocfdi/TMontoFiscal.h"
+#include "framework/TClientDataSet.h"
+#include "framework/Texto.h"
+#include "utilvel90_export.h"
+
+namespace vel {
+
+/// What an electronic invoice of version 4.0 prints, beside what TCalculoCFDI totals. The engine sums first
+/// and rounds its totals; an invoice prints parts, and its total must be the sum of the printed parts. Every
+/// figure here is an exact decimal (whole numbers, halves away from zero), and all of them add up.
+///
+/// Sources of rules and figures: the tax authority's invoice standard (Anexo 20, version 4.0), its filling
+/// guide and its validation matrix; see ReglasFiscales.h.
+
+/// The taxes of the standard by their catalogue keys 001, 002 and 003; a local tax goes by its name.
+enum class ENUM_IMPUESTO_FISCAL : std::int32_t { NINGUNO = 0, ISR = 1, IVA = 2, IEPS = 3, LOCAL = 4 };
+
+/// How a tax follows from its base: a rate, a quota for each unit, or exempt.
+enum class ENUM_FACTOR_FISCAL : std::int32_t { TASA = 0, CUOTA = 1, EXENTO = 2 };
+
+/// Catalogue key of the tax ("002"); empty for a local one and for none.
+UTILVEL90_EXPORT UnicodeString DameClaveImpuesto(ENUM_IMPUESTO_FISCAL impuesto);
+/// "Tasa", "Cuota" or "Exento".
+UTILVEL90_EXPORT UnicodeString DameTipoFactor(ENUM_FACTOR_FISCAL factor);
+
+/// What one of the engine's eight taxes is.
+struct TImpuestoAsignado {
+  ENUM_IMPUESTO_FISCAL Impuesto = ENUM_IMPUESTO_FISCAL::NINGUNO;
+  /// Withheld; otherwise transferred. A negative rate makes a line's tax withheld whatever this says.
+  bool Retenido = false;
+  /// Name of a local tax; empty for the others.
+  UnicodeString Nombre = {};
+  friend bool operator==(const TImpuestoAsignado&, const TImpuestoAsignado&) = default;
+};
+
+using TAsignacionFiscal = std::array<TImpuestoAsignado, TCalculoCFDI::kImpuestos>;
+
+/// The suite's usual assignment: 1 IEPS, 2 ISR withheld, 3 IVA withheld, 4 IVA; 5 to 8 none.
+UTILVEL90_EXPORT TAsignacionFiscal AsignacionUsual();
+
+/// What the engine's fields do not say of one line.
+struct TNotaPartida {
+  /// 1-based number of the record in TCalculoCFDI::Partidas.
+  std::size_t Renglon = 0;
+  /// Taxes (0-based) of which the line is exempt, which is not the same as a rate of 0 %. Also where the
+  /// line's base code says that the tax does not apply; its base is then the amount less discounts.
+  std::array<bool, TCalculoCFDI::kImpuestos> Exento = {};
+  /// Units that the line's quota (MTO_CUOTA) is for; the line's quantity unless given.
+  std::optional<double> Unidades = {};
+};
+
+/// What a summary needs beside the engine.
+struct TDatosFiscales {
+  TAsignacionFiscal Impuestos = AsignacionUsual();
+  /// Decimals of the currency, 0 to 6: 2 for MXN.
+  int DecimalesMoneda = 2;
+  /// Decimals of the lines' amounts, 2 to 6 and not below the currency's. At 6 the printed total comes
+  /// closest to the engine's.
+  int DecimalesLinea = 6;
+  /// In any order, at most one for each line.
+  std::vector<TNotaPartida> Notas = {};
+};
+
+/// A tax of a line.
+struct TImpuestoImpreso {
+  /// Number of the engine's tax, 1 to 8. Two taxes of a line may share it: rate and quota (mode "A").
+  int Numero = 0;
+  ENUM_IMPUESTO_FISCAL Impuesto = ENUM_IMPUESTO_FISCAL::NINGUNO;
+  bool Retenido = false;
+  ENUM_FACTOR_FISCAL Factor = ENUM_FACTOR_FISCAL::TASA;
+  /// Amount less discount plus the printed taxes that the base code adds; the units of a quota.
+  TMontoFiscal Base;
+  /// Fraction of six decimals: 0.160000; of a quota, the amount for each unit. Zero when exempt.
+  TMontoFiscal Tasa;
+  TMontoFiscal Importe;
+  friend bool operator==(const TImpuestoImpreso&, const TImpuestoImpreso&) = default;
+};
+
+/// A line that counts. A hidden one has no taxes.
+struct TPartidaFiscal {
+  /// 1-based number of its record.
+  std::size_t Renglon = 0;
+  /// Quantity, and unit price in the document's currency (divided by the exchange rate), of six decimals.
+  TMontoFiscal Cantidad;
+  TMontoFiscal ValorUnitario;
+  TMontoFiscal Importe;
+  TMontoFiscal Descuento;
+  std::vector<TImpuestoImpreso> Impuestos;
+  friend bool operator==(const TPartidaFiscal&, const TPartidaFiscal&) = default;
+};
+
+/// The transferred taxes of one tax, factor and rate.
+struct TTrasladoFiscal {
+  ENUM_IMPUESTO_FISCAL Impuesto = ENUM_IMPUESTO_FISCAL::NINGUNO;
+  ENUM_FACTOR_FISCAL Factor = ENUM_FACTOR_FISCAL::TASA;
+  TMontoFiscal Tasa;
+  TMontoFiscal Base;
+  TMontoFiscal Importe;
+  friend bool operator==(const TTrasladoFiscal&, const TTrasladoFiscal&) = default;
+};
+
+/// The withheld taxes of one tax.
+struct TRetencionFiscal {
+  ENUM_IMPUESTO_FISCAL Impuesto = ENUM_IMPUESTO_FISCAL::NINGUNO;
+  TMontoFiscal Importe;
+  friend bool operator==(const TRetencionFiscal&, const TRetencionFiscal&) = default;
+};
+
+/// The local taxes of one name, direction and rate.
+struct TLocalFiscal {
+  UnicodeString Nombre;
+  bool Retenido = false;
+  TMontoFiscal Tasa;
+  TMontoFiscal Importe;
+  friend bool operator==(const TLocalFiscal&, const TLocalFiscal&) = default;
+};
+
+/// A rule that the printed figures do not meet, whatever cents are chosen.
+struct TMotivoFiscal {
+  /// Code of the rule, see ReglasFiscales.
+  UnicodeString Codigo;
+  /// 1-based number of the line's record; 0 for the document.
+  std::size_t Renglon = 0;
+  /// Number of the tax, 1 to 8; 0 for none.
+  int Impuesto = 0;
+  /// For the user, in Spanish.
+  UnicodeString Mensaje;
+};
+
+/// Between what a certifier accepts an amount. Public sources differ on the decimals that a limit is cut to:
+/// those of the amount itself, or those of the currency. The first lie within the second; both are given and
+/// the first are met.
+struct TLimitesFiscales {
+  TMontoFiscal Inferior;
+  TMontoFiscal Superior;
+  TMontoFiscal InferiorMoneda;
+  TMontoFiscal SuperiorMoneda;
+};
+
+/// The printed figures of a document: a value, whose members a program reads as they are.
+///
+/// By line, at DecimalesLinea decimals: amount = quantity x price / exchange rate; discount = the sum of its
+/// percentages of the printed amount; each tax = its printed base x its printed rate. By document, at
+/// DecimalesMoneda: every figure is the sum of its lines rounded once, and
+///
+///     Total = SubTotal - Descuento + TotalImpuestosTrasladados - TotalImpuestosRetenidos
+///             + TotalLocalesTrasladados - TotalLocalesRetenidos
+///
+/// to the last digit. No figure is negative.
+class UTILVEL90_EXPORT TResumenFiscal {
+ public:
+  /// An empty document.
+  TResumenFiscal() = default;
+
+  /// The summary of the engine's lines (in purchases with the price "COST", on which they are taxed).
+  /// `calculo` is left as it was: no member changes and the current line stays. Call its CalculaTotales
+  /// first if Diferencia is wanted. Linear in the lines.
+  ///
+  /// Lines and fields are those of TCalculoCFDI, rounded to six decimals as it rounds them. Lines that do not
+  /// count are left out, and every line has its own discounts, which the engine's total is not always made
+  /// of. A transferred tax of 0 % is printed, a withholding of 0 % is not, nor a zero rate of a tax without
+  /// assignment. Quota mode "A" prints two taxes, "M" the larger, "C" the quota, any other none.
+  ///
+  /// A quota's base is its units and its rate quota / units, cut to six decimals; where the quota does not
+  /// lie within the limits of these two, the nearest amount that does is printed.
+  ///
+  /// Raises EInvalidOperation, naming line and field, for what the standard cannot print: a number that is
+  /// not finite or too large (amounts reach 9 x 10^12), a negative quantity, price, discount, quota or
+  /// total, an exchange rate that is not above zero, discounts above 100 %, a rate beyond 1000 %, a quota
+  /// without units; for an assignment that contradicts itself or a line (a local tax without a name, ISR
+  /// transferred, exempt but withheld or with a rate, a rate for a tax without assignment); and for
+  /// decimals out of range. Errors of the data set come through.
+  explicit TResumenFiscal(TCalculoCFDI& calculo, const TDatosFiscales& datos = {});
+
+  /// Computes the document's figures and Motivos anew from Partidas, for a program that moved line figures.
+  /// Diferencia moves with the total. Raises EInvalidOperation when a figure is too large or the total
+  /// negative; nothing has changed then.
+  void Totaliza();
+
+  /// The rules that the figures do not meet, as they stand now.
+  std::vector<TMotivoFiscal> Revisa() const;
+
+  /// Limits of a line's amount for its quantity and price, and of a tax for its base and rate (zero when
+  /// exempt).
+  TLimitesFiscales LimitesImporte(const TPartidaFiscal& partida) const;
+  TLimitesFiscales LimitesImpuesto(const TImpuestoImpreso& impuesto) const;
+
+  /// One record for each line, by the names of the standard in capitals (RENGLON, CANTIDAD, VALORUNITARIO,
+  /// IMPORTE, DESCUENTO), with its taxes nested in IMPUESTOS (NUMERO, TIPO "Traslado" or "Retencion",
+  /// IMPUESTO key or name, TIPOFACTOR, TASAOCUOTA, BASE, IMPORTE). Amounts are texts, so that a data packet
+  /// keeps every digit; AsFloat reads them as numbers. Rate and tax are null when exempt.
+  TClientDataSet DamePartidas() const;
+  /// One record for each printed figure of the document, in the order of the members: CONCEPTO (the member's
+  /// name; "Traslado", "Retencion", "LocalTraslado" and "LocalRetencion" for the entries of the lists),
+  /// IMPUESTO, TIPOFACTOR, TASAOCUOTA, BASE and IMPORTE as above, null where they say nothing.
+  TClientDataSet DameTotales() const;
+  /// Everything as JSON (RFC 8259) in UTF-8 on one line: the members' names, amounts as texts.
+  std::string DameJson() const;
+
+  TAsignacionFiscal Asignacion = AsignacionUsual();
+  int DecimalesMoneda = 2;
+  int DecimalesLinea = 6;
+  std::vector<TPartidaFiscal> Partidas;
+
+  TMontoFiscal SubTotal;
+  TMontoFiscal Descuento;
+  /// In the order in which the lines first have them.
+  std::vector<TTrasladoFiscal> Traslados;
+  std::vector<TRetencionFiscal> Retenciones;
+  std::vector<TLocalFiscal> Locales;
+  TMontoFiscal TotalImpuestosTrasladados;
+  TMontoFiscal TotalImpuestosRetenidos;
+  TMontoFiscal TotalLocalesTrasladados;
+  TMontoFiscal TotalLocalesRetenidos;
+  TMontoFiscal Total;
+
+  /// Total less the engine's, in units of the currency's last decimal (cents). Without a value when the
+  /// engine has not computed its totals or they are not finite.
+  std::optional<std::int64_t> Diferencia;
+
+  /// Empty when a certifier finds nothing wrong with the arithmetic.
+  std::vector<TMotivoFiscal> Motivos;
+
+ private:
+  struct Lectura;
+};
+
+}  // namespace vel
