@@ -19,6 +19,18 @@ using Descuentos = TCalculoCFDI::Descuentos;
 /// Taxes with one of two base codes do not apply.
 constexpr bool Aplica(int codigo) noexcept { return codigo != 4 && codigo != TDatosPartida::kNoAplica; }
 
+/// A line of values, as the steps ask for it.
+struct LineaSola {
+  const TDatosPartida& datos;
+
+  double Cantidad() const { return datos.Cantidad; }
+  double Precio() const { return datos.Precio; }
+  double Cambio() const { return datos.TipoCambio; }
+  int Codigo(std::size_t i) const { return datos.Codigo[i]; }
+  double Tasa(std::size_t i) const { return datos.Tasa[i]; }
+  bool ConCuota(std::size_t i) const { return datos.ImpuestoConCuota == static_cast<int>(i) + 1; }
+};
+
 template <typename Linea>
 double Importe(const Linea& linea, bool ignoraTipoCambio, int decimales) {
   const double cantidad = g_redoTo(linea.Cantidad(), decimales);

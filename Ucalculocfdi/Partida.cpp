@@ -6,21 +6,6 @@
 #include "Ucalculocfdi/Cascada.h"
 
 namespace vel {
-namespace {
-
-// A line of values, as the steps ask for it.
-struct Linea {
-  const TDatosPartida& datos;
-
-  double Cantidad() const { return datos.Cantidad; }
-  double Precio() const { return datos.Precio; }
-  double Cambio() const { return datos.TipoCambio; }
-  int Codigo(std::size_t i) const { return datos.Codigo[i]; }
-  double Tasa(std::size_t i) const { return datos.Tasa[i]; }
-  bool ConCuota(std::size_t i) const { return datos.ImpuestoConCuota == static_cast<int>(i) + 1; }
-};
-
-}  // namespace
 
 TDatosPartida LeePartida(const TClientDataSet& partidas, ENUM_MODULO modulo, bool ignoraTipoCambio) {
   const TCalculoCFDI::CamposPartida campos(partidas, modulo);
@@ -48,7 +33,7 @@ TDatosPartida LeePartida(const TClientDataSet& partidas, ENUM_MODULO modulo, boo
 }
 
 TImpuestosPartida CalcularImpuestosPartida(const TDatosPartida& partida, int decimales) {
-  const Linea linea{partida};
+  const cascada::LineaSola linea{partida};
   TImpuestosPartida r;
   r.Importe = cascada::Importe(linea, false, decimales);
   r.Base = r.Importe - cascada::Descuenta(partida.PorcDescuento, r.Importe, decimales, r.Descuento);
