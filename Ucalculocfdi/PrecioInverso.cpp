@@ -301,7 +301,7 @@ TPrecioInverso ObtenPrecioInverso(double precio, const TDatosPartida& partida, E
   const Documento documento = busqueda.En(neto);
   return {.PrecioNeto = static_cast<double>(neto) / 1e6,
           .Partida = documento.partida,
-          .TotalPedido = static_cast<double>(pedido) / 100,
+          .TotalPedido = {pedido, 2},
           .Total = documento.total,
           .Residuo = pedido - documento.Centavos()};
 }

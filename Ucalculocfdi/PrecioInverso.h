@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "Ucalculocfdi/Partida.h"
+#include "Ucalculocfdi/TMontoFiscal.h"
 #include "utilvel90_export.h"
 
 namespace vel {
@@ -23,7 +24,7 @@ struct TPrecioInverso {
   TImpuestosPartida Partida;
   /// What the line should come to: price by quantity by exchange rate, to the cent (half away from zero); of
   /// a list price, what the discounts leave of it.
-  double TotalPedido = 0;
+  TMontoFiscal TotalPedido;
   /// What it comes to: TotalImpuestos of a document of this line alone, to the bit.
   double Total = 0;
   /// TotalPedido less Total in cents: 0, except where no net price of six decimals reaches it.

@@ -2,6 +2,7 @@
 
 /// Discounts, taxes and totals of a document, and what its invoice prints.
 
+#include "Ucalculocfdi/AjusteCentavos.h"
 #include "Ucalculocfdi/Partida.h"
 #include "Ucalculocfdi/PrecioInverso.h"
 #include "Ucalculocfdi/ReglasFiscales.h"

@@ -3,52 +3,32 @@
 // that net price compared with price by quantity. Each price that is said to be out of reach is tried again
 // at every net price around, by a computation of its own on whole numbers of 128 bits.
 //
-//     medicion_precio_inverso [last price in cents] [every how many]      by default 2,000,000 and 1
+//     conteo_precio_inverso [last price in cents] [every how many]      by default 2,000,000 and 1
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <string>
 #include <thread>
 #include <vector>
 
 #include "Ucalculocfdi/Ucalculocfdi.h"
+#include "benchmarks/JuegosImpuestos.h"
 
 namespace {
 
 __extension__ typedef __int128 Entero;
 
-struct Juego {
-  const char* nombre;
-  double ieps;
-  double iva;
-  // Prices out of reach at 1, 7 and 144, of 2,000,000.
-  std::array<std::int64_t, 3> conocidos;
-};
+using medicion::JuegoImpuestos;
+using medicion::kJuegos;
 
-constexpr std::array<Juego, 7> kJuegos = {{{"16", 0, 16, {0, 0, 0}},
-                                           {"8", 0, 8, {0, 0, 0}},
-                                           {"0", 0, 0, {0, 0, 0}},
-                                           {"8 + 16", 8, 16, {0, 0, 0}},
-                                           {"26.5 + 16", 26.5, 16, {0, 546, 8'723}},
-                                           {"53 + 16", 53, 16, {0, 902, 13'522}},
-                                           {"160 + 16", 160, 16, {0, 0, 21'220}}}};
 constexpr std::array<int, 3> kCantidades = {1, 7, 144};
-
-vel::TDatosPartida Partida(const Juego& juego, int cantidad) {
-  vel::TDatosPartida p;
-  p.Cantidad = cantidad;
-  if (juego.ieps != 0) {
-    p.Tasa[0] = juego.ieps;
-    p.Codigo[0] = 0;
-  }
-  p.Tasa[3] = juego.iva;
-  p.Codigo[3] = juego.ieps != 0 ? 1 : 0;
-  return p;
-}
+// Prices out of reach at those quantities, of 2,000,000, for each set.
+constexpr std::int64_t kConocidos[kJuegos.size()][kCantidades.size()] = {
+    {0, 0, 0}, {0, 0, 0}, {0, 0, 0}, {0, 0, 0}, {0, 546, 8'723}, {0, 902, 13'522}, {0, 0, 21'220}};
 
 // The engine itself, on a document of one line.
 class Documento {
@@ -56,30 +36,9 @@ class Documento {
   explicit Documento(const vel::TDatosPartida& p)
       : calculo_(vel::ENUM_MODULO::MODULO_VENTAS, vel::ENUM_PROC_FACTCOMP::PROC_NORMAL,
                  vel::TIPO_DOCTO::TD_FACTURA) {
-    std::vector<vel::TFieldDef> campos;
-    for (const char16_t* texto : {u"CVE_DOC", u"TIPO_PROD", u"TIPO_ELEM", u"MAN_IEPS"}) {
-      campos.push_back({.Name = texto, .DataType = vel::TFieldType::ftString, .Size = 20});
-    }
-    for (const char16_t* real :
-         {u"CANT", u"PREC", u"TIP_CAM", u"DESC1", u"DESC2", u"DESC3", u"IMPU1", u"IMPU4"}) {
-      campos.push_back({.Name = real, .DataType = vel::TFieldType::ftFloat});
-    }
-    for (const char16_t* codigo : {u"IMP1APLA", u"IMP4APLA"}) {
-      campos.push_back({.Name = codigo, .DataType = vel::TFieldType::ftInteger});
-    }
     vel::TClientDataSet& lineas = calculo_.Partidas;
-    lineas.CreateDataSet(campos);
-    lineas.Append();
-    const auto pon = [&lineas](const char16_t* campo, double valor) {
-      lineas.FieldByName(campo).SetAsFloat(valor);
-    };
-    pon(u"CANT", p.Cantidad);
-    pon(u"TIP_CAM", 1);
-    pon(u"IMPU1", p.Tasa[0]);
-    pon(u"IMPU4", p.Tasa[3]);
-    lineas.FieldByName(u"IMP1APLA").SetAsInteger(p.Codigo[0]);
-    lineas.FieldByName(u"IMP4APLA").SetAsInteger(p.Codigo[3]);
-    lineas.Post();
+    lineas.CreateDataSet(medicion::CamposDePartidas());
+    medicion::AgregaPartida(lineas, p);
     precio_ = &lineas.FieldByName(u"PREC");
   }
   double Total(double precio) {
@@ -99,7 +58,7 @@ class Documento {
 Entero Divide(Entero n, Entero d) { return (2 * n + d) / (2 * d); }
 
 // The same document on whole numbers: rates in tenths of a percent, price in millionths.
-std::int64_t CentavosExactos(const Juego& juego, int cantidad, std::int64_t precio) {
+std::int64_t CentavosExactos(const JuegoImpuestos& juego, int cantidad, std::int64_t precio) {
   const Entero importe = Entero{precio} * cantidad;
   const auto ieps = static_cast<std::int64_t>(std::llround(juego.ieps * 10));
   const auto iva = static_cast<std::int64_t>(std::llround(juego.iva * 10));
@@ -109,7 +68,7 @@ std::int64_t CentavosExactos(const Juego& juego, int cantidad, std::int64_t prec
 }
 
 // Whether any net price whose total lies within two cents of the one asked for reaches it.
-bool AlgunoAlcanza(const Juego& juego, int cantidad, std::int64_t centavos) {
+bool AlgunoAlcanza(const JuegoImpuestos& juego, int cantidad, std::int64_t centavos) {
   const double factor = (1 + juego.ieps / 100) * (1 + juego.iva / 100);
   const double exacto = static_cast<double>(centavos) * 1e4 / factor;
   const auto alcance = static_cast<std::int64_t>(2e4 / factor / cantidad) + 2;
@@ -128,8 +87,8 @@ struct Cuenta {
   std::int64_t fallas = 0;
 };
 
-Cuenta Recorre(const Juego& juego, int cantidad, std::int64_t ultimo, std::int64_t cada) {
-  vel::TDatosPartida partida = Partida(juego, cantidad);
+Cuenta Recorre(const JuegoImpuestos& juego, int cantidad, std::int64_t ultimo, std::int64_t cada) {
+  const vel::TDatosPartida partida = medicion::PartidaDe(juego, cantidad);
   Documento documento(partida);
   Cuenta cuenta;
   for (std::int64_t centavos = 1; centavos <= ultimo; centavos += cada) {
@@ -172,11 +131,10 @@ int main(int argc, char** argv) {
   hilos.clear();
   int codigo = 0;
   for (std::size_t t = 0; t < kTareas; ++t) {
-    const Juego& juego = kJuegos[t / 3];
     const Cuenta& c = cuentas[t];
     const bool completo = ultimo == 2'000'000 && cada == 1;
-    const bool bien = c.fallas == 0 && (!completo || c.fuera == juego.conocidos[t % 3]);
-    std::printf("%-10s at %3d: %lld prices, %lld out of reach, all proved: %s\n", juego.nombre,
+    const bool bien = c.fallas == 0 && (!completo || c.fuera == kConocidos[t / 3][t % 3]);
+    std::printf("%-10s at %3d: %lld prices, %lld out of reach, all proved: %s\n", kJuegos[t / 3].nombre,
                 kCantidades[t % 3], static_cast<long long>(c.precios), static_cast<long long>(c.fuera),
                 bien ? "yes" : "NO");
     if (!bien) codigo = 1;
