@@ -124,83 +124,83 @@ constexpr std::u16string_view kLocales = u"Complemento de impuestos locales, ver
 constexpr std::u16string_view kVigencia = u"2022-01-01";
 
 constexpr Comprobacion kTabla[] = {
-    {.regla = {u"CFDV40", u"El comprobante tiene al menos un concepto", kEsquema, kVigencia},
+    {.regla = {u"CFDV40", u"el comprobante tiene al menos un concepto", kEsquema, kVigencia},
      .documento = [](const Documento& d) { return !d.r.Partidas.empty(); }},
-    {.regla = {u"CFDI40107", u"El subtotal tiene los decimales de la moneda", kMatriz, kVigencia},
+    {.regla = {u"CFDI40107", u"el subtotal tiene los decimales de la moneda", kMatriz, kVigencia},
      .documento = [](const Documento& d) { return d.Cabe(d.r.SubTotal); }},
-    {.regla = {u"CFDI40108", u"El subtotal es el redondeo de la suma de los importes", kMatriz, kVigencia},
+    {.regla = {u"CFDI40108", u"el subtotal es el redondeo de la suma de los importes", kMatriz, kVigencia},
      .documento = [](const Documento& d) { return d.r.SubTotal == d.esperado.subTotal; }},
-    {.regla = {u"CFDI40110", u"El descuento no pasa del subtotal", kMatriz, kVigencia},
+    {.regla = {u"CFDI40110", u"el descuento no pasa del subtotal", kMatriz, kVigencia},
      .documento = [](const Documento& d) { return d.r.Descuento.Unidades <= d.r.SubTotal.Unidades; }},
-    {.regla = {u"CFDI40111", u"El descuento es el redondeo de la suma de los de los conceptos", kMatriz,
+    {.regla = {u"CFDI40111", u"el descuento es el redondeo de la suma de los de los conceptos", kMatriz,
                kVigencia},
      .documento = [](const Documento& d) { return d.r.Descuento == d.esperado.descuento; }},
-    {.regla = {u"CFDI40112", u"El descuento tiene los decimales de la moneda", kMatriz, kVigencia},
+    {.regla = {u"CFDI40112", u"el descuento tiene los decimales de la moneda", kMatriz, kVigencia},
      .documento = [](const Documento& d) { return d.Cabe(d.r.Descuento); }},
-    {.regla = {u"CFDI40119", u"El total es subtotal - descuento + trasladados - retenidos, con los locales",
+    {.regla = {u"CFDI40119", u"el total es subtotal - descuento + trasladados - retenidos, con los locales",
                kMatriz, kVigencia},
      .documento =
          [](const Documento& d) { return d.r.Total.Unidades >= 0 && d.r.Total == fiscal::TotalDe(d.r); }},
-    {.regla = {u"CFDI40166", u"El valor unitario es mayor que cero", kMatriz, kVigencia},
+    {.regla = {u"CFDI40166", u"el valor unitario es mayor que cero", kMatriz, kVigencia},
      .partida = [](const TPartidaFiscal& p) { return p.ValorUnitario.Unidades > 0; }},
-    {.regla = {u"CFDI40167", u"El importe está entre los límites de cantidad por valor unitario", kMatriz,
+    {.regla = {u"CFDI40167", u"el importe está entre los límites de cantidad por valor unitario", kMatriz,
                kVigencia},
      .partida =
          [](const TPartidaFiscal& p) { return Entre(p.Importe, InferiorImporte(p), SuperiorImporte(p)); }},
-    {.regla = {u"CFDI40168", u"El descuento no tiene más decimales que el importe", kMatriz, kVigencia},
+    {.regla = {u"CFDI40168", u"el descuento no tiene más decimales que el importe", kMatriz, kVigencia},
      .partida = [](const TPartidaFiscal& p) { return p.Descuento.Decimales <= p.Importe.Decimales; }},
-    {.regla = {u"CFDI40169", u"El descuento no pasa del importe", kMatriz, kVigencia},
+    {.regla = {u"CFDI40169", u"el descuento no pasa del importe", kMatriz, kVigencia},
      .partida = [](const TPartidaFiscal& p) { return p.Descuento.Unidades <= p.Importe.Unidades; }},
-    {.regla = {u"CFDI40174", u"La base de un traslado es mayor que cero", kMatriz, kVigencia},
+    {.regla = {u"CFDI40174", u"la base de un traslado es mayor que cero", kMatriz, kVigencia},
      .impuesto = [](const TImpuestoImpreso& i) { return i.Retenido || i.Base.Unidades > 0; }},
-    {.regla = {u"CFDI40177", u"Un traslado exento no tiene tasa ni importe", kMatriz, kVigencia},
+    {.regla = {u"CFDI40177", u"un traslado exento no tiene tasa ni importe", kMatriz, kVigencia},
      .impuesto =
          [](const TImpuestoImpreso& i) {
-           return !Exento(i) || (i.Tasa.Unidades == 0 && i.Importe.Unidades == 0);
+           return i.Retenido || !Exento(i) || (i.Tasa.Unidades == 0 && i.Importe.Unidades == 0);
          }},
-    {.regla = {u"CFDI40180", u"El importe de un traslado está entre los límites de base por tasa o cuota",
+    {.regla = {u"CFDI40180", u"el importe de un traslado está entre los límites de base por tasa o cuota",
                kMatriz, kVigencia},
      .impuesto = [](const TImpuestoImpreso& i) { return i.Retenido || EnLimites(i); }},
-    {.regla = {u"CFDI40181", u"La base de una retención es mayor que cero", kMatriz, kVigencia},
+    {.regla = {u"CFDI40181", u"la base de una retención es mayor que cero", kMatriz, kVigencia},
      .impuesto = [](const TImpuestoImpreso& i) { return !i.Retenido || i.Base.Unidades > 0; }},
-    {.regla = {u"CFDI40184", u"Una retención no está exenta", kMatriz, kVigencia},
+    {.regla = {u"CFDI40184", u"una retención no está exenta", kMatriz, kVigencia},
      .impuesto = [](const TImpuestoImpreso& i) { return !i.Retenido || !Exento(i); }},
-    {.regla = {u"CFDI40186", u"El importe de una retención está entre los límites de base por tasa o cuota",
+    {.regla = {u"CFDI40186", u"el importe de una retención está entre los límites de base por tasa o cuota",
                kMatriz, kVigencia},
      .impuesto = [](const TImpuestoImpreso& i) { return !i.Retenido || EnLimites(i); }},
-    {.regla = {u"CFDI40203", u"El total de retenidos es la suma de las retenciones", kMatriz, kVigencia},
+    {.regla = {u"CFDI40203", u"el total de retenidos es la suma de las retenciones", kMatriz, kVigencia},
      .documento =
          [](const Documento& d) { return d.r.TotalImpuestosRetenidos == fiscal::SumaRetenciones(d.r); }},
-    {.regla = {u"CFDI40205", u"El total de trasladados es la suma de los traslados", kMatriz, kVigencia},
+    {.regla = {u"CFDI40205", u"el total de trasladados es la suma de los traslados", kMatriz, kVigencia},
      .documento =
          [](const Documento& d) { return d.r.TotalImpuestosTrasladados == fiscal::SumaTraslados(d.r); }},
-    {.regla = {u"CFDI40208", u"Hay una sola retención por impuesto", kMatriz, kVigencia},
+    {.regla = {u"CFDI40208", u"hay una sola retención por impuesto", kMatriz, kVigencia},
      .documento =
          [](const Documento& d) {
            return Iguales(d.r.Retenciones, d.esperado.retenciones, [](const auto& t) { return t.Impuesto; });
          }},
-    {.regla = {u"CFDI40211", u"Cada retención es el redondeo de la suma de las de los conceptos", kMatriz,
+    {.regla = {u"CFDI40211", u"cada retención es el redondeo de la suma de las de los conceptos", kMatriz,
                kVigencia},
      .documento = [](const Documento& d) { return d.r.Retenciones == d.esperado.retenciones; }},
-    {.regla = {u"CFDI40215", u"La base de cada traslado es el redondeo de la suma de las de los conceptos",
+    {.regla = {u"CFDI40215", u"la base de cada traslado es el redondeo de la suma de las de los conceptos",
                kMatriz, kVigencia},
      .documento =
          [](const Documento& d) {
            return Iguales(d.r.Traslados, d.esperado.traslados, [](const auto& t) { return t.Base; });
          }},
-    {.regla = {u"CFDI40218", u"Hay un solo traslado por impuesto, factor y tasa", kMatriz, kVigencia},
+    {.regla = {u"CFDI40218", u"hay un solo traslado por impuesto, factor y tasa", kMatriz, kVigencia},
      .documento =
          [](const Documento& d) {
            return Iguales(d.r.Traslados, d.esperado.traslados,
                           [](const auto& t) { return std::tuple(t.Impuesto, t.Factor, t.Tasa.Unidades); });
          }},
-    {.regla = {u"CFDI40221", u"El importe de cada traslado es el redondeo de la suma de los de los conceptos",
+    {.regla = {u"CFDI40221", u"el importe de cada traslado es el redondeo de la suma de los de los conceptos",
                kMatriz, kVigencia},
      .documento =
          [](const Documento& d) {
            return Iguales(d.r.Traslados, d.esperado.traslados, [](const auto& t) { return t.Importe; });
          }},
-    {.regla = {u"IMPLOCAL", u"Los impuestos locales y sus totales son la suma de los de las partidas",
+    {.regla = {u"IMPLOCAL", u"los impuestos locales y sus totales son la suma de los de las partidas",
                kLocales, u"2010-12-31"},
      .documento =
          [](const Documento& d) {

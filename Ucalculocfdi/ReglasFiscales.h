@@ -11,7 +11,7 @@ namespace vel {
 struct TReglaFiscal {
   /// Code of the authority's validation matrix, which certifiers report.
   std::u16string_view Codigo;
-  /// What must hold, in Spanish.
+  /// What must hold: a Spanish clause without capital and point.
   std::u16string_view Regla;
   std::u16string_view Fuente;
   /// First day on which it holds, "yyyy-mm-dd".

@@ -192,8 +192,10 @@ struct TResumenFiscal::Lectura {
 
   /// The tax at a rate (millionths of a percent); returns it with the sign of the rate.
   std::int64_t PonTasa(std::size_t i, std::int64_t base, std::int64_t tasa) {
-    const bool retenido = resumen.Asignacion[i].Retenido || tasa < 0;
-    if (tasa == 0 && (retenido || !Asignado(i))) return 0;
+    const TImpuestoAsignado& a = resumen.Asignacion[i];
+    const bool retenido = a.Retenido || tasa < 0;
+    // Of the zero rates only that of a transferred tax of the standard means something.
+    if (tasa == 0 && (retenido || !Asignado(i) || a.Impuesto == ENUM_IMPUESTO_FISCAL::LOCAL)) return 0;
     ExigeAsignado(i);
     const auto fraccion = static_cast<std::int64_t>(DivideRedondea(std::abs(tasa), 100));
     TMontoFiscal& importe = Agrega(i, retenido, ENUM_FACTOR_FISCAL::TASA, base, fraccion);

@@ -168,11 +168,11 @@ class UTILVEL90_EXPORT TResumenFiscal {
   ///
   /// Lines and fields are those of TCalculoCFDI, rounded to six decimals as it rounds them. Lines that do not
   /// count are left out, and every line has its own discounts, which the engine's total is not always made
-  /// of. A transferred tax of 0 % is printed, a withholding of 0 % is not, nor a zero rate of a tax without
-  /// assignment. Quota mode "A" prints two taxes, "M" the larger, "C" the quota, any other none.
+  /// of. A transferred tax of 0 % is printed; a withholding or a local tax of 0 % is not, nor that of a tax
+  /// without assignment. Quota mode "A" prints two taxes, "M" the larger, "C" the quota, any other none.
   ///
-  /// A quota's base is its units and its rate quota / units, cut to six decimals; where the quota does not
-  /// lie within the limits of these two, the nearest amount that does is printed.
+  /// A quota's base is its units and its rate quota / units, rounded to six decimals; where the quota does
+  /// not lie within the limits of these two, the nearest amount that does is printed.
   ///
   /// Raises EInvalidOperation, naming line and field, for what the standard cannot print: a number that is
   /// not finite or too large (amounts reach 9 x 10^12), a negative quantity, price, discount, quota or
@@ -183,17 +183,20 @@ class UTILVEL90_EXPORT TResumenFiscal {
   explicit TResumenFiscal(TCalculoCFDI& calculo, const TDatosFiscales& datos = {});
 
   /// Computes the document's figures and Motivos anew from Partidas, for a program that moved line figures.
-  /// Diferencia moves with the total. Raises EInvalidOperation when a figure is too large or the total
-  /// negative; nothing has changed then.
+  /// Diferencia moves with the total. Raises EInvalidOperation when a figure of a line is negative or has not
+  /// its decimals, when one is too large, or when the total is negative; nothing has changed then.
   void Totaliza();
 
-  /// The rules that the figures do not meet, as they stand now.
+  /// The rules that the figures do not meet, as they stand now. Raises EInvalidOperation for line figures as
+  /// Totaliza does.
   std::vector<TMotivoFiscal> Revisa() const;
 
   /// Limits of a line's amount for its quantity and price, and of a tax for its base and rate (zero when
   /// exempt).
   TLimitesFiscales LimitesImporte(const TPartidaFiscal& partida) const;
   TLimitesFiscales LimitesImpuesto(const TImpuestoImpreso& impuesto) const;
+  /// Catalogue key of a line's tax, or the name of a local one.
+  UnicodeString DameNombre(const TImpuestoImpreso& impuesto) const;
 
   /// One record for each line, by the names of the standard in capitals (RENGLON, CANTIDAD, VALORUNITARIO,
   /// IMPORTE, DESCUENTO), with its taxes nested in IMPUESTOS (NUMERO, TIPO "Traslado" or "Retencion",
@@ -204,7 +207,8 @@ class UTILVEL90_EXPORT TResumenFiscal {
   /// name; "Traslado", "Retencion", "LocalTraslado" and "LocalRetencion" for the entries of the lists),
   /// IMPUESTO, TIPOFACTOR, TASAOCUOTA, BASE and IMPORTE as above, null where they say nothing.
   TClientDataSet DameTotales() const;
-  /// Everything as JSON (RFC 8259) in UTF-8 on one line: the members' names, amounts as texts.
+  /// Everything as JSON (RFC 8259) in UTF-8 on one line: the members' names, amounts as texts, Diferencia as
+  /// an amount too.
   std::string DameJson() const;
 
   TAsignacionFiscal Asignacion = AsignacionUsual();

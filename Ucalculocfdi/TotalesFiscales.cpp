@@ -96,13 +96,27 @@ TMontoFiscal SumaImportes(const TResumenFiscal& resumen, const Lista& lista) {
 }  // namespace
 
 Totales Suma(const TResumenFiscal& resumen) {
+  ExigeDecimales(resumen.DecimalesMoneda, resumen.DecimalesLinea);
+  const auto exige = [&resumen](const TPartidaFiscal& partida, const TMontoFiscal& monto, int decimales) {
+    if (monto.Unidades >= 0 && monto.Decimales == decimales) return;
+    throw EInvalidOperation(u"Partida " + IntToStr(static_cast<std::int64_t>(partida.Renglon)) +
+                            u": un monto es negativo o no tiene los decimales de las partidas");
+  };
   Entero128 importe = 0;
   Entero128 descuento = 0;
   Grupos grupos(resumen.Asignacion);
   for (const TPartidaFiscal& partida : resumen.Partidas) {
+    for (const TMontoFiscal* m : {&partida.Cantidad, &partida.ValorUnitario}) exige(partida, *m, 6);
+    for (const TMontoFiscal* m : {&partida.Importe, &partida.Descuento})
+      exige(partida, *m, resumen.DecimalesLinea);
     importe += partida.Importe.Unidades;
     descuento += partida.Descuento.Unidades;
-    for (const TImpuestoImpreso& impuesto : partida.Impuestos) grupos.Agrega(impuesto);
+    for (const TImpuestoImpreso& impuesto : partida.Impuestos) {
+      for (const TMontoFiscal* m : {&impuesto.Base, &impuesto.Importe})
+        exige(partida, *m, resumen.DecimalesLinea);
+      exige(partida, impuesto.Tasa, 6);
+      grupos.Agrega(impuesto);
+    }
   }
   const std::int64_t unidad = exacto::Diez(resumen.DecimalesLinea - resumen.DecimalesMoneda);
   const auto cierra = [&](Entero128 suma) {
@@ -156,7 +170,6 @@ void ExigeDecimales(int moneda, int linea) {
 }  // namespace fiscal
 
 void TResumenFiscal::Totaliza() {
-  fiscal::ExigeDecimales(DecimalesMoneda, DecimalesLinea);
   // The lines are not copied, only lent, so that what throws leaves everything as it was.
   TResumenFiscal nuevo;
   nuevo.Asignacion = Asignacion;

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <map>
+#include <string_view>
+#include <vector>
+
+#include "framework/Numeros.h"
+#include "framework/TClientDataSet.h"
+
+namespace pruebas {
+
+using namespace vel;
+
+using Partida = std::map<UnicodeString, Variant>;
+
+// Fields that every line needs; a test's line adds to them or changes them.
+inline const Partida kBasica = {
+    {u"CVE_DOC", Variant(u"A1")}, {u"CANT", Variant(1.0)},      {u"PREC", Variant(100.0)},
+    {u"COST", Variant(40.0)},     {u"TIP_CAM", Variant(1.0)},   {u"DESC1", Variant(0.0)},
+    {u"DESC2", Variant(0.0)},     {u"DESC3", Variant(0.0)},     {u"DESCU", Variant(0.0)},
+    {u"MAN_IEPS", Variant(u"N")}, {u"APL_MAN_IMP", Variant(0)}, {u"APL_MAN_IEPS", Variant(u"")},
+    {u"MTO_CUOTA", Variant(0.0)}, {u"TIPO_PROD", Variant(u"")}, {u"TIPO_ELEM", Variant(u"")}};
+
+inline TFieldType TipoDe(const Variant& valor) {
+  switch (valor.GetKind()) {
+    case Variant::Kind::Double:
+      return TFieldType::ftFloat;
+    case Variant::Kind::Integer:
+      return TFieldType::ftInteger;
+    default:
+      return TFieldType::ftString;
+  }
+}
+
+inline TClientDataSet Lineas(const std::vector<Partida>& cambios, std::u16string_view sinCampo = {}) {
+  Partida campos = kBasica;
+  for (int n = 1; n <= 8; ++n) campos[u"IMPU" + IntToStr(n)] = Variant(0.0);
+  for (const Partida& p : cambios) {
+    for (const auto& [nombre, valor] : p) campos[nombre] = valor;
+  }
+  std::vector<TFieldDef> defs;
+  for (const auto& [nombre, valor] : campos) {
+    if (nombre != sinCampo) defs.push_back({.Name = nombre, .DataType = TipoDe(valor)});
+  }
+  TClientDataSet lineas;
+  lineas.CreateDataSet(defs);
+  for (const Partida& p : cambios) {
+    lineas.Append();
+    for (const TFieldDef& def : defs) {
+      const auto propio = p.find(def.Name);
+      const auto basico = kBasica.find(def.Name);
+      if (propio != p.end()) {
+        lineas.FieldByName(def.Name).SetValue(propio->second);
+      } else if (basico != kBasica.end()) {
+        lineas.FieldByName(def.Name).SetValue(basico->second);
+      }
+    }
+    lineas.Post();
+  }
+  return lineas;
+}
+
+inline Partida Iva(double tasa, double precio) {
+  return {{u"IMPU1", Variant(tasa)}, {u"IMP1APLA", Variant(0)}, {u"PREC", Variant(precio)}};
+}
+
+inline Partida Mas(Partida partida, const Partida& otra) {
+  for (const auto& [nombre, valor] : otra) partida[nombre] = valor;
+  return partida;
+}
+
+}  // namespace pruebas

@@ -1,0 +1,344 @@
+#include "Ucalculocfdi/TResumenFiscal.h"
+
+#include <functional>
+#include <gtest/gtest.h>
+#include <limits>
+#include <set>
+#include <sstream>
+#include <string>
+
+#include "Ucalculocfdi/ReglasFiscales.h"
+#include "framework/Excepciones.h"
+#include "tests/Casos.h"
+#include "tests/Ucalculocfdi/Partidas.h"
+
+namespace vel {
+namespace {
+
+using namespace pruebas;
+using enum ENUM_IMPUESTO_FISCAL;
+
+constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+
+struct Motor : TCalculoCFDI {
+  explicit Motor(const std::vector<Partida>& lineas, ENUM_MODULO modulo = ENUM_MODULO::MODULO_VENTAS)
+      : TCalculoCFDI(modulo, ENUM_PROC_FACTCOMP::PROC_NORMAL, TIPO_DOCTO::TD_FACTURA) {
+    SetPartidas(Lineas(lineas));
+  }
+};
+
+Partida Impuesto(int numero, double tasa, int codigo = 0) {
+  return {{u"IMPU" + IntToStr(numero), Variant(tasa)},
+          {u"IMP" + IntToStr(numero) + u"APLA", Variant(codigo)}};
+}
+
+Partida Con(double precio, const Partida& otra = Impuesto(4, 16)) {
+  return Mas({{u"PREC", Variant(precio)}}, otra);
+}
+
+Partida Cuota(const char16_t* modo, double cuota, int numero = 1) {
+  return {{u"MAN_IEPS", Variant(u"S")},
+          {u"APL_MAN_IMP", Variant(numero)},
+          {u"APL_MAN_IEPS", Variant(modo)},
+          {u"MTO_CUOTA", Variant(cuota)}};
+}
+
+std::string Texto(const TMontoFiscal& monto) { return UTF8Encode(monto.Texto()); }
+
+std::string Codigos(const std::vector<TMotivoFiscal>& motivos) {
+  std::string codigos;
+  for (const TMotivoFiscal& m : motivos) codigos += UTF8Encode(m.Codigo) + " ";
+  return codigos;
+}
+
+// The line of a case: see resumen.txt.
+Partida LineaDeCaso(const std::vector<std::string>& c, TNotaPartida& nota) {
+  const auto real = [&c](std::size_t i) { return Variant(StrToFloat(UTF8ToString(c[i]))); };
+  const auto texto = [&c](std::size_t i) { return Variant(UTF8ToString(c[i])); };
+  Partida p = {{u"CANT", real(1)},  {u"PREC", real(2)},  {u"TIP_CAM", real(3)},
+               {u"DESC1", real(4)}, {u"DESC2", real(5)}, {u"DESC3", real(6)}};
+  p = Mas(p, Cuota(u"", 0, StrToInt(UTF8ToString(c[7]))));
+  p[u"APL_MAN_IEPS"] = texto(8);
+  p[u"MTO_CUOTA"] = real(9);
+  if (!c[10].empty()) nota.Unidades = StrToFloat(UTF8ToString(c[10]));
+  p = Mas(p, {{u"TIPO_PROD", Variant(u"P")}, {u"TIPO_ELEM", texto(11)}, {u"MUESTRA_PAR", texto(12)}});
+  for (int n = 1; n <= 8; ++n) p = Mas(p, Impuesto(n, 0, 6));
+  std::istringstream impuestos(c[13]);
+  for (std::string uno; impuestos >> uno;) {
+    const std::size_t corte = uno.rfind(':');
+    const int numero = uno[0] - '0';
+    const std::string tasa = uno.substr(2, corte - 2);
+    nota.Exento[static_cast<std::size_t>(numero - 1)] = tasa == "E";
+    p = Mas(p, Impuesto(numero, tasa == "E" ? 0 : std::stod(tasa), std::stoi(uno.substr(corte + 1))));
+  }
+  return p;
+}
+
+TEST(Resumen, PrintsWhatTheRulesGive) {
+  std::vector<Partida> lineas;
+  TDatosFiscales datos;
+  std::string caso;
+  for (const auto& c : pruebas::Casos("documentos/resumen.txt", "|")) {
+    if (c[0] == "D") {
+      lineas.clear();
+      datos = {.DecimalesMoneda = std::stoi(c[3]), .DecimalesLinea = std::stoi(c[2])};
+      datos.Impuestos[4] = {LOCAL, false, u"ISH"};
+      datos.Impuestos[5] = {LOCAL, true, u"Cedular"};
+      caso = c[1];
+    } else if (c[0] == "L") {
+      TNotaPartida nota{.Renglon = lineas.size() + 1};
+      lineas.push_back(LineaDeCaso(c, nota));
+      datos.Notas.insert(datos.Notas.begin(), nota);
+    } else {
+      Motor motor(lineas);
+      EXPECT_EQ(TResumenFiscal(motor, datos).DameJson(), c[1]) << caso;
+    }
+  }
+}
+
+TEST(Resumen, TellsItsDistanceToTheEngineAndLeavesItAlone) {
+  Motor motor({Con(95.79, Mas(Impuesto(1, 8), Impuesto(4, 16, 1))), Con(0)});
+  EXPECT_FALSE(TResumenFiscal(motor).Diferencia.has_value()) << "the engine has no totals yet";
+  motor.CalculaTotales();
+  motor.Partidas.First();
+  const TResumenFiscal resumen(motor);
+  EXPECT_EQ(motor.TotalImpuestos, 120.01);
+  EXPECT_EQ(Texto(resumen.Total), "120.00");
+  EXPECT_EQ(resumen.Diferencia, -1);
+  EXPECT_EQ(motor.Partidas.RecNo(), 1U);
+  EXPECT_FALSE(motor.Partidas.Eof());
+  Motor compra(
+      {Mas(Con(100), {{u"DESCU", Variant(50.0)}, {u"DESC1", Variant(7.0)}, {u"TIP_CAM", Variant(20.0)}})},
+      ENUM_MODULO::MODULO_COMPRAS);
+  EXPECT_EQ(Texto(TResumenFiscal(compra).Total), "1.16") << "the cost of 40 at an exchange rate of 20";
+  compra.IgnoraTipoCambio = true;
+  EXPECT_EQ(Texto(TResumenFiscal(compra).Total), "23.20");
+}
+
+TEST(Resumen, RefusesWhatCannotBePrinted) {
+  const auto local = [](const char16_t* nombre) { return TImpuestoAsignado{LOCAL, false, nombre}; };
+  const auto asigna = [](std::size_t i, const TImpuestoAsignado& a) {
+    TDatosFiscales datos;
+    datos.Impuestos[i] = a;
+    return datos;
+  };
+  const auto nota = [](std::size_t renglon, std::size_t exento, std::optional<double> unidades = {}) {
+    TDatosFiscales datos;
+    datos.Notas = {{.Renglon = renglon, .Exento = {}, .Unidades = unidades}};
+    datos.Notas[0].Exento[exento] = true;
+    return datos;
+  };
+  TDatosFiscales repetida = nota(1, 7);
+  repetida.Notas.push_back(repetida.Notas[0]);
+  const Partida ieps = Mas(Con(10), Impuesto(1, 8));
+  const struct {
+    Partida linea;
+    TDatosFiscales datos;
+    const char* mensaje;
+  } casos[] = {
+      {Con(kNan), {}, "Partida 2: PREC no es un número finito"},
+      {Con(1e300), {}, "Partida 2: PREC es demasiado grande: 1E300"},
+      {Mas(Con(5e12), {{u"CANT", Variant(5.0)}}), {}, "Partida 2: Un importe es demasiado grande"},
+      {Con(-1), {}, "Partida 2: PREC es negativo"},
+      {Mas(Con(1), {{u"TIP_CAM", Variant(0.0)}}), {}, "Partida 2: TIP_CAM no es mayor que cero"},
+      {Mas(Con(1), {{u"DESC1", Variant(60.0)}, {u"DESC2", Variant(40.000001)}}),
+       {},
+       "los descuentos suman 100.000001 %"},
+      {Mas(Con(1), {{u"DESC2", Variant(-1.0)}}), {}, "los descuentos suman -1.000000 %"},
+      {Con(1, Impuesto(4, 1000.01)), {}, "Partida 2: IMPU4 pasa de 1000 %"},
+      {Con(1, Impuesto(4, -1000.01)), {}, "Partida 2: IMPU4 pasa de 1000 %"},
+      {Con(1, Impuesto(5, 16)), {}, "Partida 2: no se ha dicho qué impuesto es el 5"},
+      {Con(1, Mas(Impuesto(1, -200), Impuesto(4, 16, 1))), {}, "la base del impuesto 4 es negativa"},
+      {Con(500, Impuesto(2, 200)), {}, "El total es negativo"},
+      {Mas(ieps, Cuota(u"C", -1)), {}, "MTO_CUOTA es negativo"},
+      {Mas(ieps, Cuota(u"C", 1)), nota(2, 7, 0), "la cuota del impuesto 1 no tiene unidades"},
+      {Con(1), nota(2, 3), "el impuesto 4 está exento y tiene tasa o cuota"},
+      {Mas(Con(1, Impuesto(1, 0)), Cuota(u"C", 1)), nota(2, 0),
+       "el impuesto 1 está exento y tiene tasa o cuota"},
+      {Con(1), nota(2, 2), "el impuesto 3 está exento y es una retención"},
+      {Con(1), nota(2, 4), "el impuesto 5 está exento y no es IVA ni IEPS"},
+      {Con(1), nota(3, 7), "la partida 3, que no existe"},
+      {Con(1), repetida, "Los datos de la partida 1 se repiten"},
+      {Con(1), asigna(4, local(u"")), "impuesto 5 se contradice: un impuesto local lleva nombre"},
+      {Con(1), asigna(3, {IVA, false, u"IVA"}), "impuesto 4 se contradice: sólo un impuesto local"},
+      {Con(1), asigna(1, {ISR, false, u""}), "impuesto 2 se contradice: el ISR sólo se retiene"},
+      {Con(1), asigna(0, {static_cast<ENUM_IMPUESTO_FISCAL>(5), false, u""}), "no es un impuesto"},
+      {Con(1), {.DecimalesMoneda = 7}, "Los decimales de la moneda van de 0 a 6: 7"},
+      {Con(1), {.DecimalesLinea = 1}, "Los decimales de las partidas van de 2 a 6: 1"},
+      {Con(1), {.DecimalesMoneda = 3, .DecimalesLinea = 2}, "menos decimales que la moneda"},
+  };
+  for (const auto& c : casos) {
+    Motor motor({Con(100), c.linea});
+    motor.Partidas.First();
+    try {
+      ADD_FAILURE() << c.mensaje << ": " << TResumenFiscal(motor, c.datos).DameJson();
+    } catch (const EInvalidOperation& e) {
+      EXPECT_NE(UTF8Encode(e.Message()).find(c.mensaje), std::string::npos) << e.what();
+      EXPECT_EQ(motor.Partidas.RecNo(), 1U) << c.mensaje;
+    }
+  }
+}
+
+TEST(Resumen, GivesReasonsWhereNoCentsHelp) {
+  const struct {
+    std::vector<Partida> lineas;
+    const char* codigos;
+  } casos[] = {{{}, "CFDV40 "},
+               {{Con(0)}, "CFDI40166 CFDI40174 "},
+               {{Con(0.0049, Impuesto(4, -16))}, "CFDI40181 "},
+               {{Mas(Con(10), {{u"DESC1", Variant(100.0)}})}, "CFDI40174 "}};
+  for (const auto& c : casos) {
+    Motor motor(c.lineas);
+    EXPECT_EQ(Codigos(TResumenFiscal(motor, {.DecimalesLinea = 2}).Motivos), c.codigos);
+  }
+  Motor motor({Con(1), Con(0)});
+  const TMotivoFiscal motivo = TResumenFiscal(motor).Motivos.back();
+  EXPECT_EQ(UTF8Encode(motivo.Mensaje),
+            "Partida 2, impuesto 4: no se cumple que la base de un traslado es mayor que cero");
+}
+
+TEST(Resumen, NoticesEveryFigureThatChanged) {
+  using R = TResumenFiscal;
+  Motor motor({Con(100, Mas(Impuesto(2, 10), Mas(Impuesto(4, 16), Impuesto(5, 3))))});
+  TDatosFiscales datos{.DecimalesLinea = 2};
+  datos.Impuestos[4] = {LOCAL, false, u"ISH"};
+  const TResumenFiscal bueno(motor, datos);
+  ASSERT_TRUE(bueno.Motivos.empty());
+  const std::pair<const char*, std::function<void(R&)>> cambios[] = {
+      {"CFDI40107 CFDI40108 ", [](R& r) { r.SubTotal.Decimales = 3; }},
+      {"CFDI40108 CFDI40119 ", [](R& r) { ++r.SubTotal.Unidades; }},
+      {"CFDI40110 CFDI40111 CFDI40119 ", [](R& r) { r.Descuento.Unidades = 10001; }},
+      {"CFDI40111 CFDI40112 ", [](R& r) { r.Descuento.Decimales = 3; }},
+      {"CFDI40119 ", [](R& r) { --r.Total.Unidades; }},
+      {"CFDI40119 CFDI40203 ", [](R& r) { ++r.TotalImpuestosRetenidos.Unidades; }},
+      {"CFDI40119 CFDI40205 ", [](R& r) { --r.TotalImpuestosTrasladados.Unidades; }},
+      {"CFDI40203 CFDI40211 ", [](R& r) { ++r.Retenciones[0].Importe.Unidades; }},
+      {"CFDI40208 CFDI40211 ",
+       [](R& r) {
+         r.Retenciones.push_back({IVA, {0, 2}});
+       }},
+      {"CFDI40215 ", [](R& r) { ++r.Traslados[0].Base.Unidades; }},
+      {"CFDI40218 ", [](R& r) { ++r.Traslados[0].Tasa.Unidades; }},
+      {"CFDI40205 CFDI40221 ", [](R& r) { ++r.Traslados[0].Importe.Unidades; }},
+      {"IMPLOCAL ", [](R& r) { r.Locales[0].Nombre = u"ISN"; }},
+      {"CFDI40119 IMPLOCAL ", [](R& r) { ++r.TotalLocalesTrasladados.Unidades; }},
+      {"CFDI40166 CFDI40167 ", [](R& r) { r.Partidas[0].ValorUnitario.Unidades = 0; }},
+      {"CFDI40167 ", [](R& r) { r.Partidas[0].Cantidad.Unidades = 1'000'200; }},
+      {"CFDI40111 CFDI40169 ", [](R& r) { r.Partidas[0].Descuento.Unidades = 10001; }},
+      {"CFDI40186 ", [](R& r) { r.Partidas[0].Impuestos[0].Base.Unidades -= 20; }},
+      {"CFDI40215 CFDI40180 ", [](R& r) { r.Partidas[0].Impuestos[1].Base.Unidades += 20; }},
+      {"CFDI40218 CFDI40177 ", [](R& r) { r.Partidas[0].Impuestos[1].Factor = ENUM_FACTOR_FISCAL::EXENTO; }},
+      {"CFDI40184 ", [](R& r) { r.Partidas[0].Impuestos[0].Factor = ENUM_FACTOR_FISCAL::EXENTO; }},
+  };
+  std::set<std::u16string_view> vistos;
+  for (const auto& [codigos, cambia] : cambios) {
+    TResumenFiscal malo = bueno;
+    cambia(malo);
+    const std::vector<TMotivoFiscal> motivos = malo.Revisa();
+    EXPECT_EQ(Codigos(motivos), codigos);
+    for (const TReglaFiscal& regla : ReglasFiscales()) {
+      for (const TMotivoFiscal& m : motivos) vistos.insert(m.Codigo == regla.Codigo ? regla.Codigo : u"");
+    }
+  }
+  for (const TReglaFiscal& regla : ReglasFiscales()) {
+    // Bases above zero and the empty document: see above; more decimals than the line's are refused.
+    const std::set<std::u16string_view> otras = {u"CFDV40", u"CFDI40168", u"CFDI40174", u"CFDI40181"};
+    EXPECT_TRUE(vistos.contains(regla.Codigo) || otras.contains(regla.Codigo)) << UTF8Encode(regla.Codigo);
+  }
+}
+
+TEST(Resumen, MovesCentsWithinTheLimits) {
+  Motor motor({Con(95.79), Con(3)});
+  motor.CalculaTotales();
+  TResumenFiscal resumen(motor, {.DecimalesLinea = 2});
+  TMontoFiscal& iva = resumen.Partidas[0].Impuestos[0].Importe;
+  EXPECT_EQ(Texto(iva), "15.33");
+  --iva.Unidades;
+  resumen.Totaliza();
+  EXPECT_EQ(Texto(resumen.Total), "114.59");
+  EXPECT_EQ(resumen.Diferencia, -1);
+  EXPECT_TRUE(resumen.Motivos.empty());
+  --iva.Unidades;
+  resumen.Totaliza();
+  EXPECT_EQ(Codigos(resumen.Motivos), "CFDI40180 ") << "15.31 is below";
+  const std::string antes = resumen.DameJson();
+  iva.Unidades = std::numeric_limits<std::int64_t>::max();
+  EXPECT_THROW(resumen.Totaliza(), EInvalidOperation);
+  EXPECT_EQ(resumen.Partidas.size(), 2U);
+  iva = {-1, 2};
+  EXPECT_THROW(resumen.Totaliza(), EInvalidOperation);
+  iva = {1531, 2};
+  EXPECT_EQ(resumen.DameJson(), antes) << "what raised changed nothing";
+}
+
+TEST(Resumen, KnowsTheLimitsByBothReadings) {
+  const auto limites = [](TMontoFiscal base, std::int64_t tasa, int decimales) {
+    const TLimitesFiscales l = TResumenFiscal().LimitesImpuesto(
+        {4, IVA, false, ENUM_FACTOR_FISCAL::TASA, base, {tasa, 6}, {0, decimales}});
+    return Texto(l.Inferior) + " " + Texto(l.Superior) + ", " + Texto(l.InferiorMoneda) + " " +
+           Texto(l.SuperiorMoneda);
+  };
+  EXPECT_EQ(limites({9579, 2}, 160'000, 2), "15.32 15.33, 15.32 15.33");
+  EXPECT_EQ(limites({95'790'000, 6}, 160'000, 6), "15.326399 15.326401, 15.32 15.33");
+  EXPECT_EQ(limites({12, 2}, 160'000, 2), "0.01 0.02, 0.01 0.02");
+  EXPECT_EQ(limites({0, 2}, 160'000, 2), "0.00 0.01, 0.00 0.01");
+  // The half unit ends a hair above a cent, and less than 10^-12 takes it back.
+  EXPECT_EQ(limites({9999200000, 6}, 1'600'001, 2), "15998.72 15998.73, 15998.72 15998.73");
+  const TLimitesFiscales importe =
+      TResumenFiscal().LimitesImporte({1, {3, 0}, {30'807, 2}, {92'421, 2}, {}, {}});
+  EXPECT_EQ(Texto(importe.Inferior) + " " + Texto(importe.Superior), "770.16 1078.27");
+}
+
+TEST(Resumen, HandsItselfToPrograms) {
+  Motor motor(
+      {Con(10, Mas(Impuesto(2, 10), Mas(Impuesto(4, 0, 6), Impuesto(5, 3)))), Con(20, Impuesto(4, 0))});
+  motor.CalculaTotales();
+  TDatosFiscales datos;
+  datos.Impuestos[4] = {LOCAL, false, u"\"ISH\"\n"};
+  datos.Notas = {{.Renglon = 2, .Exento = {false, false, false, true}, .Unidades = {}}};
+  const TResumenFiscal resumen(motor, datos);
+  EXPECT_NE(resumen.DameJson().find(R"("Nombre":"\"ISH\"\u000a","TasaOCuota":"0.030000","Importe":"0.30")"),
+            std::string::npos);
+  EXPECT_NE(resumen.DameJson().find(R"("Diferencia":"-2.00")"), std::string::npos)
+      << "the engine adds the withheld 1.00";
+  const auto vuelta = [](const TClientDataSet& original) {
+    TClientDataSet otra;
+    otra.LoadFromXML(original.SaveToXML(), u"paquete");
+    return otra;
+  };
+  TDatosFiscales limpios = datos;
+  limpios.Impuestos[4].Nombre = u"ISH";
+  const TResumenFiscal limpio(motor, limpios);
+  TClientDataSet totales = vuelta(limpio.DameTotales());
+  std::string texto;
+  for (; !totales.Eof(); totales.Next()) {
+    for (std::size_t i = 0; i < totales.FieldCount(); ++i)
+      texto += UTF8Encode(totales.Fields(i).AsString()) + " ";
+    texto += "; ";
+  }
+  EXPECT_EQ(
+      texto,
+      "SubTotal     30.00 ; Descuento     0.00 ; Traslado 002 Exento  20.00  ; Retencion 001    1.00 ; "
+      "LocalTraslado ISH  0.030000  0.30 ; TotalImpuestosTrasladados     0.00 ; TotalImpuestosRetenidos     "
+      "1.00 ; TotalLocalesTrasladados     0.30 ; TotalLocalesRetenidos     0.00 ; Total     29.30 ; "
+      "Diferencia "
+      "    -2.00 ; ");
+  TClientDataSet partidas = vuelta(limpio.DamePartidas());
+  const TClientDataSet& impuestos = *partidas.FieldByName(u"IMPUESTOS").NestedDataSet();
+  EXPECT_EQ(impuestos.RecordCount(), 2U);
+  EXPECT_EQ(impuestos.FieldByName(u"TIPO").AsString(), u"Retencion");
+  EXPECT_EQ(impuestos.FieldByName(u"IMPORTE").AsFloat(), 1);
+  partidas.Next();
+  EXPECT_EQ(partidas.FieldByName(u"VALORUNITARIO").AsString(), u"20.000000");
+}
+
+TEST(Monto, IsWrittenWithAllItsDecimals) {
+  EXPECT_EQ(Texto({-5, 2}), "-0.05");
+  EXPECT_EQ(Texto({1050, 2}), "10.50");
+  EXPECT_EQ(Texto({7, 0}), "7");
+  EXPECT_EQ(Texto({std::numeric_limits<std::int64_t>::min(), 6}), "-9223372036854.775808");
+  EXPECT_EQ(TMontoFiscal({-123456, 3}).Real(), -123.456);
+}
+
+}  // namespace
+}  // namespace vel
