@@ -232,6 +232,9 @@ TAjusteCentavos AjustaCentavos(TResumenFiscal& resumen, const TMontoFiscal& tota
     ajuste.Mensaje = u"El total impreso es " + nuevo.Total.Texto() + u" y el pedido " +
                      TMontoFiscal{pedido, resumen.DecimalesMoneda}.Texto() +
                      u": ningún impuesto de las partidas admite la diferencia dentro de sus límites";
+    if (resumen.DecimalesLinea > resumen.DecimalesMoneda) {
+      ajuste.Mensaje += u"; con los decimales de la moneda en las partidas caben más centavos";
+    }
   }
   resumen = std::move(nuevo);
   return ajuste;

@@ -3,7 +3,7 @@
 // that net price compared with price by quantity. Each price that is said to be out of reach is tried again
 // at every net price around, by a computation of its own on whole numbers of 128 bits.
 //
-//     conteo_precio_inverso [last price in cents] [every how many]      by default 2,000,000 and 1
+//     cuenta_precio_inverso [last price in cents] [every how many]      by default 2,000,000 and 1
 
 #include <algorithm>
 #include <array>

@@ -1,10 +1,10 @@
 // Counts the documents whose printed total is the sum of their prices with taxes: random documents of 1 to 30
 // lines with the usual sets of taxes, whole and broken quantities, discounts (of list prices and of final
 // ones) and exchange rates; printed with two and with six decimals, before and after the moving of cents.
-// Totals and limits are computed anew here from the printed lines, and where cents are left, no last tax of a
-// line has room for one.
+// Totals and limits are computed anew here from the printed lines, and where cents are left in lines of two
+// decimals, no choice of line taxes within their limits would have placed them.
 //
-//     conteo_centavos_documento [documents]      by default 100,000
+//     cuenta_centavos [documents]      by default 100,000
 
 #include <algorithm>
 #include <cstdint>
@@ -14,6 +14,8 @@
 #include <random>
 #include <string>
 #include <tuple>
+#include <utility>
+#include <vector>
 
 #include "Ucalculocfdi/Ucalculocfdi.h"
 #include "benchmarks/JuegosImpuestos.h"
@@ -34,12 +36,29 @@ Entero Redondea(Entero n, Entero d) { return (2 * n + d) / (2 * d); }
 // Whether an amount lies between truncate((base - 10^-b / 2) x rate) and roundup((base + 10^-b / 2 - 10^-12)
 // x rate), at its own decimals, which are those of its base. In units of 10^-18: bases of 10^-12 by rates of
 // 10^-6.
-bool EnLimites(const vel::TImpuestoImpreso& t, std::int64_t importe) {
+bool EnLimites(const vel::TImpuestoImpreso& t, Entero base, Entero importe) {
   const Entero unidad = Diez(12 - t.Base.Decimales);
   const Entero corte = Diez(18 - t.Importe.Decimales);
-  const Entero inferior = (t.Base.Unidades * unidad - unidad / 2) * t.Tasa.Unidades / corte;
-  const Entero superior = ((t.Base.Unidades * unidad + unidad / 2 - 1) * t.Tasa.Unidades + corte - 1) / corte;
+  const Entero inferior = (base * unidad - unidad / 2) * t.Tasa.Unidades / corte;
+  const Entero superior = ((base * unidad + unidad / 2 - 1) * t.Tasa.Unidades + corte - 1) / corte;
   return inferior <= importe && importe <= superior;
+}
+
+// The least and the most that amount and taxes of a line come to, for every choice of its taxes from i on
+// within their limits; `base` is what the earlier ones make. Each tax builds on all before it.
+std::pair<Entero, Entero> Alcance(const std::vector<vel::TImpuestoImpreso>& impuestos, std::size_t i,
+                                  Entero base) {
+  if (i == impuestos.size()) return {base, base};
+  const vel::TImpuestoImpreso& t = impuestos[i];
+  Entero primero = base * t.Tasa.Unidades / 1'000'000;
+  while (primero > 0 && EnLimites(t, base, primero - 1)) --primero;
+  while (!EnLimites(t, base, primero)) ++primero;
+  std::pair<Entero, Entero> alcance = Alcance(impuestos, i + 1, base + primero);
+  for (Entero importe = primero + 1; EnLimites(t, base, importe); ++importe) {
+    const auto [minimo, maximo] = Alcance(impuestos, i + 1, base + importe);
+    alcance = {std::min(alcance.first, minimo), std::max(alcance.second, maximo)};
+  }
+  return alcance;
 }
 
 struct Distribucion {
@@ -68,19 +87,22 @@ void Comprueba(const vel::TResumenFiscal& r, const vel::TAjusteCentavos& ajuste,
   medicion::Exige(r.Total == vel::TMontoFiscal{TotalDe(r), 2}, "printed parts and total");
   medicion::Exige(ajuste.PorColocar == pedido - r.Total.Unidades, "what is left");
   medicion::Exige(ajuste.Mensaje.empty() == (ajuste.PorColocar == 0), "message");
-  const int sentido = ajuste.PorColocar > 0 ? 1 : -1;
+  Entero menor = 0;
+  Entero mayor = 0;
   for (const vel::TPartidaFiscal& p : r.Partidas) {
     std::int64_t base = p.Importe.Unidades - p.Descuento.Unidades;
     for (const vel::TImpuestoImpreso& t : p.Impuestos) {
       medicion::Exige(t.Base.Unidades == base, "base");
-      medicion::Exige(EnLimites(t, t.Importe.Unidades), "limits");
+      medicion::Exige(EnLimites(t, t.Base.Unidades, t.Importe.Unidades), "limits");
       base += t.Importe.Unidades;
     }
-    if (ajuste.PorColocar == 0 || r.DecimalesLinea != 2 || p.Impuestos.empty()) continue;
-    const vel::TImpuestoImpreso& ultimo = p.Impuestos.back();
-    const bool cabe = ultimo.Tasa.Unidades != 0 && EnLimites(ultimo, ultimo.Importe.Unidades + sentido);
-    medicion::Exige(!cabe, "room for a cent that was not placed");
+    const auto [minimo, maximo] = Alcance(p.Impuestos, 0, p.Importe.Unidades - p.Descuento.Unidades);
+    menor += minimo;
+    mayor += maximo;
   }
+  // With the currency's decimals a line's cents are the document's: whether any choice of them would do.
+  if (r.DecimalesLinea != 2 || ajuste.PorColocar == 0) return;
+  medicion::Exige(pedido < menor || pedido > mayor, "a choice of cents that was not found");
 }
 
 class Generador {
