@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
+#include "Ucalculocfdi/Cascada.h"
 #include "Ucalculocfdi/TCalculoCFDI.h"
 #include "framework/TClientDataSet.h"
 
@@ -31,17 +32,19 @@ struct TCalculoCFDI::CamposPartida {
     const TField* campo_;
   };
 
+  // What the steps of a line ask (Cascada.h).
+  double Cantidad() const { return cantidad.Real(); }
+  double Precio() const { return precioPartida.Real(); }
+  double Cambio() const { return cambio.Real(); }
+  double Tasa(std::size_t i) const { return tasa[i].Real(); }
   /// Whether the current line counts in the document, and whether it is taxed.
   bool SeCuenta() const;
   bool SeMuestra() const;
   /// Base code of a tax (0-based) on the current line, and whether one with such a code applies at all.
   int Codigo(std::size_t impuesto) const;
-  static bool Aplica(int codigo) noexcept { return codigo != kNoAplica && codigo != kNoAplicaOmision; }
+  static bool Aplica(int codigo) noexcept { return cascada::Aplica(codigo); }
   /// Whether the tax is the current line's quota.
   bool ConCuota(std::size_t impuesto) const;
-
-  static constexpr int kNoAplica = 4;
-  static constexpr int kNoAplicaOmision = 6;
 
   Campo cantidad, precio, precioPartida, cambio;
   std::array<Campo, kImpuestos> tasa, aplica;

@@ -1,6 +1,7 @@
 // Discounts and taxes of one line.
 
 #include "Ucalculocfdi/CamposPartida.h"
+#include "Ucalculocfdi/Cascada.h"
 #include "Ucalculocfdi/Listas.h"
 #include "Ucalculocfdi/TCalculoCFDI.h"
 #include "Uutilext/documents/Redondeo.h"
@@ -61,7 +62,7 @@ bool TCalculoCFDI::CamposPartida::Campo::Es(std::u16string_view texto) const {
 }
 
 int TCalculoCFDI::CamposPartida::Codigo(std::size_t impuesto) const {
-  return aplica[impuesto].Existe() ? (*aplica[impuesto]).AsInteger() : kNoAplicaOmision;
+  return aplica[impuesto].Existe() ? (*aplica[impuesto]).AsInteger() : TDatosPartida::kNoAplica;
 }
 
 bool TCalculoCFDI::CamposPartida::ConCuota(std::size_t impuesto) const {
@@ -76,37 +77,22 @@ void TCalculoCFDI::CalculaImpDescPar() {
 
 void TCalculoCFDI::ImpuestosDePartida(const CamposPartida& campos) {
   ImpuestoPartida.fill(0);
-  // Amount, discounts and base come out the same for every tax of the line: the first one computes them.
-  bool conBase = false;
-  double base = 0;
-  for (std::size_t i = 0; i < kImpuestos; ++i) {
-    const int codigo = campos.Codigo(i);
-    if (!CamposPartida::Aplica(codigo)) continue;
-    const double tasa = RedondeaPartida(campos.tasa[i].Real());
-    if (!conBase) {
-      const double cantidad = RedondeaPartida(campos.cantidad.Real());
-      const double precio = RedondeaPartida(campos.precioPartida.Real());
-      const double cambio = IgnoraTipoCambio ? 1.0 : RedondeaPartida(campos.cambio.Real());
-      const double importe = RedondeaPartida(cantidad * precio / cambio);
-      base = importe - CalculaDescuentosPar(importe);
-      conBase = true;
-    }
-    const int indice = static_cast<int>(i);
-    const bool conCuota = campos.ConCuota(i);
-    const double impuesto =
-        conCuota ? AplicaImpuAdicIEPS((*campos.modoCuota).AsString(), base, tasa, codigo, indice)
-                 : AplicaImpuesto(base, tasa, codigo, indice);
-    Grava(base, tasa, impuesto, i);
-  }
+  const auto base = [&] {
+    const double importe = cascada::Importe(campos, IgnoraTipoCambio, DecimalesPartida);
+    return importe - CalculaDescuentosPar(importe);
+  };
+  cascada::Recorre(campos, DecimalesPartida, base,
+                   [&](std::size_t i, int codigo, double tasa, double gravado, bool conCuota) {
+                     const int indice = static_cast<int>(i);
+                     const double impuesto = conCuota ? AplicaImpuAdicIEPS((*campos.modoCuota).AsString(),
+                                                                           gravado, tasa, codigo, indice)
+                                                      : AplicaImpuesto(gravado, tasa, codigo, indice);
+                     Grava(gravado, tasa, impuesto, i);
+                   });
 }
 
 double TCalculoCFDI::CalculaDescuentosPar(double importe) {
-  double suma = 0;
-  for (std::size_t i = 0; i < kDescuentos; ++i) {
-    DescuentoPartida[i] = RedondeaPartida(PorcDescuento[i] / 100 * importe);
-    suma += DescuentoPartida[i];
-  }
-  return suma;
+  return cascada::Descuenta(PorcDescuento, importe, DecimalesPartida, DescuentoPartida);
 }
 
 void TCalculoCFDI::AcumulaDescuentosPar() noexcept {
@@ -116,11 +102,7 @@ void TCalculoCFDI::AcumulaDescuentosPar() noexcept {
 double TCalculoCFDI::AplicaImpuesto(double base, double tasa, int codigo, int indice) {
   ExigeIndice(indice);
   const auto i = static_cast<std::size_t>(indice);
-  if (codigo >= 0 && codigo < kImpuestos) {
-    double gravable = base;
-    for (std::size_t k = 0; k < static_cast<std::size_t>(codigo); ++k) gravable += ImpuestoPartida[k];
-    ImpuestoPartida[i] += gravable / 100 * tasa;
-  }
+  cascada::SumaPorcentaje(ImpuestoPartida, base, tasa, codigo, i);
   const double impuesto = RedondeaPartida(ImpuestoPartida[i]);
   TotalImpuesto[i] += impuesto;
   return impuesto;
@@ -131,18 +113,9 @@ double TCalculoCFDI::AplicaImpuAdicIEPS(std::u16string_view modo, double base, d
   ExigeIndice(indice);
   const auto i = static_cast<std::size_t>(indice);
   const double cuota = Partidas.FieldByName(u"MTO_CUOTA").AsFloat();
-  if (modo == u"M") {
-    const double impuesto = AplicaImpuesto(base, tasa, codigo, indice);
-    if (impuesto < cuota) {
-      TotalImpuesto[i] -= impuesto;
-      ImpuestoPartida[i] = cuota;
-    }
-  } else if (modo == u"C") {
-    ImpuestoPartida[i] = cuota;
-  } else if (modo == u"A") {
-    AplicaImpuesto(base, tasa, codigo, indice);
-    ImpuestoPartida[i] += cuota;
-  }
+  cascada::SumaConCuota(cascada::ModoCuota(modo), cuota, ImpuestoPartida[i],
+                        [&] { return AplicaImpuesto(base, tasa, codigo, indice); });
+  // Not added: what earlier lines and the percentage above left there goes.
   TotalImpuesto[i] = RedondeaPartida(ImpuestoPartida[i]);
   return ImpuestoPartida[i];
 }

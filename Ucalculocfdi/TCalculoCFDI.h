@@ -12,6 +12,8 @@
 
 namespace vel {
 
+struct TDatosPartida;
+
 /// Calculation process. Any value is legal; only PROC_POR_DOCUMENTO changes the calculation: the lines of
 /// several documents, told apart by "CVE_DOC", are totalled together.
 enum class ENUM_PROC_FACTCOMP : std::int32_t { PROC_NORMAL = 0, PROC_POR_DOCUMENTO = 9 };
@@ -131,8 +133,10 @@ class UTILVEL90_EXPORT TCalculoCFDI {
   std::array<TStringList, kImpuestos> ListaImpuesto;
 
  private:
-  // Reads the lines by the same fields.
+  // These read the lines by the same fields.
   friend class TResumenFiscal;
+  friend UTILVEL90_EXPORT TDatosPartida LeePartida(const TClientDataSet& partidas, ENUM_MODULO modulo,
+                                                   bool ignoraTipoCambio);
   struct CamposPartida;
   struct Gravado;
 
