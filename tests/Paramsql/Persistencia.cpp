@@ -209,6 +209,7 @@ TEST(Valores, AreStoredAsTheirOwnTexts) {
     EXPECT_EQ(TParametrosFiltro::DameValorLstCampos(tipo, texto), valor) << UTF8Encode(texto);
   }
   EXPECT_EQ(TParametrosFiltro::DameValorLstCampos(Tipo::ftString, u"\",\""), Variant(u","));
+  EXPECT_EQ(TParametrosFiltro::DameValorIni(Tipo::ftInteger, Variant(u"a'b")), u"\"'a'b'\"");
 }
 
 TEST_F(Definicion, WrittenByHandLoads) {
@@ -228,6 +229,10 @@ TEST_F(Definicion, WrittenByHandLoads) {
     f.LoadFromIni(archivo_, 0);
     EXPECT_EQ(f.OrdDesc, desciende) << texto;
   }
+  f.OrdDesc = true;
+  Escribe("[TABLAPIV]\nTABLA=T\n");
+  f.LoadFromIni(archivo_, 0);
+  EXPECT_EQ(f.DameSentenciaSQL(false, 0), u"SELECT  *  from T  ORDER BY A DESC");
 }
 
 TEST_F(Definicion, OneSectionHoldsConditions) {
