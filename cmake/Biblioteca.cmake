@@ -16,6 +16,9 @@ add_library(UtilVel90::UtilVel90 ALIAS UtilVel90)
 utilvel90_prepara(UtilVel90)
 target_compile_features(UtilVel90 PUBLIC cxx_std_20)
 target_link_libraries(UtilVel90 PRIVATE OpenSSL::Crypto ICU::i18n ICU::uc ${CMAKE_DL_LIBS})
+# What its statics hold is never freed, so the library is not unloaded either: a host that opens and closes it
+# would get a new copy each time. libcrypto is built in the same way.
+target_link_options(UtilVel90 PRIVATE LINKER:-z,nodelete)
 set_target_properties(UtilVel90 PROPERTIES
   VERSION ${PROJECT_VERSION}
   SOVERSION ${PROJECT_VERSION_MAJOR}

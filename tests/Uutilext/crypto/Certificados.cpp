@@ -5,9 +5,6 @@
 #include <gtest/gtest.h>
 #include <openssl/err.h>
 
-#include "Uutilext/crypto/Base64.h"
-#include "Uutilext/crypto/Cifrado.h"
-#include "Uutilext/crypto/Resumenes.h"
 #include "framework/Excepciones.h"
 #include "tests/Casos.h"
 #include "tests/Uutilext/crypto/Apoyo.h"
@@ -85,30 +82,6 @@ TEST(Certificados, LeaveTheErrorQueueOfTheCallerAlone) {
   Error([] { CertGetNumSer(Dato("sello.pem")); });
   EXPECT_EQ(ERR_GET_REASON(ERR_get_error()), 77);
   EXPECT_EQ(ERR_get_error(), 0UL);
-}
-
-// The sanitizer build tells what is left.
-TEST(Criptografia, LeavesNothingBehindOverManyCalls) {
-  const std::string bytes = "cualquier dato";
-  for (int i = 0; i < 10000; ++i) {
-    const char* const certificados[] = {"sello.cer", "sello.pem", "ajeno.cer", "no_hay.cer", "cortado.cer"};
-    const UnicodeString certificado = Dato(certificados[i % 5]);
-    UnicodeString fecha;
-    Error([&] { CertGetNumSer(certificado); });
-    Error([&] { CertGetFechaHora(certificado, true, fecha); });
-    Error([&] {
-      ValPrivKey(certificado, Dato(i % 3 == 0 ? "claro.key" : "des3.key"), i % 5 == 0 ? u"" : u"12345678a");
-    });
-    int longitud = i % 7 - 1;
-    LiberaBuffer(Enc21(pruebas::Bytes(bytes), longitud, i % 2));
-    Error([&] { Encripta_AES_128(std::string(static_cast<std::size_t>(15 + i % 2), 'k'), bytes); });
-    EncriptaSha1(bytes);
-    EncriptaMD5(fecha);
-    EncriptaHmacSha256(fecha, bytes.c_str(), false);
-    Hash256(bytes.c_str());
-    unsigned char salida[8];
-    Base64(pruebas::Bytes(bytes), i % 15, salida, sizeof salida, i % 2 == 0);
-  }
 }
 
 }  // namespace

@@ -54,6 +54,9 @@ accents=$(printf 'Contrase\xf1a\x80 \xdc')
 key aes256.key DER "$accents" -v2 aes-256-cbc
 key des3.key DER 12345678a -v2 des3
 key pbes1.key DER 12345678a -v1 PBE-MD5-DES -provider default -provider legacy
+key des.key DER 12345678a -v2 des-cbc -provider default -provider legacy
+key rc2.key DER 12345678a -v1 PBE-SHA1-RC2-40 -provider default -provider legacy
+key rc4.key DER 12345678a -v1 PBE-SHA1-RC4-128 -provider default -provider legacy
 key aes256.pem PEM "$accents" -v2 aes-256-cbc
 openssl pkcs8 -topk8 -nocrypt -in "$work/own.pem" -outform DER -out claro.key
 key pkcs12.key DER 12345678a -v1 PBE-SHA1-3DES
