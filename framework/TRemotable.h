@@ -134,12 +134,14 @@ class UTILVEL90_EXPORT TRemotable : public TObject {
 };
 
 /// The object as XML in UTF-8: an element `nombre`, which must be a name in XML, with one child a property,
-/// in order. Every value survives the way back, nulls, arrays and texts of any content included. Objects
+/// in order. Every value survives the way back, nulls, arrays and texts of any content included: a text with
+/// what XML has no character for is written as hexadecimal digits, so that any parser takes the rest. Objects
 /// nested more than 64 deep raise EInvalidOperation.
 UTILVEL90_EXPORT std::string EscribeRemotableXML(const TRemotable& objeto, std::u16string_view nombre);
 
 /// Sets the object's properties from what EscribeRemotableXML wrote. Objects that it owned are replaced, and
-/// pointers to them end. XML that is broken, lacks a property or holds a value that does not fit raises
+/// pointers to them end. What is no XML or declares a document type raises EInvalidOperation with its line,
+/// and the object is as it was. XML that lacks a property or holds a value that does not fit raises
 /// EInvalidOperation naming the property; the object may then be partly read.
 UTILVEL90_EXPORT void LeeRemotableXML(TRemotable& objeto, std::string_view xml);
 

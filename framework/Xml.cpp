@@ -53,29 +53,21 @@ void AgregaAtributo(std::string& salida, std::string_view nombre, std::string_vi
 }
 
 void AgregaEscapado(std::string& salida, std::string_view texto) {
-  for (const char c : texto) {
-    switch (c) {
-      case '&':
-        salida += "&amp;";
-        break;
-      case '<':
-        salida += "&lt;";
-        break;
-      case '>':
-        salida += "&gt;";
-        break;
-      case '"':
-        salida += "&quot;";
-        break;
-      default:
-        // A reader would turn these into blanks if they stood as they are.
-        if (static_cast<unsigned char>(c) < 0x20) {
-          salida.append("&#").append(std::to_string(static_cast<int>(c))).append(";");
-        } else {
-          salida += c;
-        }
+  std::size_t desde = 0;
+  for (std::size_t i = 0; i < texto.size(); ++i) {
+    const char c = texto[i];
+    // A reader would turn control characters into blanks if they stood as they are.
+    const bool control = static_cast<unsigned char>(c) < 0x20;
+    if (!control && c != '&' && c != '<' && c != '>' && c != '"') continue;
+    salida.append(texto.substr(desde, i - desde));
+    desde = i + 1;
+    if (control) {
+      salida.append("&#").append(std::to_string(static_cast<int>(c))).append(";");
+    } else {
+      salida.append(c == '&' ? "&amp;" : c == '<' ? "&lt;" : c == '>' ? "&gt;" : "&quot;");
     }
   }
+  salida.append(texto.substr(desde));
 }
 
 }  // namespace vel::xml
