@@ -94,7 +94,7 @@ TLimitesFiscales Corta(const Limite& inferior, const Limite& superior, int impor
 /// The printed document and what its lines add up to.
 struct Documento {
   const TResumenFiscal& r;
-  const fiscal::Totales& esperado;
+  const fiscal::Repaso& esperado;
   bool Cabe(const TMontoFiscal& m) const { return m.Decimales == r.DecimalesMoneda; }
 };
 
@@ -125,7 +125,7 @@ constexpr std::u16string_view kVigencia = u"2022-01-01";
 
 constexpr Comprobacion kTabla[] = {
     {.regla = {u"CFDV40", u"el comprobante tiene al menos un concepto", kEsquema, kVigencia},
-     .documento = [](const Documento& d) { return !d.r.Partidas.empty(); }},
+     .documento = [](const Documento& d) { return d.esperado.partidas > 0; }},
     {.regla = {u"CFDI40107", u"el subtotal tiene los decimales de la moneda", kMatriz, kVigencia},
      .documento = [](const Documento& d) { return d.Cabe(d.r.SubTotal); }},
     {.regla = {u"CFDI40108", u"el subtotal es el redondeo de la suma de los importes", kMatriz, kVigencia},
@@ -216,6 +216,19 @@ constexpr auto kReglas = [] {
   return reglas;
 }();
 
+/// The rules that look at one thing, picked when the library is built: lines have many taxes.
+template <auto Miembro>
+constexpr auto kDe = [] {
+  constexpr auto kCuenta = static_cast<std::size_t>(std::count_if(
+      std::begin(kTabla), std::end(kTabla), [](const Comprobacion& c) { return c.*Miembro != nullptr; }));
+  std::array<const Comprobacion*, kCuenta> elegidas{};
+  std::size_t n = 0;
+  for (const Comprobacion& c : kTabla) {
+    if (c.*Miembro != nullptr) elegidas[n++] = &c;
+  }
+  return elegidas;
+}();
+
 TMotivoFiscal Motivo(const TReglaFiscal& regla, std::size_t renglon, int impuesto) {
   UnicodeString lugar;
   if (renglon != 0) lugar = u"Partida " + IntToStr(static_cast<std::int64_t>(renglon));
@@ -229,25 +242,26 @@ TMotivoFiscal Motivo(const TReglaFiscal& regla, std::size_t renglon, int impuest
 
 std::span<const TReglaFiscal> ReglasFiscales() noexcept { return kReglas; }
 
-std::vector<TMotivoFiscal> fiscal::Revisa(const TResumenFiscal& resumen, const Totales& esperado) {
+void fiscal::RevisaPartida(const TPartidaFiscal& partida, std::vector<TMotivoFiscal>& motivos) {
+  for (const Comprobacion* c : kDe<&Comprobacion::partida>) {
+    if (!c->partida(partida)) motivos.push_back(Motivo(c->regla, partida.Renglon, 0));
+  }
+  for (const TImpuestoImpreso& impuesto : partida.Impuestos) {
+    if (impuesto.Impuesto == ENUM_IMPUESTO_FISCAL::LOCAL) continue;
+    for (const Comprobacion* c : kDe<&Comprobacion::impuesto>) {
+      if (!c->impuesto(impuesto)) motivos.push_back(Motivo(c->regla, partida.Renglon, impuesto.Numero));
+    }
+  }
+}
+
+std::vector<TMotivoFiscal> fiscal::Revisa(const TResumenFiscal& resumen, Repaso repaso) {
   std::vector<TMotivoFiscal> motivos;
-  const Documento documento{resumen, esperado};
-  for (const Comprobacion& c : kTabla) {
-    if (c.documento != nullptr && !c.documento(documento)) motivos.push_back(Motivo(c.regla, 0, 0));
+  const Documento documento{resumen, repaso};
+  for (const Comprobacion* c : kDe<&Comprobacion::documento>) {
+    if (!c->documento(documento)) motivos.push_back(Motivo(c->regla, 0, 0));
   }
-  for (const TPartidaFiscal& partida : resumen.Partidas) {
-    for (const Comprobacion& c : kTabla) {
-      if (c.partida != nullptr && !c.partida(partida)) motivos.push_back(Motivo(c.regla, partida.Renglon, 0));
-    }
-    for (const TImpuestoImpreso& impuesto : partida.Impuestos) {
-      if (impuesto.Impuesto == ENUM_IMPUESTO_FISCAL::LOCAL) continue;
-      for (const Comprobacion& c : kTabla) {
-        if (c.impuesto != nullptr && !c.impuesto(impuesto)) {
-          motivos.push_back(Motivo(c.regla, partida.Renglon, impuesto.Numero));
-        }
-      }
-    }
-  }
+  motivos.insert(motivos.end(), std::make_move_iterator(repaso.motivos.begin()),
+                 std::make_move_iterator(repaso.motivos.end()));
   return motivos;
 }
 

@@ -95,13 +95,15 @@ TMontoFiscal SumaImportes(const TResumenFiscal& resumen, const Lista& lista) {
 
 }  // namespace
 
-Totales Suma(const TResumenFiscal& resumen) {
+Repaso Repasa(const TResumenFiscal& resumen) {
   ExigeDecimales(resumen.DecimalesMoneda, resumen.DecimalesLinea);
   const auto exige = [&resumen](const TPartidaFiscal& partida, const TMontoFiscal& monto, int decimales) {
     if (monto.Unidades >= 0 && monto.Decimales == decimales) return;
     throw EInvalidOperation(u"Partida " + IntToStr(static_cast<std::int64_t>(partida.Renglon)) +
                             u": un monto es negativo o no tiene los decimales de las partidas");
   };
+  Repaso repaso;
+  repaso.partidas = resumen.Partidas.size();
   Entero128 importe = 0;
   Entero128 descuento = 0;
   Grupos grupos(resumen.Asignacion);
@@ -117,25 +119,26 @@ Totales Suma(const TResumenFiscal& resumen) {
       exige(partida, impuesto.Tasa, 6);
       grupos.Agrega(impuesto);
     }
+    RevisaPartida(partida, repaso.motivos);
   }
   const std::int64_t unidad = exacto::Diez(resumen.DecimalesLinea - resumen.DecimalesMoneda);
   const auto cierra = [&](Entero128 suma) {
     return exacto::Monto(exacto::DivideRedondea(suma, unidad), resumen.DecimalesMoneda);
   };
-  Totales totales{cierra(importe), cierra(descuento), {}, {}, {}};
+  repaso.subTotal = cierra(importe);
+  repaso.descuento = cierra(descuento);
   for (const Grupo& g : grupos.Todos()) {
     const TMontoFiscal tasa{g.clave.tasa, 6};
     if (g.clave.impuesto == ENUM_IMPUESTO_FISCAL::LOCAL) {
-      totales.locales.push_back({resumen.Asignacion[static_cast<std::size_t>(g.clave.local - 1)].Nombre,
-                                 g.clave.retenido, tasa, cierra(g.importe)});
+      repaso.locales.push_back({resumen.Asignacion[static_cast<std::size_t>(g.clave.local - 1)].Nombre,
+                                g.clave.retenido, tasa, cierra(g.importe)});
     } else if (g.clave.retenido) {
-      totales.retenciones.push_back({g.clave.impuesto, cierra(g.importe)});
+      repaso.retenciones.push_back({g.clave.impuesto, cierra(g.importe)});
     } else {
-      totales.traslados.push_back(
-          {g.clave.impuesto, g.clave.factor, tasa, cierra(g.base), cierra(g.importe)});
+      repaso.traslados.push_back({g.clave.impuesto, g.clave.factor, tasa, cierra(g.base), cierra(g.importe)});
     }
   }
-  return totales;
+  return repaso;
 }
 
 TMontoFiscal SumaTraslados(const TResumenFiscal& resumen) { return SumaImportes(resumen, resumen.Traslados); }
@@ -170,17 +173,16 @@ void ExigeDecimales(int moneda, int linea) {
 }  // namespace fiscal
 
 void TResumenFiscal::Totaliza() {
-  // The lines are not copied, only lent, so that what throws leaves everything as it was.
+  fiscal::Repaso repaso = fiscal::Repasa(*this);
   TResumenFiscal nuevo;
   nuevo.Asignacion = Asignacion;
   nuevo.DecimalesMoneda = DecimalesMoneda;
   nuevo.DecimalesLinea = DecimalesLinea;
-  fiscal::Totales esperado = fiscal::Suma(*this);
-  nuevo.SubTotal = esperado.subTotal;
-  nuevo.Descuento = esperado.descuento;
-  nuevo.Traslados = esperado.traslados;
-  nuevo.Retenciones = esperado.retenciones;
-  nuevo.Locales = esperado.locales;
+  nuevo.SubTotal = repaso.subTotal;
+  nuevo.Descuento = repaso.descuento;
+  nuevo.Traslados = repaso.traslados;
+  nuevo.Retenciones = repaso.retenciones;
+  nuevo.Locales = repaso.locales;
   nuevo.TotalImpuestosTrasladados = fiscal::SumaTraslados(nuevo);
   nuevo.TotalImpuestosRetenidos = fiscal::SumaRetenciones(nuevo);
   nuevo.TotalLocalesTrasladados = fiscal::SumaLocales(nuevo, false);
@@ -191,18 +193,14 @@ void TResumenFiscal::Totaliza() {
                             nuevo.Total.Texto());
   }
   if (Diferencia) nuevo.Diferencia = *Diferencia + nuevo.Total.Unidades - Total.Unidades;
+  nuevo.Motivos = fiscal::Revisa(nuevo, std::move(repaso));
+  // Nothing throws from here on.
   nuevo.Partidas.swap(Partidas);
-  try {
-    nuevo.Motivos = fiscal::Revisa(nuevo, esperado);
-  } catch (...) {
-    nuevo.Partidas.swap(Partidas);
-    throw;
-  }
   *this = std::move(nuevo);
 }
 
 std::vector<TMotivoFiscal> TResumenFiscal::Revisa() const {
-  return fiscal::Revisa(*this, fiscal::Suma(*this));
+  return fiscal::Revisa(*this, fiscal::Repasa(*this));
 }
 
 }  // namespace vel

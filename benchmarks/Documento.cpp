@@ -3,6 +3,7 @@
 
 #include <array>
 #include <bit>
+#include <cmath>
 #include <cstdint>
 #include <memory>
 #include <random>
@@ -206,6 +207,13 @@ int main(int argc, char** argv) {
   Compara(Partidas(20'000));
   const auto calculo = Calculo(partidas);
   Referencia referencia(partidas);
+  vel::TDatosFiscales datos;
+  datos.Impuestos.fill({vel::ENUM_IMPUESTO_FISCAL::IVA, false, {}});
+  // What both give alike, up to the engine's last cent; cuenta_resumen checks every figure.
+  const auto motor = Calculo(partidas);
+  motor->CalculaTotales();
+  medicion::Exige(std::abs(vel::TResumenFiscal(*motor, datos).SubTotal.Real() - motor->Subtotal) < 0.015,
+                  "SubTotal");
   return medicion::Ejecuta(
       argc, argv,
       {{.nombre = "CalculaTotales, 1,000 lines, 8 taxes",
@@ -214,6 +222,17 @@ int main(int argc, char** argv) {
         .par = [&] { referencia.Calcula(); },
         .limite = 0.1,
         .nombrePar = "straightforward",
+        .unidades = 1'000},
+       {.nombre = "TResumenFiscal, 1,000 lines, 8 taxes",
+        .propio = [&] { vel::TResumenFiscal resumen(*motor, datos); },
+        // Lists that grow without end would make the engine slower.
+        .par =
+            [&] {
+              for (vel::TStringList& lista : motor->ListaImpuesto) lista.Clear();
+              motor->CalculaTotales();
+            },
+        .limite = 1.5,
+        .nombrePar = "CalculaTotales",
         .unidades = 1'000}},
       {{.nombre = "CalculaTotales per line",
         .tamanos = {1'000, 10'000, 100'000},
@@ -221,5 +240,14 @@ int main(int argc, char** argv) {
             [](std::size_t n) {
               return [c = std::shared_ptr<vel::TCalculoCFDI>(Calculo(Partidas(n)))] { c->CalculaTotales(); };
             },
-        .limite = 1.2}});
+        .limite = 1.2},
+       {.nombre = "TResumenFiscal per line",
+        .tamanos = {1'000, 10'000, 100'000},
+        .prepara =
+            [&datos](std::size_t n) {
+              return [&datos, c = std::shared_ptr<vel::TCalculoCFDI>(Calculo(Partidas(n)))] {
+                vel::TResumenFiscal resumen(*c, datos);
+              };
+            },
+        .limite = 2}});
 }

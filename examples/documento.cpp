@@ -1,7 +1,9 @@
 // Loads an invoice from its data packets, computes it and prints it: every figure comes from the library.
 
+#include <cstdint>
 #include <cstdio>
 #include <string>
+#include <string_view>
 
 #include "Ucalculocfdi/Ucalculocfdi.h"
 #include "Uutilext/documents/Redondeo.h"
@@ -73,6 +75,44 @@ void ImprimeTotales(vel::TCalculoCFDI& calculo) {
   for (const auto& t : totales) std::printf("  %-14s %s\n", t.nombre, Monto(t.valor, 14).c_str());
 }
 
+std::string Celda(const vel::TMontoFiscal& monto, int ancho = 12) { return Columna(monto.Texto(), -ancho); }
+
+// What the electronic invoice prints: its parts add up to its total.
+void ImprimeFactura(vel::TCalculoCFDI& calculo) {
+  vel::TDatosFiscales datos;
+  datos.DecimalesLinea = 4;
+  // The quota of the 24 bottles is for their 14.4 litres.
+  datos.Notas = {{.Renglon = 6, .Exento = {}, .Unidades = 14.4}};
+  const vel::TResumenFiscal resumen(calculo, datos);
+  std::printf("%s%s%s  %s%s%s%s\n", Columna(u"Renglón", 8).c_str(), Columna(u"Importe", -12).c_str(),
+              Columna(u"Descuento", -12).c_str(), Columna(u"Impuesto", 22).c_str(),
+              Columna(u"Base", -12).c_str(), Columna(u"Tasa/cuota", -12).c_str(),
+              Columna(u"Impuesto", -12).c_str());
+  const auto clase = [](std::u16string_view nombre, vel::ENUM_FACTOR_FISCAL factor) {
+    return Columna(vel::UnicodeString(nombre) + u" " + vel::DameTipoFactor(factor), 22);
+  };
+  for (const vel::TPartidaFiscal& partida : resumen.Partidas) {
+    std::string renglon = Columna(vel::IntToStr(static_cast<std::int64_t>(partida.Renglon)), 8) +
+                          Celda(partida.Importe) + Celda(partida.Descuento);
+    for (const vel::TImpuestoImpreso& i : partida.Impuestos) {
+      std::printf("%s  %s%s%s%s\n", renglon.c_str(), clase(resumen.DameNombre(i), i.Factor).c_str(),
+                  Celda(i.Base).c_str(), Celda(i.Tasa).c_str(), Celda(i.Importe).c_str());
+      renglon = std::string(32, ' ');
+    }
+  }
+  std::printf("\n  %-24s %s\n", "SubTotal", Celda(resumen.SubTotal, 14).c_str());
+  std::printf("  %-24s %s\n", "- Descuento", Celda(resumen.Descuento, 14).c_str());
+  for (const vel::TTrasladoFiscal& t : resumen.Traslados) {
+    std::printf("  + %s %s   base %s, %s\n", clase(vel::DameClaveImpuesto(t.Impuesto), t.Factor).c_str(),
+                Celda(t.Importe, 14).c_str(), Celda(t.Base).c_str(), vel::UTF8Encode(t.Tasa.Texto()).c_str());
+  }
+  std::printf("  %-24s %s\n", "= Total", Celda(resumen.Total, 14).c_str());
+  std::printf("  Difiere %s del total del motor, que no lista la cuota de tasa 0.\n",
+              vel::UTF8Encode(vel::TMontoFiscal{resumen.Diferencia.value_or(0), 2}.Texto()).c_str());
+  for (const vel::TMotivoFiscal& m : resumen.Motivos)
+    std::printf("  %s\n", vel::UTF8Encode(m.Mensaje).c_str());
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -92,5 +132,7 @@ int main(int argc, char** argv) {
     calculo.CalculaTotales();
     std::printf("\nImpuestos por tasa\n");
     ImprimeTotales(calculo);
+    std::printf("\nLo que imprime la factura\n");
+    ImprimeFactura(calculo);
   });
 }

@@ -125,6 +125,7 @@ case("hidden and not counted", [{"qty": "1", "price": "10", "discounts": ["50"],
 case("discounts are each line's own", [{"qty": "1", "price": "100", "discounts": ["10", "5.5"], "taxes": IVA}, {"qty": "1", "price": "9", "discounts": ["50"], "taxes": {}}])
 case("exempt is not zero", [{"qty": "1", "price": "10", "taxes": {4: (r, c)}} for r, c in (("E", 6), ("0", 0), ("E", 0))])
 case("withheld by sign and by assignment", [{"qty": "1", "price": "100", "taxes": {2: ("-10", 0), 3: ("10.6667", 0), 4: ("16", 2)}}] * 2)
+case("a fee with withholdings", [{"qty": "1", "price": "1234.56", "taxes": {2: ("-10", 0), 3: ("10.6667", 0), 4: ("16", 0)}}])
 case("the printed rate has six decimals", [{"qty": "1000", "price": "99.99", "taxes": {3: ("10.666667", 0), 4: ("16", 0)}}])
 for mode, quota in (("M", "7"), ("M", "9"), ("M", "8"), ("C", "5"), ("A", "5")):
     case(f"quota {mode} {quota}", [{"qty": "4", "price": "25", "of": 1, "mode": mode, "quota": quota, "taxes": BOTH}])
