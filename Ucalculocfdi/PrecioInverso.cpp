@@ -100,7 +100,9 @@ class TotalPorBase {
       porcentaje_ = CargaDe(p, 1).impuesto[static_cast<std::size_t>(partida.ImpuestoConCuota - 1)];
     }
     recta_ = Tramo(p);
-    Exige(PendienteMenor() > 0, u"Los impuestos se llevan todo el precio: no hay precio neto");
+    // With less left of a price, thousands of steps of its parts lie within the cents of one total.
+    constexpr double kMenosQueda = 0.01;
+    Exige(PendienteMenor() >= kMenosQueda, u"Las retenciones se llevan el precio: no hay precio neto");
   }
 
   double Total(double base) const {

@@ -27,7 +27,8 @@ struct TPrecioInverso {
   TMontoFiscal TotalPedido;
   /// What it comes to: TotalImpuestos of a document of this line alone, to the bit.
   double Total = 0;
-  /// TotalPedido less Total in cents: 0, except where no net price of six decimals reaches it.
+  /// TotalPedido less Total in cents: 0, except where no net price of six decimals reaches it. What doubles
+  /// lose in the engine's totals of 10^8 and more is in it too.
   std::int64_t Residuo = 0;
 };
 
@@ -49,8 +50,8 @@ struct TPrecioInverso {
 /// Raises EInvalidOperation, naming what is wrong, for a number that is not finite; a negative price or
 /// quota; a quantity or exchange rate that is not above zero; a rate beyond 1000 % of a tax that applies;
 /// discounts below zero or that leave nothing; discounts on a line without taxes, which documents do not
-/// compute (a rate of 0 % is a tax); a quota beyond the price; withholdings of all or more; and sizes beyond
-/// exact cents: a total above 10^12, a net price from 10^9 on.
+/// compute (a rate of 0 % is a tax); a quota beyond the price; withholdings that leave less than a
+/// hundredth of the price; and sizes beyond exact cents: a total above 10^12, a net price from 10^9 on.
 UTILVEL90_EXPORT TPrecioInverso ObtenPrecioInverso(double precio, const TDatosPartida& partida,
                                                    ENUM_PRECIO tipo = ENUM_PRECIO::PRECIO_FINAL);
 /// The same for the line in the data set's current record; raises also as LeePartida.
