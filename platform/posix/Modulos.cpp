@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <dlfcn.h>
 #include <link.h>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -49,7 +50,9 @@ int Visita(dl_phdr_info* modulo, std::size_t /*largo*/, void* datos) {
 // when the working folder changed.
 std::string ArchivoDe(const void* direccion) {
   const auto buscada = reinterpret_cast<std::uintptr_t>(direccion);
-  std::istringstream mapas(LeeArchivo(u"/proc/self/maps").value_or(std::string()));
+  const std::optional<std::string> bytes = LeeArchivo(u"/proc/self/maps");
+  if (!bytes.has_value()) return {};
+  std::istringstream mapas(*bytes);
   for (std::string linea; std::getline(mapas, linea);) {
     std::uintptr_t inicio = 0;
     std::uintptr_t fin = 0;
