@@ -109,19 +109,27 @@ TEST(PaqueteXml, KeepsDoublesToTheLastBit) {
 }
 
 TEST(PaqueteXml, ReadsOtherEncodings) {
+  std::string altos;
+  UnicodeString latin;
+  for (int c = 0x80; c <= 0xFF; ++c) {
+    altos += static_cast<char>(c);
+    latin += static_cast<char16_t>(c);
+  }
+  const UnicodeString windows =
+      u"€\u0081‚ƒ„…†‡ˆ‰Š‹Œ\u008DŽ\u008F\u0090‘’“”•–—˜™š›œ\u009DžŸ" + latin.substr(0x20);
+  const std::string paquete = Paquete("fieldtype=\"string\"", "<ROW F=\"" + altos + "\"/>");
   std::string utf16 = "\xFF\xFE";
-  for (const char c : Paquete("fieldtype=\"string\"", "<ROW F=\"\x80\xF1\"/>")) utf16.append({c, '\0'});
-  const auto declarado = [](const std::string& codificacion) {
-    return "<?xml version=\"1.0\" encoding" + codificacion + "?>" +
-           Paquete("fieldtype=\"string\"", "<ROW F=\"\x80\xF1\"/>");
+  for (const char c : paquete) utf16.append({c, '\0'});
+  const auto declarado = [&paquete](const std::string& codificacion) {
+    return "<?xml version=\"1.0\" encoding" + codificacion + "?>" + paquete;
   };
   const struct {
     std::string bytes;
-    const char16_t* texto;
-  } casos[] = {{declarado("=\"ISO-8859-1\""), u"\u0080ñ"},
-               {declarado(" =\t'iso-8859-1' standalone='yes' "), u"\u0080ñ"},
-               {declarado(" = \"Windows-1252\""), u"€ñ"},
-               {utf16, u"\u0080ñ"}};
+    UnicodeString texto;
+  } casos[] = {{declarado("=\"ISO-8859-1\""), latin},
+               {declarado(" =\t'iso-8859-1' standalone='yes' "), latin},
+               {declarado(" = \"Windows-1252\""), windows},
+               {utf16, latin}};
   TClientDataSet datos;
   for (const auto& c : casos) {
     datos.LoadFromXML(c.bytes, u"x");
@@ -190,6 +198,7 @@ TEST(PaqueteXml, WritesWhatAnotherParserReads) {
         continue;
       }
       ASSERT_TRUE(pruebas::OtroLectorAcepta(xml)) << xml;
+      ASSERT_EQ(xml.find(" " + UTF8Encode(nombre) + "="), xml.npos) << "no attribute of its own";
       otra.LoadFromXML(xml, u"x");
       ASSERT_EQ(otra.FieldByName(nombre).AsString(), texto);
     }
