@@ -36,7 +36,7 @@ TEST(TStringList, SortedListKeepsOrderAndRefusesDuplicates) {
   EXPECT_THROW(lista.AddStrings(otra), EStringListError);
   EXPECT_THROW(lista.SetText(u"A\nb\na"), EStringListError);
   EXPECT_EQ(lista.Count(), 4U) << "what is refused changes nothing";
-  for (const std::size_t sobra : {3, 1, 0}) lista.Delete(sobra);
+  for (const std::size_t sobra : {3U, 1U, 0U}) lista.Delete(sobra);
   lista.SetDuplicates(TDuplicates::dupIgnore);
   EXPECT_EQ(lista.Add(u"FUN9"), 0U);
   EXPECT_EQ(lista.Count(), 1U);
