@@ -95,6 +95,7 @@ TEST(Formula, EndsWhateverItHolds) {
   EXPECT_EQ(Evalua(u"SUMA(1" + Repite(u",1", kMuchos) + u")"), kMuchos + 1);
   EXPECT_THROW(Evalua(Repite(u"(", kMuchos) + u"1" + Repite(u"2)", kMuchos)), EConvertError);
   EXPECT_THROW(Evalua(Repite(u"(", kMuchos)), EInvalidOperation);
+  EXPECT_THROW(Evalua(Repite(u"A(", kMuchos) + u"1" + Repite(u"\t)", kMuchos)), EConvertError);
   EXPECT_THROW(Evalua(Repite(u"-", kMuchos)), EConvertError);
   // An unknown name at the end of a long chain makes the careful walk go all the way down.
   EXPECT_THROW(Evalua(Repite(u"(1+", kMuchos) + u"X" + Repite(u")", kMuchos)), EConvertError);

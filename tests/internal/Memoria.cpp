@@ -12,6 +12,7 @@
 #include "Ucalculocfdi/Ucalculocfdi.h"
 #include "Uformula/Uformula.h"
 #include "Uutilext/Uutilext.h"
+#include "framework/Columnas.h"
 #include "framework/Numeros.h"
 #include "framework/TRemotable.h"
 #include "platform/Archivos.h"
@@ -105,6 +106,8 @@ struct Consulta {
     for (TParametrosFiltro* filtro : {&f, &otra})
       filtro->LoadFromIni(UTF8ToString(Entrada("consulta.ini")), 0);
     otra.AgregaJoin(u"inner join OTRA O on O.CVE = C.CVE");
+    f.NombreTabla = u"PROVEEDORES P";
+    f.OrderBy = u"PROVEEDORES.CLAVE";
     f.DameSentenciaSQL(true, 0);
     Carpeta().Escribe("consulta.ini", "; mía\r\n[TABLAPIV]\r\nTABLA=ANTES\r\n");
   }
@@ -156,7 +159,10 @@ TEST(SinMemoria, LeavesDefinitionsWhole) {
 
 struct Datos {
   UnicodeString Ve() {
-    UnicodeString texto = Bytes(d.SaveToXML()) + IntToStr(static_cast<std::int64_t>(d.RecNo()));
+    UnicodeString texto = Bytes(d.SaveToXML()) + Variant(d.RecNo()).AsString();
+    const conjunto::Estado& estado = conjunto::Estado::De(d);
+    for (std::size_t i = 0; i < d.FieldCount(); ++i)
+      texto += Variant(estado.ColumnaDe(i).conValor.size()).AsString();
     // Only a record under edit takes a value.
     try {
       d.FieldByName(u"CLAVE").SetValue(d.FieldByName(u"CLAVE").Value());
@@ -208,6 +214,7 @@ struct Textos {
     lista.SetText(u"NOMBRE=Uno con un texto largo\nCIUDAD=Guadalajara\nSALDO=1");
     otra.SetText(u"CALLE=Insurgentes Sur 1602\nnombre=Dos con un texto largo\nCOLONIA=Crédito Constructor");
     lista.SetDuplicates(TDuplicates::dupError);
+    condicion.ValorCampo = VarArrayOf({1, 2.5, true});
   }
   UnicodeString Ve() {
     UnicodeString texto = lista.Text() + Bytes(EscribeRemotableXML(condicion, u"c")) + IntToStr(codigo);
@@ -218,6 +225,7 @@ struct Textos {
   TStringList lista, otra;
   TParams parametros;
   TParamWhereSimple condicion;
+  Variant valor = VarArrayOf({u"Primer elemento", VarArrayOf({1, u"Segundo elemento"})});
   std::vector<UnicodeString> partes{u"1", u"1111111111,2222222222,3333333333,4444444444", u"lo que había",
                                     u"antes", u""};
   int codigo = 5;
@@ -235,15 +243,17 @@ TEST(SinMemoria, LeavesListsAndTextsWhole) {
   Prueba<E>("SetValue", [](E& e) { e.lista.SetValue(u"CIUDAD", u"San Cristóbal de las Casas"); });
   Prueba<E>("AddStrings", [](E& e) { e.lista.AddStrings(e.otra); });
   Prueba<O>("AddStrings en orden", [](O& e) { e.lista.AddStrings(e.otra); });
-  Prueba<O>("AddStrings con duplicados", [](O& e) { e.lista.AddStrings(e.lista); });
+  Prueba<O>("AddStrings con repetidos", [](O& e) {
+    e.lista.SetDuplicates(TDuplicates::dupAccept);
+    e.lista.AddStrings(e.otra);
+  });
+  Prueba<O>("AddStrings que se rechaza", [](O& e) { e.lista.AddStrings(e.lista); });
   Prueba<O>("SetText",
             [](O& e) { e.lista.SetText(u"CALLE=Insurgentes Sur 1602\nA\nB\nC\nD=Otro texto largo"); });
   Prueba<E>("TParams::Add", [](E& e) {
     e.parametros.Add({u"parametro1", TFieldType::ftString, u"Un texto largo"});
   });
-  Prueba<E>("Variant", [](E& e) {
-    e.condicion.ValorCampo = VarArrayOf({u"Primer elemento", VarArrayOf({1, true})});
-  });
+  Prueba<E>("Variant", [](E& e) { e.condicion.ValorCampo = e.valor; });
   Prueba<E>("EscribeRemotableXML",
             [](E& e) { return Bytes(EscribeRemotableXML(e.condicion, u"condicion")); });
   Prueba<E>("DividirDireccion", [](E& e) {
@@ -273,6 +283,7 @@ struct Formula {
   Formula() {
     f.SetVariables(variables);
     f.NewFormula(u"SI(VENTAS_DEL_MES>=META,(VENTAS_DEL_MES-META)*TASA,SUMA(1,2,3))+META");
+    f.CreaFuncionN(u"META-TASA");
     variables.SetText(u"META=2\nTASA=3\nUNA_VARIABLE_NUEVA=4\nOTRA_VARIABLE_NUEVA=5");
   }
   UnicodeString Ve() {
@@ -324,6 +335,9 @@ struct Documento {
   Documento() {
     c.SetPartidas(lineas);
     c.CalculaTotales();
+    // A rate that the lists do not have yet.
+    c.Partidas.Edit();
+    c.Partidas.FieldByName(u"IMPU2").SetAsFloat(5);
   }
   UnicodeString Ve() {
     UnicodeString texto = Bytes(c.Cabecera.SaveToXML() + c.Partidas.SaveToXML());
