@@ -97,7 +97,7 @@ TMontoFiscal SumaImportes(const TResumenFiscal& resumen, const Lista& lista) {
 
 Repaso Repasa(const TResumenFiscal& resumen) {
   ExigeDecimales(resumen.DecimalesMoneda, resumen.DecimalesLinea);
-  const auto exige = [&resumen](const TPartidaFiscal& partida, const TMontoFiscal& monto, int decimales) {
+  const auto exige = [](const TPartidaFiscal& partida, const TMontoFiscal& monto, int decimales) {
     if (monto.Unidades >= 0 && monto.Decimales == decimales) return;
     throw EInvalidOperation(u"Partida " + IntToStr(static_cast<std::int64_t>(partida.Renglon)) +
                             u": un monto es negativo o no tiene los decimales de las partidas");
