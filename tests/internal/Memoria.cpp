@@ -212,7 +212,7 @@ TEST(SinMemoria, LeavesDataSetsWhole) {
 struct Textos {
   Textos() {
     lista.SetText(u"NOMBRE=Uno con un texto largo\nCIUDAD=Guadalajara\nSALDO=1");
-    otra.SetText(u"CALLE=Insurgentes Sur 1602\nnombre=Dos con un texto largo\nCOLONIA=Crédito Constructor");
+    otra.SetText(u"CALLE=Insurgentes Sur 1602\nnombre=Dos con un texto largo\nA=1\nB=2\nC=3");
     lista.SetDuplicates(TDuplicates::dupError);
     condicion.ValorCampo = VarArrayOf({1, 2.5, true});
   }
@@ -320,14 +320,18 @@ struct FormulaConValores : Formula {
 TEST(SinMemoria, LeavesFormulasWhole) {
   using E = Formula;
   UnicodeString larga = u"XYZ(1\t)-(META\t)*2";
-  for (int i = 0; i < 40; ++i) larga = u"SUMA(" + larga + u"/3,TASA)+1";
+  UnicodeString plana = u"META<>-4";
+  for (int i = 0; i < 40; ++i) {
+    larga = u"SUMA(" + larga + u"/3,TASA)+1";
+    plana += u"-VENTAS_DEL_MES*7";
+  }
   Prueba<E>("NewFormula", [&](E& e) { e.f.NewFormula(larga); });
   Prueba<E>("NewFormula que no se evalúa",
             [](E& e) { e.f.NewFormula(u"(META+DESCONOCIDA)*2+(META-1)*(META-2)"); });
   Prueba<E>("SetVariables", [](E& e) { e.f.SetVariables(e.variables); });
   Prueba<FormulaConValores>("SetVariables, valores",
                             [](FormulaConValores& e) { e.f.SetVariables(e.variables); });
-  Prueba<E>("DameFuncionN", [](E& e) { return e.f.DameFuncionN(u"META*2+TASA/3-VENTAS_DEL_MES*7<>-4"); });
+  Prueba<E>("DameFuncionN", [&](E& e) { return e.f.DameFuncionN(plana); });
   Prueba<E>("CreaFuncionInterna", [](E& e) { return e.f.CreaFuncionInterna(u"suma", u"META,TASA,FUN1"); });
 }
 
