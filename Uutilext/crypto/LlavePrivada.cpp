@@ -78,9 +78,9 @@ std::uint64_t CostoDerivacion(const X509_ALGOR& derivacion) {
   return LlavePrivada::kCostoMaximo + 1;
 }
 
-// Whether our context has the cipher. Where it has not, libcrypto would look in the process's.
+// Whether our context has the cipher; null is none. Where it has not, libcrypto would look in the process's.
 bool HayCifrado(ossl_lib_ctx_st* contexto, const char* nombre) {
-  return Dueno<EVP_CIPHER>(EVP_CIPHER_fetch(contexto, nombre, nullptr)) != nullptr;
+  return nombre != nullptr && Dueno<EVP_CIPHER>(EVP_CIPHER_fetch(contexto, nombre, nullptr)) != nullptr;
 }
 
 bool SeAbre(ossl_lib_ctx_st* contexto, const X509_ALGOR& cifrado) {

@@ -25,7 +25,7 @@ class LlavePrivada {
 
   /// The rounds of password derivation that a file may ask for: PBKDF2 and PBES1 iterations (RFC 8018),
   /// PKCS#12 iterations (RFC 7292), or the product N * r * p of scrypt (RFC 7914). Real keys take thousands,
-  /// the most careful ones a million or so; 2^31 - 1, which the form allows, takes ten minutes.
+  /// the most careful ones a million or so; 2^31 - 1, which the form allows, takes a quarter of an hour.
   static constexpr unsigned long long kCostoMaximo = 10'000'000;
 
  private:

@@ -60,7 +60,7 @@ class Almacen {
   }
 
   Algoritmo algoritmo_;
-  std::array<std::atomic<EVP_MD_CTX*>, 4> casillas_{};
+  std::array<std::atomic<EVP_MD_CTX*>, 16> casillas_{};
 };
 
 // Never freed: calls come until the process is gone, also from destructors that run later than ours could.

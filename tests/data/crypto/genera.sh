@@ -72,6 +72,13 @@ openssl ecparam -genkey -name prime256v1 -noout -out "$work/ec.pem"
 certificate ec.cer "$work/ec.pem" 31 20240102030405Z 20341231235959Z
 openssl pkcs8 -topk8 -in "$work/ec.pem" -outform DER -iter 1 -passout pass:12345678a -v2 aes-256-cbc -out ec.key
 
+# PBKDF2 with the parameters of another scheme, and 64 letters.
+{
+  printf '\x30\x5e\x30\x1a\x06\x09\x2a\x86\x48\x86\xf7\x0d\x01\x05\x0c'
+  printf '\x30\x0d\x04\x08''12345678''\x02\x01\x01\x04\x40'
+  printf 'x%.0s' {1..64}
+} >sin_cifrado.key
+
 # Files that hold nothing of use.
 head -c 300 sello.cer >cortado.cer
 head -c 1000 des3.key >cortada.key
