@@ -3,6 +3,8 @@
 #include <array>
 #include <charconv>
 #include <iterator>
+#include <utility>
+#include <variant>
 #include <vector>
 
 #include "framework/Excepciones.h"
@@ -193,6 +195,10 @@ class Escritor final : public VisitantePropiedades {
   void Texto(std::u16string_view nombre, UnicodeString& valor) override { PonTexto(Hijo(nombre), valor); }
   void Booleano(std::u16string_view nombre, bool& valor) override { PonNumero(Hijo(nombre), valor ? 1 : 0); }
   void Entero(std::u16string_view nombre, std::int32_t& valor) override { PonNumero(Hijo(nombre), valor); }
+  void EnteroEntre(std::u16string_view nombre, std::int32_t& valor, std::int32_t /*minimo*/,
+                   std::int32_t /*maximo*/) override {
+    Entero(nombre, valor);
+  }
   void FechaHora(std::u16string_view nombre, TDateTime& valor) override {
     PonNumero(Hijo(nombre), valor.Val());
   }
@@ -228,36 +234,55 @@ class Escritor final : public VisitantePropiedades {
   int nivel_;
 };
 
+// The new value of a property, by the kind of the property.
+using Leido = std::variant<UnicodeString, bool, std::int32_t, TDateTime, Variant, std::vector<UnicodeString>,
+                           std::unique_ptr<HuecoRemotable>, std::unique_ptr<ArregloRemotable>>;
+
+void Llena(TRemotable& objeto, const Nodo& nodo, int nivel);
+
+// Reads the values of all properties, and leaves the object alone.
 class Lector final : public VisitantePropiedades {
  public:
-  Lector(const Nodo& nodo, int nivel) : nodo_(nodo), nivel_(nivel) {}
-  void Texto(std::u16string_view nombre, UnicodeString& valor) override {
-    valor = LeeTexto(Hijo(nombre), nombre);
+  Lector(const Nodo& nodo, int nivel, std::vector<Leido>& leidos)
+      : nodo_(nodo), nivel_(nivel), leidos_(leidos) {}
+  void Texto(std::u16string_view nombre, UnicodeString& /*valor*/) override {
+    leidos_.emplace_back(LeeTexto(Hijo(nombre), nombre));
   }
-  void Booleano(std::u16string_view nombre, bool& valor) override {
-    valor = LeeNumero<int>(Hijo(nombre), nombre) != 0;
+  void Booleano(std::u16string_view nombre, bool& /*valor*/) override {
+    leidos_.emplace_back(LeeNumero<int>(Hijo(nombre), nombre) != 0);
   }
-  void Entero(std::u16string_view nombre, std::int32_t& valor) override {
-    valor = LeeNumero<std::int32_t>(Hijo(nombre), nombre);
+  void Entero(std::u16string_view nombre, std::int32_t& /*valor*/) override {
+    leidos_.emplace_back(LeeNumero<std::int32_t>(Hijo(nombre), nombre));
   }
-  void FechaHora(std::u16string_view nombre, TDateTime& valor) override {
-    valor = TDateTime(LeeNumero<double>(Hijo(nombre), nombre));
+  void EnteroEntre(std::u16string_view nombre, std::int32_t& /*valor*/, std::int32_t minimo,
+                   std::int32_t maximo) override {
+    const auto leido = LeeNumero<std::int32_t>(Hijo(nombre), nombre);
+    if (leido < minimo || leido > maximo) Falla(u"Está fuera de rango la propiedad", nombre);
+    leidos_.emplace_back(leido);
   }
-  void Valor(std::u16string_view nombre, Variant& valor) override {
-    valor = LeeVariante(Hijo(nombre), nombre, nivel_);
+  void FechaHora(std::u16string_view nombre, TDateTime& /*valor*/) override {
+    leidos_.emplace_back(TDateTime(LeeNumero<double>(Hijo(nombre), nombre)));
   }
-  void Textos(std::u16string_view nombre, std::vector<UnicodeString>& valores) override {
-    valores.clear();
-    for (const Nodo& hijo : Hijo(nombre).hijos) valores.push_back(LeeTexto(hijo, nombre));
+  void Valor(std::u16string_view nombre, Variant& /*valor*/) override {
+    leidos_.emplace_back(LeeVariante(Hijo(nombre), nombre, nivel_));
+  }
+  void Textos(std::u16string_view nombre, std::vector<UnicodeString>& /*valores*/) override {
+    std::vector<UnicodeString> textos;
+    for (const Nodo& hijo : Hijo(nombre).hijos) textos.push_back(LeeTexto(hijo, nombre));
+    leidos_.emplace_back(std::move(textos));
   }
   void Objeto(std::u16string_view nombre, HuecoRemotable& hueco) override {
-    Lee(Hijo(nombre), nombre, hueco);
+    std::unique_ptr<HuecoRemotable> aparte = hueco.Aparte();
+    Lee(Hijo(nombre), nombre, *aparte);
+    leidos_.emplace_back(std::move(aparte));
   }
   void Objetos(std::u16string_view nombre, ArregloRemotable& arreglo) override {
+    std::unique_ptr<ArregloRemotable> aparte = arreglo.Aparte();
     const std::vector<Nodo>& hijos = Hijo(nombre).hijos;
-    arreglo.Dimensiona(hijos.size());
+    aparte->Dimensiona(hijos.size());
     for (std::size_t i = 0; i < hijos.size(); ++i)
-      arreglo.En(i, [&](HuecoRemotable& hueco) { Lee(hijos[i], nombre, hueco); });
+      aparte->En(i, [&](HuecoRemotable& hueco) { Lee(hijos[i], nombre, hueco); });
+    leidos_.emplace_back(std::move(aparte));
   }
 
  private:
@@ -269,19 +294,53 @@ class Lector final : public VisitantePropiedades {
   }
   void Lee(const Nodo& nodo, std::u16string_view nombre, HuecoRemotable& hueco) const {
     if (nodo.Valor(kNulo) == "true") return hueco.Vacia();
-    Lector lector(nodo, Siguiente(nivel_, nombre));
-    hueco.Crea().Propiedades(lector);
+    Llena(hueco.Crea(), nodo, Siguiente(nivel_, nombre));
   }
 
   const Nodo& nodo_;
   int nivel_;
+  std::vector<Leido>& leidos_;
 };
 
-}  // namespace
+// Puts the values where they belong, in the order in which they were read. Nothing here can fail.
+class Colocador final : public VisitantePropiedades {
+ public:
+  explicit Colocador(std::vector<Leido>& leidos) : siguiente_(leidos.begin()) {}
+  void Texto(std::u16string_view /*nombre*/, UnicodeString& valor) override { Pon(valor); }
+  void Booleano(std::u16string_view /*nombre*/, bool& valor) override { Pon(valor); }
+  void Entero(std::u16string_view /*nombre*/, std::int32_t& valor) override { Pon(valor); }
+  void EnteroEntre(std::u16string_view /*nombre*/, std::int32_t& valor, std::int32_t /*minimo*/,
+                   std::int32_t /*maximo*/) override {
+    Pon(valor);
+  }
+  void FechaHora(std::u16string_view /*nombre*/, TDateTime& valor) override { Pon(valor); }
+  void Valor(std::u16string_view /*nombre*/, Variant& valor) override { Pon(valor); }
+  void Textos(std::u16string_view /*nombre*/, std::vector<UnicodeString>& valores) override { Pon(valores); }
+  void Objeto(std::u16string_view /*nombre*/, HuecoRemotable& hueco) override {
+    hueco.Intercambia(*std::get<std::unique_ptr<HuecoRemotable>>(*siguiente_++));
+  }
+  void Objetos(std::u16string_view /*nombre*/, ArregloRemotable& arreglo) override {
+    arreglo.Intercambia(*std::get<std::unique_ptr<ArregloRemotable>>(*siguiente_++));
+  }
 
-void VisitantePropiedades::RechazaOrdinal(std::u16string_view nombre) {
-  Falla(u"Está fuera de rango la propiedad", nombre);
+ private:
+  template <typename T>
+  void Pon(T& valor) {
+    std::swap(valor, std::get<T>(*siguiente_++));
+  }
+
+  std::vector<Leido>::iterator siguiente_;
+};
+
+void Llena(TRemotable& objeto, const Nodo& nodo, int nivel) {
+  std::vector<Leido> leidos;
+  Lector lector(nodo, nivel, leidos);
+  objeto.Propiedades(lector);
+  Colocador colocador(leidos);
+  objeto.Propiedades(colocador);
 }
+
+}  // namespace
 
 std::string EscribeRemotableXML(const TRemotable& objeto, std::u16string_view nombre) {
   Nodo raiz{UTF8Encode(nombre), {}, {}};
@@ -305,8 +364,7 @@ void LeeRemotableXML(TRemotable& objeto, std::string_view xml) {
     const auto linea = static_cast<std::int64_t>(xml::Linea(xml, e.Lugar()));
     throw EInvalidOperation(u"El objeto no se puede leer, línea " + IntToStr(linea) + u": " + e.Message());
   }
-  Lector lector(raiz, 0);
-  objeto.Propiedades(lector);
+  Llena(objeto, raiz, 0);
 }
 
 }  // namespace vel

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -31,6 +32,9 @@ class UTILVEL90_EXPORT HuecoRemotable {
   /// Fills the place with a new object and returns it.
   virtual TRemotable& Crea() = 0;
   virtual void Vacia() noexcept = 0;
+  /// An empty place of the same kind, to be filled apart, and the exchange of what both hold.
+  virtual std::unique_ptr<HuecoRemotable> Aparte() const = 0;
+  virtual void Intercambia(HuecoRemotable& aparte) noexcept = 0;
 };
 
 /// A dynamic array of such places.
@@ -44,6 +48,9 @@ class UTILVEL90_EXPORT ArregloRemotable {
   /// Makes the array this long, every place empty.
   virtual void Dimensiona(std::size_t cuenta) = 0;
   virtual void En(std::size_t indice, const std::function<void(HuecoRemotable&)>& uso) = 0;
+  /// As a place's.
+  virtual std::unique_ptr<ArregloRemotable> Aparte() const = 0;
+  virtual void Intercambia(ArregloRemotable& aparte) noexcept = 0;
 };
 
 /// Goes through the published properties of an object, in their order: the generic writer and reader, and
@@ -57,6 +64,9 @@ class UTILVEL90_EXPORT VisitantePropiedades {
   virtual void Texto(std::u16string_view nombre, UnicodeString& valor) = 0;
   virtual void Booleano(std::u16string_view nombre, bool& valor) = 0;
   virtual void Entero(std::u16string_view nombre, std::int32_t& valor) = 0;
+  /// An integer that must lie between two others, both included.
+  virtual void EnteroEntre(std::u16string_view nombre, std::int32_t& valor, std::int32_t minimo,
+                           std::int32_t maximo) = 0;
   virtual void FechaHora(std::u16string_view nombre, TDateTime& valor) = 0;
   virtual void Valor(std::u16string_view nombre, Variant& valor) = 0;
   virtual void Textos(std::u16string_view nombre, std::vector<UnicodeString>& valores) = 0;
@@ -67,9 +77,9 @@ class UTILVEL90_EXPORT VisitantePropiedades {
   template <typename E>
   requires std::is_enum_v<E>
   void Enumeracion(std::u16string_view nombre, E& valor) {
+    using Limites = std::numeric_limits<std::underlying_type_t<E>>;
     auto ordinal = static_cast<std::int32_t>(valor);
-    Entero(nombre, ordinal);
-    if (!std::in_range<std::underlying_type_t<E>>(ordinal)) RechazaOrdinal(nombre);
+    EnteroEntre(nombre, ordinal, Limites::min(), Limites::max());
     valor = static_cast<E>(ordinal);
   }
 
@@ -88,10 +98,8 @@ class UTILVEL90_EXPORT VisitantePropiedades {
   }
 
  private:
-  [[noreturn]] static void RechazaOrdinal(std::u16string_view nombre);
-
   template <typename T, typename Crea_>
-  class HuecoDe final : public HuecoRemotable {
+  class HuecoDe : public HuecoRemotable {
    public:
     HuecoDe(std::unique_ptr<T>& objeto, Crea_ crea) : objeto_(objeto), crea_(std::move(crea)) {}
     TRemotable* Objeto() const noexcept override { return objeto_.get(); }
@@ -100,6 +108,12 @@ class UTILVEL90_EXPORT VisitantePropiedades {
       return *objeto_;
     }
     void Vacia() noexcept override { objeto_.reset(); }
+    std::unique_ptr<HuecoRemotable> Aparte() const override {
+      return std::make_unique<ConLugar<HuecoDe, std::unique_ptr<T>, Crea_>>(crea_);
+    }
+    void Intercambia(HuecoRemotable& aparte) noexcept override {
+      objeto_.swap(static_cast<HuecoDe&>(aparte).objeto_);
+    }
 
    private:
     std::unique_ptr<T>& objeto_;
@@ -107,7 +121,7 @@ class UTILVEL90_EXPORT VisitantePropiedades {
   };
 
   template <typename T>
-  class ArregloDe final : public ArregloRemotable {
+  class ArregloDe : public ArregloRemotable {
    public:
     explicit ArregloDe(std::vector<std::unique_ptr<T>>& objetos) : objetos_(objetos) {}
     std::size_t Cuenta() const noexcept override { return objetos_.size(); }
@@ -120,9 +134,26 @@ class UTILVEL90_EXPORT VisitantePropiedades {
       HuecoDe<T, decltype(crea)> hueco(objetos_[indice], crea);
       uso(hueco);
     }
+    std::unique_ptr<ArregloRemotable> Aparte() const override {
+      return std::make_unique<ConLugar<ArregloDe, std::vector<std::unique_ptr<T>>>>();
+    }
+    void Intercambia(ArregloRemotable& aparte) noexcept override {
+      objetos_.swap(static_cast<ArregloDe&>(aparte).objetos_);
+    }
 
    private:
     std::vector<std::unique_ptr<T>>& objetos_;
+  };
+
+  template <typename Lugar>
+  struct Guardado {
+    Lugar lugar{};
+  };
+  /// A place or array together with what it fills; that comes first, so that it is there before and after.
+  template <typename De, typename Lugar, typename... Resto>
+  class ConLugar final : private Guardado<Lugar>, public De {
+   public:
+    explicit ConLugar(Resto... resto) : De(Guardado<Lugar>::lugar, std::move(resto)...) {}
   };
 };
 
@@ -141,8 +172,8 @@ UTILVEL90_EXPORT std::string EscribeRemotableXML(const TRemotable& objeto, std::
 
 /// Sets the object's properties from what EscribeRemotableXML wrote. Objects that it owned are replaced, and
 /// pointers to them end. What is no XML or declares a document type raises EInvalidOperation with its line,
-/// and the object is as it was. XML that lacks a property or holds a value that does not fit raises
-/// EInvalidOperation naming the property; the object may then be partly read.
+/// and XML that lacks a property or holds a value that does not fit raises it naming the property. Whatever
+/// is raised, the object is then as it was.
 UTILVEL90_EXPORT void LeeRemotableXML(TRemotable& objeto, std::string_view xml);
 
 }  // namespace vel

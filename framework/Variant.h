@@ -51,14 +51,7 @@ class UTILVEL90_EXPORT Variant {
   /// A 32-bit integer when every value of the type is one, else a 64-bit one; an unsigned number beyond that
   /// raises EVariantTypeCastError.
   template <TipoEntero T>
-  Variant(T valor) {
-    if constexpr (std::in_range<std::int32_t>(std::numeric_limits<T>::max())) {
-      valor_ = static_cast<std::int32_t>(valor);
-    } else {
-      if (!std::in_range<std::int64_t>(valor)) LanzaFueraDeRango();
-      valor_ = static_cast<std::int64_t>(valor);
-    }
-  }
+  Variant(T valor) : valor_(Entero(valor)) {}
   template <std::floating_point T>
   Variant(T valor) : valor_(static_cast<double>(valor)) {}
   Variant(TDateTime valor) : valor_(valor) {}
@@ -113,6 +106,15 @@ class UTILVEL90_EXPORT Variant {
 
  private:
   [[noreturn]] static void LanzaFueraDeRango();
+  template <TipoEntero T>
+  static auto Entero(T valor) {
+    if constexpr (std::in_range<std::int32_t>(std::numeric_limits<T>::max())) {
+      return static_cast<std::int32_t>(valor);
+    } else {
+      if (!std::in_range<std::int64_t>(valor)) LanzaFueraDeRango();
+      return static_cast<std::int64_t>(valor);
+    }
+  }
 
   struct Nulo {
     friend bool operator==(Nulo, Nulo) = default;

@@ -90,7 +90,11 @@ TEST(TRemotable, SaysWhatIsWrong) {
         cambia("<Texto v=\"\"/>", "<Texto v=\"&nada;\"/>"), cambia("<Texto v=\"\"/>", "<Texto v=\"\"/>x"),
         cambia("tipo=\"vacio\"", "tipo=\"raro\""), cambia("<Texto v=\"\"", "<Texto hex=\"12\"")}) {
     Nodo leido;
+    leido.Texto = u"viejo";
+    leido.Hijo = std::make_unique<Nodo>();
+    const std::string antes = EscribeRemotableXML(leido, u"Nodo");
     EXPECT_THROW(LeeRemotableXML(leido, malo), EInvalidOperation) << malo;
+    EXPECT_EQ(EscribeRemotableXML(leido, u"Nodo"), antes) << malo;
   }
   Nodo cadena;
   Nodo* ultimo = &cadena;

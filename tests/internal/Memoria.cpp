@@ -155,6 +155,11 @@ TEST(SinMemoria, LeavesDefinitionsWhole) {
   Prueba<E>("DameWhereBETWEEN", [](E& e) { return e.f.DameWhereBETWEEN(1, u"(", 1, &e.numero); });
   Prueba<E>("AsignaParametros", [](E& e) { e.f.AsignaParametros(e.parametros, 0); });
   Prueba<E>("SaveToIni", [](E& e) { e.f.SaveToIni(e.archivo, 0); });
+  const UnicodeString guardada = UTF8ToString(Entrada("consulta.ini"));
+  Prueba<E>("LoadFromIni", [&](E& e) { e.f.LoadFromIni(guardada, 0); });
+  Prueba<E>("LoadFromIni de una sección", [&](E& e) { e.f.LoadFromIni(guardada, u"FILTRO"); });
+  Prueba<E>("LeeRemotableXML",
+            [xml = EscribeRemotableXML(Consulta().otra, u"f")](E& e) { LeeRemotableXML(e.f, xml); });
 }
 
 struct Datos {
