@@ -184,9 +184,10 @@ FallaArchivo Coloca(std::u16string_view ruta, std::string_view bytes, const stru
       fsync(archivo.Fd()) == 0 && Publica(temporal, destino, sobrescribe)) {
     return {};
   }
-  FallaArchivo falla = FallaDeRuta(errno, destino);
+  // First of all the file goes: telling the fault takes memory, which may be short.
+  const int error = errno;
   unlink(temporal.c_str());
-  return falla;
+  return FallaDeRuta(error, destino);
 }
 
 // Reads a whole file, and what the system knows of it.

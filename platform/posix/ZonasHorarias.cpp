@@ -83,21 +83,23 @@ Zona DameZonaActiva() {
 
 Zona DameZonaWindows(std::u16string_view nombre) {
   struct Casilla {
-    std::once_flag leida;
+    std::mutex candado;
     Zona zona;
   };
   static SinDestruir<std::array<Casilla, posix::kZonasWindows>> casillas;
   const posix::ZonaWindows* const buscada = posix::BuscaZonaWindows(nombre);
   if (buscada == nullptr) return nullptr;
   Casilla& casilla = (*casillas)[posix::IndiceZonaWindows(*buscada)];
-  std::call_once(casilla.leida, [&] {
-    const Zona leida = LeeZona(ArchivoDeZona(buscada->tz));
-    if (leida == nullptr) return;
-    auto zona = std::make_shared<ZonaHoraria>(*leida);
-    zona->nombreEstandar = buscada->nombre;
-    zona->nombreVerano = NombreVerano(zona->nombreEstandar);
-    casilla.zona = std::move(zona);
-  });
+  const std::lock_guard<std::mutex> guardia(casilla.candado);
+  // A zone that could not be read, perhaps for want of file descriptors, is tried again at the next call.
+  if (casilla.zona == nullptr) {
+    if (const Zona leida = LeeZona(ArchivoDeZona(buscada->tz))) {
+      auto zona = std::make_shared<ZonaHoraria>(*leida);
+      zona->nombreEstandar = buscada->nombre;
+      zona->nombreVerano = NombreVerano(zona->nombreEstandar);
+      casilla.zona = std::move(zona);
+    }
+  }
   return casilla.zona;
 }
 
