@@ -50,13 +50,6 @@ class Seccion {
   std::map<UnicodeString, UnicodeString, LessText> valores_;
 };
 
-// A condition's own texts differ from those that the exact converters read: they are padded, and MACRO has
-// another name.
-ENUM_OPERADOR Operador(std::u16string_view texto) {
-  texto = TrimView(texto);
-  return texto == u"MACRO" ? ENUM_OPERADOR::MACRO : TParametrosFiltro::DameOperador(texto);
-}
-
 ENUM_CONECTOR Conector(std::u16string_view texto) {
   texto = TrimView(texto);
   return texto.empty() ? ENUM_CONECTOR::AND : TParametrosFiltro::DameOperadorUnion(texto);
@@ -69,7 +62,7 @@ TParamWhereSimpleArray LeeCondiciones(const Seccion& s, std::u16string_view cuen
     const UnicodeString tipo = s.Valor(kTipoCampo, i);
     c->NombreCampo = s.Valor(kNomCampo, i);
     c->TipoCampo = static_cast<TFieldType>(static_cast<std::uint8_t>(tipo.empty() ? 0 : StrToInt(tipo)));
-    c->Operador = Operador(s.Valor(kOpCampo, i));
+    c->Operador = OperadorDeTexto(s.Valor(kOpCampo, i));
     c->ValorCampo = ValorDeTexto(c->TipoCampo, c->Operador, s.Valor(kValCampo, i));
     c->ConectorSigCampo = Conector(s.Valor(kConectCampo, i));
     c->CharGrupo = TParametrosFiltro::DameCharGrupo(TrimView(s.Valor(kCharGrupCampo, i)));
@@ -121,15 +114,14 @@ Personalizadas::Personalizadas(const Seccion& s)
   std::vector<Variant> leidos;
   for (std::int32_t i = 0; i < s.Cuenta(kNumFiltrosP); ++i) {
     const auto tipo = static_cast<TFieldType>(static_cast<std::uint8_t>(s.Numero(kTipoPers, i)));
-    const Variant valor = TParametrosFiltro::DameValorLstCampos(tipo, s.Valor(kValorPers, i));
+    const Variant valor = ValorDeTexto(tipo, s.Valor(kValorPers, i));
     leidos.push_back(EnClase(valor, s.Numero(kClasePers, i)));
   }
   if (!leidos.empty()) valores = VarArrayOf(std::move(leidos));
   if (sentencia.size() > 1 && sentencia.front() == u'"' && sentencia.back() == u'"') {
     sentencia = sentencia.substr(1, sentencia.size() - 2);
   }
-  const Variant guardados =
-      TParametrosFiltro::DameValorLstCampos(TFieldType::ftString, s.Valor(kCondicionesPers));
+  const Variant guardados = ValorDeTexto(TFieldType::ftString, s.Valor(kCondicionesPers));
   if (guardados.IsArray()) {
     for (const Variant& v : guardados.AsArray().items) textos.push_back(v.AsString());
   } else if (!guardados.IsEmpty()) {

@@ -42,10 +42,7 @@ UnicodeString LiteralDeFecha(TFieldType tipo, TDateTime momento) {
 
 }  // namespace
 
-Clase ClaseDeValor(TFieldType tipo) noexcept {
-  Clase clase = Clase::Anidado;
-  return conjunto::ClaseDe(tipo, clase) ? clase : Clase::Anidado;
-}
+Clase ClaseDeValor(TFieldType tipo) noexcept { return conjunto::TipoDe(tipo).clase.value_or(Clase::Anidado); }
 
 UnicodeString TextoCrudo(const Variant& valor) {
   if (!valor.IsArray()) return valor.AsString();

@@ -3,9 +3,9 @@
 #include <string_view>
 #include <vector>
 
-#include "framework/Columnas.h"
 #include "framework/TFieldType.h"
 #include "framework/Texto.h"
+#include "framework/TiposDeCampo.h"
 #include "framework/Variant.h"
 
 namespace vel {

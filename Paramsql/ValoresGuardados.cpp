@@ -12,6 +12,7 @@
 
 #include "Paramsql/Persistencia.h"
 #include "Paramsql/TParametrosFiltro.h"
+#include "Paramsql/TablaOperadores.h"
 #include "Paramsql/Valores.h"
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
@@ -199,77 +200,60 @@ UnicodeString Guarda(const Variant& valor, const Forma& forma) {
   return Lee(literal, cualquiera) == valor ? literal : guardado;
 }
 
-}  // namespace
-
-Variant TParametrosFiltro::DameValorLstCampos(TFieldType tipo, std::u16string_view texto) {
-  return Lee(texto, Forma{.tipo = tipo});
+// An array of raw SQL between braces.
+UnicodeString GuardaCrudos(const Variant& arreglo) {
+  return u"\"{" + Lista(arreglo.AsArray().items, Forma{.tipo = TFieldType::ftDataSet}) + u"}\"";
 }
 
-UnicodeString TParametrosFiltro::DameValorIni(TFieldType tipo, const Variant& valor) {
-  return Guarda(valor, Forma{.tipo = tipo});
-}
-
-UnicodeString TParametrosFiltro::SaveToExistsInn(const Variant& valor) const {
-  if (!valor.IsArray()) return u"\"{}\"";
-  return u"\"{" + Lista(valor.AsArray().items, Forma{.tipo = TFieldType::ftDataSet}) + u"}\"";
-}
-
-namespace persistencia {
-namespace {
-
-// Sub-queries and patterns are texts whatever the field's type; the bounds of an interval stand as they are
-// too, and so do marks, which are the caller's.
+// Texts are texts whatever the field's type; bounds and marks stand as they are given.
 Forma FormaDe(TFieldType tipo, ENUM_OPERADOR operador) {
   Forma forma{.tipo = tipo};
-  switch (operador) {
-    case ENUM_OPERADOR::LIKE:
-    case ENUM_OPERADOR::EXISTS:
-    case ENUM_OPERADOR::ISNULL:
-    case ENUM_OPERADOR::NOTNULL:
+  switch (FilaDe(operador).uso) {
+    case UsoDeValor::Texto:
+    case UsoDeValor::Ninguno:
       return {.tipo = TFieldType::ftString, .deTexto = forma.deTexto};
-    case ENUM_OPERADOR::BETWEEN:
-    case ENUM_OPERADOR::MACRO:
+    case UsoDeValor::Limites:
+    case UsoDeValor::Marca:
       forma.comoMomento = false;
       forma.estricta = false;
-      return forma;
-    default:
+      break;
+    case UsoDeValor::DelTipo:
       forma.estricta = ClaseDeValor(tipo) != Clase::Anidado;
-      return forma;
+      break;
   }
+  return forma;
 }
 
-bool SinValor(ENUM_OPERADOR operador) noexcept {
-  return operador == ENUM_OPERADOR::ISNULL || operador == ENUM_OPERADOR::NOTNULL;
-}
+bool SinValor(ENUM_OPERADOR operador) noexcept { return FilaDe(operador).uso == UsoDeValor::Ninguno; }
 
-// Arrays of raw SQL stand between braces for these operators.
-bool ConLlaves(ENUM_OPERADOR operador) noexcept {
-  return operador == ENUM_OPERADOR::INN || operador == ENUM_OPERADOR::BETWEEN ||
-         operador == ENUM_OPERADOR::EXISTS;
-}
-
-UnicodeString TextoCrudoGuardado(const TParamWhereSimple& condicion) {
+UnicodeString GuardaCrudo(const TParamWhereSimple& condicion) {
   const Variant& valor = condicion.ValorCampo;
-  if (valor.IsArray() && ConLlaves(condicion.Operador)) {
-    return TParametrosFiltro(u"").SaveToExistsInn(valor);
-  }
-  if (valor.IsArray() || valor.IsNull()) return TParametrosFiltro::DameValorIni(condicion.TipoCampo, valor);
+  if (valor.IsArray() && FilaDe(condicion.Operador).llaves) return GuardaCrudos(valor);
+  if (valor.IsArray() || valor.IsNull()) return Guarda(valor, Forma{.tipo = condicion.TipoCampo});
   return u"\"'" + valor.AsString() + u"'\"";
 }
 
 }  // namespace
 
+namespace persistencia {
+
+UnicodeString TextoDeValor(TFieldType tipo, const Variant& valor) {
+  return Guarda(valor, Forma{.tipo = tipo});
+}
+
+Variant ValorDeTexto(TFieldType tipo, std::u16string_view texto) { return Lee(texto, Forma{.tipo = tipo}); }
+
 UnicodeString TextoDeValor(const TParamWhereSimple& condicion) {
   const Variant& valor = condicion.ValorCampo;
   if (valor.IsEmpty() && SinValor(condicion.Operador)) return u"\"''\"";
-  if (condicion.TipoCampo == TFieldType::ftDataSet) return TextoCrudoGuardado(condicion);
+  if (condicion.TipoCampo == TFieldType::ftDataSet) return GuardaCrudo(condicion);
   return Guarda(valor, FormaDe(condicion.TipoCampo, condicion.Operador));
 }
 
 Variant ValorDeTexto(TFieldType tipo, ENUM_OPERADOR operador, std::u16string_view texto) {
   if (tipo == TFieldType::ftDataSet) {
     std::vector<Variant> elementos;
-    const bool esLista = !ConLlaves(operador) && EntreComillas(texto, u'"') &&
+    const bool esLista = !FilaDe(operador).llaves && EntreComillas(texto, u'"') &&
                          LeeListaSuelta(texto.substr(1, texto.size() - 2), {.tipo = tipo}, elementos);
     if (esLista && elementos.size() > 1) return VarArrayOf(std::move(elementos));
     return Lee(texto, {.tipo = tipo});
@@ -280,5 +264,17 @@ Variant ValorDeTexto(TFieldType tipo, ENUM_OPERADOR operador, std::u16string_vie
 }
 
 }  // namespace persistencia
+
+Variant TParametrosFiltro::DameValorLstCampos(TFieldType tipo, std::u16string_view texto) {
+  return persistencia::ValorDeTexto(tipo, texto);
+}
+
+UnicodeString TParametrosFiltro::DameValorIni(TFieldType tipo, const Variant& valor) {
+  return persistencia::TextoDeValor(tipo, valor);
+}
+
+UnicodeString TParametrosFiltro::SaveToExistsInn(const Variant& valor) const {
+  return valor.IsArray() ? GuardaCrudos(valor) : u"\"{}\"";
+}
 
 }  // namespace vel

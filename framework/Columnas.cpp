@@ -11,32 +11,6 @@
 namespace vel::conjunto {
 namespace {
 
-struct Intervalo {
-  TFieldType tipo;
-  std::int64_t minimo;
-  std::int64_t maximo;
-};
-
-constexpr std::int64_t kMinimo64 = std::numeric_limits<std::int64_t>::min();
-constexpr std::int64_t kMaximo64 = std::numeric_limits<std::int64_t>::max();
-
-constexpr Intervalo kEnteros[] = {
-    {TFieldType::ftShortint, -128, 127},
-    {TFieldType::ftByte, 0, 255},
-    {TFieldType::ftSmallint, -32768, 32767},
-    {TFieldType::ftWord, 0, 65535},
-    {TFieldType::ftInteger, -2147483648LL, 2147483647LL},
-    {TFieldType::ftAutoInc, -2147483648LL, 2147483647LL},
-    {TFieldType::ftLongWord, 0, 4294967295LL},
-    {TFieldType::ftLargeint, kMinimo64, kMaximo64},
-};
-
-const Intervalo* IntervaloDe(TFieldType tipo) noexcept {
-  const auto* const it = std::find_if(std::begin(kEnteros), std::end(kEnteros),
-                                      [tipo](const Intervalo& i) { return i.tipo == tipo; });
-  return it == std::end(kEnteros) ? nullptr : it;
-}
-
 // Room for more values, doubled when it has to grow.
 template <typename Valores>
 void HazLugar(Valores& valores, std::size_t mas) {
@@ -48,58 +22,14 @@ UnicodeString EnCampo(const TFieldDef& def) { return u" (campo '" + def.Name + u
 
 }  // namespace
 
-bool ClaseDe(TFieldType tipo, Clase& clase) noexcept {
-  switch (tipo) {
-    case TFieldType::ftShortint:
-    case TFieldType::ftByte:
-    case TFieldType::ftSmallint:
-    case TFieldType::ftWord:
-    case TFieldType::ftInteger:
-    case TFieldType::ftAutoInc:
-    case TFieldType::ftLongWord:
-    case TFieldType::ftLargeint:
-      clase = Clase::Entero;
-      return true;
-    case TFieldType::ftBoolean:
-      clase = Clase::Booleano;
-      return true;
-    case TFieldType::ftFloat:
-    case TFieldType::ftCurrency:
-    case TFieldType::ftBCD:
-    case TFieldType::ftFMTBcd:
-    case TFieldType::ftExtended:
-    case TFieldType::ftSingle:
-      clase = Clase::Real;
-      return true;
-    case TFieldType::ftDate:
-    case TFieldType::ftTime:
-    case TFieldType::ftDateTime:
-    case TFieldType::ftTimeStamp:
-      clase = Clase::Fecha;
-      return true;
-    case TFieldType::ftString:
-    case TFieldType::ftFixedChar:
-    case TFieldType::ftWideString:
-    case TFieldType::ftFixedWideChar:
-    case TFieldType::ftGuid:
-    case TFieldType::ftMemo:
-    case TFieldType::ftFmtMemo:
-    case TFieldType::ftWideMemo:
-      clase = Clase::Texto;
-      return true;
-    case TFieldType::ftDataSet:
-      clase = Clase::Anidado;
-      return true;
-    default:
-      return false;
-  }
-}
-
 Columna::Columna(const TFieldDef& definicion) : def(definicion) {
-  if (!ClaseDe(def.DataType, clase)) {
+  const TipoDeCampo& tipo = TipoDe(def.DataType);
+  if (!tipo.clase) {
     throw EDatabaseError(u"El tipo del campo '" + def.Name +
                          u"' no se puede guardar en un conjunto de datos");
   }
+  clase = *tipo.clase;
+  rango = tipo.rango;
 }
 
 void Columna::FallaTipo() const {
@@ -248,13 +178,11 @@ UnicodeString Columna::LeeTexto(std::size_t registro) const {
   return Lee(registro).AsString();
 }
 
-bool Columna::CabeEntero(std::int64_t valor) const noexcept {
-  const Intervalo* const intervalo = IntervaloDe(def.DataType);
-  return intervalo == nullptr || (valor >= intervalo->minimo && valor <= intervalo->maximo);
-}
+bool Columna::CabeEntero(std::int64_t valor) const noexcept { return CabeReal(static_cast<double>(valor)); }
 
 bool Columna::CabeReal(double valor) const noexcept {
-  return def.DataType != TFieldType::ftSingle || !(std::abs(valor) > std::numeric_limits<float>::max());
+  // What is no number is left to those who write it.
+  return !(valor < rango.minimo || valor > rango.maximo);
 }
 
 double Columna::MomentoPropio(double valor) const {

@@ -9,16 +9,11 @@
 
 #include "framework/TClientDataSet.h"
 #include "framework/Texto.h"
+#include "framework/TiposDeCampo.h"
 #include "framework/Variant.h"
 
 // How a client data set keeps its records: one column for each field, each with the values of one kind.
 namespace vel::conjunto {
-
-/// What a column holds. Dates and times are days in the double.
-enum class Clase : std::uint8_t { Entero, Booleano, Real, Fecha, Texto, Anidado };
-
-/// Kind of column of a field type; false for a type that data sets do not keep.
-bool ClaseDe(TFieldType tipo, Clase& clase) noexcept;
 
 /// The values of one field, by record. Only the vector of the column's kind is used; a null record holds
 /// zero or "" there, so that readers need not look at the flag.
@@ -27,6 +22,7 @@ struct Columna {
 
   TFieldDef def;
   Clase clase = Clase::Texto;
+  Rango rango;
   std::vector<std::uint8_t> conValor;
   std::vector<std::int64_t> enteros;
   std::vector<double> reales;
@@ -118,16 +114,6 @@ struct Estado {
 /// Reads a packet into a new state; SaveToXML's inverse.
 std::unique_ptr<Estado> LeePaquete(std::string_view bytes, std::u16string_view nombre);
 
-/// Names that the reader and the writer of packets share.
-struct TipoPaquete {
-  std::string_view tipo;
-  std::string_view subtipo;
-  TFieldType campo;
-};
-/// The packet's name of each field type; the first row of a type is the one written.
-extern const TipoPaquete kTiposPaquete[];
-extern const std::size_t kCuantosTiposPaquete;
-inline constexpr std::string_view kTipoAnidado = "nested";
 /// Attribute of a row that tells what a change log says of it.
 inline constexpr std::string_view kEstadoFila = "RowState";
 /// More levels than any catalog of the suite; a bound for hostile packets.

@@ -17,6 +17,7 @@ using conjunto::Clase;
 using conjunto::Columna;
 using conjunto::Estado;
 using conjunto::Resto;
+using conjunto::TipoDeCampo;
 
 namespace {
 
@@ -107,14 +108,12 @@ void AgregaValor(std::string& salida, const Columna& columna, std::size_t regist
 }
 
 void AgregaTipo(std::string& salida, const TFieldDef& def) {
-  const auto* const tipo =
-      std::find_if(conjunto::kTiposPaquete, conjunto::kTiposPaquete + conjunto::kCuantosTiposPaquete,
-                   [&def](const conjunto::TipoPaquete& t) { return t.campo == def.DataType; });
-  xml::AgregaAtributo(salida, "fieldtype", tipo->tipo);
-  if (!tipo->subtipo.empty()) xml::AgregaAtributo(salida, "SUBTYPE", tipo->subtipo);
+  const TipoDeCampo& tipo = conjunto::TipoDe(def.DataType);
+  xml::AgregaAtributo(salida, "fieldtype", tipo.paquete);
+  if (!tipo.subtipo.empty()) xml::AgregaAtributo(salida, "SUBTYPE", tipo.subtipo);
   if (def.Size <= 0) return;
   // The width of Unicode text counts bytes.
-  const long long ancho = tipo->tipo == "string.uni" ? 2LL * def.Size : def.Size;
+  const long long ancho = tipo.paquete == conjunto::kTipoUnicode ? 2LL * def.Size : def.Size;
   xml::AgregaAtributo(salida, "WIDTH", std::to_string(ancho));
 }
 

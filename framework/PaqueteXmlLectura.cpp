@@ -6,6 +6,7 @@
 #include <limits>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -17,37 +18,6 @@
 #include "framework/Xml.h"
 
 namespace vel::conjunto {
-
-const TipoPaquete kTiposPaquete[] = {
-    {"i1", "", TFieldType::ftShortint},
-    {"i2", "", TFieldType::ftSmallint},
-    {"i4", "", TFieldType::ftInteger},
-    {"i4", "Autoinc", TFieldType::ftAutoInc},
-    {"i8", "", TFieldType::ftLargeint},
-    {"ui1", "", TFieldType::ftByte},
-    {"ui2", "", TFieldType::ftWord},
-    {"ui4", "", TFieldType::ftLongWord},
-    {"r8", "", TFieldType::ftFloat},
-    {"r8", "Money", TFieldType::ftCurrency},
-    {"r8", "Single", TFieldType::ftSingle},
-    {"r8", "Extended", TFieldType::ftExtended},
-    {"fixed", "", TFieldType::ftBCD},
-    {"fixed", "FMTBcd", TFieldType::ftFMTBcd},
-    {"boolean", "", TFieldType::ftBoolean},
-    {"string", "", TFieldType::ftString},
-    {"string", "FixedChar", TFieldType::ftFixedChar},
-    {"string", "Guid", TFieldType::ftGuid},
-    {"string.uni", "", TFieldType::ftWideString},
-    {"string.uni", "FixedChar", TFieldType::ftFixedWideChar},
-    {"date", "", TFieldType::ftDate},
-    {"time", "", TFieldType::ftTime},
-    {"dateTime", "", TFieldType::ftDateTime},
-    {"SQLdateTime", "", TFieldType::ftTimeStamp},
-    {"bin.hex", "Text", TFieldType::ftMemo},
-    {"bin.hex", "WideText", TFieldType::ftWideMemo},
-    {"bin.hex", "Formatted", TFieldType::ftFmtMemo},
-};
-const std::size_t kCuantosTiposPaquete = std::size(kTiposPaquete);
 
 namespace {
 
@@ -348,25 +318,16 @@ class LectorPaquete {
   void LeeTipo(TFieldDef& def, std::vector<std::string_view>& usados) const {
     const std::string_view tipo = Atributo("fieldtype");
     const std::string_view subtipo = Atributo("SUBTYPE");
-    const TipoPaquete* elegido = nullptr;
-    for (std::size_t i = 0; i < kCuantosTiposPaquete; ++i) {
-      const TipoPaquete& t = kTiposPaquete[i];
-      // A subtype that this reader does not know refines a type that it does.
-      if (t.tipo == tipo && (t.subtipo == subtipo || t.subtipo.empty())) elegido = &t;
-      if (t.tipo == tipo && t.subtipo == subtipo) break;
-    }
-    if (elegido == nullptr) {
+    const std::optional<TFieldType> elegido = TipoDePaquete(tipo, subtipo);
+    if (!elegido) {
       Falla(u"el campo '" + def.Name + u"' es de un tipo desconocido (" + UTF8ToString(tipo) + u" " +
             UTF8ToString(subtipo) + u")");
     }
-    def.DataType = elegido->campo;
-    if (elegido->subtipo == subtipo) usados.push_back("SUBTYPE");
-    Clase clase = Clase::Texto;
-    ClaseDe(def.DataType, clase);
-    const bool memo = def.DataType == TFieldType::ftMemo || def.DataType == TFieldType::ftWideMemo ||
-                      def.DataType == TFieldType::ftFmtMemo;
+    def.DataType = *elegido;
+    const TipoDeCampo& fila = TipoDe(def.DataType);
+    if (fila.subtipo == subtipo) usados.push_back("SUBTYPE");
     // Numbers and memos carry a width too, which limits nothing.
-    if (clase != Clase::Texto || memo) return;
+    if (fila.clase != Clase::Texto || tipo == kTipoMemo) return;
     usados.push_back("WIDTH");
     def.Size = LeeAncho(def);
   }
@@ -379,7 +340,7 @@ class LectorPaquete {
     if (r.ec != std::errc() || r.ptr != ancho.data() + ancho.size() || valor < 0)
       Falla(u"el ancho del campo '" + def.Name + u"' no es válido");
     // The width of Unicode text counts bytes.
-    const bool enBytes = Atributo("fieldtype") == "string.uni";
+    const bool enBytes = Atributo("fieldtype") == kTipoUnicode;
     constexpr long long kMaximo = std::numeric_limits<int>::max();
     return static_cast<int>(std::min(enBytes ? valor / 2 + valor % 2 : valor, kMaximo));
   }
