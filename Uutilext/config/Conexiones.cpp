@@ -2,8 +2,8 @@
 
 #include "Uutilext/config/ArchivoIni.h"
 #include "Uutilext/config/Configuracion.h"
-#include "Uutilext/config/Proceso.h"
 #include "Uutilext/config/Rutas.h"
+#include "Uutilext/process/Proceso.h"
 #include "platform/Archivos.h"
 #include "platform/Modulos.h"
 #include "version/Version.h"

@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "Uutilext/config/ArchivoIni.h"
-#include "Uutilext/config/Proceso.h"
 #include "Uutilext/config/Rutas.h"
 #include "Uutilext/diagnostics/Traza.h"
+#include "Uutilext/process/Proceso.h"
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
 #include "platform/Archivos.h"

@@ -3,10 +3,10 @@
 #include <iterator>
 
 #include "Uutilext/config/Configuracion.h"
+#include "Uutilext/process/Proceso.h"
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
 #include "platform/Archivos.h"
-#include "platform/Modulos.h"
 #include "platform/Registro.h"
 #include "version/Version.h"
 
@@ -72,11 +72,7 @@ UnicodeString Ruta(const Carpeta& carpeta, int numEmp) {
 
 }  // namespace
 
-UnicodeString DameRutaDll() {
-  UnicodeString carpeta = RutaBiblioteca();
-  carpeta.erase(carpeta.find_last_of(u"/\\"));
-  return carpeta.append(u"\\");
-}
+UnicodeString DameRutaDll() { return CarpetaBiblioteca(); }
 
 UnicodeString DameDirectorioArchComun() {
   const ValorRegistro valor = LeeRegistro(u"Software\\Tavex", kValorComun);
