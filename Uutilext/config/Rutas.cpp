@@ -2,7 +2,7 @@
 
 #include <iterator>
 
-#include "Uutilext/config/Configuracion.h"
+#include "Uutilext/config/Ajustes.h"
 #include "Uutilext/process/Proceso.h"
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
@@ -107,12 +107,12 @@ UnicodeString DameRutaArchEmpresas() { return DameRutaVELNG() + u"Empresas.xml";
 UnicodeString DameRutaPlantillasCorreo() { return DameRutaVELNG() + u"Plantillas\\Correo\\"; }
 
 UnicodeString DameDirDatosLocal(int numEmp) {
-  const UnicodeString carpeta = DameValor(u"Empresa" + IntToStr(numEmp), u"RutaDatosLocal");
+  const UnicodeString carpeta = Lee(ajustes::kRutaDatosLocal, numEmp);
   return carpeta.empty() ? DameRutaVELNG() + u"Ejemplos" : carpeta;
 }
 
 void EscribeDirDatosLocal(int numEmp, std::u16string_view carpeta) {
-  EscribeValor(u"Empresa" + IntToStr(numEmp), u"RutaDatosLocal", carpeta);
+  Escribe(ajustes::kRutaDatosLocal, carpeta, numEmp);
 }
 
 UnicodeString DameNumEmpFormat(int numEmp) {
