@@ -31,12 +31,22 @@ struct LineaSola {
   bool ConCuota(std::size_t i) const { return datos.ImpuestoConCuota == static_cast<int>(i) + 1; }
 };
 
+/// What a line's amount is made of, each rounded when it was read.
+struct Factores {
+  double cantidad = 0;
+  double precio = 0;
+  double cambio = 1;
+
+  double Importe(int decimales) const { return g_redoTo(cantidad * precio / cambio, decimales); }
+};
+
 template <typename Linea>
-double Importe(const Linea& linea, bool ignoraTipoCambio, int decimales) {
-  const double cantidad = g_redoTo(linea.Cantidad(), decimales);
-  const double precio = g_redoTo(linea.Precio(), decimales);
-  const double cambio = ignoraTipoCambio ? 1.0 : g_redoTo(linea.Cambio(), decimales);
-  return g_redoTo(cantidad * precio / cambio, decimales);
+Factores LeeFactores(const Linea& linea, bool ignoraTipoCambio, int decimales) {
+  Factores f;
+  f.cantidad = g_redoTo(linea.Cantidad(), decimales);
+  f.precio = g_redoTo(linea.Precio(), decimales);
+  if (!ignoraTipoCambio) f.cambio = g_redoTo(linea.Cambio(), decimales);
+  return f;
 }
 
 /// The discounts, each on the whole amount; returns their sum.

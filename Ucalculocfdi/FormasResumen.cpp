@@ -118,9 +118,11 @@ UnicodeString DameClaveImpuesto(ENUM_IMPUESTO_FISCAL impuesto) {
       return u"002";
     case ENUM_IMPUESTO_FISCAL::IEPS:
       return u"003";
-    default:
-      return {};
+    case ENUM_IMPUESTO_FISCAL::NINGUNO:
+    case ENUM_IMPUESTO_FISCAL::LOCAL:
+      break;
   }
+  return {};
 }
 
 UnicodeString DameTipoFactor(ENUM_FACTOR_FISCAL factor) {

@@ -72,13 +72,19 @@ bool TCalculoCFDI::CamposPartida::ConCuota(std::size_t impuesto) const {
 double TCalculoCFDI::RedondeaPartida(double valor) const { return g_redoTo(valor, DecimalesPartida); }
 
 void TCalculoCFDI::CalculaImpDescPar() {
-  ConListas([this] { ImpuestosDePartida(CamposPartida(Partidas, Modulo)); });
+  ConListas([this] { ImpuestosDePartida(CamposPartida(Partidas, Modulo), nullptr); });
 }
 
-void TCalculoCFDI::ImpuestosDePartida(const CamposPartida& campos) {
+// `leidos` are the line's factors when the caller has read them: those of its sale. A purchase is taxed on
+// its cost, which is read when a tax asks for it.
+void TCalculoCFDI::ImpuestosDePartida(const CamposPartida& campos, const cascada::Factores* leidos) {
   ImpuestoPartida.fill(0);
   const auto base = [&] {
-    const double importe = cascada::Importe(campos, IgnoraTipoCambio, DecimalesPartida);
+    cascada::Factores f =
+        leidos != nullptr ? *leidos : cascada::LeeFactores(campos, IgnoraTipoCambio, DecimalesPartida);
+    if (leidos != nullptr && Modulo != ENUM_MODULO::MODULO_VENTAS)
+      f.precio = RedondeaPartida(campos.Precio());
+    const double importe = f.Importe(DecimalesPartida);
     return importe - CalculaDescuentosPar(importe);
   };
   cascada::Recorre(campos, DecimalesPartida, base,

@@ -35,7 +35,7 @@ TDatosPartida LeePartida(const TClientDataSet& partidas, ENUM_MODULO modulo, boo
 TImpuestosPartida CalcularImpuestosPartida(const TDatosPartida& partida, int decimales) {
   const cascada::LineaSola linea{partida};
   TImpuestosPartida r;
-  r.Importe = cascada::Importe(linea, false, decimales);
+  r.Importe = cascada::LeeFactores(linea, false, decimales).Importe(decimales);
   r.Base = r.Importe - cascada::Descuenta(partida.PorcDescuento, r.Importe, decimales, r.Descuento);
   cascada::Recorre(
       linea, decimales, [&r] { return r.Base; },

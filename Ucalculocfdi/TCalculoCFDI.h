@@ -13,6 +13,9 @@
 namespace vel {
 
 struct TDatosPartida;
+namespace cascada {
+struct Factores;
+}
 
 /// Calculation process. Any value is legal; only PROC_POR_DOCUMENTO changes the calculation: the lines of
 /// several documents, told apart by "CVE_DOC", are totalled together.
@@ -143,7 +146,7 @@ class UTILVEL90_EXPORT TCalculoCFDI {
   double RedondeaPartida(double valor) const;
   double RedondeaTotal(double valor) const;
   void RecorrePartidas();
-  void ImpuestosDePartida(const CamposPartida& campos);
+  void ImpuestosDePartida(const CamposPartida& campos, const cascada::Factores* leidos);
   double ImporteConImpuestos(double cantidad, double precio, double cambio) const;
   void CierraTotales();
   // A calculation works on the lists as numbers: reads them at its start and writes them at its end.

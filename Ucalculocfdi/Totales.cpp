@@ -63,12 +63,12 @@ void TCalculoCFDI::RecorrePartidas() {
     } else {
       PorcDescuento = {campos.descuentoCompra.Real(), 0, 0};
     }
-    const double cantidad = RedondeaPartida(campos.cantidad.Real());
-    const double precio = RedondeaPartida(campos.precio.Real());
-    const double cambio = IgnoraTipoCambio ? 1.0 : RedondeaPartida(campos.cambio.Real());
+    const cascada::Factores f{RedondeaPartida(campos.cantidad.Real()), RedondeaPartida(campos.precio.Real()),
+                              IgnoraTipoCambio ? 1.0 : RedondeaPartida(campos.cambio.Real())};
     if (campos.SeCuenta()) {
-      if (campos.SeMuestra()) ImpuestosDePartida(campos);
-      importe = SubtotalSimple ? cantidad * precio / cambio : ImporteConImpuestos(cantidad, precio, cambio);
+      if (campos.SeMuestra()) ImpuestosDePartida(campos, &f);
+      importe = SubtotalSimple ? f.cantidad * f.precio / f.cambio
+                               : ImporteConImpuestos(f.cantidad, f.precio, f.cambio);
     }
     Partidas.Next();
     Subtotal += importe;

@@ -93,10 +93,7 @@ bool TFormula::EsFuncionInterna(std::u16string_view nombre) noexcept {
   return formula::BuscaInterna(nombre) != nullptr;
 }
 
-void TFormula::ConfigList(TStringList& lista) {
-  lista.SetSorted(true);
-  lista.SetDuplicates(TDuplicates::dupError);
-}
+void TFormula::ConfigList(TStringList& lista) { formula::OrdenaSinRepetir(lista); }
 
 std::int32_t TFormula::Redondea(double valor) {
   const double entero = formula::RedondeaMedio(valor);

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "Uformula/FuncionesInternas.h"
-#include "Uformula/TFormula.h"
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
 
@@ -29,6 +28,11 @@ bool NombraPaso(std::u16string_view nombre) noexcept {
 
 }  // namespace
 
+void OrdenaSinRepetir(TStringList& lista) {
+  lista.SetSorted(true);
+  lista.SetDuplicates(TDuplicates::dupError);
+}
+
 void Variables::Pon(const TStringList& lista) {
   if (PonValores(lista)) return;
   Variables nuevas;
@@ -50,7 +54,7 @@ void Variables::Lee(const TStringList& lista) {
     if (lista[i].find(u'=') != UnicodeString::npos) pares.Add(lista[i]);
   }
   TStringList ordenada;
-  TFormula::ConfigList(ordenada);
+  OrdenaSinRepetir(ordenada);
   ordenada.AddStrings(pares);
   const std::size_t n = ordenada.Count();
   casillas_.resize(std::bit_ceil(2 * n + 1));

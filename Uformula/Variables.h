@@ -22,6 +22,9 @@ struct Variable {
   bool Vacia() const noexcept { return linea.size() == largoNombre + 1; }
 };
 
+/// Makes a list sorted, refusing duplicates with EStringListError.
+void OrdenaSinRepetir(TStringList& lista);
+
 /// The caller's variables. A formula is executed many times with the same names and other values: while the
 /// names stay, setting them only reads the new values, and what refers to a variable by its place stays good.
 class Variables {

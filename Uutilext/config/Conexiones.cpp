@@ -1,35 +1,24 @@
 #include "Uutilext/config/Conexiones.h"
 
+#include "Uutilext/config/Ajustes.h"
 #include "Uutilext/config/ArchivoIni.h"
-#include "Uutilext/config/Configuracion.h"
-#include "Uutilext/config/Proceso.h"
 #include "Uutilext/config/Rutas.h"
+#include "Uutilext/process/Proceso.h"
 #include "platform/Archivos.h"
 #include "platform/Modulos.h"
 #include "version/Version.h"
 
 namespace vel {
-namespace {
-
-constexpr std::u16string_view kSistema = u"Sistema";
-
-UnicodeString ValorUOmision(std::u16string_view clave, std::u16string_view omision) {
-  const UnicodeString valor = DameValor(kSistema, clave);
-  return valor.empty() ? UnicodeString(omision) : valor;
-}
-
-}  // namespace
 
 UnicodeString DameRutaAccesoRemoto() {
-  // Set by the build.
-  return ValorUOmision(u"RutaServidorRemoto", UTF8ToString(UTILVEL90_SERVIDOR_REMOTO) + DameVerVEL() + u"/");
+  UnicodeString ruta = Lee(ajustes::kRutaServidorRemoto);
+  // The address is set by the build.
+  return ruta.empty() ? UTF8ToString(UTILVEL90_SERVIDOR_REMOTO) + DameVerVEL() + u"/" : ruta;
 }
 
-void EscribeRutaAccesoRemoto(std::u16string_view ruta) {
-  EscribeValor(kSistema, u"RutaServidorRemoto", ruta);
-}
+void EscribeRutaAccesoRemoto(std::u16string_view ruta) { Escribe(ajustes::kRutaServidorRemoto, ruta); }
 
-UnicodeString DameNombreServicio() { return ValorUOmision(u"NombreServicio", u"SrvVEL90.dll/soap"); }
+UnicodeString DameNombreServicio() { return Lee(ajustes::kNombreServicio); }
 
 UnicodeString DameDirDatosRemoto() {
   UnicodeString direccion = DameRutaAccesoRemoto();
@@ -37,18 +26,14 @@ UnicodeString DameDirDatosRemoto() {
   return direccion + DameNombreServicio();
 }
 
-void EscribeNombreAccesoRemoto(std::u16string_view nombre) {
-  EscribeValor(kSistema, u"NombreConexionRemoto", nombre);
-}
+void EscribeNombreAccesoRemoto(std::u16string_view nombre) { Escribe(ajustes::kNombreConexion, nombre); }
 
-UnicodeString DameUsuarioReciente() { return ValorUOmision(u"UsrRecent", u"Administrador"); }
+UnicodeString DameUsuarioReciente() { return Lee(ajustes::kUsuarioReciente); }
+void EscribeUsuarioReciente(std::u16string_view usuario) { Escribe(ajustes::kUsuarioReciente, usuario); }
 
-void EscribeUsuarioReciente(std::u16string_view usuario) { EscribeValor(kSistema, u"UsrRecent", usuario); }
-
-UnicodeString DameIdSesionWeb(std::u16string_view clave) { return DameValor(kSistema, clave); }
-
+UnicodeString DameIdSesionWeb(std::u16string_view clave) { return Lee(ajustes::IdSesion(clave)); }
 void EscribeIdSesion(std::u16string_view clave, std::u16string_view valor) {
-  EscribeValor(kSistema, clave, valor);
+  Escribe(ajustes::IdSesion(clave), valor);
 }
 
 UnicodeString DameArchConexUsu() {

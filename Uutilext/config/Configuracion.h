@@ -54,7 +54,8 @@ UTILVEL90_EXPORT void DameValoresSeccion(std::u16string_view archivo, std::u16st
 UTILVEL90_EXPORT void DameDatosDeSeccion(std::u16string_view archivo, std::u16string_view seccion,
                                          TStringList& lista);
 
-/// True for "T" and "TRUE" in any case.
+/// True for "T" and "TRUE" in any case: the third spelling of a boolean, in texts that programs keep
+/// themselves. No setting below is read with it.
 UTILVEL90_EXPORT bool DameValorBooleano(std::u16string_view texto);
 /// "T" or "F".
 UTILVEL90_EXPORT UnicodeString DameCadena(bool valor);
@@ -65,23 +66,31 @@ UTILVEL90_EXPORT UnicodeString DameTipoDriverStr(TiposDeDriver tipo);
 /// "DriverName" of section "Estandar" in "Alias.ini" of the engine folder.
 UTILVEL90_EXPORT UnicodeString DameDriverDefault();
 
-/// Settings of the user's file. `numEmp` is the company's number; booleans keep the encoding that each was
-/// created with, which the suite's other programs read.
+/// Settings of the user's file. `numEmp` is the company's number. Each switch keeps the spelling that it was
+/// created with, which the suite's other programs read:
+///
+///     "-1" or "0"        RegsXDemanda
+///     "true" or "false"  the others
+///
+/// A switch of "true" is on for that word in any case and off for anything else, "1" among it.
 
 /// "PARADOX" when empty.
 UTILVEL90_EXPORT UnicodeString DameDriver(int numEmp);
 UTILVEL90_EXPORT void EscribeDriver(int numEmp, std::u16string_view driver);
 UTILVEL90_EXPORT void EscribeDirDatos(int numEmp, std::u16string_view carpeta);
-/// True when access is remote.
+/// True when access is remote ("REMOTO" in any case); anything else is local.
 UTILVEL90_EXPORT bool DameTipoAcceso();
-/// Another value raises Exception ("Tipo de Acceso Inválido"), and nothing is written.
+/// Writes "LOCAL" or "REMOTO". Another value raises Exception ("Tipo de Acceso Inválido"), and nothing is
+/// written.
 UTILVEL90_EXPORT void EscribeTipoAcceso(ENUM_TIP_ACCESO tipo);
-/// Records per packet; 50 when missing, no integer, or 0.
+/// Records per packet; 50 when missing, no integer, or 0. "-7" gives -7, "abc" gives 50.
 UTILVEL90_EXPORT int DameTamPaquete();
 UTILVEL90_EXPORT void EscribeTamPaquete(int registros);
-/// Raises EConvertError when missing or malformed.
+/// Written "-1" or "0". Raises EConvertError when missing or malformed.
 UTILVEL90_EXPORT bool DameRegsXDemanda();
 UTILVEL90_EXPORT void EscribeRegsXDemanda(bool valor);
+
+// Written "true" or "false".
 UTILVEL90_EXPORT bool DameMultimoneda(int numEmp);
 UTILVEL90_EXPORT void EscribeMultimoneda(int numEmp, bool valor);
 UTILVEL90_EXPORT bool DameValEnLinea();
@@ -92,6 +101,7 @@ UTILVEL90_EXPORT bool DameCxCContraDocto(int numEmp);
 UTILVEL90_EXPORT void EscribeCxCContraDocto(int numEmp, bool valor);
 UTILVEL90_EXPORT bool DameMultiAlmacen(int numEmp);
 UTILVEL90_EXPORT void EscribeMultiAlmacen(int numEmp, bool valor);
+
 /// Raises EConvertError when missing or malformed.
 UTILVEL90_EXPORT int DameAlmacenPredeter(int numEmp);
 UTILVEL90_EXPORT void EscribeAlmacenPredeter(int numEmp, int almacen);

@@ -1,5 +1,6 @@
 #include "Uutilext/config/NombreSistema.h"
 
+#include "Uutilext/config/Ajustes.h"
 #include "Uutilext/config/Configuracion.h"
 #include "Uutilext/config/Rutas.h"
 #include "platform/Archivos.h"
@@ -9,8 +10,7 @@
 namespace vel {
 
 UnicodeString DameRutaVersionVel() {
-  const UnicodeString version = DameValor(u"Sistema", u"VersionVel");
-  return DameDirectorioArchComun() + u"Sistemas Tavex\\VEL" + (version.empty() ? u"9.00" : version) + u"\\";
+  return DameDirectorioArchComun() + u"Sistemas Tavex\\VEL" + Lee(ajustes::kVersionVel) + u"\\";
 }
 
 UnicodeString GetNombreSistema() {

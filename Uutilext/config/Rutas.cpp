@@ -2,11 +2,11 @@
 
 #include <iterator>
 
-#include "Uutilext/config/Configuracion.h"
+#include "Uutilext/config/Ajustes.h"
+#include "Uutilext/process/Proceso.h"
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
 #include "platform/Archivos.h"
-#include "platform/Modulos.h"
 #include "platform/Registro.h"
 #include "version/Version.h"
 
@@ -72,11 +72,7 @@ UnicodeString Ruta(const Carpeta& carpeta, int numEmp) {
 
 }  // namespace
 
-UnicodeString DameRutaDll() {
-  UnicodeString carpeta = RutaBiblioteca();
-  carpeta.erase(carpeta.find_last_of(u"/\\"));
-  return carpeta.append(u"\\");
-}
+UnicodeString DameRutaDll() { return CarpetaBiblioteca(); }
 
 UnicodeString DameDirectorioArchComun() {
   const ValorRegistro valor = LeeRegistro(u"Software\\Tavex", kValorComun);
@@ -111,12 +107,12 @@ UnicodeString DameRutaArchEmpresas() { return DameRutaVELNG() + u"Empresas.xml";
 UnicodeString DameRutaPlantillasCorreo() { return DameRutaVELNG() + u"Plantillas\\Correo\\"; }
 
 UnicodeString DameDirDatosLocal(int numEmp) {
-  const UnicodeString carpeta = DameValor(u"Empresa" + IntToStr(numEmp), u"RutaDatosLocal");
+  const UnicodeString carpeta = Lee(ajustes::kRutaDatosLocal, numEmp);
   return carpeta.empty() ? DameRutaVELNG() + u"Ejemplos" : carpeta;
 }
 
 void EscribeDirDatosLocal(int numEmp, std::u16string_view carpeta) {
-  EscribeValor(u"Empresa" + IntToStr(numEmp), u"RutaDatosLocal", carpeta);
+  Escribe(ajustes::kRutaDatosLocal, carpeta, numEmp);
 }
 
 UnicodeString DameNumEmpFormat(int numEmp) {

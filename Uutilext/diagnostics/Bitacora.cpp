@@ -3,7 +3,7 @@
 #include <string>
 #include <utility>
 
-#include "Uutilext/config/Rutas.h"
+#include "Uutilext/process/Proceso.h"
 #include "Uutilext/time/Reloj.h"
 #include "framework/Excepciones.h"
 #include "framework/TDateTime.h"
@@ -12,7 +12,7 @@
 namespace vel {
 namespace {
 
-UnicodeString RutaBitacora() { return DameRutaDll().append(u"0010552.log"); }
+UnicodeString RutaBitacora() { return CarpetaBiblioteca().append(u"0010552.log"); }
 
 std::string Linea(TDateTime momento, std::string_view mensaje) {
   const CivilDate f = DecodeDate(momento);

@@ -1,7 +1,7 @@
 #include "Uutilext/diagnostics/Errores.h"
 
-#include "Uutilext/config/Proceso.h"
 #include "Uutilext/diagnostics/Traza.h"
+#include "Uutilext/process/Proceso.h"
 #include "framework/Excepciones.h"
 #include "platform/Archivos.h"
 

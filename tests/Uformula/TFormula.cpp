@@ -107,10 +107,10 @@ TEST(Formula, EndsWhateverItHolds) {
 
 TEST(Formula, OffersItsStepsOneByOne) {
   TFormula formula;
-  EXPECT_TRUE(TFormula::EsOperador(u"<=") && TFormula::EsOperador(u"-5"));
-  EXPECT_FALSE(TFormula::EsOperador(u"") || TFormula::EsOperador(u"(") || TFormula::EsOperador(u"5-"));
+  for (const char16_t* si : {u"<=", u"-5"}) EXPECT_TRUE(TFormula::EsOperador(si)) << UTF8Encode(si);
+  for (const char16_t* no : {u"", u"(", u"5-"}) EXPECT_FALSE(TFormula::EsOperador(no)) << UTF8Encode(no);
   EXPECT_TRUE(TFormula::EsFuncionInterna(u"Qadrado"));
-  EXPECT_FALSE(TFormula::EsFuncionInterna(u"CUADRADO") || TFormula::EsFuncionInterna(u""));
+  for (const char16_t* no : {u"CUADRADO", u""}) EXPECT_FALSE(TFormula::EsFuncionInterna(no));
   EXPECT_EQ(TFormula::Redondea(2.5), 3);
   EXPECT_EQ(TFormula::Redondea(-2147483648.4), -2147483647);
   EXPECT_THROW(TFormula::Redondea(2147483647.5), EInvalidOperation);

@@ -17,7 +17,7 @@ TEST(Caracteres, CapitalsFollowSpanishAndKeepTheLength) {
 TEST(Caracteres, TestsDigitsAndLettersOfAnyScript) {
   for (const char16_t c : std::u16string_view(u"09٣")) EXPECT_TRUE(EsDigito(c) && EsAlfanumerico(c));
   for (const char16_t c : std::u16string_view(u"aÑéЖ")) EXPECT_TRUE(EsAlfanumerico(c) && !EsDigito(c));
-  for (const char16_t c : std::u16string_view(u" &@-½\u00A0")) EXPECT_FALSE(EsAlfanumerico(c) || EsDigito(c));
+  for (const char16_t c : std::u16string_view(u" &@-½\u00A0")) EXPECT_EQ(EsAlfanumerico(c) + EsDigito(c), 0);
 }
 
 TEST(PaginaCodigos, EveryByteSurvives) {

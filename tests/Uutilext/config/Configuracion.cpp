@@ -1,5 +1,6 @@
 #include "Uutilext/config/Configuracion.h"
 
+#include <array>
 #include <chrono>
 #include <csignal>
 #include <gtest/gtest.h>
@@ -30,10 +31,10 @@ TEST(Configuracion, GivesItsDefaultsOnABareMachine) {
   EXPECT_TRUE(std::filesystem::is_directory(c.Ruta() / "casa/.local/share/Tavex/VEL9.00"));
   EXPECT_FALSE(c.Existe(kIni));
   EXPECT_EQ(DameDriver(3), u"PARADOX");
-  EXPECT_FALSE(DameTipoAcceso());
   EXPECT_EQ(DameTamPaquete(), 50);
-  EXPECT_FALSE(DameMultimoneda(1) || DameValEnLinea() || DameModificaAlmacen() || DameCxCContraDocto(1) ||
-               DameMultiAlmacen(1));
+  EXPECT_EQ((std::array{DameTipoAcceso(), DameMultimoneda(1), DameValEnLinea(), DameModificaAlmacen(),
+                        DameCxCContraDocto(1), DameMultiAlmacen(1)}),
+            (std::array<bool, 6>{}));
   EXPECT_THROW(DameRegsXDemanda(), EConvertError);
   EXPECT_THROW(DameAlmacenPredeter(1), EConvertError);
   EXPECT_EQ(DameDriverDefault(), u"");
@@ -52,7 +53,7 @@ TEST(Configuracion, GivesItsDefaultsOnABareMachine) {
   EXPECT_EQ(GetNombreSistema(), u"PEÑA");
   ReemplazaArchivo(nombre, " \n");
   EXPECT_EQ(GetNombreSistema(), u"VEL");
-  EXPECT_FALSE(BorraArchivo(ini).Hubo() || BorraArchivo(nombre).Hubo());
+  for (const UnicodeString& archivo : {ini, nombre}) EXPECT_FALSE(BorraArchivo(archivo).Hubo());
   EXPECT_EQ(DameRutaVersionVel(), u"Sistemas Tavex\\VEL9.00\\");
   // Without a home variable: the data folder's own, or the home of the system's list of users.
   c.Pon("HOME", std::nullopt);
@@ -70,8 +71,8 @@ TEST(Configuracion, KeepsEachSettingsOwnEncoding) {
   const pruebas::CarpetaTemporal c;
   EscribeDriver(3, u"DEVARTSQLSERVER");
   EscribeDirDatos(3, u"C:\\Datos");
-  EscribeTipoAcceso(ENUM_TIP_ACCESO::REMOTO);
   EscribeTamPaquete(-7);
+  EscribeTipoAcceso(ENUM_TIP_ACCESO::REMOTO);
   EscribeRegsXDemanda(true);
   EscribeMultimoneda(3, true);
   EscribeValEnLinea(false);
@@ -83,11 +84,12 @@ TEST(Configuracion, KeepsEachSettingsOwnEncoding) {
       c.Lee(kIni),
       "[Empresa3]\r\nDriver=DEVARTSQLSERVER\r\nRutaDatos=C:\\Datos\r\nMultimoneda=true\r\nCxCContraDocto="
       "true\r\n"
-      "Multialmacen=false\r\nAlmacenPredeterminado=12\r\n\r\n[Sistema]\r\nAcceso=REMOTO\r\ntamPaquete=-7\r\n"
+      "Multialmacen=false\r\nAlmacenPredeterminado=12\r\n\r\n[SISTEMA]\r\ntamPaquete=-7\r\nAcceso=REMOTO\r\n"
       "RegsXDemanda=-1\r\nValEnLinea=false\r\nModificaAlmacen=true\r\n");
   EXPECT_EQ(DameDriver(3), u"DEVARTSQLSERVER");
-  EXPECT_TRUE(DameTipoAcceso() && DameRegsXDemanda() && DameMultimoneda(3) && DameModificaAlmacen() &&
-              DameCxCContraDocto(3));
+  EXPECT_EQ((std::array{DameTipoAcceso(), DameRegsXDemanda(), DameMultimoneda(3), DameModificaAlmacen(),
+                        DameCxCContraDocto(3), DameMultiAlmacen(3)}),
+            (std::array{true, true, true, true, true, false}));
   EXPECT_EQ(DameTamPaquete(), -7);
   EXPECT_EQ(DameAlmacenPredeter(3), 12);
   for (const auto& [valor, paquete] : {std::pair(u"abc", 50), {u"0", 50}, {u"99999999999", 50}, {u"8", 8}}) {
@@ -103,8 +105,8 @@ TEST(Configuracion, KeepsEachSettingsOwnEncoding) {
   EXPECT_EQ(DameTipoDriverEnum(u"otro"), TiposDeDriver::DEVARTINTERBASE);
   EXPECT_EQ(DameTipoDriverStr(TiposDeDriver::DEVARTSQLSERVERCOMPACT), u"DEVARTSQLSERVERCOMPACT");
   EXPECT_EQ(DameTipoDriverStr(static_cast<TiposDeDriver>(1)), u"");
-  EXPECT_TRUE(DameValorBooleano(u"t") && DameValorBooleano(u"True"));
-  EXPECT_FALSE(DameValorBooleano(u"1") || DameValorBooleano(u""));
+  for (const char16_t* texto : {u"t", u"True"}) EXPECT_TRUE(DameValorBooleano(texto)) << UTF8Encode(texto);
+  for (const char16_t* texto : {u"1", u""}) EXPECT_FALSE(DameValorBooleano(texto)) << UTF8Encode(texto);
   EXPECT_EQ(DameCadena(true) + DameCadena(false), u"TF");
 }
 

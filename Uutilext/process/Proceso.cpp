@@ -1,6 +1,5 @@
-#include "Uutilext/config/Proceso.h"
+#include "Uutilext/process/Proceso.h"
 
-#include "Uutilext/config/Rutas.h"
 #include "platform/Carpetas.h"
 #include "platform/Modulos.h"
 #include "version/Version.h"
@@ -14,8 +13,14 @@ bool EsProcesoServidor() {
   return false;
 }
 
+UnicodeString CarpetaBiblioteca() {
+  UnicodeString carpeta = RutaBiblioteca();
+  carpeta.erase(carpeta.find_last_of(u"/\\"));
+  return carpeta.append(u"\\");
+}
+
 UnicodeString CarpetaDelProceso() {
-  if (EsProcesoServidor()) return DameRutaDll();
+  if (EsProcesoServidor()) return CarpetaBiblioteca();
   return DameCarpetasConocidas().datosUsuario + u"\\Tavex\\" + DameVerVEL() + u"\\";
 }
 
