@@ -50,8 +50,6 @@ std::int64_t Millonesimas(double valor) {
   const double a = std::abs(escalado);
   // Six decimals or fewer, and so few digits that the nearest whole number is the decimal's.
   if (a < 1e13 && std::abs(escalado - entero) <= kMargen * a) return static_cast<std::int64_t>(entero);
-  // g_redoTo loses the exponent of a text that has one.
-  if (a >= 1e19) FallaTamano();
   return DeReal(g_redoTo(valor, 6), 6);
 }
 

@@ -60,8 +60,8 @@ inline TMontoFiscal Monto(Entero128 unidades, int decimales) { return {A64(unida
 std::int64_t Unidades(const TMontoFiscal& monto, int decimales);
 
 /// The millionths of a number, rounded to six decimals as the engine rounds it (g_redoTo) and then taken by
-/// its decimal text of 15 digits: 0.1 is 100000, not what its bits say. The number is finite; one too large
-/// raises EInvalidOperation.
+/// its decimal text of 15 digits: 0.1 is 100000, not what its bits say. The number is finite and below 1E13,
+/// where its text has no exponent.
 std::int64_t Millonesimas(double valor);
 
 /// The number in units of 10^-decimales (0 to 6), its decimal text rounded half away from zero.

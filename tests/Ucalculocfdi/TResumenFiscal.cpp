@@ -271,6 +271,14 @@ TEST(Resumen, MovesCentsWithinTheLimits) {
   EXPECT_EQ(resumen.DameJson(), antes) << "what raised changed nothing";
 }
 
+TEST(Resumen, KeepsALargeAmountWithinTheLimitsOfItsRoundedPrice) {
+  // The price in the currency ends 1.7E-13 below half a millionth: the limit's 10^-12 leaves it out.
+  Motor motor({Mas(Con(1.500002), {{u"CANT", Variant(1e7)}, {u"TIP_CAM", Variant(3.000001)}})});
+  const TResumenFiscal resumen(motor);
+  EXPECT_EQ(resumen.Partidas[0].Importe, resumen.LimitesImporte(resumen.Partidas[0]).Superior);
+  EXPECT_TRUE(resumen.Motivos.empty());
+}
+
 TEST(Resumen, KnowsTheLimitsByBothReadings) {
   const auto limites = [](TMontoFiscal base, std::int64_t tasa, int decimales) {
     const TLimitesFiscales l = TResumenFiscal().LimitesImpuesto(
