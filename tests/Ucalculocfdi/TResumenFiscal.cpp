@@ -186,6 +186,7 @@ TEST(Resumen, GivesReasonsWhereNoCentsHelp) {
     const char* codigos;
   } casos[] = {{{}, "CFDV40 "},
                {{Con(0)}, "CFDI40166 CFDI40174 "},
+               {{Mas(Con(5, {}), {{u"CANT", Variant(0.0)}})}, "CFDV40 "},
                {{Con(0.0049, Impuesto(4, -16))}, "CFDI40181 "},
                {{Mas(Con(10), {{u"DESC1", Variant(100.0)}})}, "CFDI40174 "}};
   for (const auto& c : casos) {
