@@ -30,6 +30,8 @@ constexpr std::int64_t kCiento = 100 * kMillon;
 constexpr std::int64_t kTasaMaxima = 1000 * kMillon;
 // Above this, six decimals do not fit in what can be printed.
 constexpr double kMaximo = 9e12;
+// Doubles from here on hold no cents.
+constexpr double kMaximoMotor = 1e15;
 
 [[noreturn]] void Falla(const UnicodeString& mensaje) { throw EInvalidOperation(mensaje); }
 
@@ -303,7 +305,8 @@ TResumenFiscal::TResumenFiscal(TCalculoCFDI& calculo, const TDatosFiscales& dato
   regresa();
   Totaliza();
   const bool calculado = calculo.Subtotal != 0 || calculo.TotalImpuestos != 0 || Total.Unidades == 0;
-  if (calculado && std::isfinite(calculo.TotalImpuestos)) {
+  const double delMotor = std::abs(calculo.TotalImpuestos);
+  if (calculado && delMotor < kMaximoMotor && delMotor * static_cast<double>(Diez(DecimalesMoneda)) < 9e18) {
     Diferencia = Total.Unidades - exacto::DeReal(calculo.TotalImpuestos, DecimalesMoneda);
   }
 }

@@ -229,7 +229,7 @@ class UTILVEL90_EXPORT TResumenFiscal {
   TMontoFiscal Total;
 
   /// Total less the engine's, in units of the currency's last decimal (cents). Without a value when the
-  /// engine has not computed its totals or they are not finite.
+  /// engine has not computed its totals, or they are not finite or too large to hold cents.
   std::optional<std::int64_t> Diferencia;
 
   /// Empty when a certifier finds nothing wrong with the arithmetic.
