@@ -148,7 +148,6 @@ TEST(Resumen, RefusesWhatCannotBePrinted) {
        {},
        "los descuentos suman 100.000001 %"},
       {Mas(Con(1), {{u"DESC2", Variant(-1.0)}}), {}, "los descuentos suman -1 %"},
-      {Con(1, Impuesto(4, 1000.01)), {}, "Partida 2: IMPU4 pasa de 1000 %"},
       {Con(1, Impuesto(4, -1000.01)), {}, "Partida 2: IMPU4 pasa de 1000 %"},
       {Con(1, Impuesto(5, 16)), {}, "Partida 2: no se ha dicho qué impuesto es el 5"},
       {Con(1, Mas(Impuesto(1, -200), Impuesto(4, 16, 1))), {}, "la base del impuesto 4 es negativa"},
@@ -292,7 +291,6 @@ TEST(Resumen, KnowsTheLimitsByBothReadings) {
   };
   EXPECT_EQ(limites({9579, 2}, 160'000, 2), "15.32 15.33, 15.32 15.33");
   EXPECT_EQ(limites({95'790'000, 6}, 160'000, 6), "15.326399 15.326401, 15.32 15.33");
-  EXPECT_EQ(limites({12, 2}, 160'000, 2), "0.01 0.02, 0.01 0.02");
   EXPECT_EQ(limites({0, 2}, 160'000, 2), "0.00 0.01, 0.00 0.01");
   // The half unit ends a hair above a cent, and less than 10^-12 takes it back.
   EXPECT_EQ(limites({9999200000, 6}, 1'600'001, 2), "15998.72 15998.73, 15998.72 15998.73");
