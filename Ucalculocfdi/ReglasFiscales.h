@@ -9,7 +9,8 @@ namespace vel {
 
 /// A check that certifiers make on the arithmetic of an invoice.
 struct TReglaFiscal {
-  /// Code of the authority's validation matrix, which certifiers report.
+  /// Code of the authority's validation matrix, which certifiers report: CFDV40 for all that the schema
+  /// forbids. IMPLOCAL is ours: the complement of local taxes has no code.
   std::u16string_view Codigo;
   /// What must hold: a Spanish clause without capital and point.
   std::u16string_view Regla;

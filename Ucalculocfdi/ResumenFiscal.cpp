@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <utility>
 
 #include "Ucalculocfdi/CamposPartida.h"
@@ -29,6 +30,8 @@ constexpr std::int64_t kCiento = 100 * kMillon;
 constexpr std::int64_t kTasaMaxima = 1000 * kMillon;
 // Above this, six decimals do not fit in what can be printed.
 constexpr double kMaximo = 9e12;
+// Doubles from here on hold no cents.
+constexpr double kMaximoMotor = 1e15;
 
 [[noreturn]] void Falla(const UnicodeString& mensaje) { throw EInvalidOperation(mensaje); }
 
@@ -139,40 +142,40 @@ struct TResumenFiscal::Lectura {
   }
 
   void LeeDescuento(TPartidaFiscal& partida) const {
-    std::int64_t porcentaje = 0;
+    Entero128 porcentaje = 0;
     if (calculo.Modulo == ENUM_MODULO::MODULO_VENTAS) {
       for (const Campo& descuento : campos.descuento) porcentaje += Numero(descuento);
     } else {
       porcentaje = Numero(campos.descuentoCompra);
     }
     if (porcentaje < 0 || porcentaje > kCiento) {
-      Falla(u"los descuentos suman " + TMontoFiscal{porcentaje, kDecimales}.Texto() +
+      Falla(u"los descuentos suman " + FloatToStr(static_cast<double>(porcentaje) / 1e6) +
             u" %, que no está entre 0 y 100");
     }
-    partida.Descuento =
-        Monto(DivideRedondea(Entero128{partida.Importe.Unidades} * porcentaje, kCiento), Linea());
+    partida.Descuento = Monto(DivideRedondea(partida.Importe.Unidades * porcentaje, kCiento), Linea());
   }
 
   void LeeImpuestos(TPartidaFiscal& partida, const TNotaPartida& nota) {
     cuantos = 0;
     const std::int64_t neto = partida.Importe.Unidades - partida.Descuento.Unidades;
     // What each tax adds to the bases of those that cascade over it, with the sign of its rate.
-    std::array<std::int64_t, kImpuestos> suma{};
+    std::array<Entero128, kImpuestos> suma{};
     for (std::size_t i = 0; i < kImpuestos; ++i) {
       const int codigo = campos.Codigo(i);
       const bool aplica = TCalculoCFDI::CamposPartida::Aplica(codigo);
       if (!aplica && !nota.Exento[i]) continue;
       const bool conBase = aplica && codigo >= 0 && codigo < TCalculoCFDI::kImpuestos;
-      std::int64_t base = neto;
-      for (std::size_t k = 0; conBase && k < static_cast<std::size_t>(codigo); ++k) base += suma[k];
-      if (base < 0) Falla(u"la base del impuesto " + IntToStr(static_cast<int>(i) + 1) + u" es negativa");
+      Entero128 gravable = neto;
+      for (std::size_t k = 0; conBase && k < static_cast<std::size_t>(codigo); ++k) gravable += suma[k];
+      if (gravable < 0) Falla(u"la base del impuesto " + IntToStr(static_cast<int>(i) + 1) + u" es negativa");
+      const std::int64_t base = exacto::A64(gravable);
       const std::int64_t tasa = aplica ? Numero(campos.tasa[i]) : 0;
       if (std::abs(tasa) > kTasaMaxima) Falla((*campos.tasa[i]).FieldName() + u" pasa de 1000 %");
       const bool conCuota = aplica && campos.ConCuota(i);
       if (nota.Exento[i]) {
         PonExento(i, base, tasa, conCuota);
       } else if (conCuota) {
-        suma[i] = PonConCuota(i, base, conBase ? tasa : 0, partida, nota);
+        suma[i] = PonConCuota(i, base, conBase ? std::optional(tasa) : std::nullopt, partida, nota);
       } else if (conBase) {
         suma[i] = PonTasa(i, base, tasa);
       }
@@ -194,28 +197,29 @@ struct TResumenFiscal::Lectura {
   std::int64_t PonTasa(std::size_t i, std::int64_t base, std::int64_t tasa) {
     const TImpuestoAsignado& a = resumen.Asignacion[i];
     const bool retenido = a.Retenido || tasa < 0;
-    // Of the zero rates only that of a transferred tax of the standard means something.
-    if (tasa == 0 && (retenido || !Asignado(i) || a.Impuesto == ENUM_IMPUESTO_FISCAL::LOCAL)) return 0;
-    ExigeAsignado(i);
     const auto fraccion = static_cast<std::int64_t>(DivideRedondea(std::abs(tasa), 100));
+    // Of the zero rates only that of a transferred tax of the standard means something.
+    if (fraccion == 0 && (retenido || !Asignado(i) || a.Impuesto == ENUM_IMPUESTO_FISCAL::LOCAL)) return 0;
+    ExigeAsignado(i);
     TMontoFiscal& importe = Agrega(i, retenido, ENUM_FACTOR_FISCAL::TASA, base, fraccion);
     importe = Monto(DivideRedondea(Entero128{base} * fraccion, kMillon), Linea());
     return tasa < 0 ? -importe.Unidades : importe.Unidades;
   }
 
-  std::int64_t PonConCuota(std::size_t i, std::int64_t base, std::int64_t tasa, const TPartidaFiscal& partida,
-                           const TNotaPartida& nota) {
+  /// A tax with a quota; without a rate when its base code is none, which adds no percentage.
+  Entero128 PonConCuota(std::size_t i, std::int64_t base, std::optional<std::int64_t> tasa,
+                        const TPartidaFiscal& partida, const TNotaPartida& nota) {
     const UnicodeString modo = (*campos.modoCuota).AsString();
     const std::int64_t cuota = NoNegativo(campos.cuota);
-    if (modo == u"C") return PonCuota(i, cuota, partida, nota);
+    if (modo != u"C" && modo != u"A" && modo != u"M") return 0;
+    if (modo == u"C" || !tasa) return PonCuota(i, cuota, partida, nota);
     if (modo == u"A") {
-      const std::int64_t porTasa = PonTasa(i, base, tasa);
+      const Entero128 porTasa = PonTasa(i, base, *tasa);
       return porTasa + PonCuota(i, cuota, partida, nota);
     }
-    if (modo != u"M") return 0;
-    const Entero128 fraccion = DivideRedondea(std::abs(tasa), 100);
+    const Entero128 fraccion = DivideRedondea(std::abs(*tasa), 100);
     const Entero128 impuesto = DivideRedondea(base * fraccion, Diez(Linea()));
-    return tasa < 0 || impuesto < cuota ? PonCuota(i, cuota, partida, nota) : PonTasa(i, base, tasa);
+    return *tasa < 0 || impuesto < cuota ? PonCuota(i, cuota, partida, nota) : PonTasa(i, base, *tasa);
   }
 
   std::int64_t PonCuota(std::size_t i, std::int64_t cuota, const TPartidaFiscal& partida,
@@ -301,7 +305,8 @@ TResumenFiscal::TResumenFiscal(TCalculoCFDI& calculo, const TDatosFiscales& dato
   regresa();
   Totaliza();
   const bool calculado = calculo.Subtotal != 0 || calculo.TotalImpuestos != 0 || Total.Unidades == 0;
-  if (calculado && std::isfinite(calculo.TotalImpuestos)) {
+  const double delMotor = std::abs(calculo.TotalImpuestos);
+  if (calculado && delMotor < kMaximoMotor && delMotor * static_cast<double>(Diez(DecimalesMoneda)) < 9e18) {
     Diferencia = Total.Unidades - exacto::DeReal(calculo.TotalImpuestos, DecimalesMoneda);
   }
 }

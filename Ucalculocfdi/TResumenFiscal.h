@@ -116,7 +116,7 @@ struct TRetencionFiscal {
   friend bool operator==(const TRetencionFiscal&, const TRetencionFiscal&) = default;
 };
 
-/// The local taxes of one name, direction and rate.
+/// The local taxes of one name, direction and rate or quota.
 struct TLocalFiscal {
   UnicodeString Nombre;
   bool Retenido = false;
@@ -163,8 +163,8 @@ class UTILVEL90_EXPORT TResumenFiscal {
   TResumenFiscal() = default;
 
   /// The summary of the engine's lines (in purchases with the price "COST", on which they are taxed).
-  /// `calculo` is left as it was: no member changes and the current line stays. Call its CalculaTotales
-  /// first if Diferencia is wanted. Linear in the lines.
+  /// `calculo` is left as it was: no member changes and the current line stays (one under edit is posted).
+  /// Call its CalculaTotales first if Diferencia is wanted. Linear in the lines.
   ///
   /// Lines and fields are those of TCalculoCFDI, rounded to six decimals as it rounds them. Lines that do not
   /// count are left out, and every line has its own discounts, which the engine's total is not always made
@@ -175,11 +175,11 @@ class UTILVEL90_EXPORT TResumenFiscal {
   /// not lie within the limits of these two, the nearest amount that does is printed.
   ///
   /// Raises EInvalidOperation, naming line and field, for what the standard cannot print: a number that is
-  /// not finite or too large (amounts reach 9 x 10^12), a negative quantity, price, discount, quota or
-  /// total, an exchange rate that is not above zero, discounts above 100 %, a rate beyond 1000 %, a quota
-  /// without units; for an assignment that contradicts itself or a line (a local tax without a name, ISR
-  /// transferred, exempt but withheld or with a rate, a rate for a tax without assignment); and for
-  /// decimals out of range. Errors of the data set come through.
+  /// not finite or too large (amounts and bases reach 9 x 10^12), a negative quantity, price, base, quota or
+  /// total, an exchange rate that is not above zero, discounts that come to less than 0 or more than 100 %, a
+  /// rate beyond 1000 %, a quota without units; for an assignment that contradicts itself or a line (a local
+  /// tax without a name, ISR transferred, exempt but withheld or with a rate, a rate for a tax without
+  /// assignment); and for decimals out of range. Errors of the data set come through.
   explicit TResumenFiscal(TCalculoCFDI& calculo, const TDatosFiscales& datos = {});
 
   /// Computes the document's figures and Motivos anew from Partidas, for a program that moved line figures.
@@ -229,7 +229,7 @@ class UTILVEL90_EXPORT TResumenFiscal {
   TMontoFiscal Total;
 
   /// Total less the engine's, in units of the currency's last decimal (cents). Without a value when the
-  /// engine has not computed its totals or they are not finite.
+  /// engine has not computed its totals, or they are not finite or too large to hold cents.
   std::optional<std::int64_t> Diferencia;
 
   /// Empty when a certifier finds nothing wrong with the arithmetic.

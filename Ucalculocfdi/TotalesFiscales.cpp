@@ -76,8 +76,10 @@ class Grupos {
     const bool esLocal = i.Impuesto == ENUM_IMPUESTO_FISCAL::LOCAL;
     // Withheld taxes are printed by tax alone.
     if (i.Retenido && !esLocal) return {i.Impuesto, 0, true, ENUM_FACTOR_FISCAL::TASA, 0};
-    const int local = esLocal ? local_[static_cast<std::size_t>(i.Numero - 1) % kImpuestos] : 0;
-    return {i.Impuesto, local, i.Retenido, i.Factor, i.Tasa.Unidades};
+    if (!esLocal) return {i.Impuesto, 0, false, i.Factor, i.Tasa.Unidades};
+    // The complement of local taxes knows no factors.
+    const int local = local_[static_cast<std::size_t>(i.Numero - 1) % kImpuestos];
+    return {i.Impuesto, local, i.Retenido, ENUM_FACTOR_FISCAL::TASA, i.Tasa.Unidades};
   }
 
   std::vector<Grupo> grupos_;

@@ -37,6 +37,8 @@ def line_taxes(line, net, n):
         high = cut((printed_units + margin - F(1, 10**12)) * per_unit, n, ceil)
         by_quota = min(max(cut(quota, n), low), high)
         mode = line.get("mode") if line.get("of") == number else None
+        if mode == "A" and not 0 <= code < 8:
+            mode = "C"  # such a code adds no percentage
         if mode == "M":
             mode = None if cut(base * cut(F(rate) / 100, 6), 6) >= quota else "C"
         if mode != "C" and (F(rate) > 0 or (F(rate) == 0 and not withheld)) or F(rate) < 0:
@@ -64,7 +66,7 @@ def summary(lines, n, d):
             if factor != "Exento":
                 entry |= {"TasaOCuota": text(rate, 6), "Importe": text(tax, n)}
             taxes.append(entry)
-            key = (name, withheld) if withheld and name not in LOCAL else (name, withheld, factor, rate)
+            key = (name, withheld) if withheld and name not in LOCAL else (name, withheld, factor if name not in LOCAL else "", rate)
             bases, amounts = groups.get(key, (0, 0))
             groups[key] = (bases + base, amounts + (tax or 0))
         printed.append({"Renglon": record, "Cantidad": text(qty, 6), "ValorUnitario": text(cut(price / exchange, 6), 6),
@@ -131,6 +133,9 @@ for mode, quota in (("M", "7"), ("M", "9"), ("M", "8"), ("C", "5"), ("A", "5")):
     case(f"quota {mode} {quota}", [{"qty": "4", "price": "25", "of": 1, "mode": mode, "quota": quota, "taxes": BOTH}])
 case("the quota of given units", [{"qty": "2", "price": "25", "of": 1, "mode": "C", "quota": "23.472", "units": "14.4", "taxes": BOTH}], 3)
 case("a quota beyond its limits", [{"qty": "30000", "price": "1", "of": 1, "mode": "C", "quota": "10", "taxes": BOTH}])
+case("quota A beside a base code that is none", [{"qty": "4", "price": "25", "of": 1, "mode": "A", "quota": "5", "taxes": {1: ("8", 8), 4: ("16", 1)}}])
+case("a local tax goes by its rate, of whatever factor",
+     [{"qty": "2", "price": "10", "taxes": {5: ("250", 0)}}, {"qty": "2", "price": "10", "of": 5, "mode": "C", "quota": "5", "taxes": {5: ("3", 0)}}])
 case("a large total", [{"qty": "123456", "price": "712345.67", "discounts": ["0.01"], "taxes": IVA}, {"qty": "0.000001", "price": "1000000.01", "taxes": IVA}])
 for s in range(45):
     chance(s)
