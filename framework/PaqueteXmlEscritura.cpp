@@ -21,6 +21,8 @@ using conjunto::TipoDeCampo;
 
 namespace {
 
+constexpr std::string_view kObligatorio = " required=\"true\"";
+
 [[noreturn]] void FallaValor(const TFieldDef& def, std::u16string_view que) {
   throw EDatabaseError(u"El valor del campo '" + def.Name + u"' no se puede guardar: " + UnicodeString(que));
 }
@@ -107,10 +109,13 @@ void AgregaValor(std::string& salida, const Columna& columna, std::size_t regist
   }
 }
 
+// Type of a field that is not nested. The width stands last, as in the files of earlier versions, so that a
+// save of what is unchanged changes no byte.
 void AgregaTipo(std::string& salida, const TFieldDef& def) {
   const TipoDeCampo& tipo = conjunto::TipoDe(def.DataType);
   xml::AgregaAtributo(salida, "fieldtype", tipo.paquete);
   if (!tipo.subtipo.empty()) xml::AgregaAtributo(salida, "SUBTYPE", tipo.subtipo);
+  if (def.Required) salida += kObligatorio;
   if (def.Size <= 0) return;
   // The width of Unicode text counts bytes.
   const long long ancho = tipo.paquete == conjunto::kTipoUnicode ? 2LL * def.Size : def.Size;
@@ -132,10 +137,10 @@ void AgregaCampos(std::string& salida, const std::vector<TFieldDef>& defs, const
     const bool anidado = def.DataType == TFieldType::ftDataSet;
     if (anidado) {
       xml::AgregaAtributo(salida, "fieldtype", conjunto::kTipoAnidado);
+      if (def.Required) salida += kObligatorio;
     } else {
       AgregaTipo(salida, def);
     }
-    if (def.Required) salida += " required=\"true\"";
     salida += propio.atributos;
     if (!anidado && propio.elementos.empty()) {
       salida += "/>\n";

@@ -225,7 +225,7 @@ class LectorPaquete {
     Resto resto;
     while (SiguienteHijo()) {
       if (xml_.Nombre() != "FIELDS") {
-        Copia(resto.elementos);
+        CopiaEnLinea(resto.elementos);
         continue;
       }
       if (estado != nullptr) FallaRepetido();
@@ -261,10 +261,17 @@ class LectorPaquete {
       }
     }
     if (salida.size() == contenido) {
-      salida.replace(contenido - 1, 1, "/>\n");
+      salida.replace(contenido - 1, 1, "/>");
     } else {
-      salida.append("</").append(nombre).append(">\n");
+      salida.append("</").append(nombre).append(">");
     }
+  }
+
+  // The same on a line of its own. Within an element a line break would be text.
+  void CopiaEnLinea(std::string& salida) {
+    const std::size_t antes = salida.size();
+    Copia(salida);
+    if (salida.size() != antes) salida += '\n';
   }
 
   std::vector<TFieldDef> LeeCampos(Entradas& entradas, Resto& resto, int nivel) {
@@ -304,7 +311,7 @@ class LectorPaquete {
     bool conCampos = false;
     while (SiguienteHijo()) {
       if (!anidado || xml_.Nombre() != "FIELDS") {
-        Copia(resto.elementos);
+        CopiaEnLinea(resto.elementos);
         continue;
       }
       if (conCampos) FallaRepetido();

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <csignal>
+#include <cstdio>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -107,17 +108,26 @@ TEST_F(Catalogo, IsNoMoreOpenInItsCopies) {
 TEST_F(Catalogo, GivesABrokenOneASecondChance) {
   AgregaEmpresaXML(1, u"r", u"d", u"Uno", u"t", u"v");
   const std::string bueno = c_.Lee(kCatalogo);
-  c_.Escribe(kCatalogo, "<a");
-  const pid_t escritor = fork();
-  if (escritor == 0) {
-    usleep(10'000);
-    ReemplazaArchivo(c_.Archivo(kCatalogo), bueno);
-    _exit(0);
+  bool leido = false;
+  // A busy machine may run the writer before the first reading or after the second: once is enough.
+  for (int i = 0; i < 50 && !leido; ++i) {
+    c_.Escribe("nuevo", bueno);
+    c_.Escribe(kCatalogo, "<a");
+    const pid_t escritor = fork();
+    if (escritor == 0) {
+      usleep(10'000);
+      _exit(std::rename((c_.Ruta() / "nuevo").c_str(), (c_.Ruta() / kCatalogo).c_str()));
+    }
+    const auto antes = std::chrono::steady_clock::now();
+    try {
+      leido = DameNombreEmpresa(1) == u"Uno" &&
+              std::chrono::steady_clock::now() - antes >= std::chrono::milliseconds(35);
+    } catch (const EDatabaseError&) {
+      leido = false;
+    }
+    waitpid(escritor, nullptr, 0);
   }
-  const auto antes = std::chrono::steady_clock::now();
-  EXPECT_EQ(DameNombreEmpresa(1), u"Uno");
-  EXPECT_GE(std::chrono::steady_clock::now() - antes, std::chrono::milliseconds(35));
-  waitpid(escritor, nullptr, 0);
+  EXPECT_TRUE(leido);
 }
 
 TEST_F(Catalogo, LosesNoCompanyToAReaderThatRestores) {
