@@ -9,7 +9,7 @@ namespace vel {
 namespace {
 
 using Clausula = Redactor::Clausula;
-using Pieza = void (Redactor::*)(const TParamWhereSimple&, std::u16string_view, Clausula);
+using Pieza = Redactor::Pieza;
 
 UnicodeString Escribe(const TParamWhereSimpleArray& lista, int indice, std::u16string_view abre,
                       int conParametros, int* contador, Clausula clausula, Pieza pieza) {

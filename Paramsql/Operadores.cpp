@@ -1,53 +1,31 @@
 // Operators, connectors and groups, and the texts that stand for them.
 
-#include <algorithm>
-#include <iterator>
+#include <cstddef>
+#include <span>
 
+#include "Paramsql/Persistencia.h"
 #include "Paramsql/Redactor.h"
 #include "Paramsql/TParamWhereSimple.h"
 #include "Paramsql/TParametrosFiltro.h"
+#include "Paramsql/TablaOperadores.h"
 
 namespace vel {
 namespace {
 
-struct TextosOperador {
-  /// What statements are written with.
-  std::u16string_view filtro;
-  /// What a condition says of itself; stored definitions hold it.
-  std::u16string_view condicion;
-  /// What is read as this operator; empty for none.
-  std::u16string_view leido;
-};
+// The first operator whose row is the one sought; any other text is DIFERENTE's.
+template <typename EsLaFila>
+ENUM_OPERADOR Busca(EsLaFila esLaFila) {
+  const std::span<const FilaOperador> tabla = TablaOperadores();
+  for (std::size_t i = 0; i < tabla.size(); ++i)
+    if (esLaFila(tabla[i])) return static_cast<ENUM_OPERADOR>(i);
+  return ENUM_OPERADOR::DIFERENTE;
+}
 
-// By ordinal.
-constexpr TextosOperador kOperadores[] = {
-    {u"=", u"=", u"="},
-    {u"<", u"<", u"<"},
-    {u"<=", u"<=", u"<="},
-    {u">", u">", u">"},
-    {u">=", u">=", u">="},
-    {u" <> ", u" != ", u""},
-    {u" LIKE ", u" LIKE ", u"LIKE"},
-    {u" IN ", u" IN ", u"IN"},
-    {u" NOT IN ", u" NOT IN ", u"NOT IN"},
-    {u" IS NOT NULL ", u" IS NOT NULL", u"IS NOT NULL"},
-    {u" IS NULL ", u" IS NULL", u"IS NULL"},
-    {u" BETWEEN ", u" BETWEEN ", u"BETWEEN"},
-    {u" EXISTS ", u" EXISTS ", u"EXISTS"},
-    {u" NINGUNO ", u" MACRO ", u"NINGUNO"},
-};
-
-const TextosOperador* Busca(ENUM_OPERADOR op) noexcept {
-  const auto ordinal = static_cast<std::size_t>(op);
-  return ordinal < std::size(kOperadores) ? &kOperadores[ordinal] : nullptr;
+bool SeLee(const FilaOperador& fila, std::u16string_view texto) noexcept {
+  return !fila.leido.empty() && fila.leido == texto;
 }
 
 }  // namespace
-
-std::u16string_view TextoOperador(ENUM_OPERADOR op) noexcept {
-  const TextosOperador* const operador = Busca(op);
-  return operador == nullptr ? std::u16string_view() : operador->filtro;
-}
 
 std::u16string_view TextoConector(ENUM_CONECTOR con) noexcept {
   switch (con) {
@@ -59,19 +37,18 @@ std::u16string_view TextoConector(ENUM_CONECTOR con) noexcept {
   return {};
 }
 
-UnicodeString TParametrosFiltro::DameOperador(ENUM_OPERADOR op) { return UnicodeString(TextoOperador(op)); }
+UnicodeString TParametrosFiltro::DameOperador(ENUM_OPERADOR op) { return UnicodeString(FilaDe(op).filtro); }
 
-UnicodeString TParamWhereSimple::DameOperador() const {
-  const TextosOperador* const operador = Busca(Operador);
-  return operador == nullptr ? UnicodeString() : UnicodeString(operador->condicion);
-}
+UnicodeString TParamWhereSimple::DameOperador() const { return UnicodeString(FilaDe(Operador).condicion); }
 
 ENUM_OPERADOR TParametrosFiltro::DameOperador(std::u16string_view texto) {
-  const auto* const it =
-      std::find_if(std::begin(kOperadores), std::end(kOperadores),
-                   [texto](const TextosOperador& o) { return !o.leido.empty() && o.leido == texto; });
-  return it == std::end(kOperadores) ? ENUM_OPERADOR::DIFERENTE
-                                     : static_cast<ENUM_OPERADOR>(it - std::begin(kOperadores));
+  return Busca([texto](const FilaOperador& fila) { return SeLee(fila, texto); });
+}
+
+ENUM_OPERADOR persistencia::OperadorDeTexto(std::u16string_view texto) {
+  texto = TrimView(texto);
+  return Busca(
+      [texto](const FilaOperador& fila) { return TrimView(fila.condicion) == texto || SeLee(fila, texto); });
 }
 
 UnicodeString TParametrosFiltro::DameOperadorUnion(ENUM_CONECTOR con) {

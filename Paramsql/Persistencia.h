@@ -49,6 +49,10 @@ inline constexpr int kUnionesMaximas = 64;
 UnicodeString Sufijo(int numero);
 int NumeroDeUnion(int numero);
 
+/// The operator whose own text, as a condition says it, was stored. Blanks around it do not count; texts that
+/// TParametrosFiltro reads are taken too, and any other is DIFERENTE.
+ENUM_OPERADOR OperadorDeTexto(std::u16string_view texto);
+
 /// Stored text of a condition's value, and the value that such a text means. Where the operator takes the
 /// value as a text (patterns, sub-queries) or not at all, the field type says nothing about it.
 UnicodeString TextoDeValor(const TParamWhereSimple& condicion);

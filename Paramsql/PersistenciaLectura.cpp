@@ -50,13 +50,6 @@ class Seccion {
   std::map<UnicodeString, UnicodeString, LessText> valores_;
 };
 
-// A condition's own texts differ from those that the exact converters read: they are padded, and MACRO has
-// another name.
-ENUM_OPERADOR Operador(std::u16string_view texto) {
-  texto = TrimView(texto);
-  return texto == u"MACRO" ? ENUM_OPERADOR::MACRO : TParametrosFiltro::DameOperador(texto);
-}
-
 ENUM_CONECTOR Conector(std::u16string_view texto) {
   texto = TrimView(texto);
   return texto.empty() ? ENUM_CONECTOR::AND : TParametrosFiltro::DameOperadorUnion(texto);
@@ -69,7 +62,7 @@ TParamWhereSimpleArray LeeCondiciones(const Seccion& s, std::u16string_view cuen
     const UnicodeString tipo = s.Valor(kTipoCampo, i);
     c->NombreCampo = s.Valor(kNomCampo, i);
     c->TipoCampo = static_cast<TFieldType>(static_cast<std::uint8_t>(tipo.empty() ? 0 : StrToInt(tipo)));
-    c->Operador = Operador(s.Valor(kOpCampo, i));
+    c->Operador = OperadorDeTexto(s.Valor(kOpCampo, i));
     c->ValorCampo = ValorDeTexto(c->TipoCampo, c->Operador, s.Valor(kValCampo, i));
     c->ConectorSigCampo = Conector(s.Valor(kConectCampo, i));
     c->CharGrupo = TParametrosFiltro::DameCharGrupo(TrimView(s.Valor(kCharGrupCampo, i)));

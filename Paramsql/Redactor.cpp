@@ -1,8 +1,8 @@
 #include "Paramsql/Redactor.h"
 
-#include <iterator>
 #include <limits>
 
+#include "Paramsql/TablaOperadores.h"
 #include "Paramsql/Valores.h"
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
@@ -55,7 +55,7 @@ void Redactor::Marcador(Clausula clausula, TFieldType tipo, const Variant& valor
 }
 
 void Redactor::Comparacion(const TParamWhereSimple& c, std::u16string_view abre, Clausula clausula) {
-  salida_.append(abre).append(c.NombreCampo).append(TextoOperador(c.Operador));
+  salida_.append(abre).append(c.NombreCampo).append(FilaDe(c.Operador).filtro);
   if (c.TipoCampo == kSqlCrudo) {
     salida_ += TextoCrudo(c.ValorCampo);
   } else if (conParametros_) {
@@ -66,7 +66,7 @@ void Redactor::Comparacion(const TParamWhereSimple& c, std::u16string_view abre,
 }
 
 void Redactor::PruebaNulo(const TParamWhereSimple& c, std::u16string_view abre, Clausula /*clausula*/) {
-  salida_.append(abre).append(c.NombreCampo).append(TextoOperador(c.Operador));
+  salida_.append(abre).append(c.NombreCampo).append(FilaDe(c.Operador).filtro);
 }
 
 void Redactor::Existencia(const TParamWhereSimple& c, std::u16string_view abre, Clausula /*clausula*/) {
@@ -78,7 +78,7 @@ void Redactor::Pertenencia(const TParamWhereSimple& c, std::u16string_view abre,
   if (esArreglo && c.ValorCampo.AsArray().items.empty()) {
     throw EInvalidOperation(u"La condición sobre '" + c.NombreCampo + u"' no tiene valores");
   }
-  salida_.append(abre).append(c.NombreCampo).append(TextoOperador(c.Operador)).append(u" ( ");
+  salida_.append(abre).append(c.NombreCampo).append(FilaDe(c.Operador).filtro).append(u" ( ");
   if (c.TipoCampo == kSqlCrudo) {
     salida_.append(TextoCrudo(c.ValorCampo)).append(esArreglo ? u"  ) " : u") ");
     return;
@@ -128,7 +128,7 @@ void Redactor::Patron(const TParamWhereSimple& c, std::u16string_view abre, Clau
   } else {
     salida_.append(enHaving ? u" UPPER( " : u"UPPER( ").append(c.NombreCampo).append(u") ");
   }
-  salida_ += TextoOperador(c.Operador);
+  salida_ += FilaDe(c.Operador).filtro;
   if (c.TipoCampo == kSqlCrudo) {
     salida_.append(u"'").append(Mayusculas(TextoCrudo(c.ValorCampo))).append(u"'");
     return;
@@ -150,16 +150,8 @@ void Redactor::Patron(const TParamWhereSimple& c, std::u16string_view abre, Clau
   if (NecesitaEscape(patron)) salida_ += u" ESCAPE '/' ";
 }
 
-void Redactor::Condicion(const TParamWhereSimple& c, Clausula clausula) {
-  // By ordinal of the operator; a value outside the members is written as a comparison.
-  static constexpr Pieza kPiezas[] = {&Redactor::Comparacion, &Redactor::Comparacion, &Redactor::Comparacion,
-                                      &Redactor::Comparacion, &Redactor::Comparacion, &Redactor::Comparacion,
-                                      &Redactor::Patron,      &Redactor::Pertenencia, &Redactor::Pertenencia,
-                                      &Redactor::PruebaNulo,  &Redactor::PruebaNulo,  &Redactor::Intervalo,
-                                      &Redactor::Existencia,  &Redactor::Comparacion};
-  const auto ordinal = static_cast<std::size_t>(c.Operador);
-  const Pieza pieza = ordinal < std::size(kPiezas) ? kPiezas[ordinal] : &Redactor::Comparacion;
-  (this->*pieza)(c, c.CharGrupo == ENUM_GRUPO::INICIA ? u"(" : u"", clausula);
+void Redactor::Condicion(const FilaOperador& fila, const TParamWhereSimple& c, Clausula clausula) {
+  (this->*fila.pieza)(c, c.CharGrupo == ENUM_GRUPO::INICIA ? u"(" : u"", clausula);
 }
 
 void Redactor::CondicionesWhere(const TParamWhereSimpleArray& condiciones) {
@@ -173,10 +165,11 @@ void Redactor::CondicionesWhere(const TParamWhereSimpleArray& condiciones) {
   if (balance < 0) salida_.append(static_cast<std::size_t>(-balance), u'(');
   for (const auto& c : condiciones) {
     if (c == nullptr) continue;
-    const bool esMacro = c->Operador == ENUM_OPERADOR::MACRO;
-    if (!esMacro) Condicion(*c, Clausula::Where);
+    const FilaOperador& fila = FilaDe(c->Operador);
+    const bool esMarca = fila.uso == UsoDeValor::Marca;
+    if (!esMarca) Condicion(fila, *c, Clausula::Where);
     if (c->CharGrupo == ENUM_GRUPO::TERMINA) salida_ += u')';
-    if (&c != &condiciones.back() && !esMacro) salida_ += TextoConector(c->ConectorSigCampo);
+    if (&c != &condiciones.back() && !esMarca) salida_ += TextoConector(c->ConectorSigCampo);
   }
   if (balance > 0) salida_.append(static_cast<std::size_t>(balance), u')');
 }
@@ -197,7 +190,7 @@ void Redactor::Having(const TParamWhereSimpleArray& condiciones) {
   salida_ += u" HAVING ";
   for (const auto& c : condiciones) {
     if (c == nullptr) continue;
-    Condicion(*c, Clausula::Having);
+    Condicion(FilaDe(c->Operador), *c, Clausula::Having);
     if (c->CharGrupo == ENUM_GRUPO::TERMINA) salida_ += u')';
     if (&c != &condiciones.back()) salida_ += TextoConector(c->ConectorSigCampo);
   }

@@ -9,6 +9,8 @@
 
 namespace vel {
 
+struct FilaOperador;
+
 /// Writes the text of a definition and, when a list is given, collects the parameters on the way: one walk
 /// for both, so that placeholders and bound values cannot disagree.
 class Redactor {
@@ -30,6 +32,7 @@ class Redactor {
   void CondicionesWhere(const TParamWhereSimpleArray& condiciones);
   void Having(const TParamWhereSimpleArray& condiciones);
 
+  using Pieza = void (Redactor::*)(const TParamWhereSimple&, std::u16string_view, Clausula);
   // One condition, without the parenthesis that closes its group.
   void Comparacion(const TParamWhereSimple& c, std::u16string_view abre, Clausula clausula);
   void Patron(const TParamWhereSimple& c, std::u16string_view abre, Clausula clausula);
@@ -39,9 +42,7 @@ class Redactor {
   void Existencia(const TParamWhereSimple& c, std::u16string_view abre, Clausula clausula);
 
  private:
-  using Pieza = void (Redactor::*)(const TParamWhereSimple&, std::u16string_view, Clausula);
-
-  void Condicion(const TParamWhereSimple& c, Clausula clausula);
+  void Condicion(const FilaOperador& fila, const TParamWhereSimple& c, Clausula clausula);
   void Filtro(const TParametrosFiltro& filtro);
   /// The mark of the next parameter, whose value goes to the parameters. Raises EInvalidOperation when the
   /// numbers are used up.
@@ -54,8 +55,7 @@ class Redactor {
   ENUM_MARCADOR estilo_;
 };
 
-/// The texts that statements are written with; empty for a value outside the members.
-std::u16string_view TextoOperador(ENUM_OPERADOR op) noexcept;
+/// The text that statements are written with; empty for a value outside the members.
 std::u16string_view TextoConector(ENUM_CONECTOR con) noexcept;
 
 }  // namespace vel

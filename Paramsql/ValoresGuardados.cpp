@@ -12,6 +12,7 @@
 
 #include "Paramsql/Persistencia.h"
 #include "Paramsql/TParametrosFiltro.h"
+#include "Paramsql/TablaOperadores.h"
 #include "Paramsql/Valores.h"
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
@@ -217,40 +218,30 @@ UnicodeString TParametrosFiltro::SaveToExistsInn(const Variant& valor) const {
 namespace persistencia {
 namespace {
 
-// Sub-queries and patterns are texts whatever the field's type; the bounds of an interval stand as they are
-// too, and so do marks, which are the caller's.
+// Texts are texts whatever the field's type; bounds and marks stand as they are given.
 Forma FormaDe(TFieldType tipo, ENUM_OPERADOR operador) {
   Forma forma{.tipo = tipo};
-  switch (operador) {
-    case ENUM_OPERADOR::LIKE:
-    case ENUM_OPERADOR::EXISTS:
-    case ENUM_OPERADOR::ISNULL:
-    case ENUM_OPERADOR::NOTNULL:
+  switch (FilaDe(operador).uso) {
+    case UsoDeValor::Texto:
+    case UsoDeValor::Ninguno:
       return {.tipo = TFieldType::ftString, .deTexto = forma.deTexto};
-    case ENUM_OPERADOR::BETWEEN:
-    case ENUM_OPERADOR::MACRO:
+    case UsoDeValor::Limites:
+    case UsoDeValor::Marca:
       forma.comoMomento = false;
       forma.estricta = false;
-      return forma;
-    default:
+      break;
+    case UsoDeValor::DelTipo:
       forma.estricta = ClaseDeValor(tipo) != Clase::Anidado;
-      return forma;
+      break;
   }
+  return forma;
 }
 
-bool SinValor(ENUM_OPERADOR operador) noexcept {
-  return operador == ENUM_OPERADOR::ISNULL || operador == ENUM_OPERADOR::NOTNULL;
-}
-
-// Arrays of raw SQL stand between braces for these operators.
-bool ConLlaves(ENUM_OPERADOR operador) noexcept {
-  return operador == ENUM_OPERADOR::INN || operador == ENUM_OPERADOR::BETWEEN ||
-         operador == ENUM_OPERADOR::EXISTS;
-}
+bool SinValor(ENUM_OPERADOR operador) noexcept { return FilaDe(operador).uso == UsoDeValor::Ninguno; }
 
 UnicodeString TextoCrudoGuardado(const TParamWhereSimple& condicion) {
   const Variant& valor = condicion.ValorCampo;
-  if (valor.IsArray() && ConLlaves(condicion.Operador)) {
+  if (valor.IsArray() && FilaDe(condicion.Operador).llaves) {
     return TParametrosFiltro(u"").SaveToExistsInn(valor);
   }
   if (valor.IsArray() || valor.IsNull()) return TParametrosFiltro::DameValorIni(condicion.TipoCampo, valor);
@@ -269,7 +260,7 @@ UnicodeString TextoDeValor(const TParamWhereSimple& condicion) {
 Variant ValorDeTexto(TFieldType tipo, ENUM_OPERADOR operador, std::u16string_view texto) {
   if (tipo == TFieldType::ftDataSet) {
     std::vector<Variant> elementos;
-    const bool esLista = !ConLlaves(operador) && EntreComillas(texto, u'"') &&
+    const bool esLista = !FilaDe(operador).llaves && EntreComillas(texto, u'"') &&
                          LeeListaSuelta(texto.substr(1, texto.size() - 2), {.tipo = tipo}, elementos);
     if (esLista && elementos.size() > 1) return VarArrayOf(std::move(elementos));
     return Lee(texto, {.tipo = tipo});
