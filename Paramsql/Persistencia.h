@@ -53,6 +53,11 @@ int NumeroDeUnion(int numero);
 /// TParametrosFiltro reads are taken too, and any other is DIFERENTE.
 ENUM_OPERADOR OperadorDeTexto(std::u16string_view texto);
 
+/// Stored text of a value of a field type, and the value that such a text means: TParametrosFiltro's
+/// DameValorIni and DameValorLstCampos.
+UnicodeString TextoDeValor(TFieldType tipo, const Variant& valor);
+Variant ValorDeTexto(TFieldType tipo, std::u16string_view texto);
+
 /// Stored text of a condition's value, and the value that such a text means. Where the operator takes the
 /// value as a text (patterns, sub-queries) or not at all, the field type says nothing about it.
 UnicodeString TextoDeValor(const TParamWhereSimple& condicion);

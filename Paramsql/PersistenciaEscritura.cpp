@@ -115,7 +115,7 @@ void PonPersonalizadas(Seccion& s, const TParametrosFiltro& f) {
   s.PonCuenta(kNumFiltrosP, valores.size());
   for (std::size_t i = 0; i < valores.size(); ++i) {
     s.Pon(kTipoPers, i, IntToStr(static_cast<int>(TipoDe(valores[i]))));
-    s.Pon(kValorPers, i, TParametrosFiltro::DameValorIni(TipoDe(valores[i]), valores[i]));
+    s.Pon(kValorPers, i, TextoDeValor(TipoDe(valores[i]), valores[i]));
     s.Pon(kClasePers, i, IntToStr(static_cast<int>(valores[i].GetKind())));
   }
   if (!f.FilterTextPers.empty()) s.Pon(kSentenciaPers, u"\"" + f.FilterTextPers + u"\"");
@@ -123,8 +123,7 @@ void PonPersonalizadas(Seccion& s, const TParametrosFiltro& f) {
   if (!f.FilterPersItems.empty()) {
     std::vector<Variant> textos;
     for (const UnicodeString& texto : f.FilterPersItems) textos.emplace_back(texto);
-    s.Pon(kCondicionesPers,
-          TParametrosFiltro::DameValorIni(TFieldType::ftString, VarArrayOf(std::move(textos))));
+    s.Pon(kCondicionesPers, TextoDeValor(TFieldType::ftString, VarArrayOf(std::move(textos))));
   }
   s.Vacia({kNumFiltrosP, kSentenciaPers, kActivarPers, kCondicionesPers});
 }

@@ -114,15 +114,14 @@ Personalizadas::Personalizadas(const Seccion& s)
   std::vector<Variant> leidos;
   for (std::int32_t i = 0; i < s.Cuenta(kNumFiltrosP); ++i) {
     const auto tipo = static_cast<TFieldType>(static_cast<std::uint8_t>(s.Numero(kTipoPers, i)));
-    const Variant valor = TParametrosFiltro::DameValorLstCampos(tipo, s.Valor(kValorPers, i));
+    const Variant valor = ValorDeTexto(tipo, s.Valor(kValorPers, i));
     leidos.push_back(EnClase(valor, s.Numero(kClasePers, i)));
   }
   if (!leidos.empty()) valores = VarArrayOf(std::move(leidos));
   if (sentencia.size() > 1 && sentencia.front() == u'"' && sentencia.back() == u'"') {
     sentencia = sentencia.substr(1, sentencia.size() - 2);
   }
-  const Variant guardados =
-      TParametrosFiltro::DameValorLstCampos(TFieldType::ftString, s.Valor(kCondicionesPers));
+  const Variant guardados = ValorDeTexto(TFieldType::ftString, s.Valor(kCondicionesPers));
   if (guardados.IsArray()) {
     for (const Variant& v : guardados.AsArray().items) textos.push_back(v.AsString());
   } else if (!guardados.IsEmpty()) {

@@ -200,23 +200,10 @@ UnicodeString Guarda(const Variant& valor, const Forma& forma) {
   return Lee(literal, cualquiera) == valor ? literal : guardado;
 }
 
-}  // namespace
-
-Variant TParametrosFiltro::DameValorLstCampos(TFieldType tipo, std::u16string_view texto) {
-  return Lee(texto, Forma{.tipo = tipo});
+// An array of raw SQL between braces.
+UnicodeString GuardaCrudos(const Variant& arreglo) {
+  return u"\"{" + Lista(arreglo.AsArray().items, Forma{.tipo = TFieldType::ftDataSet}) + u"}\"";
 }
-
-UnicodeString TParametrosFiltro::DameValorIni(TFieldType tipo, const Variant& valor) {
-  return Guarda(valor, Forma{.tipo = tipo});
-}
-
-UnicodeString TParametrosFiltro::SaveToExistsInn(const Variant& valor) const {
-  if (!valor.IsArray()) return u"\"{}\"";
-  return u"\"{" + Lista(valor.AsArray().items, Forma{.tipo = TFieldType::ftDataSet}) + u"}\"";
-}
-
-namespace persistencia {
-namespace {
 
 // Texts are texts whatever the field's type; bounds and marks stand as they are given.
 Forma FormaDe(TFieldType tipo, ENUM_OPERADOR operador) {
@@ -239,21 +226,27 @@ Forma FormaDe(TFieldType tipo, ENUM_OPERADOR operador) {
 
 bool SinValor(ENUM_OPERADOR operador) noexcept { return FilaDe(operador).uso == UsoDeValor::Ninguno; }
 
-UnicodeString TextoCrudoGuardado(const TParamWhereSimple& condicion) {
+UnicodeString GuardaCrudo(const TParamWhereSimple& condicion) {
   const Variant& valor = condicion.ValorCampo;
-  if (valor.IsArray() && FilaDe(condicion.Operador).llaves) {
-    return TParametrosFiltro(u"").SaveToExistsInn(valor);
-  }
-  if (valor.IsArray() || valor.IsNull()) return TParametrosFiltro::DameValorIni(condicion.TipoCampo, valor);
+  if (valor.IsArray() && FilaDe(condicion.Operador).llaves) return GuardaCrudos(valor);
+  if (valor.IsArray() || valor.IsNull()) return Guarda(valor, Forma{.tipo = condicion.TipoCampo});
   return u"\"'" + valor.AsString() + u"'\"";
 }
 
 }  // namespace
 
+namespace persistencia {
+
+UnicodeString TextoDeValor(TFieldType tipo, const Variant& valor) {
+  return Guarda(valor, Forma{.tipo = tipo});
+}
+
+Variant ValorDeTexto(TFieldType tipo, std::u16string_view texto) { return Lee(texto, Forma{.tipo = tipo}); }
+
 UnicodeString TextoDeValor(const TParamWhereSimple& condicion) {
   const Variant& valor = condicion.ValorCampo;
   if (valor.IsEmpty() && SinValor(condicion.Operador)) return u"\"''\"";
-  if (condicion.TipoCampo == TFieldType::ftDataSet) return TextoCrudoGuardado(condicion);
+  if (condicion.TipoCampo == TFieldType::ftDataSet) return GuardaCrudo(condicion);
   return Guarda(valor, FormaDe(condicion.TipoCampo, condicion.Operador));
 }
 
@@ -271,5 +264,17 @@ Variant ValorDeTexto(TFieldType tipo, ENUM_OPERADOR operador, std::u16string_vie
 }
 
 }  // namespace persistencia
+
+Variant TParametrosFiltro::DameValorLstCampos(TFieldType tipo, std::u16string_view texto) {
+  return persistencia::ValorDeTexto(tipo, texto);
+}
+
+UnicodeString TParametrosFiltro::DameValorIni(TFieldType tipo, const Variant& valor) {
+  return persistencia::TextoDeValor(tipo, valor);
+}
+
+UnicodeString TParametrosFiltro::SaveToExistsInn(const Variant& valor) const {
+  return valor.IsArray() ? GuardaCrudos(valor) : u"\"{}\"";
+}
 
 }  // namespace vel
