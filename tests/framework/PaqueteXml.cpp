@@ -37,12 +37,14 @@ UnicodeString ErrorDe(const std::string& bytes) {
   return u"ninguno";
 }
 
-void ExigeContenido(TClientDataSet& datos) {
+TEST(PaqueteXml, ReadsWhatTheValuesMean) {
+  TClientDataSet datos;
+  datos.LoadFromXML(Archivo("tipos.xml"), u"tipos.xml");
+  datos.LoadFromXML(datos.SaveToXML(), u"guardado");
   ASSERT_EQ(datos.RecordCount(), 3U);
   datos.First();
   const auto texto = [&datos](std::u16string_view campo) { return datos.FieldByName(campo).AsString(); };
-  EXPECT_EQ(texto(u"Corto"), u"-128");
-  EXPECT_EQ(texto(u"UI4"), u"4294967295");
+  EXPECT_TRUE(datos.FieldByName(u"Num").Required());
   EXPECT_EQ(datos.FieldByName(u"I8").AsLargeInt(), std::numeric_limits<std::int64_t>::min());
   EXPECT_EQ(datos.FieldByName(u"real").AsFloat(), 0.1);
   EXPECT_EQ(datos.FieldByName(u"Fijo").AsFloat(), 1234.5678);
@@ -70,34 +72,30 @@ void ExigeContenido(TClientDataSet& datos) {
   EXPECT_EQ(texto(u"Num"), u"5");
 }
 
-TEST(PaqueteXml, LoadsEveryTypeAndSavesItBack) {
+TEST(PaqueteXml, KeepsEveryType) {
+  // Each type that a data set keeps is a field of the file, named by its ordinal, with both ends of its
+  // values.
+  TClientDataSet uno;
+  std::vector<TFieldDef> defs;
+  for (int n = 0; n < 256; ++n) {
+    const TFieldDef def{.Name = u"T" + IntToStr(n), .DataType = static_cast<TFieldType>(n)};
+    try {
+      uno.CreateDataSet({def});
+      defs.push_back(def);
+    } catch (const EDatabaseError&) {
+      continue;
+    }
+  }
   TClientDataSet datos;
-  datos.LoadFromXML(Archivo("tipos.xml"), u"tipos.xml");
-  ExigeContenido(datos);
-  TClientDataSet otra;
-  const std::string guardado = datos.SaveToXML();
-  otra.LoadFromXML(guardado, u"guardado");
-  EXPECT_EQ(otra.FieldDefs(), datos.FieldDefs());
-  ExigeContenido(otra);
-  EXPECT_EQ(otra.SaveToXML(), guardado);
+  datos.LoadFromXML(Archivo("todos.xml"), u"todos.xml");
+  EXPECT_EQ(datos.FieldDefs(), defs);
+  EXPECT_EQ(datos.SaveToXML(), Archivo("todos.xml"));
 }
 
-TEST(PaqueteXml, KeepsDoublesToTheLastBit) {
+TEST(PaqueteXml, RefusesToSaveWhatXmlCannotHold) {
   TClientDataSet datos;
   datos.CreateDataSet({{.Name = u"R", .DataType = TFieldType::ftFloat}});
-  const double valores[] = {0.1 + 0.2, 1.0 / 3, 5e-324, 1.7976931348623157e308, -123456789.123456789};
-  for (const double v : valores) {
-    datos.Append();
-    datos.FieldByName(u"R").SetAsFloat(v);
-    datos.Post();
-  }
-  TClientDataSet otra;
-  otra.LoadFromXML(datos.SaveToXML(), u"x");
-  for (const double v : valores) {
-    EXPECT_EQ(otra.FieldByName(u"R").AsFloat(), v);
-    otra.Next();
-  }
-  datos.Edit();
+  datos.Append();
   datos.FieldByName(u"R").SetAsFloat(std::numeric_limits<double>::infinity());
   EXPECT_THROW(datos.SaveToXML(), EDatabaseError);
   datos.CreateDataSet({{.Name = u"T", .DataType = TFieldType::ftWideString}});
