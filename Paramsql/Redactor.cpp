@@ -150,8 +150,8 @@ void Redactor::Patron(const TParamWhereSimple& c, std::u16string_view abre, Clau
   if (NecesitaEscape(patron)) salida_ += u" ESCAPE '/' ";
 }
 
-void Redactor::Condicion(const TParamWhereSimple& c, Clausula clausula) {
-  (this->*FilaDe(c.Operador).pieza)(c, c.CharGrupo == ENUM_GRUPO::INICIA ? u"(" : u"", clausula);
+void Redactor::Condicion(const FilaOperador& fila, const TParamWhereSimple& c, Clausula clausula) {
+  (this->*fila.pieza)(c, c.CharGrupo == ENUM_GRUPO::INICIA ? u"(" : u"", clausula);
 }
 
 void Redactor::CondicionesWhere(const TParamWhereSimpleArray& condiciones) {
@@ -165,8 +165,9 @@ void Redactor::CondicionesWhere(const TParamWhereSimpleArray& condiciones) {
   if (balance < 0) salida_.append(static_cast<std::size_t>(-balance), u'(');
   for (const auto& c : condiciones) {
     if (c == nullptr) continue;
-    const bool esMarca = FilaDe(c->Operador).uso == UsoDeValor::Marca;
-    if (!esMarca) Condicion(*c, Clausula::Where);
+    const FilaOperador& fila = FilaDe(c->Operador);
+    const bool esMarca = fila.uso == UsoDeValor::Marca;
+    if (!esMarca) Condicion(fila, *c, Clausula::Where);
     if (c->CharGrupo == ENUM_GRUPO::TERMINA) salida_ += u')';
     if (&c != &condiciones.back() && !esMarca) salida_ += TextoConector(c->ConectorSigCampo);
   }
@@ -189,7 +190,7 @@ void Redactor::Having(const TParamWhereSimpleArray& condiciones) {
   salida_ += u" HAVING ";
   for (const auto& c : condiciones) {
     if (c == nullptr) continue;
-    Condicion(*c, Clausula::Having);
+    Condicion(FilaDe(c->Operador), *c, Clausula::Having);
     if (c->CharGrupo == ENUM_GRUPO::TERMINA) salida_ += u')';
     if (&c != &condiciones.back()) salida_ += TextoConector(c->ConectorSigCampo);
   }

@@ -9,6 +9,8 @@
 
 namespace vel {
 
+struct FilaOperador;
+
 /// Writes the text of a definition and, when a list is given, collects the parameters on the way: one walk
 /// for both, so that placeholders and bound values cannot disagree.
 class Redactor {
@@ -40,7 +42,7 @@ class Redactor {
   void Existencia(const TParamWhereSimple& c, std::u16string_view abre, Clausula clausula);
 
  private:
-  void Condicion(const TParamWhereSimple& c, Clausula clausula);
+  void Condicion(const FilaOperador& fila, const TParamWhereSimple& c, Clausula clausula);
   void Filtro(const TParametrosFiltro& filtro);
   /// The mark of the next parameter, whose value goes to the parameters. Raises EInvalidOperation when the
   /// numbers are used up.

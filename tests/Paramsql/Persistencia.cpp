@@ -31,8 +31,9 @@ class Definicion : public testing::Test {
   void Escribe(const std::string& texto) const {
     std::ofstream(carpeta_ / "consulta.ini", std::ios::binary) << texto;
   }
-  std::string Lee() const {
-    std::ifstream entrada(carpeta_ / "consulta.ini", std::ios::binary);
+  std::string Lee() const { return Lee(carpeta_ / "consulta.ini"); }
+  static std::string Lee(const std::filesystem::path& archivo) {
+    std::ifstream entrada(archivo, std::ios::binary);
     return {std::istreambuf_iterator<char>(entrada), {}};
   }
 
@@ -173,20 +174,12 @@ TEST_F(Definicion, HasItsLayout) {
   f.AgregaFiltro(u"I", Tipo::ftInteger, Op::INN, Y, SIN, Variant(1), Variant(2));
   f.GroupBy = u"A";
   f.AgregaHaving(u"H", Tipo::ftInteger, Variant(3), Op::LIKE, Y, SIN, true);
+  for (const Op op : {Op::INN, Op::NOTIN, Op::BETWEEN, Op::EXISTS})
+    f.AgregaHaving(u"X", Tipo::ftDataSet, VarArrayOf({Variant(u"1"), Variant(u"'b'")}), op, Y, SIN, true);
+  f.AgregaHaving(u"N", Tipo::ftString, Variant(), Op::ISNULL, Y, SIN, true);
   f.AgregaUnion(u"U");
   f.SaveToIni(archivo_, 0);
-  EXPECT_EQ(Lee(),
-            "[SELECT]\r\nNumCampos=1\r\nNomCampo0=A\r\nAliasCampo0=X\r\nVisible0=TRUE\r\n\r\n"
-            "[TABLAPIV]\r\nTABLA=T\r\n\r\n[JOINS]\r\nNumJoins=1\r\nJoin0= JOIN D \r\n\r\n"
-            "[FILTRO]\r\nNumFiltros=2\r\nNomCampo0=N\r\nTipoCampo0=1\r\nValCampo0=\"'O''Brien'\"\r\nOpCampo0="
-            " != \r\n"
-            "ConectCampo0= AND \r\nCharGrupCampo0=(\r\nSensitive0=TRUE\r\nNomCampo1=I\r\nTipoCampo1=3\r\n"
-            "ValCampo1=\"'1','2'\"\r\nOpCampo1= IN \r\nConectCampo1= AND "
-            "\r\nCharGrupCampo1=\r\nSensitive1=FALSE\r\n\r\n"
-            "[GROUPBY]\r\nGroupBy=A\r\n\r\n[HAVING]\r\nNumElementos=1\r\nNomCampo0=H\r\nTipoCampo0=3\r\n"
-            "ValCampo0=\"'3'\"\r\nOpCampo0= LIKE \r\nConectCampo0= AND "
-            "\r\nCharGrupCampo0=\r\n\r\n[UNION]\r\nFiltro=1\r\n\r\n"
-            "[TABLAPIV1]\r\nTABLA=U\r\n");
+  EXPECT_EQ(Lee(), Lee(DATOS_PRUEBA "/sentencias/definicion.ini"));
 }
 
 TEST(Valores, AreStoredAsTheirOwnTexts) {
@@ -214,15 +207,16 @@ TEST(Valores, AreStoredAsTheirOwnTexts) {
 
 TEST_F(Definicion, WrittenByHandLoads) {
   Escribe(
-      "[tablapiv]\ntabla = CLIENTES\n[Filtro]\nNumFiltros=2\nNomCampo0=NOMBRE\nTipoCampo0=1\nValCampo0=Pe\xF1"
+      "[tablapiv]\ntabla = CLIENTES\n[Filtro]\nNumFiltros=3\nNomCampo0=NOMBRE\nTipoCampo0=1\nValCampo0=Pe\xF1"
       "a\nOpCampo0=LIKE\nConectCampo0=OR\nNomCampo1=I\nTipoCampo1=3\nValCampo1='1','2'\nOpCampo1=IN\n"
-      "CharGrupCampo1=)\nSensitive1=T\n[JOINS]\nNumJoins=1\nJoin0=JOIN "
+      "CharGrupCampo1=)\nSensitive1=T\nNomCampo2=M\nOpCampo2=NINGUNO\n[JOINS]\nNumJoins=1\nJoin0=JOIN "
       "D\n[Vista1]\nOrdenadoPor=NOMBRE\nDescendente=-1\n");
   TParametrosFiltro f(u"");
   f.LoadFromIni(archivo_, 0);
-  EXPECT_EQ(f.DameSentenciaSQL(false, 0),
-            u"SELECT  *  from CLIENTES   JOIN D  WHERE ((UPPER( NOMBRE)  LIKE 'PEÑA' OR I IN  ( 1, 2) ))  "
-            u"ORDER BY NOMBRE DESC");
+  EXPECT_EQ(
+      f.DameSentenciaSQL(false, 0),
+      u"SELECT  *  from CLIENTES   JOIN D  WHERE ((UPPER( NOMBRE)  LIKE 'PEÑA' OR I IN  ( 1, 2) ) AND )  "
+      u"ORDER BY NOMBRE DESC");
   for (const auto& [texto, desciende] :
        {std::pair("TRUE", true), {"t", true}, {"1", true}, {"FALSE", false}, {"0", false}}) {
     Escribe("[Vista1]\nOrdenadoPor=A\nDescendente=" + std::string(texto) + "\n");
