@@ -43,7 +43,8 @@ class TResumenFiscal;
 ///                           APL_MAN_IEPS its mode (see AplicaImpuAdicIEPS), MTO_CUOTA the quota
 ///     CVE_DOC               key of the document
 ///     TIPO_PROD, TIPO_ELEM  kinds of product and element: "P" or "S" with "K", and "G" with "N", do not
-///     count MUESTRA_PAR           "N" or empty on a line that is taxed
+///                           count
+///     MUESTRA_PAR           "N" or empty on a line that is taxed
 ///
 /// A field that is missing raises EDatabaseError naming it when it is first read ("IMP1APLA" to "IMP8APLA"
 /// and "MUESTRA_PAR" are optional); a text that is no number raises EConvertError. Totals are then partial;
