@@ -25,7 +25,7 @@ void Traza(std::u16string_view texto, std::size_t numero) noexcept {
   logInter({linea.data(), texto.size() + cuenta}, true);
 }
 
-// A copy of all seven properties.
+// A copy of every property.
 std::unique_ptr<TParamWhereSimple> Copia(const TParamWhereSimple& origen) {
   return std::make_unique<TParamWhereSimple>(origen);
 }

@@ -110,6 +110,9 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   /// stand for themselves (escaped with "/"), and the wildcards that `donde` asks for are added. Without a
   /// driver it is DEVARTINTERBASE's; SQL Server's two escape "[" too. In a statement with literals nothing
   /// says that "/" escapes, and a database that reads "\" as an escape can be made to end the text early.
+  ///
+  ///     AgregaFiltroLIKE(u"N", u"50%_a/", ENUM_COINCIDENCIA::CONTIENE, ...);
+  ///     // "N LIKE  :var1 ESCAPE '/'", bound to u"%50/%/_a//%"
   void AgregaFiltroLIKE(std::u16string_view campo, std::u16string_view texto, ENUM_COINCIDENCIA donde,
                         ENUM_CONECTOR con, ENUM_GRUPO grupo, bool sensitive);
   void AgregaFiltroLIKE(std::u16string_view campo, std::u16string_view texto, ENUM_COINCIDENCIA donde,
@@ -235,6 +238,9 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   /// single quotes (a text that begins with "'" stays as it is, a date is DateTimeToISO's text); empty for
   /// any other type, and for texts and dates when `conParametros`. Of an array the literals of its elements,
   /// joined by ", ".
+  ///
+  ///     DameValorCampoStr(TFieldType::ftString, Variant(u"Peña"), false) == u"'Peña'"
+  ///     ... ftDateTime, Variant(TDateTime(45425.5)) gives u"'2024-05-13 12:00:00'"
   static UnicodeString DameValorCampoStr(TFieldType tipo, const Variant& valor, bool conParametros);
   /// The value that a stored text means, by type: a number, date or truth value where the type says so and
   /// the text is written as this library would ("7", not "007"), one of these in a field of another of them

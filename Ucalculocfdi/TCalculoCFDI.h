@@ -42,7 +42,8 @@ class TResumenFiscal;
 ///     MAN_IEPS              "S" when one tax is an excise quota: APL_MAN_IMP is its number (1 to 8),
 ///                           APL_MAN_IEPS its mode (see AplicaImpuAdicIEPS), MTO_CUOTA the quota
 ///     CVE_DOC               key of the document
-///     TIPO_PROD, TIPO_ELEM  kinds of product and element: "P" or "S" with "K", "G" with "N" do not count
+///     TIPO_PROD, TIPO_ELEM  kinds of product and element: "P" or "S" with "K", and "G" with "N", do not
+///                           count
 ///     MUESTRA_PAR           "N" or empty on a line that is taxed
 ///
 /// A field that is missing raises EDatabaseError naming it when it is first read ("IMP1APLA" to "IMP8APLA"

@@ -193,6 +193,9 @@ class UTILVEL90_EXPORT TResumenFiscal {
 
   /// Limits of a line's amount for its quantity and price, and of a tax for its base and rate (zero when
   /// exempt).
+  ///
+  ///     3.000000 units at 3.33:       9.97 to 10.01
+  ///     a tax of 0.160000 on 10.00:   1.59 to 1.61
   TLimitesFiscales LimitesImporte(const TPartidaFiscal& partida) const;
   TLimitesFiscales LimitesImpuesto(const TImpuestoImpreso& impuesto) const;
   /// Catalogue key of a line's tax, or the name of a local one.

@@ -53,6 +53,26 @@ struct Paso {
 /// name is spelled only where it becomes part of a longer operand. A group of one operand stays where it is,
 /// without its parentheses. Each unit is thus read once and folded once: the cost is linear, the steps and
 /// their numbers are those of the rewriting.
+///
+/// The tape of `2*(A-MAX(B,3))`, and what stands reduced at its end after each unit read:
+///
+///     2 * ( A - MAX ( B , 3 ) ) + 0        "+0": the top level always holds an operator
+///
+///     0                                    an operand is copied
+///     + 0                                  an operator too, and its place noted
+///     + 0                                  ")", twice: the place where its group ends is noted
+///     B , 3 + 0                            3, the comma (noted) and B
+///     [MAX0] + 0                           "(" behind a built-in's name: a call, step 0. Each argument up to
+///                                          the nearest ")" is folded, and the name is read with it
+///     A - [MAX0] + 0                       "-" and A
+///     [FUN0] + 0                           "(": a group. Its tokens `A` and `-[MAX0]` fold into step 1,
+///                                          node FUN0 = A - MAX0
+///     2 * [FUN0] + 0                       "*" and 2
+///     [FUN2]                               the beginning: tokens `2`, `*[FUN0]`, `+0`. Operators in their
+///                                          order: "*" makes FUN1 = 2 * FUN0, which leaves `[FUN1]`, `+0`;
+///                                          "+" makes FUN2 = FUN1 + 0, the root
+///
+/// Run in the order of their making, MAX0, FUN0, FUN1, FUN2, every step finds its operands ready.
 class Arbol {
  public:
   /// Replaces the tree by that of a formula. EInvalidOperation on unbalanced parentheses and on a group with

@@ -1,9 +1,9 @@
 #include "Uformula/FuncionesInternas.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <functional>
+#include <iterator>
 #include <limits>
 #include <numeric>
 
@@ -23,7 +23,7 @@ double Entero32(double valor) noexcept {
   return cabe ? entero : std::numeric_limits<double>::quiet_NaN();
 }
 
-constexpr std::array<FuncionInterna, 16> kInternas{{
+constexpr FuncionInterna kInternas[] = {
     {u"SUMA", 1, [](Argumentos a) { return std::accumulate(a.begin(), a.end(), 0.0); }},
     {u"PRODCTO", 1,
      [](Argumentos a) { return std::accumulate(a.begin(), a.end(), 1.0, std::multiplies<>()); }},
@@ -41,17 +41,25 @@ constexpr std::array<FuncionInterna, 16> kInternas{{
     {u"INVERSO", 1, [](Argumentos a) { return a[0] * -1; }},
     {u"SI", 3, [](Argumentos a) { return a[0] != 0 ? a[1] : a[2]; }},
     {u"NO", 1, [](Argumentos a) { return static_cast<double>(a[0] == 0); }},
-}};
+};
 
-static_assert(std::all_of(kInternas.begin(), kInternas.end(),
-                          [](const FuncionInterna& f) { return f.nombre.size() <= kMaxNombreInterna; }));
+// A call is named by the built-in and a number, a node by "FUN" and one: names are capitals only, and each is
+// another.
+static_assert(std::all_of(std::begin(kInternas), std::end(kInternas), [](const FuncionInterna& f) {
+  const bool letras =
+      std::all_of(f.nombre.begin(), f.nombre.end(), [](char16_t c) { return c >= u'A' && c <= u'Z'; });
+  const auto veces = std::count_if(std::begin(kInternas), std::end(kInternas),
+                                   [&f](const FuncionInterna& g) { return g.nombre == f.nombre; });
+  return letras && !f.nombre.empty() && f.nombre != u"FUN" && veces == 1 && f.valor != nullptr;
+}));
 
 }  // namespace
 
 const FuncionInterna* BuscaInterna(std::u16string_view nombre) noexcept {
-  const auto it = std::find_if(kInternas.begin(), kInternas.end(),
-                               [nombre](const FuncionInterna& f) { return SameText(f.nombre, nombre); });
-  return it == kInternas.end() ? nullptr : &*it;
+  const auto* const it =
+      std::find_if(std::begin(kInternas), std::end(kInternas),
+                   [nombre](const FuncionInterna& f) { return SameText(f.nombre, nombre); });
+  return it == std::end(kInternas) ? nullptr : it;
 }
 
 double Llama(const FuncionInterna& funcion, Argumentos argumentos) {

@@ -22,8 +22,9 @@ enum class Operador : std::uint8_t {
   menor
 };
 
-inline constexpr std::array<std::u16string_view, 10> kOperadores{u"<>", u"<=", u">=", u"/", u"*",
-                                                                 u"-",  u"+",  u"=",  u">", u"<"};
+inline constexpr auto kOperadores =
+    std::to_array<std::u16string_view>({u"<>", u"<=", u">=", u"/", u"*", u"-", u"+", u"=", u">", u"<"});
+static_assert(kOperadores.size() == static_cast<std::size_t>(Operador::menor) + 1);
 
 constexpr std::u16string_view Texto(Operador o) noexcept { return kOperadores[static_cast<std::size_t>(o)]; }
 

@@ -66,11 +66,10 @@ struct FUNCTION_INTERNA {
 ///
 /// **Errors.** EConvertError: an operand that is no number and no known name. EInvalidOperation: unbalanced
 /// parentheses, a group with nothing in it (`5()`), no formula, a formula whose names refer back to
-/// themselves
-/// ("FUN0"), missing arguments, a value beyond 32 bits in ABS or RDONDEA. Exception: "Operador desconocido"
-/// (the single "=" is never evaluated), "Funcion desconocida [name]". The object stays usable after any of
-/// them; when memory runs out every operation leaves it as it was. Cost is linear in the length, and nesting
-/// needs no stack.
+/// themselves ("FUN0"), missing arguments, a value beyond 32 bits in ABS or RDONDEA. Exception: "Operador
+/// desconocido" (the single "=" is never evaluated), "Funcion desconocida [name]". The object stays usable
+/// after any of them; when memory runs out every operation leaves it as it was. Cost is linear in the length,
+/// and nesting needs no stack.
 ///
 /// An object serves one thread at a time.
 class UTILVEL90_EXPORT TFormula {
@@ -102,7 +101,7 @@ class UTILVEL90_EXPORT TFormula {
 
   /// True when the first character is one of `* + - / < = >`.
   static bool EsOperador(std::u16string_view texto) noexcept;
-  /// True for the sixteen built-in names, in any case.
+  /// True for the name of a built-in, in any case: "suma", "QADRADO".
   static bool EsFuncionInterna(std::u16string_view nombre) noexcept;
   /// Makes a list sorted, refusing duplicates with EStringListError.
   static void ConfigList(TStringList& lista);
@@ -114,7 +113,7 @@ class UTILVEL90_EXPORT TFormula {
   UnicodeString DameFuncionN(std::u16string_view operando);
   /// Cuts an expression without parentheses into tokens and folds them into nodes until one token is left.
   void CreaFuncionN(std::u16string_view expresion);
-  /// Folds every occurrence of one of the ten operators in the token list; any other folds nothing.
+  /// Folds every occurrence of one operator in the token list; a text that is none folds nothing.
   void CreaFunciones(std::u16string_view operador);
   /// Registers a call; `argumentos` parts them by ",". Returns the number that makes its name: "SUMA" and 0
   /// are "SUMA0".

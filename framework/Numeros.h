@@ -17,6 +17,8 @@ inline constexpr std::size_t kMaxFloatText = 32;
 /// always. Fixed notation while the decimal exponent is from -4 to 14 ("0.0001", "123456789012345"), else
 /// scientific with a capital E, no plus sign and no leading zeros ("1.5E-7", "1E15"). Zero of either sign
 /// is "0"; "INF", "-INF" and "NAN" stand for what is no number. Never depends on the locale.
+///
+///     FloatToStr(0.1 + 0.2) == u"0.3"    FloatToStr(1e15) == u"1E15"    FloatToStr(-0.0) == u"0"
 UTILVEL90_EXPORT UnicodeString FloatToStr(double valor);
 
 /// FloatToStr into ASCII characters: fills the beginning of `salida` and returns how many.

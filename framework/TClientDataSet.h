@@ -93,6 +93,15 @@ class UTILVEL90_EXPORT TField {
 ///
 /// Changes are applied at once: there is no change log, and Append and Edit work in the record itself, which
 /// Cancel puts back as it was. An operation that throws leaves the data set as it was.
+///
+///     TClientDataSet datos;
+///     datos.CreateDataSet({{.Name = u"CVE", .DataType = TFieldType::ftString, .Size = 5},
+///                          {.Name = u"PREC", .DataType = TFieldType::ftFloat}});
+///     datos.Append();
+///     datos.FieldByName(u"cve").SetAsString(u"A1");
+///     datos.FieldByName(u"PREC").SetAsFloat(9.5);
+///     datos.Post();
+///     datos.Locate(u"PREC", Variant(9.5));   // true; RecNo() == 1
 class UTILVEL90_EXPORT TClientDataSet : public TObject {
  public:
   TClientDataSet();

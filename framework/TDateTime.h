@@ -59,6 +59,9 @@ UTILVEL90_EXPORT CivilTime DecodeTime(TDateTime momento);
 /// "dd/mm/yyyy", then " hh:mm:ss" when the time of day is not midnight, then ".zzz" when milliseconds
 /// remain: the short formats of Mexico, whatever the machine's locale. Raises EConvertError as DecodeDate
 /// does.
+///
+///     DateTimeToStr(TDateTime(45425)) == u"13/05/2024"
+///     DateTimeToStr(TDateTime(45425.5)) == u"13/05/2024 12:00:00"
 UTILVEL90_EXPORT UnicodeString DateTimeToStr(TDateTime momento);
 
 /// Reads what DateTimeToStr writes; day and month may have one digit, the year one to four (24 is the year

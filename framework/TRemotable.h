@@ -168,6 +168,9 @@ class UTILVEL90_EXPORT TRemotable : public TObject {
 /// in order. Every value survives the way back, nulls, arrays and texts of any content included: a text with
 /// what XML has no character for is written as hexadecimal digits, so that any parser takes the rest. Objects
 /// nested more than 64 deep raise EInvalidOperation.
+///
+///     a TParamSelect of column "A&B", as "campo":
+///     <campo><NombreCampo v="A&amp;B"/><NombreTabla v=""/><AliasCampo v=""/><Visible v="0"/></campo>
 UTILVEL90_EXPORT std::string EscribeRemotableXML(const TRemotable& objeto, std::u16string_view nombre);
 
 /// Sets the object's properties from what EscribeRemotableXML wrote. Objects that it owned are replaced, and

@@ -18,6 +18,10 @@ enum class TDuplicates : std::uint8_t { dupIgnore, dupAccept, dupError };
 /// Ordered texts, each with an object that the list may own. Indexes are 0-based; one out of range raises
 /// EStringListError. Texts and names match without regard to case (SameText). An operation that throws leaves
 /// the list as it was.
+///
+///     TStringList lista;
+///     lista.SetValue(u"A", u"1");   // the text "A=1"
+///     lista.Values(u"a") == u"1"    lista.Values(u"b") == u""
 class UTILVEL90_EXPORT TStringList : public TObject {
  public:
   TStringList() = default;

@@ -35,14 +35,20 @@ UTILVEL90_EXPORT std::u16string_view TrimRightView(std::u16string_view texto) no
 UTILVEL90_EXPORT UnicodeString Trim(std::u16string_view texto);
 
 /// 1-based position of the first occurrence of `buscado`; 0 when there is none or `buscado` is empty.
+///
+///     Pos(u"da", u"Mérida") == 5
 UTILVEL90_EXPORT std::size_t Pos(std::u16string_view buscado, std::u16string_view texto) noexcept;
 
 /// Up to `cuenta` characters from the 1-based position `inicio`. A start before 1 counts as 1; a start
 /// past the end or a count below 1 gives the empty text.
+///
+///     Copy(u"Mérida", 2, 3) == u"éri"    Copy(u"Mérida", -4, 2) == u"Mé"    Copy(u"Mérida", 9, 2) == u""
 UTILVEL90_EXPORT std::u16string_view Copy(std::u16string_view texto, long long inicio,
                                           long long cuenta) noexcept;
 
 /// The text with every occurrence of `viejo`, left to right and not overlapping, replaced by `nuevo`.
+///
+///     StringReplace(u"aaa", u"aa", u"b") == u"ba"
 UTILVEL90_EXPORT UnicodeString StringReplace(std::u16string_view texto, std::u16string_view viejo,
                                              std::u16string_view nuevo);
 

@@ -15,6 +15,10 @@ namespace vel {
 /// blank lines, spacing, line ends, lines that mean nothing. Names match without regard to case, blanks
 /// around names and values do not count, and of several equal keys the first counts, in whichever section of
 /// that name it stands.
+///
+///     TextoIni ini(u"[A]\r\n; nota\r\nx = 1\r\n");
+///     ini.Pon(u"a", u"X", u"2");
+///     ini.Pon(u"A", u"y", u"3");   // "[A]\r\n; nota\r\nx = 2\r\ny=3\r\n"
 class UTILVEL90_EXPORT TextoIni {
  public:
   TextoIni() = default;
@@ -48,6 +52,8 @@ class UTILVEL90_EXPORT TextoIni {
 };
 
 /// A profile value without one pair of surrounding quotes, single or double, and without outer blanks.
+///
+///     QuitaComillas(u" \"a b\" ") == u"a b"    QuitaComillas(u"\"a") == u"\"a"
 UTILVEL90_EXPORT std::u16string_view QuitaComillas(std::u16string_view valor) noexcept;
 
 }  // namespace vel

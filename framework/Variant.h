@@ -83,6 +83,8 @@ class UTILVEL90_EXPORT Variant {
 
   /// Whole number of the value, halves rounded to even; as AsDouble, and EVariantTypeCastError when the
   /// number does not fit.
+  ///
+  ///     Variant(2.5).AsInteger() == 2    Variant(3.5).AsInteger() == 4
   std::int32_t AsInteger() const;
   std::int64_t AsInt64() const;
 

@@ -10,6 +10,8 @@ namespace vel {
 /// UTF-16 to the system code page of this suite, Windows-1252. A character that it lacks becomes "?". The
 /// five bytes that it leaves undefined stand for the control characters of the same number, so every byte
 /// survives the way there and back.
+///
+///     ACp1252(u"ñ€Ω") == "\xF1\x80?"
 UTILVEL90_EXPORT AnsiString ACp1252(std::u16string_view texto);
 
 /// True when every character of the text is in Windows-1252.

@@ -21,6 +21,8 @@ UTILVEL90_EXPORT void EscribeRutaAccesoRemoto(std::u16string_view ruta);
 UTILVEL90_EXPORT UnicodeString DameNombreServicio();
 
 /// Full address of the service: base address and service name with one "/" between them.
+///
+///     base u"https://otro.mx/vel" or u"https://otro.mx/vel/": u"https://otro.mx/vel/SrvVEL90.dll/soap"
 UTILVEL90_EXPORT UnicodeString DameDirDatosRemoto();
 
 /// Name of the remote connection that the user chose ("NombreConexionRemoto").

@@ -46,6 +46,8 @@ UTILVEL90_EXPORT UnicodeString GetProfileStringW(std::u16string_view archivo, st
                                                  std::u16string_view clave);
 
 /// The value without one pair of surrounding quotes.
+///
+///     stored A="uno":   DameValor gives "uno" with its quotes, DameValorSinComillas without
 UTILVEL90_EXPORT UnicodeString DameValorSinComillas(std::u16string_view archivo, std::u16string_view seccion,
                                                     std::u16string_view clave);
 /// Fill the list with a section's lines, "key=value" (values without their quotes), or with its key names.

@@ -28,6 +28,8 @@ namespace vel {
 UTILVEL90_EXPORT void AbreArchivoEmpresa(std::unique_ptr<TClientDataSet>& empresas, std::u16string_view ruta);
 
 /// Fills the list with a line for each company, in record order: its number, "=" and its name.
+///
+///     1=Comercial Peña
 UTILVEL90_EXPORT void DameEmpresasVEL(TStringList& lista);
 
 /// Name, driver and database location of a company; empty when the catalog does not hold it.

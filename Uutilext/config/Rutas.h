@@ -53,6 +53,8 @@ UTILVEL90_EXPORT UnicodeString DameRutaPlantillasCorreo();
 UTILVEL90_EXPORT UnicodeString DameDirDatosLocal(int numEmp);
 UTILVEL90_EXPORT void EscribeDirDatosLocal(int numEmp, std::u16string_view carpeta);
 /// The number in decimal, 1 to 9 with a "0" before it.
+///
+///     DameNumEmpFormat(7) == u"07"    DameNumEmpFormat(12) == u"12"    DameNumEmpFormat(0) == u"0"
 UTILVEL90_EXPORT UnicodeString DameNumEmpFormat(int numEmp);
 /// The folder of a kind, created with its parents when missing unless it has a star in the table. Empty for a
 /// kind that does not exist.

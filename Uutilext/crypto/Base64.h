@@ -13,6 +13,8 @@ namespace vel {
 /// length that is not a multiple of four) is not Base64: the result is 0 bytes and `salida` stays as it was.
 ///
 /// Null pointers and sizes below 1 give 0. Input and output must not overlap.
+///
+///     the bytes "abcd" are "YWJjZA=="
 UTILVEL90_EXPORT int Base64(const unsigned char* entrada, int longitud, unsigned char* salida, int tamano,
                             bool codifica);
 

@@ -15,15 +15,21 @@ namespace vel {
 
 /// SHA-256 (FIPS 180-4) of the bytes of `texto` up to its terminating zero, as 64 hexadecimal digits in
 /// small letters. Null counts as the empty text.
+///
+///     Hash256("abc") == "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad"
 UTILVEL90_EXPORT AnsiString Hash256(const char* texto);
 
 /// SHA-1 (FIPS 180-4) of a text in the system code page, taken over its UTF-8 form up to the first zero
 /// byte, as 40 hexadecimal digits in small letters. SHA-1 no longer withstands forgers; use it only where a
 /// receiver asks for it.
+///
+///     EncriptaSha1("abc") == "a9993e364706816aba3e25717850c26c9cd0d89d"
 UTILVEL90_EXPORT AnsiString EncriptaSha1(std::string_view texto);
 
 /// MD5 (RFC 1321) of the UTF-8 form of `texto` in Base64: 24 characters. MD5 is broken as a proof against
 /// tampering; use it only where a receiver asks for it.
+///
+///     EncriptaMD5(u"abc") == u"kAFQmDzST7DWlj99KOF/cg=="
 UTILVEL90_EXPORT UnicodeString EncriptaMD5(std::u16string_view texto);
 
 /// HMAC-SHA-256 (RFC 2104) of `datos` in the system code page, as 32 raw bytes. The data end at their first

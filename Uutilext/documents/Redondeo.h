@@ -16,15 +16,21 @@ namespace vel {
 UTILVEL90_EXPORT double Redondea(double valor, int decimales) noexcept;
 
 /// True when both differ by at most 0.000001; false when either is not a number.
+///
+///     Compara(1, 1.000001) == true    Compara(1, 1.0000011) == false
 UTILVEL90_EXPORT bool Compara(double a, double b) noexcept;
 
 /// Rounds to the nearest multiple of `incremento`, halves upward (-2.5 gives -2), after adding 1e-8 to the
 /// quotient, so that one a hair below a half goes up too. An increment within 0.000001 of zero returns the
 /// value unchanged.
+///
+///     Redondea8(12.3, 0.25) == 12.25    Redondea8(-2.5, 1) == -2    Redondea8(2.5, 1) == 3
 UTILVEL90_EXPORT double Redondea8(double valor, double incremento) noexcept;
 
 /// Rounds to five decimals (multiples of 0.00001), halves upward, and cleans the result at six. The name
 /// promises four; callers rely on five.
+///
+///     Redondea4(1.000005) == 1.00001    Redondea4(1.0000049) == 1
 UTILVEL90_EXPORT double Redondea4(double valor) noexcept;
 
 /// Rounds half away from zero through the value's decimal text (FloatToStr, 15 significant digits): a value
@@ -32,6 +38,8 @@ UTILVEL90_EXPORT double Redondea4(double valor) noexcept;
 /// whatever its binary value is. Zero or negative decimals return the value unchanged. A text in exponent
 /// form is cut at its point, which loses the exponent; amounts are never that small or large. Raises
 /// EConvertError when the value divided by 10^-decimales overflows.
+///
+///     g_redoTo(1.235, 2) == 1.24    g_redoTo(-1.235, 2) == -1.24    g_redoTo(1.5, 0) == 1.5
 UTILVEL90_EXPORT double g_redoTo(double valor, int decimales);
 
 }  // namespace vel

@@ -42,15 +42,22 @@ UTILVEL90_EXPORT int DameTipoDoctoInt(TIPO_DOCTO tipo) noexcept;
 /// Name of the type: form 0 the plural in small letters, 1 the singular, 2 the plural; empty for another
 /// form or type. Payment receipts have no singular of their own, and only form 2 tells sales returns from
 /// purchase returns.
+///
+///     TD_FACTURA:      "facturas", "Factura", "Facturas"
+///     TD_DEVOLUCION:   "devoluciones", "Devolución", "Devoluciones de ventas"
 UTILVEL90_EXPORT UnicodeString DameTipoDoctoStr(TIPO_DOCTO tipo, int forma);
 
 /// Comma-separated picking list of the module's types, names that hold a blank in double quotes; empty for
 /// a module without documents.
+///
+///     MODULO_COMPRAS: "Compras,Recepciones,Órdenes,Requisiciones,Devoluciones"
 UTILVEL90_EXPORT UnicodeString DameAllTiposDoctosStr(ENUM_MODULO modulo);
 
 /// Templates of the tables of a type's headers, lines, and free fields of both: "[FACTF][EE]" and so on. The
 /// brackets quote the name; the caller puts the company's number in the place of "[EE]". Empty for
 /// TD_NINGUNO and for what is no type.
+///
+///     TD_FACTURA: "[FACTF][EE]", "[PAR_FACTF][EE]", "[FACTF_CLIB][EE]", "[PAR_FACF_CLIB][EE]"
 UTILVEL90_EXPORT UnicodeString DameTablaCabecera(TIPO_DOCTO tipo);
 UTILVEL90_EXPORT UnicodeString DameTablaPartidas(TIPO_DOCTO tipo);
 UTILVEL90_EXPORT UnicodeString DameTablaCabCLib(TIPO_DOCTO tipo);

@@ -24,6 +24,9 @@ UTILVEL90_EXPORT void DividirDireccion(std::u16string_view direccion, UnicodeStr
 /// to `primera` alone. Otherwise `primera` and `segunda` both get what stands before the first comma, and
 /// `cuarta` what stands after the last comma used, when there is anything; `tercera` becomes empty when only
 /// one comma stands before more text. Outputs not named stay as they were: callers rely on it.
+///
+///     "Mérida, Yucatán"            // "Mérida", "Mérida", "", " Yucatán"
+///     "Mérida, Yucatán, México"    // "Mérida", "Mérida", as it was, " México"
 UTILVEL90_EXPORT void DividePoblacion(std::u16string_view poblacion, UnicodeString& primera,
                                       UnicodeString& segunda, UnicodeString& tercera, UnicodeString& cuarta);
 

@@ -37,6 +37,9 @@ UTILVEL90_EXPORT bool GetInfoTimeZone(TIME_ZONE_INFORMATION& tzi, std::u16string
 /// Standard Time (Mexico)". The daylight saving rules of both hold, those of the date's own year; a local
 /// time that occurs twice or not at all is taken in standard time. Milliseconds are kept. An unknown zone, or
 /// a date outside the years 1 to 9999, returns the date-time unchanged.
+///
+///     on a computer in Mexico City, zone u"Pacific Standard Time (Mexico)" (Tijuana):
+///         15/01/2024 12:00 gives 10:00, and 15/07/2024 12:00, in summer time there, 11:00
 UTILVEL90_EXPORT TDateTime ConvertTimeToTimeZone(TDateTime fecha, std::u16string_view zona);
 
 /// This computer's present offset from universal time in whole hours, halves rounded away from zero: -6 where
@@ -45,6 +48,8 @@ UTILVEL90_EXPORT int DameHoraBase(TDateTime fecha);
 
 /// Name of a synchronisation-time setting: "TiempoSincronizacion" and the number, a "0" before it when it is
 /// below 10.
+///
+///     DameSecTiempoSincro(5) == u"TiempoSincronizacion05"
 UTILVEL90_EXPORT UnicodeString DameSecTiempoSincro(int numero);
 
 }  // namespace vel
