@@ -2,6 +2,7 @@
 
 #include "Paramsql/Paramsql.h"
 #include "framework/Excepciones.h"
+#include "tests/Casos.h"
 
 namespace vel {
 namespace {
@@ -21,34 +22,16 @@ UnicodeString Campos(const TParametrosFiltro& filtro) {
 }
 
 TEST(Operadores, TranslateBothWaysAndDifferOnPurpose) {
-  const struct {
-    const char16_t* filtro;
-    const char16_t* condicion;
-    const char16_t* leido;
-  } textos[] = {{u"=", u"=", u"="},
-                {u"<", u"<", u"<"},
-                {u"<=", u"<=", u"<="},
-                {u">", u">", u">"},
-                {u">=", u">=", u">="},
-                {u" <> ", u" != ", u"<>"},
-                {u" LIKE ", u" LIKE ", u"LIKE"},
-                {u" IN ", u" IN ", u"IN"},
-                {u" NOT IN ", u" NOT IN ", u"NOT IN"},
-                {u" IS NOT NULL ", u" IS NOT NULL", u"IS NOT NULL"},
-                {u" IS NULL ", u" IS NULL", u"IS NULL"},
-                {u" BETWEEN ", u" BETWEEN ", u"BETWEEN"},
-                {u" EXISTS ", u" EXISTS ", u"EXISTS"},
-                {u" NINGUNO ", u" MACRO ", u"NINGUNO"},
-                {u"", u"", u""}};
   TParamWhereSimple condicion;
-  for (std::uint8_t i = 0; i < 15; ++i) {
-    const auto op = static_cast<ENUM_OPERADOR>(i);
-    condicion.Operador = op;
-    EXPECT_EQ(TParametrosFiltro::DameOperador(op), textos[i].filtro);
-    EXPECT_EQ(condicion.DameOperador(), textos[i].condicion);
-    if (i == 14) continue;
-    EXPECT_EQ(TParametrosFiltro::DameOperador(textos[i].leido), op);
+  std::uint8_t ordinal = 0;
+  for (const auto& c : pruebas::Casos("sentencias/operadores.txt", "|")) {
+    condicion.Operador = static_cast<ENUM_OPERADOR>(ordinal++);
+    EXPECT_EQ(UTF8Encode(TParametrosFiltro::DameOperador(condicion.Operador)), c.at(0));
+    EXPECT_EQ(UTF8Encode(condicion.DameOperador()), c.at(1));
+    EXPECT_EQ(TParametrosFiltro::DameOperador(UTF8ToString(c.at(2))), condicion.Operador) << c[2];
   }
+  condicion.Operador = static_cast<ENUM_OPERADOR>(ordinal);
+  EXPECT_EQ(TParametrosFiltro::DameOperador(condicion.Operador) + condicion.DameOperador(), u"");
   for (const char16_t* otro : {u"", u" LIKE ", u"like", u"MACRO", u" <> "}) {
     EXPECT_EQ(TParametrosFiltro::DameOperador(otro), ENUM_OPERADOR::DIFERENTE);
   }

@@ -1,15 +1,13 @@
-#include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <memory>
 #include <string>
 #include <tuple>
-#include <unistd.h>
 
 #include "Paramsql/Paramsql.h"
 #include "Uutilext/config/Configuracion.h"
 #include "framework/Excepciones.h"
+#include "tests/CarpetaTemporal.h"
+#include "tests/Mensaje.h"
 
 namespace vel {
 namespace {
@@ -21,23 +19,11 @@ using Tipo = TFieldType;
 
 class Definicion : public testing::Test {
  protected:
-  void SetUp() override {
-    carpeta_ = std::filesystem::temp_directory_path() / ("utilvel90_consulta_" + std::to_string(getpid()));
-    std::filesystem::create_directories(carpeta_);
-    archivo_ = UTF8ToString((carpeta_ / "consulta.ini").string());
-  }
-  void TearDown() override { std::filesystem::remove_all(carpeta_); }
+  void Escribe(const std::string& texto) const { carpeta_.Escribe("consulta.ini", texto); }
+  std::string Lee() const { return carpeta_.Lee("consulta.ini"); }
 
-  void Escribe(const std::string& texto) const {
-    std::ofstream(carpeta_ / "consulta.ini", std::ios::binary) << texto;
-  }
-  std::string Lee() const {
-    std::ifstream entrada(carpeta_ / "consulta.ini", std::ios::binary);
-    return {std::istreambuf_iterator<char>(entrada), {}};
-  }
-
-  std::filesystem::path carpeta_;
-  UnicodeString archivo_;
+  pruebas::CarpetaTemporal carpeta_;
+  UnicodeString archivo_ = carpeta_.Archivo("consulta.ini");
 };
 
 // Statement and parameters of a definition as one text.
@@ -142,8 +128,10 @@ TEST_F(Definicion, OfAnyContentReloadsToTheSame) {
   TParametrosFiltro leida(u"otra");
   leida.AgregaJoin(u"vieja");
   TParametrosFiltro* const partner = leida.AgregaUnion(u"vieja");
+  leida.FechaTrabajo = TDateTime(45427);
   leida.LoadFromIni(archivo_, 0);
   EXPECT_EQ(Huella(leida), Huella(f));
+  EXPECT_EQ(leida.ParametrosUnion->ParametrosUnion->FechaTrabajo, TDateTime(45427));
   EXPECT_EQ(partner->NombreTabla, u"vieja");
   // By its properties it goes as XML, whole.
   TParametrosFiltro deXml(u"");
@@ -229,6 +217,10 @@ TEST_F(Definicion, WrittenByHandLoads) {
     f.LoadFromIni(archivo_, 0);
     EXPECT_EQ(f.OrdDesc, desciende) << texto;
   }
+  Escribe("[Vista1]\nOrdenadoPor=A\n");
+  f.OrdDesc = false;
+  for (int vez = 0; vez < 2; ++vez) f.LoadFromIni(archivo_, 0);
+  EXPECT_FALSE(f.OrdDesc) << "loading again does not turn the order around";
   f.OrdDesc = true;
   Escribe("[TABLAPIV]\nTABLA=T\n");
   f.LoadFromIni(archivo_, 0);
@@ -269,15 +261,9 @@ TEST_F(Definicion, StaysWholeOnBadInput) {
   f.AgregaFiltro(u"N", Tipo::ftString, Variant(u"dos\nlíneas"), Op::IGUAL, Y, SIN, true);
   EXPECT_THROW(f.SaveToIni(archivo_, 0), EInvalidOperation);
   EXPECT_EQ(Lee(), bytes);
-  try {
-    f.SaveToIni(u"/proc/nada/consulta.ini", 0);
-    FAIL();
-  } catch (const Exception& e) {
-    EXPECT_EQ(e.Message(),
-              u"No se puede actualizar la información del archivo \"/proc/nada/consulta.ini\"\nCompruebe que "
-              u"tenga los "
-              u"permisos necesarios.");
-  }
+  EXPECT_EQ(pruebas::MensajeDe([&f] { f.SaveToIni(u"/proc/nada/consulta.ini", 0); }),
+            "No se puede actualizar la información del archivo \"/proc/nada/consulta.ini\"\nCompruebe que "
+            "tenga los permisos necesarios.");
   const std::string huella = Huella(f);
   for (const char* malo : {"[UNION]\nFiltro=0\n", "[UNION]\nFiltro=1\n[UNION1]\nFiltro=1\n",
                            "[UNION]\nFiltro=x\n", "[FILTRO]\nNumFiltros=1\nTipoCampo0=3\nValCampo0=doce\n"}) {
@@ -285,6 +271,16 @@ TEST_F(Definicion, StaysWholeOnBadInput) {
     EXPECT_THROW(f.LoadFromIni(archivo_, 0), Exception) << malo;
     EXPECT_EQ(Huella(f), huella);
   }
+  TParametrosFiltro larga(u"T");
+  TParametrosFiltro* ultima = &larga;
+  for (int i = 0; i < 64; ++i) ultima = ultima->AgregaUnion(u"U");
+  larga.SaveToIni(archivo_, 0);
+  f.LoadFromIni(archivo_, 0);
+  EXPECT_EQ(Huella(f), Huella(larga));
+  EscribeValor(archivo_, u"UNION64", u"Filtro", u"65");
+  EXPECT_THROW(f.LoadFromIni(archivo_, 0), EInvalidOperation);
+  ultima->AgregaUnion(u"U");
+  EXPECT_THROW(larga.SaveToIni(archivo_, 0), EInvalidOperation);
   Escribe("[FILTRO]\nNumFiltros=2000000000\nNomCampo0=A\n");
   f.LoadFromIni(archivo_, 0);
   EXPECT_LE(f.ParamWhere.size(), 2U);

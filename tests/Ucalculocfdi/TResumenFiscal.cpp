@@ -20,13 +20,6 @@ using enum ENUM_IMPUESTO_FISCAL;
 
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
-struct Motor : TCalculoCFDI {
-  explicit Motor(const std::vector<Partida>& lineas, ENUM_MODULO modulo = ENUM_MODULO::MODULO_VENTAS)
-      : TCalculoCFDI(modulo, ENUM_PROC_FACTCOMP::PROC_NORMAL, TIPO_DOCTO::TD_FACTURA) {
-    SetPartidas(Lineas(lineas));
-  }
-};
-
 Partida Impuesto(int numero, double tasa, int codigo = 0) {
   return {{u"IMPU" + IntToStr(numero), Variant(tasa)},
           {u"IMP" + IntToStr(numero) + u"APLA", Variant(codigo)}};

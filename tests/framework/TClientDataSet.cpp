@@ -71,7 +71,7 @@ TEST(TClientDataSet, WalksItsRecords) {
 TEST(TClientDataSet, EditsAndPutsBack) {
   TClientDataSet datos = Productos();
   EXPECT_THROW(datos.Edit(), EDatabaseError);
-  Agrega(datos, u"A", 1.5);
+  Agrega(datos, u"AAAA", 1.5);
   EXPECT_THROW(datos.FieldByName(u"PREC").SetAsFloat(3), EDatabaseError) << "not in edit";
   datos.Edit();
   datos.FieldByName(u"PREC").SetAsString(u" 7.25 ");
