@@ -103,6 +103,7 @@ TEST(Formula, EndsWhateverItHolds) {
   UnicodeString doble = u"FUN49";
   for (int i = 0; i < 49; ++i) doble = u"(FUN" + IntToStr(i) + u"+FUN" + IntToStr(i) + u")," + doble;
   EXPECT_EQ(Evalua(u"MAX(" + doble + u",(1+0))"), std::ldexp(1.0, 49));
+  EXPECT_THROW(Evalua(u"MAX(" + doble + u",(1+0))+X"), EConvertError);
 }
 
 TEST(Formula, OffersItsStepsOneByOne) {

@@ -76,9 +76,10 @@ TEST(Zonas, AgreeWithTheCLibraryAroundEveryChange) {
           const bool unaEstandar = lados[0].verano != lados[1].verano;
           if (validos.size() == 1 || (validos.size() == 2 && lados[0] == lados[1])) {
             ASSERT_EQ(leido, local - validos[0].segundos) << archivo << ' ' << local;
-          } else if (unaEstandar) {
-            ASSERT_EQ(leido, local - (lados[0].verano ? lados[1] : lados[0]).segundos)
-                << archivo << ' ' << local;
+          } else {
+            // Standard time; where both are, the later of two times and the earlier of none.
+            const bool despues = unaEstandar ? lados[0].verano : !validos.empty();
+            ASSERT_EQ(leido, local - lados[despues ? 1 : 0].segundos) << archivo << ' ' << local;
           }
         }
       }
