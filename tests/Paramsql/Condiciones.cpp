@@ -105,29 +105,6 @@ TEST(Condiciones, ReadFromTexts) {
   EXPECT_EQ(c.CharGrupo, ENUM_GRUPO::TERMINA);
   EXPECT_TRUE(c.Sensitive);
   EXPECT_THROW(filtro.AgregaFiltroStr(u"A", u"texto", u"", u"", u"", u"", false), EConvertError);
-
-  const struct {
-    TFieldType tipo;
-    const char16_t* texto;
-    Variant valor;
-  } valores[] = {
-      {kTexto, u"plano", Variant(u"plano")},
-      {kTexto, u"", Variant()},
-      {kTexto, u"\"''\"", Variant(u"")},
-      {kTexto, u"\"'a,b','c''d' , 'e\"'\"", VarArrayOf({Variant(u"a,b"), Variant(u"c'd"), Variant(u"e\"")})},
-      {kTexto, u"'O'Brien'", Variant(u"O'Brien")},
-      {kTexto, u"{}", VarArrayOf({})},
-      {TFieldType::ftDataSet, u"\"{'A','B''C'}\"", VarArrayOf({Variant(u"A"), Variant(u"B'C")})},
-      {TFieldType::ftInteger, u"\"'1','-2'\"", VarArrayOf({Variant(1), Variant(-2)})},
-      {TFieldType::ftInteger, u"NULL", Variant::Null()},
-      {TFieldType::ftFloat, u"'0.5'", Variant(0.5)},
-      {TFieldType::ftBoolean, u"'True'", Variant(true)},
-      {TFieldType::ftDateTime, u"'15/05/2024'", Variant(TDateTime(45427))},
-      {TFieldType::ftDateTime, u"2024-05-15", Variant(u"2024-05-15")},
-      {TFieldType::ftDataSet, u"\"'SELECT 'x''\"", Variant(u"SELECT 'x'")}};
-  for (const auto& v : valores) {
-    EXPECT_EQ(TParametrosFiltro::DameValorLstCampos(v.tipo, v.texto), v.valor) << UTF8Encode(v.texto);
-  }
   EXPECT_THROW(TParametrosFiltro::DameValorLstCampos(TFieldType::ftInteger, u"'doce'"), EConvertError);
 }
 

@@ -6,6 +6,7 @@
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
 #include "tests/Casos.h"
+#include "tests/Paramsql/Valores.h"
 
 namespace vel {
 namespace {
@@ -33,23 +34,6 @@ TEST(Clausulas, ReadAlikeInWhereAndHaving) {
     n = 0;
     EXPECT_EQ(f.DameHaving(true, n),
               u" HAVING " + (c.size() > 6 ? texto(5) : StringReplace(texto(4), u":var", u":hav")));
-  }
-}
-
-TEST(Clausulas, WriteLimitsByTheirValues) {
-  const struct {
-    TFieldType tipo;
-    Variant bajo, alto;
-    const char16_t* limites;
-  } casos[] = {
-      {TFieldType::ftDate, Variant(45427), Variant(TDateTime(45428.75)), u"'2024-05-15' AND '2024-05-16'"},
-      {kTexto, Variant(TDateTime(45427)), Variant(u"'z'"), u"15/05/2024 AND 'z'"},
-      {TFieldType::ftTime, Variant(45427.0), Variant(u"14:30"), u"'00:00:00' AND 14:30"}};
-  for (const auto& c : casos) {
-    TParametrosFiltro f(u"T");
-    f.AgregaFiltro(u"C", c.tipo, Op::BETWEEN, Y, SIN, c.bajo, c.alto);
-    int n = 0;
-    EXPECT_EQ(f.DameCondWhere(false, n), u" ( C BETWEEN " + UnicodeString(c.limites) + u" ) ");
   }
 }
 
@@ -154,23 +138,20 @@ TEST(Sentencia, MarksItsParametersInEveryStyle) {
   EXPECT_NE(f.DameSentenciaSQL(true, kMayor - 4).find(u":var2147483647)"), UnicodeString::npos);
 }
 
-TEST(Sentencia, BindsDatesAsMoments) {
-  const struct {
-    TFieldType tipo;
-    Variant valor;
-    Variant enlazado;
-  } casos[] = {{TFieldType::ftTimeStamp, Variant(u"2024-05-15T18:00"), Variant(TDateTime(45427.75))},
-               {TFieldType::ftDateTime, Variant(u"'15/05/2024 18:00'"), Variant(TDateTime(45427.75))},
-               {TFieldType::ftDate, Variant(u"'2024-05-15 18:00'"), Variant(TDateTime(45427))},
-               {TFieldType::ftTime, Variant(45427.75), Variant(TDateTime(0.75))},
-               {TFieldType::ftDateTime, Variant(u"'now'"), Variant(u"now")},
-               {kTexto, Variant(u"'2024-05-15'"), Variant(u"'2024-05-15'")}};
-  for (const auto& c : casos) {
+TEST(Sentencia, WritesAndBindsDatesByTheirTypes) {
+  for (const auto& c : pruebas::Casos("sentencias/fechas.txt", "|")) {
     TParametrosFiltro f(u"T");
-    f.AgregaFiltro(u"C", c.tipo, c.valor, Op::IGUAL, Y, SIN, true);
+    const Variant valor = pruebas::ValorDe(c.at(1));
+    f.AgregaFiltro(u"C", pruebas::TipoDe(c.at(0)), valor, valor.IsArray() ? Op::BETWEEN : Op::IGUAL, Y, SIN,
+                   true);
     TParams p;
     f.DameSentenciaSQL(ENUM_MARCADOR::DOSPUNTOS, 0, p);
-    EXPECT_EQ(p[0].Value, c.enlazado) << UTF8Encode(c.valor.AsString());
+    int n = 0;
+    if (valor.IsArray()) {
+      EXPECT_EQ(UTF8Encode(f.DameCondWhere(false, n)), " ( C BETWEEN " + c.at(2) + " ) ");
+    } else {
+      EXPECT_EQ(p[0].Value, pruebas::ValorDe(c.at(2))) << c[1];
+    }
   }
 }
 
