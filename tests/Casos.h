@@ -26,4 +26,20 @@ inline std::vector<std::vector<std::string>> Casos(const std::string& nombre, co
   return casos;
 }
 
+/// The text with its \\n, \\r, \\t and \\xNN replaced by the bytes that they stand for.
+inline std::string Descifra(const std::string& texto) {
+  std::string salida;
+  for (std::size_t i = 0; i < texto.size(); ++i) {
+    if (texto[i] != '\\') {
+      salida += texto[i];
+    } else if (texto[++i] == 'x') {
+      salida += static_cast<char>(std::stoi(texto.substr(i + 1, 2), nullptr, 16));
+      i += 2;
+    } else {
+      salida += texto[i] == 'n' ? '\n' : texto[i] == 'r' ? '\r' : '\t';
+    }
+  }
+  return salida;
+}
+
 }  // namespace pruebas

@@ -3,7 +3,8 @@
 
     tools/mutantes.py [TEXT...]    only the faults whose file or program holds one of the texts
 
-A fault is a head, the lines to take away and the lines to put there:
+A fault is a head, the lines to take away and the lines to put there. The head names the file and the test program,
+with a filter of its tests where the others take long:
 
     Paramsql/Redactor.cpp | pruebas_Paramsql
     - if (balance < 0) salida_.append(
@@ -70,14 +71,17 @@ def copia_arbol():
 
 
 def construye(objetivos):
-    return subprocess.run(['cmake', '--build', '--preset', 'dev', '--target', *objetivos], cwd=COPIA,
+    objetivos = {objetivo.split()[0] for objetivo in objetivos}
+    return subprocess.run(['cmake', '--build', '--preset', 'dev', '--target', *sorted(objetivos)], cwd=COPIA,
                           stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL).returncode == 0
 
 
 def pasa(programa):
-    ruta = next((COPIA / 'build' / 'dev' / 'tests').rglob(programa))
+    nombre, _, filtro = programa.partition(' ')
+    ruta = next((COPIA / 'build' / 'dev' / 'tests').rglob(nombre))
+    orden = [ruta, '--gtest_fail_fast', '--gtest_filter=' + (filtro or '*')]
     try:
-        return subprocess.run([ruta, '--gtest_fail_fast'], cwd=ruta.parent, stdin=subprocess.DEVNULL,
+        return subprocess.run(orden, cwd=ruta.parent, stdin=subprocess.DEVNULL,
                               stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
                               timeout=SEGUNDOS).returncode == 0
     except subprocess.TimeoutExpired:

@@ -2,6 +2,7 @@
 
 #include "Paramsql/Paramsql.h"
 #include "framework/Excepciones.h"
+#include "tests/Casos.h"
 
 namespace vel {
 namespace {
@@ -21,34 +22,16 @@ UnicodeString Campos(const TParametrosFiltro& filtro) {
 }
 
 TEST(Operadores, TranslateBothWaysAndDifferOnPurpose) {
-  const struct {
-    const char16_t* filtro;
-    const char16_t* condicion;
-    const char16_t* leido;
-  } textos[] = {{u"=", u"=", u"="},
-                {u"<", u"<", u"<"},
-                {u"<=", u"<=", u"<="},
-                {u">", u">", u">"},
-                {u">=", u">=", u">="},
-                {u" <> ", u" != ", u"<>"},
-                {u" LIKE ", u" LIKE ", u"LIKE"},
-                {u" IN ", u" IN ", u"IN"},
-                {u" NOT IN ", u" NOT IN ", u"NOT IN"},
-                {u" IS NOT NULL ", u" IS NOT NULL", u"IS NOT NULL"},
-                {u" IS NULL ", u" IS NULL", u"IS NULL"},
-                {u" BETWEEN ", u" BETWEEN ", u"BETWEEN"},
-                {u" EXISTS ", u" EXISTS ", u"EXISTS"},
-                {u" NINGUNO ", u" MACRO ", u"NINGUNO"},
-                {u"", u"", u""}};
   TParamWhereSimple condicion;
-  for (std::uint8_t i = 0; i < 15; ++i) {
-    const auto op = static_cast<ENUM_OPERADOR>(i);
-    condicion.Operador = op;
-    EXPECT_EQ(TParametrosFiltro::DameOperador(op), textos[i].filtro);
-    EXPECT_EQ(condicion.DameOperador(), textos[i].condicion);
-    if (i == 14) continue;
-    EXPECT_EQ(TParametrosFiltro::DameOperador(textos[i].leido), op);
+  std::uint8_t ordinal = 0;
+  for (const auto& c : pruebas::Casos("sentencias/operadores.txt", "|")) {
+    condicion.Operador = static_cast<ENUM_OPERADOR>(ordinal++);
+    EXPECT_EQ(UTF8Encode(TParametrosFiltro::DameOperador(condicion.Operador)), c.at(0));
+    EXPECT_EQ(UTF8Encode(condicion.DameOperador()), c.at(1));
+    EXPECT_EQ(TParametrosFiltro::DameOperador(UTF8ToString(c.at(2))), condicion.Operador) << c[2];
   }
+  condicion.Operador = static_cast<ENUM_OPERADOR>(ordinal);
+  EXPECT_EQ(TParametrosFiltro::DameOperador(condicion.Operador) + condicion.DameOperador(), u"");
   for (const char16_t* otro : {u"", u" LIKE ", u"like", u"MACRO", u" <> "}) {
     EXPECT_EQ(TParametrosFiltro::DameOperador(otro), ENUM_OPERADOR::DIFERENTE);
   }
@@ -122,29 +105,6 @@ TEST(Condiciones, ReadFromTexts) {
   EXPECT_EQ(c.CharGrupo, ENUM_GRUPO::TERMINA);
   EXPECT_TRUE(c.Sensitive);
   EXPECT_THROW(filtro.AgregaFiltroStr(u"A", u"texto", u"", u"", u"", u"", false), EConvertError);
-
-  const struct {
-    TFieldType tipo;
-    const char16_t* texto;
-    Variant valor;
-  } valores[] = {
-      {kTexto, u"plano", Variant(u"plano")},
-      {kTexto, u"", Variant()},
-      {kTexto, u"\"''\"", Variant(u"")},
-      {kTexto, u"\"'a,b','c''d' , 'e\"'\"", VarArrayOf({Variant(u"a,b"), Variant(u"c'd"), Variant(u"e\"")})},
-      {kTexto, u"'O'Brien'", Variant(u"O'Brien")},
-      {kTexto, u"{}", VarArrayOf({})},
-      {TFieldType::ftDataSet, u"\"{'A','B''C'}\"", VarArrayOf({Variant(u"A"), Variant(u"B'C")})},
-      {TFieldType::ftInteger, u"\"'1','-2'\"", VarArrayOf({Variant(1), Variant(-2)})},
-      {TFieldType::ftInteger, u"NULL", Variant::Null()},
-      {TFieldType::ftFloat, u"'0.5'", Variant(0.5)},
-      {TFieldType::ftBoolean, u"'True'", Variant(true)},
-      {TFieldType::ftDateTime, u"'15/05/2024'", Variant(TDateTime(45427))},
-      {TFieldType::ftDateTime, u"2024-05-15", Variant(u"2024-05-15")},
-      {TFieldType::ftDataSet, u"\"'SELECT 'x''\"", Variant(u"SELECT 'x'")}};
-  for (const auto& v : valores) {
-    EXPECT_EQ(TParametrosFiltro::DameValorLstCampos(v.tipo, v.texto), v.valor) << UTF8Encode(v.texto);
-  }
   EXPECT_THROW(TParametrosFiltro::DameValorLstCampos(TFieldType::ftInteger, u"'doce'"), EConvertError);
 }
 

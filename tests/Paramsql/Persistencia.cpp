@@ -1,15 +1,15 @@
-#include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <memory>
 #include <string>
-#include <tuple>
-#include <unistd.h>
 
 #include "Paramsql/Paramsql.h"
 #include "Uutilext/config/Configuracion.h"
 #include "framework/Excepciones.h"
+#include "platform/Archivos.h"
+#include "tests/CarpetaTemporal.h"
+#include "tests/Casos.h"
+#include "tests/Mensaje.h"
+#include "tests/Paramsql/Valores.h"
 
 namespace vel {
 namespace {
@@ -21,24 +21,11 @@ using Tipo = TFieldType;
 
 class Definicion : public testing::Test {
  protected:
-  void SetUp() override {
-    carpeta_ = std::filesystem::temp_directory_path() / ("utilvel90_consulta_" + std::to_string(getpid()));
-    std::filesystem::create_directories(carpeta_);
-    archivo_ = UTF8ToString((carpeta_ / "consulta.ini").string());
-  }
-  void TearDown() override { std::filesystem::remove_all(carpeta_); }
+  void Escribe(const std::string& texto) const { carpeta_.Escribe("consulta.ini", texto); }
+  std::string Lee() const { return carpeta_.Lee("consulta.ini"); }
 
-  void Escribe(const std::string& texto) const {
-    std::ofstream(carpeta_ / "consulta.ini", std::ios::binary) << texto;
-  }
-  std::string Lee() const { return Lee(carpeta_ / "consulta.ini"); }
-  static std::string Lee(const std::filesystem::path& archivo) {
-    std::ifstream entrada(archivo, std::ios::binary);
-    return {std::istreambuf_iterator<char>(entrada), {}};
-  }
-
-  std::filesystem::path carpeta_;
-  UnicodeString archivo_;
+  pruebas::CarpetaTemporal carpeta_;
+  UnicodeString archivo_ = carpeta_.Archivo("consulta.ini");
 };
 
 // Statement and parameters of a definition as one text.
@@ -61,60 +48,12 @@ void ArmaTodo(TParametrosFiltro& f) {
   f.AgregaCampoSelect(u"SUM(S)", u"", false);
   f.AgregaJoin(u"JOIN C ON C.I = T.I");
   f.AgregaJoin(u"LEFT JOIN D ON D.N = 'x'");
-  const auto texto = [&f](Op op, const Variant& v, ENUM_CONECTOR con, ENUM_GRUPO grupo, bool sensitive) {
-    f.AgregaFiltro(u"C.NOMBRE", Tipo::ftString, v, op, con, grupo, sensitive);
-  };
-  texto(Op::IGUAL, Variant(u"O'Brien; \"S.A.\" = [x] ''"), ENUM_CONECTOR::OR, ENUM_GRUPO::INICIA, true);
-  texto(Op::LIKE, Variant(u"%Ñandú_/%"), Y, ENUM_GRUPO::TERMINA, false);
-  texto(Op::DIFERENTE, Variant(u""), Y, SIN, true);
-  texto(Op::IGUAL, Variant::Null(), Y, SIN, true);
-  texto(Op::IGUAL, Variant(u"NULL"), Y, SIN, true);
-  texto(Op::INN,
-        VarArrayOf({Variant(u"a,b"), Variant(u"'"), Variant(u"  "), Variant::Null(), Variant(u"Ωμέγα €")}), Y,
-        SIN, true);
-  f.AgregaFiltro(u"F", Tipo::ftDateTime, Op::BETWEEN, Y, SIN, Variant(TDateTime(45427)),
-                 Variant(TDateTime(45427.25)));
-  f.AgregaFiltro(u"R", Tipo::ftFloat, Variant(0.1 + 0.2), Op::MENOR, Y, SIN, true);
-  f.AgregaFiltro(u"I", Tipo::ftInteger, Variant(7), Op::MAYOR_IGUAL, Y, SIN, true);
-  f.AgregaFiltro(u"I", Tipo::ftInteger, Variant(-7), Op::MENOR_IGUAL, Y, SIN, true);
-  f.AgregaFiltro(u"I", Tipo::ftLargeint, Variant(std::int64_t{1} << 60), Op::MAYOR, Y, SIN, true);
-  f.AgregaFiltro(u"B", Tipo::ftBoolean, Variant(true), Op::IGUAL, Y, SIN, true);
-  f.AgregaFiltro(u"X", Tipo::ftDataSet, Variant(u"SELECT 'a','b' FROM \"T\""), Op::INN, Y, SIN, true);
-  f.AgregaFiltro(u"X", Tipo::ftDataSet, Op::INN, Y, SIN, Variant(u"A.B"), Variant(u"'c'"));
-  f.AgregaFiltro(u"X", Tipo::ftDataSet, Op::BETWEEN, Y, SIN, Variant(u"1+1"), Variant(u"2"));
-  f.AgregaFiltro(u"", Tipo::ftDataSet, Variant(u"SELECT 1"), Op::EXISTS, Y, SIN, true);
-  f.AgregaFiltro(u"M", Tipo::ftString, Variant(u"m"), Op::MACRO, Y, SIN, true);
-  f.AgregaFiltro(u"N", Tipo::ftString, Variant(), Op::ISNULL, Y, SIN, true);
-  f.AgregaFiltro(u"N", Tipo::ftInteger, Variant(1), Op::NOTIN, Y, SIN, true);
-  f.AgregaFiltro(u"N", Tipo::ftString, Variant(), Op::NOTNULL, Y, SIN, true);
-  // Values that are not of the kind of their field, and operators to which the field says nothing.
-  const std::tuple<Tipo, Op, Variant> sueltos[] = {
-      {Tipo::ftInteger, Op::EXISTS, Variant(u"SELECT 'x'")},
-      {Tipo::ftInteger, Op::LIKE, Variant(u"12%")},
-      {Tipo::ftInteger, Op::MACRO, Variant(u"m")},
-      {Tipo::ftFloat, Op::ISNULL, Variant(u"")},
-      {Tipo::ftInteger, Op::IGUAL, Variant(true)},
-      {Tipo::ftInteger, Op::INN, Variant(u"007")},
-      {Tipo::ftString, Op::IGUAL, Variant(0.1 + 0.2)},
-      {Tipo::ftString, Op::IGUAL, Variant(u"Ã©")},
-      {Tipo::ftDateTime, Op::IGUAL, Variant(45427.5)},
-      {Tipo::ftDateTime, Op::IGUAL, Variant(u"12:30")},
-      {Tipo::ftDateTime, Op::IGUAL, Variant(u"'2024-05-15'")},
-      {Tipo::ftDataSet, Op::NOTIN, VarArrayOf({Variant(u"1+1"), Variant(u"'b'")})},
-      {Tipo::ftDataSet, Op::NOTIN, VarArrayOf({Variant(u"SELECT X FROM T WHERE A='x'")})},
-      {Tipo::ftDataSet, Op::INN, VarArrayOf({Variant(0.1 + 0.2)})},
-      {Tipo::ftInteger, Op::BETWEEN, VarArrayOf({Variant(1.5), Variant(u"007")})},
-      {Tipo::ftDateTime, Op::BETWEEN, VarArrayOf({Variant(45427.0), Variant(u"2024-05-31")})},
-      {Tipo::ftInteger, Op::INN, VarArrayOf({Variant(), Variant(4)})},
-      {Tipo::ftFloat, Op::IGUAL, Variant(TDateTime(45427.25))},
-      {Tipo::ftDate, Op::MAYOR, Variant(45427.25)},
-      {Tipo::ftDate, Op::MAYOR, Variant(u"2024")},
-      {Tipo::ftDateTime, Op::BETWEEN, VarArrayOf({Variant(u"20240513"), Variant(u"'2024-05-31'")})},
-      {Tipo::ftFloat, Op::BETWEEN, VarArrayOf({Variant(std::int64_t{1} << 60), Variant()})},
-      {Tipo::ftString, Op::NOTIN, VarArrayOf({Variant()})},
-      {Tipo::ftDataSet, Op::NOTIN, VarArrayOf({Variant(u"0.30000000000000004"), Variant()})},
-      {Tipo::ftDataSet, Op::INN, VarArrayOf({Variant()})}};
-  for (const auto& [tipo, op, valor] : sueltos) f.AgregaFiltro(u"S", tipo, valor, op, Y, SIN, true);
+  for (const auto& c : pruebas::Casos("sentencias/condiciones.txt", "|")) {
+    f.AgregaFiltro(UTF8ToString(c.at(0)), pruebas::TipoDe(c.at(1)), pruebas::ValorDe(c.at(3)),
+                   TParametrosFiltro::DameOperador(UTF8ToString(c.at(2))),
+                   TParametrosFiltro::DameOperadorUnion(UTF8ToString(c.at(4))),
+                   TParametrosFiltro::DameCharGrupo(UTF8ToString(c.at(5))), c.at(6) == "sí");
+  }
   f.GroupBy = u"C.NOMBRE, C.I";
   f.AgregaHaving(u"MIN(N)", Tipo::ftString, Variant(u"a%"), Op::LIKE, ENUM_CONECTOR::OR, ENUM_GRUPO::INICIA,
                  false);
@@ -143,8 +82,10 @@ TEST_F(Definicion, OfAnyContentReloadsToTheSame) {
   TParametrosFiltro leida(u"otra");
   leida.AgregaJoin(u"vieja");
   TParametrosFiltro* const partner = leida.AgregaUnion(u"vieja");
+  leida.FechaTrabajo = TDateTime(45427);
   leida.LoadFromIni(archivo_, 0);
   EXPECT_EQ(Huella(leida), Huella(f));
+  EXPECT_EQ(leida.ParametrosUnion->ParametrosUnion->FechaTrabajo, TDateTime(45427));
   EXPECT_EQ(partner->NombreTabla, u"vieja");
   // By its properties it goes as XML, whole.
   TParametrosFiltro deXml(u"");
@@ -179,29 +120,18 @@ TEST_F(Definicion, HasItsLayout) {
   f.AgregaHaving(u"N", Tipo::ftString, Variant(), Op::ISNULL, Y, SIN, true);
   f.AgregaUnion(u"U");
   f.SaveToIni(archivo_, 0);
-  EXPECT_EQ(Lee(), Lee(DATOS_PRUEBA "/sentencias/definicion.ini"));
+  EXPECT_EQ(Lee(), LeeArchivo(UTF8ToString(DATOS_PRUEBA "/sentencias/definicion.ini")));
 }
 
 TEST(Valores, AreStoredAsTheirOwnTexts) {
-  const std::tuple<Tipo, Variant, std::u16string_view> casos[] = {
-      {Tipo::ftBoolean, Variant(1), u"'1'"},
-      {Tipo::ftInteger, Variant(2.7), u"'2.7'"},
-      {Tipo::ftInteger, Variant(true), u"'True'"},
-      {Tipo::ftFloat, Variant(TDateTime(45427.5)), u"'15/05/2024 12:00:00'"},
-      {Tipo::ftString, Variant(u"O'Brien"), u"'O''Brien'"},
-      {Tipo::ftDate, Variant(u"'2024-05-15'"), u"''2024-05-15''"},
-      {Tipo::ftDate, Variant(u"a','b"), u"'a'',''b'"},
-      {Tipo::ftInteger, VarArrayOf({Variant(), Variant()}), u"'',''"},
-      {Tipo::ftString, VarArrayOf({Variant(), Variant()}), u"{,}"},
-      {Tipo::ftString, VarArrayOf({Variant()}), u"{ }"},
-      {Tipo::ftString, VarArrayOf({}), u"{}"},
-      {Tipo::ftString, Variant(u","), u"','"},
-      {Tipo::ftInteger, VarArrayOf({Variant(4)}), u"{'4'}"}};
-  for (const auto& [tipo, valor, texto] : casos) {
-    EXPECT_EQ(TParametrosFiltro::DameValorIni(tipo, valor), UnicodeString(u"\"").append(texto) + u"\"");
-    EXPECT_EQ(TParametrosFiltro::DameValorLstCampos(tipo, texto), valor) << UTF8Encode(texto);
+  for (const auto& c : pruebas::Casos("sentencias/valores.txt", "|")) {
+    const std::size_t i = c.at(0) == "lee" ? 1 : 0;
+    const TFieldType tipo = pruebas::TipoDe(c.at(i));
+    const Variant valor = pruebas::ValorDe(c.at(i + 1));
+    EXPECT_EQ(TParametrosFiltro::DameValorLstCampos(tipo, UTF8ToString(c.at(i + 2))), valor) << c[i + 2];
+    if (i == 1) continue;
+    EXPECT_EQ(UTF8Encode(TParametrosFiltro::DameValorIni(tipo, valor)), '"' + c[2] + '"');
   }
-  EXPECT_EQ(TParametrosFiltro::DameValorLstCampos(Tipo::ftString, u"\",\""), Variant(u","));
   EXPECT_EQ(TParametrosFiltro::DameValorIni(Tipo::ftInteger, Variant(u"a'b")), u"\"'a'b'\"");
 }
 
@@ -223,6 +153,10 @@ TEST_F(Definicion, WrittenByHandLoads) {
     f.LoadFromIni(archivo_, 0);
     EXPECT_EQ(f.OrdDesc, desciende) << texto;
   }
+  Escribe("[Vista1]\nOrdenadoPor=A\n");
+  f.OrdDesc = false;
+  for (int vez = 0; vez < 2; ++vez) f.LoadFromIni(archivo_, 0);
+  EXPECT_FALSE(f.OrdDesc) << "loading again does not turn the order around";
   f.OrdDesc = true;
   Escribe("[TABLAPIV]\nTABLA=T\n");
   f.LoadFromIni(archivo_, 0);
@@ -263,15 +197,9 @@ TEST_F(Definicion, StaysWholeOnBadInput) {
   f.AgregaFiltro(u"N", Tipo::ftString, Variant(u"dos\nlíneas"), Op::IGUAL, Y, SIN, true);
   EXPECT_THROW(f.SaveToIni(archivo_, 0), EInvalidOperation);
   EXPECT_EQ(Lee(), bytes);
-  try {
-    f.SaveToIni(u"/proc/nada/consulta.ini", 0);
-    FAIL();
-  } catch (const Exception& e) {
-    EXPECT_EQ(e.Message(),
-              u"No se puede actualizar la información del archivo \"/proc/nada/consulta.ini\"\nCompruebe que "
-              u"tenga los "
-              u"permisos necesarios.");
-  }
+  EXPECT_EQ(pruebas::MensajeDe([&f] { f.SaveToIni(u"/proc/nada/consulta.ini", 0); }),
+            "No se puede actualizar la información del archivo \"/proc/nada/consulta.ini\"\nCompruebe que "
+            "tenga los permisos necesarios.");
   const std::string huella = Huella(f);
   for (const char* malo : {"[UNION]\nFiltro=0\n", "[UNION]\nFiltro=1\n[UNION1]\nFiltro=1\n",
                            "[UNION]\nFiltro=x\n", "[FILTRO]\nNumFiltros=1\nTipoCampo0=3\nValCampo0=doce\n"}) {
@@ -279,6 +207,16 @@ TEST_F(Definicion, StaysWholeOnBadInput) {
     EXPECT_THROW(f.LoadFromIni(archivo_, 0), Exception) << malo;
     EXPECT_EQ(Huella(f), huella);
   }
+  TParametrosFiltro larga(u"T");
+  TParametrosFiltro* ultima = &larga;
+  for (int i = 0; i < 64; ++i) ultima = ultima->AgregaUnion(u"U");
+  larga.SaveToIni(archivo_, 0);
+  f.LoadFromIni(archivo_, 0);
+  EXPECT_EQ(Huella(f), Huella(larga));
+  EscribeValor(archivo_, u"UNION64", u"Filtro", u"65");
+  EXPECT_THROW(f.LoadFromIni(archivo_, 0), EInvalidOperation);
+  ultima->AgregaUnion(u"U");
+  EXPECT_THROW(larga.SaveToIni(archivo_, 0), EInvalidOperation);
   Escribe("[FILTRO]\nNumFiltros=2000000000\nNomCampo0=A\n");
   f.LoadFromIni(archivo_, 0);
   EXPECT_LE(f.ParamWhere.size(), 2U);

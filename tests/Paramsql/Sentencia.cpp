@@ -4,6 +4,9 @@
 
 #include "Paramsql/Paramsql.h"
 #include "framework/Excepciones.h"
+#include "framework/Numeros.h"
+#include "tests/Casos.h"
+#include "tests/Paramsql/Valores.h"
 
 namespace vel {
 namespace {
@@ -17,70 +20,20 @@ constexpr auto SIN = ENUM_GRUPO::NADA;
 using Op = ENUM_OPERADOR;
 
 TEST(Clausulas, ReadAlikeInWhereAndHaving) {
-  const Variant tres = VarArrayOf({Variant(1), Variant(2), Variant(3)});
-  const Variant dos = VarArrayOf({Variant(10), Variant(20)});
-  const struct {
-    Op op;
-    TFieldType tipo;
-    Variant valor;
-    bool sensitive;
-    const char16_t* literal;
-    const char16_t* where;
-    const char16_t* having;
-  } casos[] = {
-      {Op::IGUAL, kTexto, Variant(u"O'Brien"), true, u"C='O'Brien'", u"C=:var1", u"C=:hav1"},
-      {Op::DIFERENTE, kTexto, Variant(u"'x'"), true, u"C <> 'x'", u"C <> :var1", u"C <> :hav1"},
-      {Op::MENOR_IGUAL, TFieldType::ftFloat, Variant(0.1 + 0.2), true, u"C<=0.3", u"C<=:var1", u"C<=:hav1"},
-      {Op::MAYOR, TFieldType::ftDateTime, Variant(TDateTime(45427.25)), true, u"C>'2024-05-15 06:00:00'",
-       u"C>:var1", u"C>:hav1"},
-      {Op::MAYOR, TFieldType::ftWideString, Variant(u"x"), true, u"C>", u"C>:var1", u"C>:hav1"},
-      {Op::IGUAL, kCrudo, Variant(u"D.C"), true, u"C=D.C", u"C=D.C", u"C=D.C"},
-      {Op::ISNULL, kTexto, Variant(), true, u"C IS NULL ", u"C IS NULL ", u"C IS NULL "},
-      {Op::NOTNULL, kTexto, Variant(), true, u"C IS NOT NULL ", u"C IS NOT NULL ", u"C IS NOT NULL "},
-      {Op::EXISTS, kTexto, Variant(u"SELECT 1"), true, u"EXISTS  ( SELECT 1  ) ", u"EXISTS  ( SELECT 1  ) ",
-       u"EXISTS  ( SELECT 1  ) "},
-      {Op::INN, kEntero, tres, true, u"C IN  ( 1, 2, 3) ", u"C IN  ( :var1, :var2, :var3) ",
-       u"C IN  ( :hav1, :hav2, :hav3) "},
-      {Op::NOTIN, kEntero, Variant(7), true, u"C NOT IN  ( 7) ", u"C NOT IN  ( :var1) ",
-       u"C NOT IN  ( :hav1) "},
-      {Op::INN, kCrudo, Variant(u"SELECT 1"), true, u"C IN  ( SELECT 1) ", u"C IN  ( SELECT 1) ",
-       u"C IN  ( SELECT 1) "},
-      {Op::INN, kCrudo, VarArrayOf({Variant(u"A"), Variant(u"B")}), true, u"C IN  ( A, B  ) ",
-       u"C IN  ( A, B  ) ", u"C IN  ( A, B  ) "},
-      {Op::BETWEEN, kEntero, dos, true, u" ( C BETWEEN 10 AND 20 ) ", u" ( C BETWEEN  :var1 AND  :var2 ) ",
-       u" ( C BETWEEN  :hav1 AND  :hav2 ) "},
-      {Op::BETWEEN, TFieldType::ftDate, VarArrayOf({Variant(45427), Variant(TDateTime(45428.75))}), true,
-       u" ( C BETWEEN '2024-05-15' AND '2024-05-16' ) ", u" ( C BETWEEN  :var1 AND  :var2 ) ",
-       u" ( C BETWEEN  :hav1 AND  :hav2 ) "},
-      {Op::BETWEEN, kTexto, VarArrayOf({Variant(TDateTime(45427)), Variant(u"'z'")}), true,
-       u" ( C BETWEEN 15/05/2024 AND 'z' ) ", u" ( C BETWEEN  :var1 AND  :var2 ) ",
-       u" ( C BETWEEN  :hav1 AND  :hav2 ) "},
-      {Op::BETWEEN, TFieldType::ftTime, VarArrayOf({Variant(45427.0), Variant(u"14:30")}), true,
-       u" ( C BETWEEN '00:00:00' AND 14:30 ) ", u" ( C BETWEEN  :var1 AND  :var2 ) ",
-       u" ( C BETWEEN  :hav1 AND  :hav2 ) "},
-      {Op::BETWEEN, kCrudo, dos, true, u" ( C BETWEEN 10 AND 20) ", u" ( C BETWEEN 10 AND 20) ",
-       u" ( C BETWEEN 10 AND 20) "},
-      {Op::LIKE, kTexto, Variant(u"O'Br\"ieñ%"), false, u"UPPER( C)  LIKE 'O''BRIEÑ%'",
-       u"UPPER( C)  LIKE  :var1", u" UPPER( C)  LIKE  UPPER( :hav1) "},
-      {Op::LIKE, kTexto, Variant(u"AB%"), true, u"C LIKE 'AB%'", u"C LIKE  :var1", u"C LIKE  :hav1"},
-      {Op::LIKE, kTexto, Variant(u"A_B%"), true, u"C LIKE 'A_B%'", u"C LIKE  :var1 ESCAPE '/' ",
-       u"C LIKE  :hav1 ESCAPE '/' "},
-      {Op::LIKE, kTexto, Variant(u"%A%B%"), true, u"C LIKE '%A%B%'", u"C LIKE  :var1 ESCAPE '/' ",
-       u"C LIKE  :hav1 ESCAPE '/' "},
-      {Op::LIKE, kTexto, Variant(u"a/[b"), true, u"C LIKE 'a/[b'", u"C LIKE  :var1 ESCAPE '/' ",
-       u"C LIKE  :hav1 ESCAPE '/' "},
-      {Op::LIKE, kCrudo, Variant(u"ab%"), true, u"C LIKE 'AB%'", u"C LIKE 'AB%'", u"C LIKE 'AB%'"},
-  };
-  for (const auto& c : casos) {
+  for (const auto& c : pruebas::Casos("sentencias/clausulas.txt", "|")) {
+    const auto texto = [&c](std::size_t i) { return UTF8ToString(c.at(i)); };
+    const bool like = c[0] == "like";
     TParametrosFiltro f(u"T");
-    f.AgregaFiltro(u"C", c.tipo, c.valor, c.op, Y, SIN, c.sensitive);
-    f.AgregaHaving(u"C", c.tipo, c.valor, c.op, Y, SIN, c.sensitive);
+    f.AgregaFiltroStr(u"C", texto(1), texto(2), like ? u"LIKE" : texto(0), u"AND", u"", !like);
+    const TParamWhereSimple& condicion = *f.ParamWhere[0];
+    f.AgregaHaving(u"C", condicion.TipoCampo, condicion.ValorCampo, condicion.Operador, Y, SIN, !like);
     int n = 0;
-    EXPECT_EQ(UTF8Encode(f.DameCondWhere(false, n)), UTF8Encode(c.literal));
-    EXPECT_EQ(UTF8Encode(f.DameCondWhere(true, n)), UTF8Encode(c.where));
-    EXPECT_EQ(n, std::ranges::count(std::u16string_view(c.where), u':'));
+    EXPECT_EQ(UTF8Encode(f.DameCondWhere(false, n)), c[3]);
+    EXPECT_EQ(UTF8Encode(f.DameCondWhere(true, n)), c.at(4));
+    EXPECT_EQ(n, std::ranges::count(c[4], ':'));
     n = 0;
-    EXPECT_EQ(UTF8Encode(f.DameHaving(true, n)), " HAVING " + UTF8Encode(c.having));
+    EXPECT_EQ(f.DameHaving(true, n),
+              u" HAVING " + (c.size() > 6 ? texto(5) : StringReplace(texto(4), u":var", u":hav")));
   }
 }
 
@@ -185,23 +138,20 @@ TEST(Sentencia, MarksItsParametersInEveryStyle) {
   EXPECT_NE(f.DameSentenciaSQL(true, kMayor - 4).find(u":var2147483647)"), UnicodeString::npos);
 }
 
-TEST(Sentencia, BindsDatesAsMoments) {
-  const struct {
-    TFieldType tipo;
-    Variant valor;
-    Variant enlazado;
-  } casos[] = {{TFieldType::ftTimeStamp, Variant(u"2024-05-15T18:00"), Variant(TDateTime(45427.75))},
-               {TFieldType::ftDateTime, Variant(u"'15/05/2024 18:00'"), Variant(TDateTime(45427.75))},
-               {TFieldType::ftDate, Variant(u"'2024-05-15 18:00'"), Variant(TDateTime(45427))},
-               {TFieldType::ftTime, Variant(45427.75), Variant(TDateTime(0.75))},
-               {TFieldType::ftDateTime, Variant(u"'now'"), Variant(u"now")},
-               {kTexto, Variant(u"'2024-05-15'"), Variant(u"'2024-05-15'")}};
-  for (const auto& c : casos) {
+TEST(Sentencia, WritesAndBindsDatesByTheirTypes) {
+  for (const auto& c : pruebas::Casos("sentencias/fechas.txt", "|")) {
     TParametrosFiltro f(u"T");
-    f.AgregaFiltro(u"C", c.tipo, c.valor, Op::IGUAL, Y, SIN, true);
+    const Variant valor = pruebas::ValorDe(c.at(1));
+    f.AgregaFiltro(u"C", pruebas::TipoDe(c.at(0)), valor, valor.IsArray() ? Op::BETWEEN : Op::IGUAL, Y, SIN,
+                   true);
     TParams p;
     f.DameSentenciaSQL(ENUM_MARCADOR::DOSPUNTOS, 0, p);
-    EXPECT_EQ(p[0].Value, c.enlazado) << UTF8Encode(c.valor.AsString());
+    int n = 0;
+    if (valor.IsArray()) {
+      EXPECT_EQ(UTF8Encode(f.DameCondWhere(false, n)), " ( C BETWEEN " + c.at(2) + " ) ");
+    } else {
+      EXPECT_EQ(p[0].Value, pruebas::ValorDe(c.at(2))) << c[1];
+    }
   }
 }
 

@@ -1,20 +1,19 @@
 // Whole documents against the results of a second, independent working of the rules, bit for bit.
 
-#include <algorithm>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <map>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "Ucalculocfdi/TCalculoCFDI.h"
-#include "framework/Numeros.h"
 #include "tests/Casos.h"
+#include "tests/Ucalculocfdi/Partidas.h"
 
 namespace vel {
 namespace {
 
+using namespace pruebas;
 using Pares = std::vector<std::pair<std::string, std::string>>;
 
 Pares ParesDe(std::string texto) {
@@ -26,51 +25,22 @@ Pares ParesDe(std::string texto) {
   return pares;
 }
 
-TClientDataSet Partidas(const std::vector<Pares>& lineas) {
-  const std::string textos[] = {"CVE_DOC",   "MAN_IEPS",  "APL_MAN_IEPS",
-                                "TIPO_PROD", "TIPO_ELEM", "MUESTRA_PAR"};
-  std::map<std::string, std::string> omision{{"CANT", "1"}, {"PREC", "1"}, {"COST", "2"}, {"TIP_CAM", "1"}};
-  for (const char* numero : {"DESC1", "DESC2", "DESC3", "DESCU", "APL_MAN_IMP", "MTO_CUOTA"})
-    omision[numero] = "0";
-  for (std::size_t i = 0; i < 5; ++i) omision[textos[i]] = "";
-  for (char n = '1'; n <= '8'; ++n) omision[std::string("IMPU") + n] = "0";
-  for (const Pares& linea : lineas) {
-    for (const auto& [campo, valor] : linea) omision.try_emplace(campo, campo == "MUESTRA_PAR" ? "" : "0");
+// A line of the file: what it does not name is 1, 2 (the cost) or nothing.
+Partida LineaDe(const std::string& texto) {
+  const std::set<std::string> textos = {"CVE_DOC",   "MAN_IEPS",  "APL_MAN_IEPS",
+                                        "TIPO_PROD", "TIPO_ELEM", "MUESTRA_PAR"};
+  Partida linea{{u"CVE_DOC", Variant(u"")}, {u"PREC", Variant(1.0)}, {u"COST", Variant(2.0)}};
+  for (const auto& [campo, valor] : ParesDe(texto)) {
+    const UnicodeString propio = UTF8ToString(valor);
+    linea[UTF8ToString(campo)] = textos.contains(campo) ? Variant(propio) : Variant(StrToFloat(propio));
   }
-  std::vector<TFieldDef> defs;
-  for (const auto& [campo, valor] : omision) {
-    const bool esTexto = std::find(std::begin(textos), std::end(textos), campo) != std::end(textos);
-    defs.push_back(
-        {.Name = UTF8ToString(campo), .DataType = esTexto ? TFieldType::ftString : TFieldType::ftFloat});
-  }
-  TClientDataSet partidas;
-  partidas.CreateDataSet(defs);
-  for (const Pares& linea : lineas) {
-    partidas.Append();
-    for (const auto& [campo, valor] : omision)
-      partidas.FieldByName(UTF8ToString(campo)).SetAsString(UTF8ToString(valor));
-    for (const auto& [campo, valor] : linea)
-      partidas.FieldByName(UTF8ToString(campo)).SetAsString(UTF8ToString(valor));
-    partidas.Post();
-  }
-  return partidas;
-}
-
-std::string Lista(TCalculoCFDI& calculo, int numero) {
-  TStringList* lista = nullptr;
-  calculo.DameListImpuestos(lista, numero);
-  UnicodeString texto;
-  for (std::size_t i = 0; i < lista->Count(); ++i) {
-    const auto& montos = dynamic_cast<const TStringList&>(*lista->Objects(i));
-    texto += (i == 0 ? u"" : u"; ") + lista->Strings(i) + u": " + montos[0] + u" + " + montos[1];
-  }
-  return UTF8Encode(texto);
+  return linea;
 }
 
 struct Documento {
   std::string nombre;
   std::map<std::string, int> ajustes;
-  std::vector<Pares> lineas;
+  std::vector<Partida> lineas;
   Pares da;
 };
 
@@ -79,7 +49,7 @@ void Comprueba(const Documento& d) {
   std::map<std::string, int> a = d.ajustes;
   TCalculoCFDI calculo(static_cast<ENUM_MODULO>(a.try_emplace("Modulo", 2).first->second),
                        static_cast<ENUM_PROC_FACTCOMP>(a["Proceso"]), TIPO_DOCTO::TD_FACTURA);
-  calculo.SetPartidas(Partidas(d.lineas));
+  calculo.SetPartidas(Lineas(d.lineas));
   calculo.IgnoraTipoCambio = a["IgnoraTipoCambio"] != 0;
   calculo.SubtotalSimple = a.try_emplace("SubtotalSimple", 1).first->second != 0;
   calculo.DecimalesPartida = a["DecimalesPartida"];
@@ -99,7 +69,7 @@ void Comprueba(const Documento& d) {
     montos["TotalImpuesto" + cual] = calculo.GetTotalImpuesto(n - 1);
     montos["ImpuestoPartida" + cual] = calculo.ImpuestoPartida[static_cast<std::size_t>(n - 1)];
     if (n <= TCalculoCFDI::kDescuentos) montos["TotalDescuento" + cual] = calculo.GetTotalDescuento(n - 1);
-    listas["ListaImpuesto" + cual] = Lista(calculo, n);
+    listas["ListaImpuesto" + cual] = ListaDe(calculo, n);
   }
   // What the file does not name is zero or empty.
   for (const auto& [nombre, valor] : d.da) {
@@ -124,7 +94,7 @@ TEST(Documentos, GiveTheResultsOfTheCaseFile) {
     } else if (c[0] == "ajuste") {
       for (const auto& [nombre, valor] : ParesDe(c[1])) documentos.back().ajustes[nombre] = std::stoi(valor);
     } else if (c[0] == "partida") {
-      documentos.back().lineas.push_back(ParesDe(c[1]));
+      documentos.back().lineas.push_back(LineaDe(c[1]));
     } else {
       const std::size_t igual = c[1].find('=');
       documentos.back().da.emplace_back(c[1].substr(0, igual), c[1].substr(igual + 1));

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <map>
+#include <string>
 #include <string_view>
 #include <vector>
 
+#include "Ucalculocfdi/TCalculoCFDI.h"
 #include "framework/Numeros.h"
 #include "framework/TClientDataSet.h"
 
@@ -58,6 +60,27 @@ inline TClientDataSet Lineas(const std::vector<Partida>& cambios, std::u16string
     lineas.Post();
   }
   return lineas;
+}
+
+/// A document of these lines.
+struct Motor : TCalculoCFDI {
+  explicit Motor(const std::vector<Partida>& lineas, ENUM_MODULO modulo = ENUM_MODULO::MODULO_VENTAS)
+      : TCalculoCFDI(modulo, ENUM_PROC_FACTCOMP::PROC_NORMAL, TIPO_DOCTO::TD_FACTURA) {
+    SetPartidas(Lineas(lineas));
+  }
+};
+
+/// "rate: base + tax; ..." of a tax list; "none" where there is none.
+inline std::string ListaDe(TCalculoCFDI& calculo, int numero) {
+  TStringList* lista = nullptr;
+  calculo.DameListImpuestos(lista, numero);
+  if (lista == nullptr) return "none";
+  UnicodeString texto;
+  for (std::size_t i = 0; i < lista->Count(); ++i) {
+    const auto& montos = dynamic_cast<const TStringList&>(*lista->Objects(i));
+    texto += (i == 0 ? u"" : u"; ") + lista->Strings(i) + u": " + montos[0] + u" + " + montos[1];
+  }
+  return UTF8Encode(texto);
 }
 
 inline Partida Iva(double tasa, double precio) {

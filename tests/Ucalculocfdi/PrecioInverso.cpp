@@ -24,36 +24,34 @@ namespace {
 using namespace pruebas;
 constexpr auto kVentas = ENUM_MODULO::MODULO_VENTAS;
 
-// A document of these lines; in purchases their price is the cost.
-struct Documento : TCalculoCFDI {
-  explicit Documento(const std::vector<TDatosPartida>& lineas, ENUM_MODULO modulo = kVentas)
-      : TCalculoCFDI(modulo, ENUM_PROC_FACTCOMP::PROC_NORMAL, TIPO_DOCTO::TD_FACTURA) {
-    std::vector<Partida> partidas;
-    for (const TDatosPartida& p : lineas) {
-      const UnicodeString modo(p.ModoCuota == ENUM_CUOTA::NINGUNA ? 0 : 1,
-                               static_cast<char16_t>(p.ModoCuota));
-      Partida& partida =
-          partidas.emplace_back(Partida{{u"CANT", Variant(p.Cantidad)},
-                                        {modulo == kVentas ? u"PREC" : u"COST", Variant(p.Precio)},
-                                        {u"TIP_CAM", Variant(p.TipoCambio)},
-                                        {u"DESCU", Variant(p.PorcDescuento[0])},
-                                        {u"MAN_IEPS", Variant(p.ImpuestoConCuota != 0 ? u"S" : u"N")},
-                                        {u"APL_MAN_IMP", Variant(p.ImpuestoConCuota)},
-                                        {u"APL_MAN_IEPS", Variant(modo)},
-                                        {u"MTO_CUOTA", Variant(p.Cuota)}});
-      for (std::size_t i = 0; i < 8; ++i) {
-        const UnicodeString n = IntToStr(static_cast<int>(i) + 1);
-        if (i < 3) partida[u"DESC" + n] = Variant(p.PorcDescuento[i]);
-        partida[u"IMPU" + n] = Variant(p.Tasa[i]);
-        partida[u"IMP" + n + u"APLA"] = Variant(p.Codigo[i]);
-      }
-    }
-    SetPartidas(Lineas(partidas));
+// In purchases the price is the cost.
+Partida LineaDe(const TDatosPartida& p, ENUM_MODULO modulo) {
+  const UnicodeString modo(p.ModoCuota == ENUM_CUOTA::NINGUNA ? 0 : 1, static_cast<char16_t>(p.ModoCuota));
+  Partida partida = {{u"CANT", Variant(p.Cantidad)},
+                     {modulo == kVentas ? u"PREC" : u"COST", Variant(p.Precio)},
+                     {u"TIP_CAM", Variant(p.TipoCambio)},
+                     {u"DESCU", Variant(p.PorcDescuento[0])},
+                     {u"MAN_IEPS", Variant(p.ImpuestoConCuota != 0 ? u"S" : u"N")},
+                     {u"APL_MAN_IMP", Variant(p.ImpuestoConCuota)},
+                     {u"APL_MAN_IEPS", Variant(modo)},
+                     {u"MTO_CUOTA", Variant(p.Cuota)}};
+  for (std::size_t i = 0; i < 8; ++i) {
+    const UnicodeString n = IntToStr(static_cast<int>(i) + 1);
+    if (i < 3) partida[u"DESC" + n] = Variant(p.PorcDescuento[i]);
+    partida[u"IMPU" + n] = Variant(p.Tasa[i]);
+    partida[u"IMP" + n + u"APLA"] = Variant(p.Codigo[i]);
   }
-};
+  return partida;
+}
+
+Motor Documento(const std::vector<TDatosPartida>& lineas, ENUM_MODULO modulo = kVentas) {
+  std::vector<Partida> partidas;
+  for (const TDatosPartida& p : lineas) partidas.push_back(LineaDe(p, modulo));
+  return Motor(partidas, modulo);
+}
 
 double TotalDe(const TDatosPartida& partida) {
-  Documento documento({partida});
+  Motor documento = Documento({partida});
   documento.CalculaTotales();
   return documento.TotalImpuestos;
 }
@@ -91,7 +89,7 @@ TEST(Partida, HasTheBitsOfTheDocument) {
     p.ModoCuota = static_cast<ENUM_CUOTA>(u"MCAX"[entero(4)]);
     p.Cuota = entero(1'000'000) / 1e4;
     const ENUM_MODULO modulo = entero(2) == 0 ? kVentas : ENUM_MODULO::MODULO_COMPRAS;
-    Documento documento({p}, modulo);
+    Motor documento = Documento({p}, modulo);
     documento.IgnoraTipoCambio = entero(4) == 0;
     documento.DecimalesPartida = 4 + entero(3);
     documento.PorcDescuento = p.PorcDescuento;
@@ -259,7 +257,7 @@ TEST(AjusteCentavos, MakesDocumentsOfPricesWithTaxesAddUp) {
       p.Precio = inverso.PrecioNeto;
       pedido.Unidades += inverso.TotalPedido.Unidades;
     }
-    Documento documento(lineas);
+    Motor documento = Documento(lineas);
     TResumenFiscal resumen(documento, {.DecimalesLinea = 2});
     const TAjusteCentavos ajuste = AjustaCentavos(resumen, pedido);
     EXPECT_EQ(resumen.Total, pedido);

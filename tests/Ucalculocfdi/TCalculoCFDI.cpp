@@ -15,25 +15,7 @@ namespace {
 
 using namespace pruebas;
 
-struct Calculo : TCalculoCFDI {
-  explicit Calculo(const std::vector<Partida>& lineas)
-      : TCalculoCFDI(ENUM_MODULO::MODULO_VENTAS, ENUM_PROC_FACTCOMP::PROC_NORMAL, TIPO_DOCTO::TD_FACTURA) {
-    SetPartidas(Lineas(lineas));
-  }
-  // "tasa: base, impuesto; ..."
-  std::string Lista(int numero) {
-    TStringList* lista = nullptr;
-    DameListImpuestos(lista, numero);
-    if (lista == nullptr) return "none";
-    std::string texto;
-    for (std::size_t i = 0; i < lista->Count(); ++i) {
-      const auto& montos = dynamic_cast<const TStringList&>(*lista->Objects(i));
-      EXPECT_EQ(montos.Count(), 2U);
-      texto += UTF8Encode(lista->Strings(i) + u": " + montos[0] + u", " + montos[1] + u"; ");
-    }
-    return texto;
-  }
-};
+using Calculo = Motor;
 
 TEST(TCalculoCFDI, StartsWithItsDefaults) {
   const TCalculoCFDI calculo(ENUM_MODULO::MODULO_COMPRAS, ENUM_PROC_FACTCOMP::PROC_POR_DOCUMENTO,
@@ -72,7 +54,7 @@ TEST(Totales, AddToTheListsOfTheCalculationBefore) {
   Calculo calculo({Iva(16, 100), Iva(16, 50), Iva(8, 10)});
   calculo.CalculaTotales();
   calculo.CalculaTotales();
-  EXPECT_EQ(calculo.Lista(1), "16: 300, 48; 8: 20, 1.6; ");
+  EXPECT_EQ(ListaDe(calculo, 1), "16: 300 + 48; 8: 20 + 1.6");
   EXPECT_EQ(calculo.GetTotalImpuesto(0), 49.6);
   EXPECT_EQ(calculo.Subtotal, 160);
 }
@@ -88,7 +70,7 @@ TEST(Totales, WorkOnTheListsThatCallersHold) {
   EXPECT_EQ(montos[0] + u" " + montos[1], u"150 24");
   lista->Clear();
   calculo.CalculaTotales();
-  EXPECT_EQ(calculo.Lista(1), "16: 100, 16; 8: 10, 0.8; ");
+  EXPECT_EQ(ListaDe(calculo, 1), "16: 100 + 16; 8: 10 + 0.8");
   EXPECT_EQ(calculo.GetTotalImpuesto(0), 16.8);
 }
 

@@ -180,7 +180,7 @@ struct Literal {
 class Generador {
  public:
   Texto Expresion(int hondo) {
-    Texto t = De({u"", u"", u"", u"", u"", u"-", u"+"}) + Operando(hondo);
+    Texto t = De({u"", u"", u"", u"", u"", u"-", u"+", u" -"}) + Operando(hondo);
     for (auto n = azar_() % 4; n > 0; --n) {
       t += De({u"+", u"-", u"*", u"/", u"+", u"-", u"*", u"/", u"<", u">", u"<>", u"<=", u">=", u"="}, 13);
       if (azar_() % 24 == 0) t += De({u"-", u"+", u"*", u" "});

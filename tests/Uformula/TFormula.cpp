@@ -5,9 +5,13 @@
 #include "Uformula/Uformula.h"
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
+#include "tests/Casos.h"
+#include "tests/Mensaje.h"
 
 namespace vel {
 namespace {
+
+using pruebas::MensajeDe;
 
 double Evalua(std::u16string_view texto) {
   TFormula formula;
@@ -25,6 +29,24 @@ void Pon(TFormula& formula, std::u16string_view lineas) {
   TStringList lista;
   lista.SetText(lineas);
   formula.SetVariables(lista);
+}
+
+TEST(Formula, GivesTheValuesOfTheCaseFile) {
+  TFormula formula;  // One object for all: no case may spoil the next.
+  for (const auto& caso : pruebas::Casos("formulas/casos.txt", ";")) {
+    ASSERT_EQ(caso.size(), 3U) << caso[0];
+    TStringList variables;
+    variables.SetText(Trim(StringReplace(UTF8ToString(caso[1]), u",", u"\n")));
+    UnicodeString obtenido;
+    const std::string mensaje = MensajeDe([&] {
+      formula.SetVariables(variables);
+      formula.NewFormula(UTF8ToString(caso[0]));
+      obtenido = FloatToStr(formula.Execute());
+    });
+    EXPECT_EQ(mensaje == "none" ? UTF8Encode(obtenido) : "error: " + mensaje,
+              UTF8Encode(Trim(UTF8ToString(caso[2]))))
+        << caso[0];
+  }
 }
 
 TEST(Formula, IsBuiltOnceAndExecutedWithOtherVariables) {
@@ -103,6 +125,7 @@ TEST(Formula, EndsWhateverItHolds) {
   UnicodeString doble = u"FUN49";
   for (int i = 0; i < 49; ++i) doble = u"(FUN" + IntToStr(i) + u"+FUN" + IntToStr(i) + u")," + doble;
   EXPECT_EQ(Evalua(u"MAX(" + doble + u",(1+0))"), std::ldexp(1.0, 49));
+  EXPECT_THROW(Evalua(u"MAX(" + doble + u",(1+0))+X"), EConvertError);
 }
 
 TEST(Formula, OffersItsStepsOneByOne) {
@@ -139,20 +162,10 @@ TEST(Formula, OffersItsStepsOneByOne) {
   EXPECT_EQ(resuelve(u"<>"), 1);
   EXPECT_EQ(resuelve(u"=="), 0);
   for (const char16_t* op : {u"=", u"%"}) {
-    try {
-      resuelve(op);
-      ADD_FAILURE();
-    } catch (const Exception& e) {
-      EXPECT_EQ(e.Message(), u"Operador desconocido");
-    }
+    EXPECT_EQ(MensajeDe([&] { resuelve(op); }), "Operador desconocido");
   }
   formula.CreaFuncionInterna(u"Coseno", u"XYZ");
-  try {
-    formula.RemplazaVariables(u"COSENO1");
-    ADD_FAILURE();
-  } catch (const Exception& e) {
-    EXPECT_EQ(e.Message(), u"Funcion desconocida [Coseno]");
-  }
+  EXPECT_EQ(MensajeDe([&] { formula.RemplazaVariables(u"COSENO1"); }), "Funcion desconocida [Coseno]");
   FUNCTION_INTERNA potencia{u"ptencia", {}};
   potencia.argumentos.Add(u"A");
   potencia.argumentos.Add(u"FUN1");

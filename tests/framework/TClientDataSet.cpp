@@ -4,9 +4,12 @@
 #include <utility>
 
 #include "framework/Excepciones.h"
+#include "tests/Mensaje.h"
 
 namespace vel {
 namespace {
+
+using pruebas::MensajeDe;
 
 TClientDataSet Productos() {
   TClientDataSet datos;
@@ -50,15 +53,25 @@ TEST(TClientDataSet, WalksItsRecords) {
   EXPECT_TRUE(datos.Locate(u"PREC", Variant(2)));
   EXPECT_EQ(datos.RecNo(), 2U);
   EXPECT_FALSE(datos.Locate(u"CVE", Variant(u"a")));
+  datos.Edit();
+  datos.FieldByName(u"CVE").SetAsString(u"7");
+  datos.FieldByName(u"CANT").SetAsInteger(2);
+  EXPECT_TRUE(datos.Locate(u"CVE", Variant(7)));
+  EXPECT_FALSE(datos.Locate(u"CANT", Variant(2.5))) << "no whole number";
   EXPECT_FALSE(datos.Locate(u"PREC", Variant(u"mucho")));
   EXPECT_TRUE(datos.Locate(u"CANT", Variant::Null()));
   EXPECT_THROW(datos.Locate(u"NADA", Variant(1)), EDatabaseError);
+  datos.First();
+  Agrega(datos, u"C", 3);
+  datos.First();
+  datos.Delete();
+  EXPECT_EQ(datos.RecNo(), 1U);
 }
 
 TEST(TClientDataSet, EditsAndPutsBack) {
   TClientDataSet datos = Productos();
   EXPECT_THROW(datos.Edit(), EDatabaseError);
-  Agrega(datos, u"A", 1.5);
+  Agrega(datos, u"AAAA", 1.5);
   EXPECT_THROW(datos.FieldByName(u"PREC").SetAsFloat(3), EDatabaseError) << "not in edit";
   datos.Edit();
   datos.FieldByName(u"PREC").SetAsString(u" 7.25 ");
@@ -82,15 +95,17 @@ TEST(TClientDataSet, EditsAndPutsBack) {
   datos.Append();
   datos.Cancel();
   EXPECT_EQ(datos.RecordCount(), 1U);
-  datos.Delete();
+  datos.Edit();
+  datos.EmptyDataSet();
   EXPECT_TRUE(datos.IsEmpty() && datos.Eof());
+  EXPECT_THROW(datos.FieldByName(u"PREC").SetAsFloat(3), EDatabaseError) << "no more in edit";
   EXPECT_THROW(datos.Delete(), EDatabaseError);
 }
 
 TEST(TClientDataSet, CopiesAndAppendsByName) {
   TClientDataSet origen = Productos();
-  Agrega(origen, u"A", 1.5);
-  Agrega(origen, u"1", 2);
+  Agrega(origen, u"1", 1.5);
+  Agrega(origen, u"A", 2);
   TClientDataSet copia;
   copia.AppendData(origen);
   copia.AppendData(copia);
@@ -116,10 +131,32 @@ TEST(TClientDataSet, CopiesAndAppendsByName) {
                          {.Name = u"CANT", .DataType = TFieldType::ftInteger},
                          {.Name = u"LOTES", .DataType = TFieldType::ftDataSet, .ChildDefs = {}}});
   EXPECT_THROW(numeros.AppendData(origen), EConvertError);
-  EXPECT_TRUE(numeros.IsEmpty()) << "all or nothing";
+  numeros.Append();
+  EXPECT_EQ(numeros.RecordCount(), 1U) << "all or nothing";
+  EXPECT_TRUE(numeros.FieldByName(u"CVE").IsNull());
   TClientDataSet pobre;
   pobre.CreateDataSet({{.Name = u"CVE", .DataType = TFieldType::ftString}});
   EXPECT_THROW(pobre.AppendData(origen), EDatabaseError);
+}
+
+TEST(TClientDataSet, KeepsOfAValueWhatItsFieldIs) {
+  const struct {
+    TFieldType tipo;
+    Variant valor;
+    double queda;
+  } casos[] = {{TFieldType::ftDate, Variant(TDateTime(45427.75)), 45427},
+               {TFieldType::ftTime, Variant(TDateTime(45427.75)), 0.75},
+               {TFieldType::ftTime, Variant(TDateTime(-1.25)), 0.25},
+               {TFieldType::ftInteger, Variant(true), -1},
+               {TFieldType::ftFloat, Variant(true), -1},
+               {TFieldType::ftBoolean, Variant(7), -1}};
+  TClientDataSet datos;
+  for (const auto& c : casos) {
+    datos.CreateDataSet({{.Name = u"A", .DataType = c.tipo}});
+    datos.Append();
+    datos.Fields(0).SetValue(c.valor);
+    EXPECT_EQ(datos.Fields(0).AsFloat(), c.queda) << static_cast<int>(c.tipo);
+  }
 }
 
 TEST(TClientDataSet, NamesTheFieldThatFails) {
@@ -134,20 +171,11 @@ TEST(TClientDataSet, NamesTheFieldThatFails) {
   const TField& cantidad = datos.FieldByName(u"CANT");
   EXPECT_EQ(cantidad.AsFloat(), 0) << "null reads as zero";
   datos.FieldByName(u"CANT").SetAsString(u"doce");
-  try {
-    cantidad.AsFloat();
-    FAIL();
-  } catch (const EConvertError& e) {
-    EXPECT_EQ(e.Message(), u"'doce' no es un valor de punto flotante válido (campo 'CANT')");
-  }
+  EXPECT_EQ(MensajeDe([&] { cantidad.AsFloat(); }),
+            "'doce' no es un valor de punto flotante válido (campo 'CANT')");
   EXPECT_THROW(cantidad.AsInteger(), EConvertError);
   EXPECT_THROW(cantidad.AsDateTime(), EConvertError);
-  try {
-    datos.FieldByName(u"PRECIO");
-    FAIL();
-  } catch (const EDatabaseError& e) {
-    EXPECT_EQ(e.Message(), u"El campo 'PRECIO' no existe");
-  }
+  EXPECT_EQ(MensajeDe([&] { datos.FieldByName(u"PRECIO"); }), "El campo 'PRECIO' no existe");
 }
 
 }  // namespace

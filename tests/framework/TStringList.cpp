@@ -55,6 +55,9 @@ TEST(TStringList, ReadsNamesAndValues) {
   EXPECT_EQ(lista.Text(), u"a=2\r\nB=x=y\r\nsuelto\r\n\r\nÑ=\r\nC=3\r\n");
   lista.AddStrings(lista);
   EXPECT_EQ(lista.Count(), 12U);
+  lista.Put(11, u"un renglón largo\r\ny otro");
+  lista.SetText(lista.Strings(11));
+  EXPECT_EQ(lista.Text(), u"un renglón largo\r\ny otro\r\n") << "of its own text";
 }
 
 }  // namespace

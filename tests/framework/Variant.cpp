@@ -55,7 +55,7 @@ TEST(Variant, RoundsHalvesToEvenAndRefusesWhatDoesNotFit) {
   EXPECT_EQ(Variant(3.5).AsInteger(), 4);
   EXPECT_EQ(Variant(u"9007199254740993").AsInt64(), 9007199254740993);
   EXPECT_THROW(Variant(3e9).AsInteger(), EVariantTypeCastError);
-  EXPECT_THROW(Variant(1e19).AsInt64(), EVariantTypeCastError);
+  EXPECT_THROW(Variant(0x1p63).AsInt64(), EVariantTypeCastError);
   EXPECT_THROW(Variant(std::numeric_limits<double>::quiet_NaN()).AsInt64(), EVariantTypeCastError);
   EXPECT_THROW(Variant(u"doce").AsInteger(), EConvertError);
   EXPECT_THROW(Variant::Null().AsDouble(), EVariantTypeCastError);

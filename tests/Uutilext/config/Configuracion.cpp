@@ -15,6 +15,7 @@
 #include "framework/Numeros.h"
 #include "platform/Archivos.h"
 #include "tests/CarpetaTemporal.h"
+#include "tests/Casos.h"
 #include "tests/Mensaje.h"
 #include "tests/OtroUsuario.h"
 
@@ -129,39 +130,21 @@ TEST(Configuracion, ReadsInTwoStyles) {
 TEST(Configuracion, KeepsTheEncodingOnDisk) {
   const pruebas::CarpetaTemporal c;
   const UnicodeString archivo = c.Archivo("a.ini");
-  const std::string largo(100'000, 'x');
-  const auto utf16 = [](std::u16string_view texto) {
-    std::string bytes = "\xFF\xFE";
-    for (const char16_t ch : texto) bytes += {static_cast<char>(ch & 0xFF), static_cast<char>(ch >> 8)};
-    return bytes;
+  const auto bytes = [](const std::string& caso) {
+    std::string texto = pruebas::Descifra(caso);
+    if (texto.ends_with('%')) texto.replace(texto.size() - 1, 1, ";" + std::string(100'000, 'x'));
+    if (!texto.starts_with("utf16:")) return texto;
+    const std::size_t fin = std::min(texto.find('+'), texto.size());
+    std::string ancho = "\xFF\xFE";
+    for (const char16_t ch : UTF8ToString(texto.substr(6, fin - 6)))
+      ancho += {static_cast<char>(ch & 0xFF), static_cast<char>(ch >> 8)};
+    return ancho + (fin < texto.size() ? texto.substr(fin + 1) : "");
   };
-  const struct {
-    std::string antes;
-    const char16_t* valor;
-    std::string despues;
-  } casos[] = {
-      {"[S]\r\nn=Pe\xF1"
-       "a\x81\r\nk=1\r\n;" +
-           largo,
-       u"Ñ€",
-       "[S]\r\nn=Pe\xF1"
-       "a\x81\r\nk=\xD1\x80\r\n;" +
-           largo},
-      {"[S]\nn=Peña\nk=1\n", u"Ñ", "[S]\nn=Peña\nk=Ñ\n"},
-      {"\xEF\xBB\xBF[S]\nk=1\n", u"Ñ", "\xEF\xBB\xBF[S]\nk=Ñ\n"},
-      {utf16(u"[S]\nn=Ω\nk=1\n") + "z", u"Ñ", utf16(u"[S]\nn=Ω\nk=Ñ\n") + "z"},
-      {"[S]\nn=Pe\xF1"
-       "a\nk=1\n",
-       u"Ω", utf16(u"[S]\nn=Peña\nk=Ω\n")},
-      {"", u"ñ", "[S]\r\nk=\xF1\r\n"},
-      // Bytes that would be read as UTF-8.
-      {"", u"Ã±", utf16(u"[S]\r\nk=Ã±\r\n")},
-  };
-  for (const auto& caso : casos) {
-    c.Escribe("a.ini", caso.antes);
-    EscribeValor(archivo, u"S", u"k", caso.valor);
-    EXPECT_EQ(c.Lee("a.ini"), caso.despues);
-    EXPECT_EQ(DameValor(archivo, u"S", u"k"), caso.valor);
+  for (const auto& caso : pruebas::Casos("textos/codificaciones.txt", "|")) {
+    c.Escribe("a.ini", bytes(caso.at(0)));
+    EscribeValor(archivo, u"S", u"k", UTF8ToString(caso.at(1)));
+    EXPECT_EQ(c.Lee("a.ini"), bytes(caso.at(2)));
+    EXPECT_EQ(UTF8Encode(DameValor(archivo, u"S", u"k")), caso[1]);
   }
 }
 
@@ -196,6 +179,7 @@ TEST(Configuracion, SaysWhichFileItCannotWriteAndLeavesIt) {
     EXPECT_NE(MensajeDe([&] { EscribeValor(c.Archivo("d.ini"), u"S", u"k", u"2"); }), "none");
     EXPECT_EQ(c.Lee("d.ini"), danado);
   }
+  EXPECT_TRUE(ReemplazaArchivo(c.Archivo("tubo"), "x").Hubo()) << "a pipe stays what it is";
   // A full disk: the system refuses to let the file grow.
   const std::string antes = "[S]\nk=1\n;" + std::string(5000, 'x') + "\n";
   c.Escribe("a.ini", antes);

@@ -3,11 +3,15 @@
 #include <string>
 #include <string_view>
 
+#include "framework/Texto.h"
+
 namespace pruebas {
 
 inline std::string RutaDato(const std::string& nombre) {
   return std::string(DATOS_PRUEBA) + "/crypto/" + nombre;
 }
+
+inline vel::UnicodeString Dato(const std::string& nombre) { return vel::UTF8ToString(RutaDato(nombre)); }
 
 inline const unsigned char* Bytes(const std::string& texto) {
   return reinterpret_cast<const unsigned char*>(texto.data());

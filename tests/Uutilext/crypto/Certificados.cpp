@@ -1,27 +1,18 @@
 #include "Uutilext/crypto/Certificados.h"
 
 #include <filesystem>
-#include <functional>
 #include <gtest/gtest.h>
 #include <openssl/err.h>
 
-#include "framework/Excepciones.h"
 #include "tests/Casos.h"
+#include "tests/Mensaje.h"
 #include "tests/Uutilext/crypto/Apoyo.h"
 
 namespace vel {
 namespace {
 
-UnicodeString Dato(const std::string& nombre) { return UTF8ToString(pruebas::RutaDato(nombre)); }
-
-std::string Error(const std::function<void()>& llamada) {
-  try {
-    llamada();
-  } catch (const Exception& e) {
-    return e.what();
-  }
-  return {};
-}
+using pruebas::Dato;
+using pruebas::MensajeDe;
 
 TEST(Certificados, GiveTheOctetsOfTheSerial) {
   EXPECT_EQ(CertGetNumSer(Dato("sello.cer")), u"00001000000509876543");
@@ -68,9 +59,9 @@ TEST(Certificados, RaiseWhenAFileHoldsNoDerCertificate) {
   for (const char* malo : {"sello.pem", "claro.key", "cortado.cer", "azar.bin", "vacio.bin"}) {
     const char* const mensaje = "No se pudo extraer la llave pública.";
     UnicodeString fecha;
-    EXPECT_EQ(Error([&] { CertGetNumSer(Dato(malo)); }), mensaje) << malo;
-    EXPECT_EQ(Error([&] { CertGetFechaHora(Dato(malo), false, fecha); }), mensaje) << malo;
-    EXPECT_EQ(Error([&] { ValPrivKey(Dato(malo), Dato("des3.key"), u"12345678a"); }), mensaje) << malo;
+    EXPECT_EQ(MensajeDe([&] { CertGetNumSer(Dato(malo)); }), mensaje) << malo;
+    EXPECT_EQ(MensajeDe([&] { CertGetFechaHora(Dato(malo), false, fecha); }), mensaje) << malo;
+    EXPECT_EQ(MensajeDe([&] { ValPrivKey(Dato(malo), Dato("des3.key"), u"12345678a"); }), mensaje) << malo;
   }
 }
 
@@ -79,7 +70,7 @@ TEST(Certificados, LeaveTheErrorQueueOfTheCallerAlone) {
   ERR_raise(ERR_LIB_USER, 77);
   for (const char* clave : {"12345678a", "mala"})
     ValPrivKey(Dato("ajeno.cer"), Dato("des3.key"), UTF8ToString(clave));
-  Error([] { CertGetNumSer(Dato("sello.pem")); });
+  MensajeDe([] { CertGetNumSer(Dato("sello.pem")); });
   EXPECT_EQ(ERR_GET_REASON(ERR_get_error()), 77);
   EXPECT_EQ(ERR_get_error(), 0UL);
 }

@@ -15,6 +15,8 @@
 namespace vel {
 namespace {
 
+using pruebas::Dato;
+
 // What is looked for is kept in a mask, so that it does not find itself.
 char Enmascara(char c) { return static_cast<char>(c ^ '\x5A'); }
 
@@ -51,8 +53,6 @@ std::size_t Copias(const std::string& oculto) {
   llamada();
   hueco[1] = hueco[0];
 }
-
-UnicodeString Dato(const std::string& nombre) { return UTF8ToString(pruebas::RutaDato(nombre)); }
 
 TEST(Memoria, HoldsNoSecretAfterTheCall) {
   const UnicodeString certificado = Dato("sello.cer"), llave = Dato("aes256.key");

@@ -21,8 +21,7 @@ TEST(TiposDocto, HaveTheNumbersNamesAndTablesOfTheCaseFile) {
     EXPECT_EQ(UTF8Encode(DameTablaCabCLib(tipo)), c[7]);
     EXPECT_EQ(UTF8Encode(DameTablaPartCLib(tipo)), c[8]);
   }
-  EXPECT_EQ(DameTipoDoctoStr(TIPO_DOCTO::TD_FACTURA, 3), u"");
-  EXPECT_EQ(DameTipoDoctoStr(TIPO_DOCTO::TD_FACTURA, -1), u"");
+  for (const int forma : {-1, 3}) EXPECT_EQ(DameTipoDoctoStr(TIPO_DOCTO::TD_FACTURA, forma), u"");
 }
 
 TEST(TiposDocto, ListsTheTypesOfAModule) {
