@@ -23,7 +23,7 @@ double Entero32(double valor) noexcept {
   return cabe ? entero : std::numeric_limits<double>::quiet_NaN();
 }
 
-constexpr std::array<FuncionInterna, 16> kInternas{{
+constexpr auto kInternas = std::to_array<FuncionInterna>({
     {u"SUMA", 1, [](Argumentos a) { return std::accumulate(a.begin(), a.end(), 0.0); }},
     {u"PRODCTO", 1,
      [](Argumentos a) { return std::accumulate(a.begin(), a.end(), 1.0, std::multiplies<>()); }},
@@ -41,10 +41,24 @@ constexpr std::array<FuncionInterna, 16> kInternas{{
     {u"INVERSO", 1, [](Argumentos a) { return a[0] * -1; }},
     {u"SI", 3, [](Argumentos a) { return a[0] != 0 ? a[1] : a[2]; }},
     {u"NO", 1, [](Argumentos a) { return static_cast<double>(a[0] == 0); }},
-}};
+});
 
-static_assert(std::all_of(kInternas.begin(), kInternas.end(),
-                          [](const FuncionInterna& f) { return f.nombre.size() <= kMaxNombreInterna; }));
+// A call goes by its name and a number, "SUMA0", so that a name ends in no digit and is not that of the
+// nodes.
+constexpr bool EsNombre(std::u16string_view nombre) noexcept {
+  return !nombre.empty() && nombre != u"FUN" &&
+         std::all_of(nombre.begin(), nombre.end(), [](char16_t c) { return c >= u'A' && c <= u'Z'; });
+}
+
+constexpr bool SeDistinguen() noexcept {
+  for (std::size_t i = 0; i < kInternas.size(); ++i) {
+    if (!EsNombre(kInternas[i].nombre) || kInternas[i].valor == nullptr) return false;
+    for (std::size_t j = 0; j < i; ++j)
+      if (kInternas[i].nombre == kInternas[j].nombre) return false;
+  }
+  return true;
+}
+static_assert(SeDistinguen(), "a built-in has no function, another's name, or one that formulas cannot tell");
 
 }  // namespace
 

@@ -19,9 +19,6 @@ struct FuncionInterna {
 /// The function of that name in any case; null when there is none.
 const FuncionInterna* BuscaInterna(std::u16string_view nombre) noexcept;
 
-/// Longest name of a built-in.
-inline constexpr std::size_t kMaxNombreInterna = 7;
-
 /// The function of its arguments; EInvalidOperation when some are missing or the value does not fit.
 double Llama(const FuncionInterna& funcion, std::span<const double> argumentos);
 

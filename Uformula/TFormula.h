@@ -102,7 +102,7 @@ class UTILVEL90_EXPORT TFormula {
 
   /// True when the first character is one of `* + - / < = >`.
   static bool EsOperador(std::u16string_view texto) noexcept;
-  /// True for the sixteen built-in names, in any case.
+  /// True for the name of a built-in, in any case.
   static bool EsFuncionInterna(std::u16string_view nombre) noexcept;
   /// Makes a list sorted, refusing duplicates with EStringListError.
   static void ConfigList(TStringList& lista);
