@@ -41,12 +41,12 @@ TEST(Operadores, TranslateBothWaysAndDifferOnPurpose) {
                 {u" NINGUNO ", u" MACRO ", u"NINGUNO"},
                 {u"", u"", u""}};
   TParamWhereSimple condicion;
-  for (std::uint8_t i = 0; i < 15; ++i) {
+  for (std::uint8_t i = 0; i < std::size(textos); ++i) {
     const auto op = static_cast<ENUM_OPERADOR>(i);
     condicion.Operador = op;
     EXPECT_EQ(TParametrosFiltro::DameOperador(op), textos[i].filtro);
     EXPECT_EQ(condicion.DameOperador(), textos[i].condicion);
-    if (i == 14) continue;
+    if (*textos[i].filtro == u'\0') continue;  // No operator.
     EXPECT_EQ(TParametrosFiltro::DameOperador(textos[i].leido), op);
   }
   for (const char16_t* otro : {u"", u" LIKE ", u"like", u"MACRO", u" <> "}) {
