@@ -162,7 +162,7 @@ TEST(Resumen, RefusesWhatCannotBePrinted) {
       {Con(1), asigna(4, local(u"")), "impuesto 5 se contradice: un impuesto local lleva nombre"},
       {Con(1), asigna(3, {IVA, false, u"IVA"}), "impuesto 4 se contradice: sólo un impuesto local"},
       {Con(1), asigna(1, {ISR, false, u""}), "impuesto 2 se contradice: el ISR sólo se retiene"},
-      {Con(1), asigna(0, {static_cast<ENUM_IMPUESTO_FISCAL>(5), false, u""}), "no es un impuesto"},
+      {Con(1), asigna(0, {static_cast<ENUM_IMPUESTO_FISCAL>(99), false, u""}), "no es un impuesto"},
       {Con(1), {.DecimalesMoneda = 7}, "Los decimales de la moneda van de 0 a 6: 7"},
       {Con(1), {.DecimalesLinea = 1}, "Los decimales de las partidas van de 2 a 6: 1"},
       {Con(1), {.DecimalesMoneda = 3, .DecimalesLinea = 2}, "menos decimales que la moneda"},
