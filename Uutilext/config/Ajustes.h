@@ -74,5 +74,7 @@ bool Lee(const AjusteInterruptor& ajuste, int numEmp = 0);
 void Escribe(const AjusteTexto& ajuste, std::u16string_view valor, int numEmp = 0);
 void Escribe(const AjusteEntero& ajuste, int valor, int numEmp = 0);
 void Escribe(const AjusteInterruptor& ajuste, bool valor, int numEmp = 0);
+/// Number and value in the wrong order.
+void Escribe(const AjusteInterruptor& ajuste, int valor, int numEmp) = delete;
 
 }  // namespace vel
