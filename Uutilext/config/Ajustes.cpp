@@ -6,6 +6,9 @@
 #include "framework/Numeros.h"
 #include "platform/Caracteres.h"
 
+// What its header forgets would be exported by nobody.
+#pragma GCC diagnostic error "-Wmissing-declarations"
+
 namespace vel {
 namespace {
 
