@@ -8,6 +8,9 @@
 namespace vel {
 namespace {
 
+// What stands for a value outside the members.
+constexpr FilaOperador kFuera{u"", u"", u"", &Redactor::Comparacion, UsoDeValor::DelTipo};
+
 // The table. It has no default: a member added to the enumeration does not compile before it has its row,
 // whatever else the build takes for an error.
 #pragma GCC diagnostic error "-Wswitch"
@@ -35,7 +38,7 @@ constexpr FilaOperador Fila(ENUM_OPERADOR op) noexcept {
     case MACRO:       return {u" NINGUNO ",     u" MACRO ",       u"NINGUNO",      &R::Comparacion, Marca};
   }
   // clang-format on
-  return {};
+  return kFuera;
 }
 
 constexpr std::size_t kOrdinales = std::numeric_limits<std::uint8_t>::max() + 1;
@@ -56,13 +59,15 @@ constexpr auto kTabla = [] {
   for (std::size_t i = 0; i < tabla.size(); ++i) tabla[i] = FilaDeOrdinal(i);
   return tabla;
 }();
-constexpr FilaOperador kFuera;
 
-// What a condition says of itself is all that a file holds of its operator.
+// What a condition says of itself is all that a file holds of its operator, and what is read as one operator
+// is read as no other.
 constexpr bool SeDistinguen() noexcept {
   for (std::size_t i = 0; i < kTabla.size(); ++i) {
-    for (std::size_t j = 0; j < i; ++j)
+    for (std::size_t j = 0; j < i; ++j) {
       if (kTabla[i].condicion == kTabla[j].condicion) return false;
+      if (!kTabla[i].leido.empty() && kTabla[i].leido == kTabla[j].leido) return false;
+    }
   }
   return true;
 }

@@ -32,8 +32,8 @@ struct FilaOperador {
   /// What is read as this operator; empty for none.
   std::u16string_view leido;
   /// Writes the condition.
-  Redactor::Pieza pieza = &Redactor::Comparacion;
-  UsoDeValor uso = UsoDeValor::DelTipo;
+  Redactor::Pieza pieza;
+  UsoDeValor uso;
   /// In files an array of raw SQL stands between braces.
   bool llaves = false;
 };

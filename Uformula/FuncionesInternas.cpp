@@ -23,7 +23,7 @@ double Entero32(double valor) noexcept {
   return cabe ? entero : std::numeric_limits<double>::quiet_NaN();
 }
 
-constexpr FuncionInterna kInternas[] = {
+constexpr auto kInternas = std::to_array<FuncionInterna>({
     {u"SUMA", 1, [](Argumentos a) { return std::accumulate(a.begin(), a.end(), 0.0); }},
     {u"PRODCTO", 1,
      [](Argumentos a) { return std::accumulate(a.begin(), a.end(), 1.0, std::multiplies<>()); }},
@@ -41,17 +41,24 @@ constexpr FuncionInterna kInternas[] = {
     {u"INVERSO", 1, [](Argumentos a) { return a[0] * -1; }},
     {u"SI", 3, [](Argumentos a) { return a[0] != 0 ? a[1] : a[2]; }},
     {u"NO", 1, [](Argumentos a) { return static_cast<double>(a[0] == 0); }},
-};
+});
 
-// A call is named by the built-in and a number, a node by "FUN" and one: names are capitals only, and each is
-// another.
-static_assert(std::all_of(std::begin(kInternas), std::end(kInternas), [](const FuncionInterna& f) {
-  const bool letras =
-      std::all_of(f.nombre.begin(), f.nombre.end(), [](char16_t c) { return c >= u'A' && c <= u'Z'; });
-  const auto veces = std::count_if(std::begin(kInternas), std::end(kInternas),
-                                   [&f](const FuncionInterna& g) { return g.nombre == f.nombre; });
-  return letras && !f.nombre.empty() && f.nombre != u"FUN" && veces == 1 && f.valor != nullptr;
-}));
+// A call goes by its name and a number, "SUMA0", so that a name ends in no digit and is not that of the
+// nodes.
+constexpr bool EsNombre(std::u16string_view nombre) noexcept {
+  return !nombre.empty() && nombre != u"FUN" &&
+         std::all_of(nombre.begin(), nombre.end(), [](char16_t c) { return c >= u'A' && c <= u'Z'; });
+}
+
+constexpr bool SeDistinguen() noexcept {
+  for (std::size_t i = 0; i < kInternas.size(); ++i) {
+    if (!EsNombre(kInternas[i].nombre) || kInternas[i].valor == nullptr) return false;
+    for (std::size_t j = 0; j < i; ++j)
+      if (kInternas[i].nombre == kInternas[j].nombre) return false;
+  }
+  return true;
+}
+static_assert(SeDistinguen(), "a built-in has no function, another's name, or one that formulas cannot tell");
 
 }  // namespace
 

@@ -6,6 +6,9 @@
 #include "framework/Numeros.h"
 #include "platform/Caracteres.h"
 
+// What its header forgets would be exported by nobody.
+#pragma GCC diagnostic error "-Wmissing-declarations"
+
 namespace vel {
 namespace {
 
@@ -19,6 +22,29 @@ UnicodeString Nombre(Seccion seccion, int numEmp) {
       break;
   }
   return u"SISTEMA";
+}
+
+// How a switch is read and written. They have no default: a form added to the enumeration does not compile
+// before it is here, whatever else the build takes for an error.
+#pragma GCC diagnostic error "-Wswitch"
+bool ValorDe(Interruptor forma, std::u16string_view texto) {
+  switch (forma) {
+    case Interruptor::TrueFalse:
+      return Minusculas(texto) == u"true";
+    case Interruptor::MenosUnoCero:
+      break;
+  }
+  return StrToBool(texto);
+}
+
+std::u16string_view TextoDe(Interruptor forma, bool valor) noexcept {
+  switch (forma) {
+    case Interruptor::TrueFalse:
+      return valor ? u"true" : u"false";
+    case Interruptor::MenosUnoCero:
+      break;
+  }
+  return valor ? u"-1" : u"0";
 }
 
 UnicodeString LeeValor(const Ajuste& ajuste, int numEmp) {
@@ -44,8 +70,7 @@ int Lee(const AjusteEntero& ajuste, int numEmp) {
 }
 
 bool Lee(const AjusteInterruptor& ajuste, int numEmp) {
-  const UnicodeString valor = LeeValor(ajuste, numEmp);
-  return ajuste.forma == Interruptor::TrueFalse ? Minusculas(valor) == u"true" : StrToBool(valor);
+  return ValorDe(ajuste.forma, LeeValor(ajuste, numEmp));
 }
 
 void Escribe(const AjusteTexto& ajuste, std::u16string_view valor, int numEmp) {
@@ -57,11 +82,7 @@ void Escribe(const AjusteEntero& ajuste, int valor, int numEmp) {
 }
 
 void Escribe(const AjusteInterruptor& ajuste, bool valor, int numEmp) {
-  if (ajuste.forma == Interruptor::TrueFalse) {
-    EscribeValorDe(ajuste, valor ? u"true" : u"false", numEmp);
-  } else {
-    EscribeValorDe(ajuste, valor ? u"-1" : u"0", numEmp);
-  }
+  EscribeValorDe(ajuste, TextoDe(ajuste.forma, valor), numEmp);
 }
 
 // The settings of Configuracion.h.

@@ -74,5 +74,8 @@ bool Lee(const AjusteInterruptor& ajuste, int numEmp = 0);
 void Escribe(const AjusteTexto& ajuste, std::u16string_view valor, int numEmp = 0);
 void Escribe(const AjusteEntero& ajuste, int valor, int numEmp = 0);
 void Escribe(const AjusteInterruptor& ajuste, bool valor, int numEmp = 0);
+// A truth value and an integer would pass for each other, the company's number and the value for one swapped.
+void Escribe(const AjusteEntero& ajuste, bool valor, int numEmp = 0) = delete;
+void Escribe(const AjusteInterruptor& ajuste, int valor, int numEmp = 0) = delete;
 
 }  // namespace vel

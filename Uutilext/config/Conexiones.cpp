@@ -8,6 +8,9 @@
 #include "platform/Modulos.h"
 #include "version/Version.h"
 
+// What its header forgets would be exported by nobody.
+#pragma GCC diagnostic error "-Wmissing-declarations"
+
 namespace vel {
 
 UnicodeString DameRutaAccesoRemoto() {

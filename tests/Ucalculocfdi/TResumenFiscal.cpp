@@ -90,7 +90,7 @@ void Comprueba(const char* archivo) {
     } else if (c[0] == "A") {
       const auto impuesto = nombres.find(c[2]);
       datos.Impuestos[std::stoul(c[1]) - 1] = {
-          impuesto != nombres.end() ? impuesto->second : static_cast<ENUM_IMPUESTO_FISCAL>(5), false,
+          impuesto != nombres.end() ? impuesto->second : static_cast<ENUM_IMPUESTO_FISCAL>(99), false,
           UTF8ToString(c[3])};
     } else {
       Motor motor(lineas);

@@ -1,0 +1,41 @@
+# Checks that what is public of a table names all its rows: cmake -DRAIZ=<source folder> -P tools/tablas.cmake
+#  - the built-ins of the formulas stand in their header's text, and each has a case;
+#  - the kinds of company folders stand in their header's table.
+
+set(faltas "")
+
+# The texts of the table in `archivo`: what a row's expression has in its one group, with "/" for "\".
+function(filas archivo expresion salida)
+  file(READ ${RAIZ}/${archivo} texto)
+  string(REPLACE "\\\\" "/" texto "${texto}")
+  string(REGEX MATCHALL "${expresion}" hallados "${texto}")
+  list(TRANSFORM hallados REPLACE "${expresion}" "\\1")
+  if(NOT hallados)
+    message(FATAL_ERROR "${archivo}: no rows found")
+  endif()
+  set(${salida} "${hallados}" PARENT_SCOPE)
+endfunction()
+
+# What `archivo` must hold of each row, "@" standing for its text.
+macro(exige archivo patron)
+  file(READ ${RAIZ}/${archivo} texto)
+  string(REPLACE "\\" "/" texto "${texto}")
+  foreach(fila ${ARGN})
+    string(REPLACE "@" "${fila}" buscado "${patron}")
+    if(NOT texto MATCHES "${buscado}")
+      list(APPEND faltas "${archivo}: says nothing of ${fila}")
+    endif()
+  endforeach()
+endmacro()
+
+filas(Uformula/FuncionesInternas.cpp "\n    {u\"([A-Z]+)\"," internas)
+exige(Uformula/TFormula.h "[ /]@[ ,;\n]" ${internas})
+exige(tests/data/formulas/casos.txt "@[(]" ${internas})
+
+filas(Uutilext/config/Rutas.cpp "{u\"([^\"]+)\", Base::" carpetas)
+exige(Uutilext/config/Rutas.h "\"@\"" ${carpetas})
+
+if(faltas)
+  list(JOIN faltas "\n" lineas)
+  message(FATAL_ERROR "${lineas}")
+endif()
