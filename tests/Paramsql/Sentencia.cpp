@@ -72,6 +72,9 @@ TEST(Clausulas, AreCallableOneByOne) {
 TEST(Sentencia, JoinsItsPartsBlankByBlank) {
   TParametrosFiltro f(u"T");
   EXPECT_EQ(f.DameSentenciaSQL(true, 0), u"SELECT  *  from T ");
+  f.OrdDesc = true;
+  EXPECT_EQ(f.DameSentenciaSQL(true, 0), u"SELECT  *  from T  DESC");
+  f.OrdDesc = false;
   f.Distinct = true;
   f.AgregaCampoSelect(u"A", u"X", true);
   f.AgregaCampoSelect(u"B", u"", false);
@@ -153,6 +156,14 @@ TEST(Sentencia, WritesAndBindsDatesByTheirTypes) {
       EXPECT_EQ(p[0].Value, pruebas::ValorDe(c.at(2))) << c[1];
     }
   }
+}
+
+TEST(Sentencia, BindsANullPatternAsNull) {
+  TParametrosFiltro f(u"T");
+  f.AgregaFiltro(u"C", kTexto, Variant::Null(), Op::LIKE, Y, SIN, false);
+  TParams p;
+  f.DameSentenciaSQL(ENUM_MARCADOR::DOSPUNTOS, 0, p);
+  EXPECT_EQ(p[0].Value, Variant::Null());
 }
 
 TEST(Sentencia, TakesWhereFromItsSource) {

@@ -123,6 +123,9 @@ TEST(Configuracion, ReadsInTwoStyles) {
   EXPECT_EQ(lista.Text(), u"A\r\nB\r\nC\r\n");
   BorraSeccion(archivo, u"s");
   EXPECT_EQ(c.Lee("a.ini"), ";D=4\n");
+  std::filesystem::create_symlink("a.ini", c.Ruta() / "enlace.ini");
+  EscribeValor(c.Archivo("enlace.ini"), u"S", u"k", u"1");
+  EXPECT_EQ(DameValor(archivo, u"S", u"k"), u"1") << "the file that a link leads to";
 }
 
 TEST(Configuracion, KeepsTheEncodingOnDisk) {
