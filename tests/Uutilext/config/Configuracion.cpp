@@ -172,7 +172,10 @@ TEST(Configuracion, SaysWhichFileItCannotWriteAndLeavesIt) {
            "No se puede escribir en el archivo \"" + (soloLectura / "a.ini").string() +
                "\"\nCompruebe que tenga los permisos necesarios.";
   }));
-  std::filesystem::permissions(soloLectura, std::filesystem::perms(0755));
+  std::filesystem::permissions(soloLectura, std::filesystem::perms(0777));
+  std::filesystem::permissions(soloLectura / "a.ini", std::filesystem::perms(0444));
+  EXPECT_TRUE(
+      pruebas::ComoUsuario([&] { return ReemplazaArchivo(c.Archivo("solo lectura/a.ini"), "x").Hubo(); }));
   EXPECT_EQ(c.Lee("solo lectura/a.ini"), "[S]\nk=1\n");
   // What cannot be written back as it was stays.
   for (const std::string danado : {"\xEF\xBB\xBF[S]\nn=\xF1\nk=1\n", "\xFE\xFFx"}) {
