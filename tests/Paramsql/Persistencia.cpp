@@ -155,8 +155,10 @@ TEST_F(Definicion, WrittenByHandLoads) {
   }
   Escribe("[Vista1]\nOrdenadoPor=A\n");
   f.OrdDesc = false;
-  for (int vez = 0; vez < 2; ++vez) f.LoadFromIni(archivo_, 0);
-  EXPECT_FALSE(f.OrdDesc) << "loading again does not turn the order around";
+  for (int vez = 0; vez < 2; ++vez) {
+    f.LoadFromIni(archivo_, 0);
+    EXPECT_FALSE(f.OrdDesc) << "loading again does not turn the order around";
+  }
   f.OrdDesc = true;
   Escribe("[TABLAPIV]\nTABLA=T\n");
   f.LoadFromIni(archivo_, 0);

@@ -72,6 +72,9 @@ TEST(Clausulas, AreCallableOneByOne) {
 TEST(Sentencia, JoinsItsPartsBlankByBlank) {
   TParametrosFiltro f(u"T");
   EXPECT_EQ(f.DameSentenciaSQL(true, 0), u"SELECT  *  from T ");
+  f.OrdDesc = true;
+  EXPECT_EQ(f.DameSentenciaSQL(true, 0), u"SELECT  *  from T  DESC");
+  f.OrdDesc = false;
   f.Distinct = true;
   f.AgregaCampoSelect(u"A", u"X", true);
   f.AgregaCampoSelect(u"B", u"", false);
@@ -155,26 +158,21 @@ TEST(Sentencia, WritesAndBindsDatesByTheirTypes) {
   }
 }
 
+TEST(Sentencia, BindsANullPatternAsNull) {
+  TParametrosFiltro f(u"T");
+  f.AgregaFiltro(u"C", kTexto, Variant::Null(), Op::LIKE, Y, SIN, false);
+  TParams p;
+  f.DameSentenciaSQL(ENUM_MARCADOR::DOSPUNTOS, 0, p);
+  EXPECT_EQ(p[0].Value, Variant::Null());
+}
+
 TEST(Sentencia, TakesWhereFromItsSource) {
-  const struct {
-    std::int32_t modo;
-    bool conLista;
-    const char16_t* texto;
-    const char16_t* where;
-  } casos[] = {{0, true, u"P=1", u" WHERE (A=1) "},
-               {0, false, u"P=1", u""},
-               {1, true, u"P=1", u" WHERE P=1"},
-               {1, true, u"", u""},
-               {2, true, u"P=1", u" WHERE (A=1) AND (P=1)"},
-               {2, false, u"P=1", u" WHERE (P=1)"},
-               {-1, true, u"", u" WHERE (A=1)"},
-               {2, false, u"", u""}};
-  for (const auto& c : casos) {
+  for (const auto& c : pruebas::Casos("sentencias/fuentes.txt", "|")) {
     TParametrosFiltro f(u"T");
-    f.FiltroPActivo = c.modo;
-    f.FilterTextPers = c.texto;
-    if (c.conLista) f.AgregaFiltro(u"A", kEntero, Variant(1), Op::IGUAL, Y, SIN, true);
-    EXPECT_EQ(UTF8Encode(f.DameSentenciaSQL(false, 0)), "SELECT  *  from T " + UTF8Encode(c.where));
+    f.FiltroPActivo = std::stoi(c.at(0));
+    f.FilterTextPers = UTF8ToString(c.at(2));
+    if (c.at(1) == "lista") f.AgregaFiltro(u"A", kEntero, Variant(1), Op::IGUAL, Y, SIN, true);
+    EXPECT_EQ(UTF8Encode(f.DameSentenciaSQL(false, 0)), "SELECT  *  from T " + c.at(3)) << c[0];
   }
 }
 

@@ -113,11 +113,12 @@ TEST(Resumen, TellsItsDistanceToTheEngineAndLeavesItAlone) {
   EXPECT_FALSE(TResumenFiscal(motor).Diferencia.has_value()) << "the engine has no totals yet";
   motor.CalculaTotales();
   motor.Partidas.First();
+  motor.Partidas.Next();
   const TResumenFiscal resumen(motor);
   EXPECT_EQ(motor.TotalImpuestos, 120.01);
   EXPECT_EQ(Texto(resumen.Total), "120.00");
   EXPECT_EQ(resumen.Diferencia, -1);
-  EXPECT_EQ(motor.Partidas.RecNo(), 1U);
+  EXPECT_EQ(motor.Partidas.RecNo(), 2U);
   EXPECT_FALSE(motor.Partidas.Eof());
   Motor compra(
       {Mas(Con(1e18), {{u"DESCU", Variant(50.0)}, {u"DESC1", Variant(7.0)}, {u"TIP_CAM", Variant(20.0)}})},

@@ -125,6 +125,9 @@ TEST(Configuracion, ReadsInTwoStyles) {
   EXPECT_EQ(lista.Text(), u"A\r\nB\r\nC\r\n");
   BorraSeccion(archivo, u"s");
   EXPECT_EQ(c.Lee("a.ini"), ";D=4\n");
+  std::filesystem::create_symlink("a.ini", c.Ruta() / "enlace.ini");
+  EscribeValor(c.Archivo("enlace.ini"), u"S", u"k", u"1");
+  EXPECT_EQ(DameValor(archivo, u"S", u"k"), u"1") << "the file that a link leads to";
 }
 
 TEST(Configuracion, KeepsTheEncodingOnDisk) {
@@ -171,7 +174,10 @@ TEST(Configuracion, SaysWhichFileItCannotWriteAndLeavesIt) {
            "No se puede escribir en el archivo \"" + (soloLectura / "a.ini").string() +
                "\"\nCompruebe que tenga los permisos necesarios.";
   }));
-  std::filesystem::permissions(soloLectura, std::filesystem::perms(0755));
+  std::filesystem::permissions(soloLectura, std::filesystem::perms(0777));
+  std::filesystem::permissions(soloLectura / "a.ini", std::filesystem::perms(0444));
+  EXPECT_TRUE(
+      pruebas::ComoUsuario([&] { return ReemplazaArchivo(c.Archivo("solo lectura/a.ini"), "x").Hubo(); }));
   EXPECT_EQ(c.Lee("solo lectura/a.ini"), "[S]\nk=1\n");
   // What cannot be written back as it was stays.
   for (const std::string danado : {"\xEF\xBB\xBF[S]\nn=\xF1\nk=1\n", "\xFE\xFFx"}) {

@@ -102,6 +102,13 @@ TEST_F(Catalogo, IsNoMoreOpenInItsCopies) {
       return acceso(kCatalogo) == std::pair(modo & ~020U, pruebas::kNadie) &&
              acceso(kRespaldo) == acceso(kCatalogo);
     }));
+    // Who is in the group keeps it for a file that is another's.
+    ASSERT_EQ(chown((c_.Ruta() / kCatalogo).c_str(), 0, pruebas::kNadie), 0);
+    chmod((c_.Ruta() / kCatalogo).c_str(), 0664);
+    EXPECT_TRUE(pruebas::ComoUsuario([&] {
+      AgregaEmpresaXML(5, u"r", u"d", u"Cinco", u"t", u"v");
+      return acceso(kCatalogo) == std::pair(0664U, pruebas::kNadie);
+    }));
   }
 }
 
