@@ -1,6 +1,7 @@
 #include "Uformula/FuncionesInternas.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <functional>
 #include <iterator>
