@@ -83,6 +83,11 @@ struct TImpuestoImpreso {
   /// Fraction of six decimals: 0.160000; of a quota, the amount for each unit. Zero when exempt.
   TMontoFiscal Tasa;
   TMontoFiscal Importe;
+  /// Base code, which is not printed: Base has the printed taxes of the line that come before this one and
+  /// have a Numero up to the code. 0 where the base is the amount less discount, or units.
+  int CodigoBase = 0;
+  /// At a negative rate: taken off the bases of the taxes after it, to which other taxes are added.
+  bool TasaNegativa = false;
   friend bool operator==(const TImpuestoImpreso&, const TImpuestoImpreso&) = default;
 };
 
