@@ -236,6 +236,10 @@ struct TResumenFiscal::Lectura {
     if (unidades == 0)
       Falla(u"la cuota del impuesto " + IntToStr(static_cast<int>(i) + 1) + u" no tiene unidades");
     ExigeAsignado(i);
+    if (resumen.Asignacion[i].Impuesto == ENUM_IMPUESTO_FISCAL::LOCAL) {
+      Falla(u"el impuesto " + IntToStr(static_cast<int>(i) + 1) +
+            u" es local y lleva cuota: el complemento de impuestos locales sólo tiene tasas");
+    }
     const int resto = kDecimales - Linea();
     TMontoFiscal& importe = Agrega(i, resumen.Asignacion[i].Retenido, ENUM_FACTOR_FISCAL::CUOTA,
                                    {exacto::A64(DivideRedondea(unidades, Diez(resto))), 0},

@@ -121,7 +121,7 @@ struct TRetencionFiscal {
   friend bool operator==(const TRetencionFiscal&, const TRetencionFiscal&) = default;
 };
 
-/// The local taxes of one name, direction and rate or quota.
+/// The local taxes of one name, direction and rate.
 struct TLocalFiscal {
   UnicodeString Nombre;
   bool Retenido = false;
@@ -184,7 +184,8 @@ class UTILVEL90_EXPORT TResumenFiscal {
   /// total, an exchange rate that is not above zero, discounts that come to less than 0 or more than 100 %, a
   /// rate beyond 1000 %, a quota without units; for an assignment that contradicts itself or a line (a local
   /// tax without a name, ISR transferred, exempt but withheld or with a rate, a rate for a tax without
-  /// assignment); and for decimals out of range. Errors of the data set come through.
+  /// assignment, a quota of a local tax, whose complement knows rates only); and for decimals out of range.
+  /// Errors of the data set come through.
   explicit TResumenFiscal(TCalculoCFDI& calculo, const TDatosFiscales& datos = {});
 
   /// Computes the document's figures and Motivos anew from Partidas, for a program that moved line figures.

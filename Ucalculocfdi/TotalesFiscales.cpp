@@ -77,7 +77,7 @@ class Grupos {
     // Withheld taxes are printed by tax alone.
     if (i.Retenido && !esLocal) return {i.Impuesto, 0, true, ENUM_FACTOR_FISCAL::TASA, 0};
     if (!esLocal) return {i.Impuesto, 0, false, i.Factor, i.Tasa.Unidades};
-    // The complement of local taxes knows no factors.
+    // The complement of local taxes knows rates only.
     const int local = local_[static_cast<std::size_t>(i.Numero - 1) % kImpuestos];
     return {i.Impuesto, local, i.Retenido, ENUM_FACTOR_FISCAL::TASA, i.Tasa.Unidades};
   }

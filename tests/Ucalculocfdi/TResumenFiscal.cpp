@@ -154,6 +154,8 @@ TEST(Resumen, RefusesWhatCannotBePrinted) {
       {Con(500, Impuesto(2, 200)), {}, "El total es negativo"},
       {Mas(ieps, Cuota(u"C", -1)), {}, "MTO_CUOTA es negativo"},
       {Mas(ieps, Cuota(u"C", 1)), nota(2, 7, 0), "la cuota del impuesto 1 no tiene unidades"},
+      {Mas(ieps, Cuota(u"C", 1)), asigna(0, local(u"ISH")),
+       "Partida 2: el impuesto 1 es local y lleva cuota"},
       {Con(1), nota(2, 3), "el impuesto 4 está exento y tiene tasa o cuota"},
       {Mas(Con(1, Impuesto(1, 0)), Cuota(u"C", 1)), nota(2, 0),
        "el impuesto 1 está exento y tiene tasa o cuota"},
