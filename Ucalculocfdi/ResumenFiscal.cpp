@@ -290,7 +290,8 @@ TAsignacionFiscal AsignacionUsual() {
 TResumenFiscal::TResumenFiscal(TCalculoCFDI& calculo, const TDatosFiscales& datos)
     : Asignacion(datos.Impuestos),
       DecimalesMoneda(datos.DecimalesMoneda),
-      DecimalesLinea(datos.DecimalesLinea) {
+      DecimalesLinea(datos.DecimalesLinea),
+      Fecha(datos.Fecha) {
   fiscal::ExigeDecimales(DecimalesMoneda, DecimalesLinea);
   ExigeAsignacion(Asignacion);
   TClientDataSet& registros = calculo.Partidas;

@@ -10,6 +10,7 @@
 #include "Ucalculocfdi/TCalculoCFDI.h"
 #include "Ucalculocfdi/TMontoFiscal.h"
 #include "framework/TClientDataSet.h"
+#include "framework/TDateTime.h"
 #include "framework/Texto.h"
 #include "utilvel90_export.h"
 
@@ -69,6 +70,8 @@ struct TDatosFiscales {
   int DecimalesLinea = 6;
   /// In any order, at most one for each line.
   std::vector<TNotaPartida> Notas = {};
+  /// Of the document: it is checked by the rules in force that day; by the newest edition unless given.
+  std::optional<TDateTime> Fecha = {};
 };
 
 /// A tax of a line.
@@ -185,20 +188,21 @@ class UTILVEL90_EXPORT TResumenFiscal {
   /// rate beyond 1000 %, a quota without units; for an assignment that contradicts itself or a line (a local
   /// tax without a name, ISR transferred, exempt but withheld or with a rate, a rate for a tax without
   /// assignment, a quota of a local tax, whose complement knows rates only); and for decimals out of range.
-  /// Errors of the data set come through.
+  /// Raises EConvertError for a date as Totaliza does. Errors of the data set come through.
   explicit TResumenFiscal(TCalculoCFDI& calculo, const TDatosFiscales& datos = {});
 
   /// Computes the document's figures and Motivos anew from Partidas, for a program that moved line figures.
   /// Diferencia moves with the total. Raises EInvalidOperation when a figure of a line is negative or has not
-  /// its decimals, when one is too large, or when the total is negative; nothing has changed then.
+  /// its decimals, when one is too large, or when the total is negative, and EConvertError for a Fecha that
+  /// the calendar lacks (years 1 to 9999); nothing has changed then.
   void Totaliza();
 
-  /// The rules that the figures do not meet, as they stand now. Raises EInvalidOperation for line figures as
-  /// Totaliza does.
+  /// The rules in force on Fecha that the figures do not meet, as they stand now. Raises EInvalidOperation
+  /// for line figures and EConvertError for the date as Totaliza does.
   std::vector<TMotivoFiscal> Revisa() const;
 
   /// Limits of a line's amount for its quantity and price, and of a tax for its base and rate (zero when
-  /// exempt).
+  /// exempt), by the newest edition of the rules.
   TLimitesFiscales LimitesImporte(const TPartidaFiscal& partida) const;
   TLimitesFiscales LimitesImpuesto(const TImpuestoImpreso& impuesto) const;
   /// Catalogue key of a line's tax, or the name of a local one.
@@ -220,6 +224,8 @@ class UTILVEL90_EXPORT TResumenFiscal {
   TAsignacionFiscal Asignacion = AsignacionUsual();
   int DecimalesMoneda = 2;
   int DecimalesLinea = 6;
+  /// As in TDatosFiscales.
+  std::optional<TDateTime> Fecha;
   std::vector<TPartidaFiscal> Partidas;
 
   TMontoFiscal SubTotal;

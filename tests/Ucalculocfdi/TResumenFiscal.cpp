@@ -207,6 +207,7 @@ TEST(Resumen, NoticesEveryFigureThatChanged) {
   Motor motor({Con(100, Mas(Impuesto(2, 10), Mas(Impuesto(4, 16), Impuesto(5, 3))))});
   TDatosFiscales datos{.DecimalesLinea = 2};
   datos.Impuestos[4] = {LOCAL, false, u"ISH"};
+  datos.Fecha = EncodeDate({2022, 1, 1});
   const TResumenFiscal bueno(motor, datos);
   ASSERT_TRUE(bueno.Motivos.empty());
   const std::pair<const char*, std::function<void(R&)>> cambios[] = {
@@ -235,12 +236,19 @@ TEST(Resumen, NoticesEveryFigureThatChanged) {
       {"CFDI40218 CFDI40177 ", [](R& r) { r.Partidas[0].Impuestos[1].Factor = ENUM_FACTOR_FISCAL::EXENTO; }},
       {"CFDI40184 ", [](R& r) { r.Partidas[0].Impuestos[0].Factor = ENUM_FACTOR_FISCAL::EXENTO; }},
   };
+  constexpr TReglaFiscal kCerrada = {{}, {}, {}, u"2022-01-01", u"2023-12-31"};
+  std::string rige;
+  for (const auto* dia : {u"2021-12-31", u"2022-01-01", u"2023-12-31", u"2024-01-01", u""})
+    rige += kCerrada.Rige(dia) ? "sí " : "no ";
+  EXPECT_EQ(rige, "no sí sí no no ") << "without a day only the newest edition holds";
   std::set<std::u16string_view> vistos;
   for (const auto& [codigos, cambia] : cambios) {
     TResumenFiscal malo = bueno;
     cambia(malo);
     const std::vector<TMotivoFiscal> motivos = malo.Revisa();
     EXPECT_EQ(Codigos(motivos), codigos);
+    malo.Fecha = TDateTime(malo.Fecha.value().Val() - 0.25);
+    EXPECT_EQ(Codigos(malo.Revisa()), std::string(codigos).find("IMP") + 1 != 0 ? "IMPLOCAL " : "");
     for (const TReglaFiscal& regla : ReglasFiscales()) {
       for (const TMotivoFiscal& m : motivos) vistos.insert(m.Codigo == regla.Codigo ? regla.Codigo : u"");
     }
