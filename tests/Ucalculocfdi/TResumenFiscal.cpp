@@ -223,6 +223,12 @@ TEST(Resumen, NoticesEveryFigureThatChanged) {
        [](R& r) {
          r.Retenciones.push_back({IVA, {0, 2}});
        }},
+      {"CFDI40202 CFDI40203 ", [](R& r) { r.TotalImpuestosRetenidos.Decimales = 3; }},
+      {"CFDI40204 CFDI40205 ", [](R& r) { r.TotalImpuestosTrasladados.Decimales = 3; }},
+      {"CFDI40210 CFDI40211 ", [](R& r) { r.Retenciones[0].Importe.Decimales = 3; }},
+      {"CFDI40214 CFDI40215 ", [](R& r) { r.Traslados[0].Base.Decimales = 3; }},
+      {"CFDI40220 CFDI40221 ", [](R& r) { r.Traslados[0].Importe.Decimales = 3; }},
+      {"CFDI40108 ", [](R& r) { r.SubTotal.Decimales = 1; }},
       {"CFDI40215 ", [](R& r) { ++r.Traslados[0].Base.Unidades; }},
       {"CFDI40218 ", [](R& r) { ++r.Traslados[0].Tasa.Unidades; }},
       {"CFDI40205 CFDI40221 ", [](R& r) { ++r.Traslados[0].Importe.Unidades; }},
