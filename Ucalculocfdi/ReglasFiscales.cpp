@@ -134,9 +134,10 @@ constexpr std::u16string_view kLocales = u"Complemento de impuestos locales, ver
 constexpr std::u16string_view kVigencia = u"2022-01-01";
 
 // In the order of the codes. Every one of the matrix is as a public list of it has it; of those of the
-// document's decimals CFDI40204 stands in that list alone. The matrix gives two codes to the sum of the bases of a transferred tax: CFDI40215 for those of its rate,
-// which is checked here, and CFDI40216 for all of them, whose case the pages do not tell apart. The message
-// of CFDI40111 is about kinds of document that print no discounts; its case has the sum.
+// document's decimals CFDI40204 stands in that list alone. The matrix gives two codes to the sum of the bases
+// of a transferred tax: CFDI40215 for those of its rate, which is checked here, and CFDI40216 for all of
+// them, whose case public pages do not tell apart. The message of CFDI40111 is about kinds of document that
+// print no discounts; its case has the sum.
 constexpr fiscal::Comprobacion kTabla[] = {
     {.regla = {u"CFDV40", u"el comprobante tiene al menos un concepto", kEsquema, kVigencia},
      .documento = [](const Documento& d) { return d.esperado.partidas > 0; }},

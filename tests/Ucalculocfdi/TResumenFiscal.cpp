@@ -91,7 +91,18 @@ TEST(Resumen, PrintsWhatTheRulesGive) {
       datos.Notas.insert(datos.Notas.begin(), nota);
     } else {
       Motor motor(lineas);
-      EXPECT_EQ(TResumenFiscal(motor, datos).DameJson(), c[1]) << caso;
+      const TResumenFiscal resumen(motor, datos);
+      EXPECT_EQ(resumen.DameJson(), c[1]) << caso;
+      for (const TPartidaFiscal& p : resumen.Partidas) {
+        for (const TImpuestoImpreso& i : p.Impuestos) {
+          std::int64_t base = p.Importe.Unidades - p.Descuento.Unidades;
+          for (const TImpuestoImpreso& k : p.Impuestos) {
+            if (k.Numero < i.Numero && k.Numero <= i.CodigoBase)
+              base += k.TasaNegativa ? -k.Importe.Unidades : k.Importe.Unidades;
+          }
+          EXPECT_TRUE(i.Factor == ENUM_FACTOR_FISCAL::CUOTA || base == i.Base.Unidades) << caso;
+        }
+      }
     }
   }
 }
@@ -254,7 +265,7 @@ TEST(Resumen, NoticesEveryFigureThatChanged) {
     const std::vector<TMotivoFiscal> motivos = malo.Revisa();
     EXPECT_EQ(Codigos(motivos), codigos);
     malo.Fecha = TDateTime(malo.Fecha.value().Val() - 0.25);
-    EXPECT_EQ(Codigos(malo.Revisa()), std::string(codigos).find("IMP") + 1 != 0 ? "IMPLOCAL " : "");
+    EXPECT_EQ(Codigos(malo.Revisa()), std::string_view(codigos).ends_with("IMPLOCAL ") ? "IMPLOCAL " : "");
     for (const TReglaFiscal& regla : ReglasFiscales()) {
       for (const TMotivoFiscal& m : motivos) vistos.insert(m.Codigo == regla.Codigo ? regla.Codigo : u"");
     }
@@ -310,9 +321,14 @@ TEST(Resumen, KnowsTheLimitsByBothReadings) {
   EXPECT_EQ(limites({0, 2}, 160'000, 2), "0.00 0.01, 0.00 0.01");
   // The half unit ends a hair above a cent, and less than 10^-12 takes it back.
   EXPECT_EQ(limites({9999200000, 6}, 1'600'001, 2), "15998.72 15998.73, 15998.72 15998.73");
-  const TLimitesFiscales importe =
-      TResumenFiscal().LimitesImporte({1, {3, 0}, {30'807, 2}, {92'421, 2}, {}, {}});
-  EXPECT_EQ(Texto(importe.Inferior) + " " + Texto(importe.Superior), "770.16 1078.27");
+  EXPECT_EQ(limites({9992800004, 6}, 1'600'001, 2), "15988.48 15988.50, 15988.48 15988.50")
+      << "15988.49 if less 10^-11";
+  const auto importe = [](TMontoFiscal cantidad, TMontoFiscal precio) {
+    const TLimitesFiscales l = TResumenFiscal().LimitesImporte({1, cantidad, precio, {0, 2}, {}, {}});
+    return Texto(l.Inferior) + " " + Texto(l.Superior);
+  };
+  EXPECT_EQ(importe({3, 0}, {30'807, 2}), "770.16 1078.27");
+  EXPECT_EQ(importe({1'000'000'000'675, 6}, {1'234'567'000'000, 6}), "1234567000832.21 1234567000834.46");
 }
 
 TEST(Resumen, HandsItselfToPrograms) {
