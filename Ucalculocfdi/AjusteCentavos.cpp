@@ -36,26 +36,11 @@ struct Grupo {
   bool agotado = false;
 };
 
-// What part of tax k of the line the base of tax j has: 1, -1 (of a withholding by a negative rate) or 0.
-// The codes are not printed, so they are read off the bases; nothing when that is not possible.
-std::optional<int> ParteEnBase(const TPartidaFiscal& partida, std::size_t k, std::size_t j) {
-  const std::vector<TImpuestoImpreso>& impuestos = partida.Impuestos;
-  if (impuestos[j].Numero == impuestos[k].Numero || impuestos[j].Factor == ENUM_FACTOR_FISCAL::CUOTA)
-    return 0;
-  // A tax of nothing is in a base or not without a trace.
-  if (impuestos[k].Importe.Unidades == 0) return std::nullopt;
-  const std::int64_t neto = partida.Importe.Unidades - partida.Descuento.Unidades;
-  if (impuestos[j].Base.Unidades == neto) return 0;
-  for (const int signo : {1, -1}) {
-    std::int64_t suma = neto;
-    for (std::size_t m = 0; m < j; ++m) {
-      suma += (impuestos[m].Retenido ? signo : 1) * impuestos[m].Importe.Unidades;
-      if (impuestos[m + 1].Numero == impuestos[m].Numero || suma != impuestos[j].Base.Unidades) continue;
-      if (impuestos[m].Numero < impuestos[k].Numero) return 0;
-      return impuestos[k].Retenido ? signo : 1;
-    }
-  }
-  return std::nullopt;
+// What a unit of tax `k` of the line moves the base of the tax `j` after it by: 1, -1 or 0.
+int ParteEnBase(const TImpuestoImpreso& k, const TImpuestoImpreso& j) {
+  // A quota beside a rate has its number, and a base of units.
+  if (k.Numero >= j.Numero || k.Numero > j.CodigoBase) return 0;
+  return k.TasaNegativa ? -1 : 1;
 }
 
 class Ajuste {
@@ -171,15 +156,13 @@ class Ajuste {
 
   // The line's taxes with that one moved by a unit; nothing when a limit forbids it.
   std::optional<std::vector<TImpuestoImpreso>> Mueve(const Lugar& lugar, int sentido) const {
-    const TPartidaFiscal& partida = resumen_.Partidas[lugar.partida];
-    std::vector<TImpuestoImpreso> impuestos = partida.Impuestos;
+    std::vector<TImpuestoImpreso> impuestos = resumen_.Partidas[lugar.partida].Impuestos;
     impuestos[lugar.impuesto].Importe.Unidades += sentido;
     if (!Cabe(impuestos[lugar.impuesto])) return std::nullopt;
     for (std::size_t j = lugar.impuesto + 1; j < impuestos.size(); ++j) {
-      const std::optional<int> parte = ParteEnBase(partida, lugar.impuesto, j);
-      if (!parte) return std::nullopt;
-      if (*parte == 0) continue;
-      impuestos[j].Base.Unidades += *parte * sentido;
+      const int parte = ParteEnBase(impuestos[lugar.impuesto], impuestos[j]);
+      if (parte == 0) continue;
+      impuestos[j].Base.Unidades += parte * sentido;
       if (impuestos[j].Base.Unidades <= 0 || !Cabe(impuestos[j])) return std::nullopt;
     }
     return impuestos;

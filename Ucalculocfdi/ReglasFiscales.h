@@ -15,11 +15,19 @@ struct TReglaFiscal {
   /// What must hold: a Spanish clause without capital and point.
   std::u16string_view Regla;
   std::u16string_view Fuente;
-  /// First day on which it holds, "yyyy-mm-dd".
+  /// First and last day on which it holds, "yyyy-mm-dd"; without a last day in the newest edition.
   std::u16string_view Desde;
+  std::u16string_view Hasta = {};
+
+  /// Whether it holds on a day, "yyyy-mm-dd"; without a day, whether it is of the newest edition.
+  constexpr bool Rige(std::u16string_view dia) const noexcept {
+    if (dia.empty()) return Hasta.empty();
+    return Desde <= dia && (Hasta.empty() || dia <= Hasta);
+  }
 };
 
-/// The rules that TResumenFiscal::Revisa checks.
+/// The rules of every edition; TResumenFiscal::Revisa checks those in force on the document's date. A new
+/// edition closes rows and adds others: two of one code follow each other in time.
 UTILVEL90_EXPORT std::span<const TReglaFiscal> ReglasFiscales() noexcept;
 
 }  // namespace vel

@@ -123,6 +123,11 @@ struct TResumenFiscal::Lectura {
  private:
   using Campo = TCalculoCFDI::CamposPartida::Campo;
 
+  struct Base {
+    std::int64_t unidades;
+    int codigo;
+  };
+
   static std::int64_t Numero(const Campo& campo) { return ExigeNumero(campo.Real(), (*campo).FieldName()); }
   static std::int64_t NoNegativo(const Campo& campo) {
     return ExigeNoNegativo(campo.Real(), (*campo).FieldName());
@@ -182,10 +187,10 @@ struct TResumenFiscal::Lectura {
       Entero128 gravable = neto;
       for (std::size_t k = 0; conBase && k < static_cast<std::size_t>(codigo); ++k) gravable += suma[k];
       if (gravable < 0) Falla(u"la base del impuesto " + IntToStr(static_cast<int>(i) + 1) + u" es negativa");
-      const std::int64_t base = exacto::A64(gravable);
       const std::int64_t tasa = aplica ? Numero(campos.tasa[i]) : 0;
       if (std::abs(tasa) > kTasaMaxima) Falla((*campos.tasa[i]).FieldName() + u" pasa de 1000 %");
       const bool conCuota = aplica && campos.ConCuota(i);
+      const Base base{exacto::A64(gravable), conBase ? codigo : 0};
       if (nota.Exento[i]) {
         PonExento(i, base, tasa, conCuota);
       } else if (conCuota) {
@@ -197,7 +202,7 @@ struct TResumenFiscal::Lectura {
     partida.Impuestos.assign(impuestos.begin(), impuestos.begin() + static_cast<std::ptrdiff_t>(cuantos));
   }
 
-  void PonExento(std::size_t i, std::int64_t base, std::int64_t tasa, bool conCuota) {
+  void PonExento(std::size_t i, const Base& base, std::int64_t tasa, bool conCuota) {
     const TImpuestoAsignado& a = resumen.Asignacion[i];
     const UnicodeString impuesto = u"el impuesto " + IntToStr(static_cast<int>(i) + 1) + u" está exento y ";
     if (a.Impuesto != ENUM_IMPUESTO_FISCAL::IVA && a.Impuesto != ENUM_IMPUESTO_FISCAL::IEPS)
@@ -208,7 +213,7 @@ struct TResumenFiscal::Lectura {
   }
 
   /// The tax at a rate (millionths of a percent); returns it with the sign of the rate.
-  std::int64_t PonTasa(std::size_t i, std::int64_t base, std::int64_t tasa) {
+  std::int64_t PonTasa(std::size_t i, const Base& base, std::int64_t tasa) {
     const TImpuestoAsignado& a = resumen.Asignacion[i];
     const bool retenido = a.Retenido || tasa < 0;
     const auto fraccion = static_cast<std::int64_t>(DivideRedondea(std::abs(tasa), 100));
@@ -216,12 +221,13 @@ struct TResumenFiscal::Lectura {
     if (fraccion == 0 && (retenido || !Asignado(i) || a.Impuesto == ENUM_IMPUESTO_FISCAL::LOCAL)) return 0;
     ExigeAsignado(i);
     TMontoFiscal& importe = Agrega(i, retenido, ENUM_FACTOR_FISCAL::TASA, base, fraccion);
-    importe = Monto(DivideRedondea(Entero128{base} * fraccion, kMillon), Linea());
+    importe = Monto(DivideRedondea(Entero128{base.unidades} * fraccion, kMillon), Linea());
+    impuestos[cuantos - 1].TasaNegativa = tasa < 0;
     return tasa < 0 ? -importe.Unidades : importe.Unidades;
   }
 
   /// A tax with a quota; without a rate when its base code is none, which adds no percentage.
-  Entero128 PonConCuota(std::size_t i, std::int64_t base, std::optional<std::int64_t> tasa,
+  Entero128 PonConCuota(std::size_t i, const Base& base, std::optional<std::int64_t> tasa,
                         const TPartidaFiscal& partida, const TNotaPartida& nota) {
     const UnicodeString modo = (*campos.modoCuota).AsString();
     const std::int64_t cuota = NoNegativo(campos.cuota);
@@ -232,7 +238,7 @@ struct TResumenFiscal::Lectura {
       return porTasa + PonCuota(i, cuota, partida, nota);
     }
     const Entero128 fraccion = DivideRedondea(std::abs(*tasa), 100);
-    const Entero128 impuesto = DivideRedondea(base * fraccion, Diez(Linea()));
+    const Entero128 impuesto = DivideRedondea(base.unidades * fraccion, Diez(Linea()));
     return *tasa < 0 || impuesto < cuota ? PonCuota(i, cuota, partida, nota) : PonTasa(i, base, *tasa);
   }
 
@@ -244,9 +250,13 @@ struct TResumenFiscal::Lectura {
     if (unidades == 0)
       Falla(u"la cuota del impuesto " + IntToStr(static_cast<int>(i) + 1) + u" no tiene unidades");
     ExigeAsignado(i);
+    if (resumen.Asignacion[i].Impuesto == ENUM_IMPUESTO_FISCAL::LOCAL) {
+      Falla(u"el impuesto " + IntToStr(static_cast<int>(i) + 1) +
+            u" es local y lleva cuota: el complemento de impuestos locales sólo tiene tasas");
+    }
     const int resto = kDecimales - Linea();
     TMontoFiscal& importe = Agrega(i, resumen.Asignacion[i].Retenido, ENUM_FACTOR_FISCAL::CUOTA,
-                                   exacto::A64(DivideRedondea(unidades, Diez(resto))),
+                                   {exacto::A64(DivideRedondea(unidades, Diez(resto))), 0},
                                    exacto::A64(DivideRedondea(Entero128{cuota} * kMillon, unidades)));
     importe = Monto(DivideRedondea(cuota, Diez(resto)), Linea());
     Acota(importe, resumen.LimitesImpuesto(impuestos[cuantos - 1]));
@@ -261,16 +271,18 @@ struct TResumenFiscal::Lectura {
   }
 
   /// Returns the place of the tax's amount.
-  TMontoFiscal& Agrega(std::size_t i, bool retenido, ENUM_FACTOR_FISCAL factor, std::int64_t base,
+  TMontoFiscal& Agrega(std::size_t i, bool retenido, ENUM_FACTOR_FISCAL factor, const Base& base,
                        std::int64_t tasa) {
     TImpuestoImpreso& impuesto = impuestos[cuantos++];
     impuesto = {static_cast<int>(i) + 1,
                 resumen.Asignacion[i].Impuesto,
                 retenido,
                 factor,
-                {base, Linea()},
+                {base.unidades, Linea()},
                 {tasa, kDecimales},
-                {0, Linea()}};
+                {0, Linea()},
+                base.codigo,
+                false};
     return impuesto.Importe;
   }
 
@@ -292,7 +304,8 @@ TAsignacionFiscal AsignacionUsual() {
 TResumenFiscal::TResumenFiscal(TCalculoCFDI& calculo, const TDatosFiscales& datos)
     : Asignacion(datos.Impuestos),
       DecimalesMoneda(datos.DecimalesMoneda),
-      DecimalesLinea(datos.DecimalesLinea) {
+      DecimalesLinea(datos.DecimalesLinea),
+      Fecha(datos.Fecha) {
   fiscal::ExigeDecimales(DecimalesMoneda, DecimalesLinea);
   ExigeAsignacion(Asignacion);
   TClientDataSet& registros = calculo.Partidas;

@@ -10,6 +10,7 @@
 #include "Ucalculocfdi/TCalculoCFDI.h"
 #include "Ucalculocfdi/TMontoFiscal.h"
 #include "framework/TClientDataSet.h"
+#include "framework/TDateTime.h"
 #include "framework/Texto.h"
 #include "utilvel90_export.h"
 
@@ -69,6 +70,8 @@ struct TDatosFiscales {
   int DecimalesLinea = 6;
   /// In any order, at most one for each line.
   std::vector<TNotaPartida> Notas = {};
+  /// Of the document: it is checked by the rules in force that day; by the newest edition unless given.
+  std::optional<TDateTime> Fecha = {};
 };
 
 /// A tax of a line.
@@ -83,6 +86,11 @@ struct TImpuestoImpreso {
   /// Fraction of six decimals: 0.160000; of a quota, the amount for each unit. Zero when exempt.
   TMontoFiscal Tasa;
   TMontoFiscal Importe;
+  /// Base code, which is not printed: Base has the printed taxes of the line that come before this one and
+  /// have a Numero up to the code. 0 where the base is the amount less discount, or units.
+  int CodigoBase = 0;
+  /// At a negative rate: taken off the bases of the taxes after it, to which other taxes are added.
+  bool TasaNegativa = false;
   friend bool operator==(const TImpuestoImpreso&, const TImpuestoImpreso&) = default;
 };
 
@@ -116,7 +124,7 @@ struct TRetencionFiscal {
   friend bool operator==(const TRetencionFiscal&, const TRetencionFiscal&) = default;
 };
 
-/// The local taxes of one name, direction and rate or quota.
+/// The local taxes of one name, direction and rate.
 struct TLocalFiscal {
   UnicodeString Nombre;
   bool Retenido = false;
@@ -179,20 +187,22 @@ class UTILVEL90_EXPORT TResumenFiscal {
   /// total, an exchange rate that is not above zero, discounts that come to less than 0 or more than 100 %, a
   /// rate beyond 1000 %, a quota without units; for an assignment that contradicts itself or a line (a local
   /// tax without a name, ISR transferred, exempt but withheld or with a rate, a rate for a tax without
-  /// assignment); and for decimals out of range. Errors of the data set come through.
+  /// assignment, a quota of a local tax, whose complement knows rates only); and for decimals out of range.
+  /// Raises EConvertError for a date as Totaliza does. Errors of the data set come through.
   explicit TResumenFiscal(TCalculoCFDI& calculo, const TDatosFiscales& datos = {});
 
   /// Computes the document's figures and Motivos anew from Partidas, for a program that moved line figures.
   /// Diferencia moves with the total. Raises EInvalidOperation when a figure of a line is negative or has not
-  /// its decimals, when one is too large, or when the total is negative; nothing has changed then.
+  /// its decimals, when one is too large, or when the total is negative, and EConvertError for a Fecha that
+  /// the calendar lacks (years 1 to 9999); nothing has changed then.
   void Totaliza();
 
-  /// The rules that the figures do not meet, as they stand now. Raises EInvalidOperation for line figures as
-  /// Totaliza does.
+  /// The rules in force on Fecha that the figures do not meet, as they stand now. Raises EInvalidOperation
+  /// for line figures and EConvertError for the date as Totaliza does.
   std::vector<TMotivoFiscal> Revisa() const;
 
   /// Limits of a line's amount for its quantity and price, and of a tax for its base and rate (zero when
-  /// exempt).
+  /// exempt), by the newest edition of the rules.
   ///
   ///     3.000000 units at 3.33:       9.97 to 10.01
   ///     a tax of 0.160000 on 10.00:   1.59 to 1.61
@@ -217,6 +227,8 @@ class UTILVEL90_EXPORT TResumenFiscal {
   TAsignacionFiscal Asignacion = AsignacionUsual();
   int DecimalesMoneda = 2;
   int DecimalesLinea = 6;
+  /// As in TDatosFiscales.
+  std::optional<TDateTime> Fecha;
   std::vector<TPartidaFiscal> Partidas;
 
   TMontoFiscal SubTotal;

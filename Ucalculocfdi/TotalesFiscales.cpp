@@ -77,7 +77,7 @@ class Grupos {
     // Withheld taxes are printed by tax alone.
     if (i.Retenido && !esLocal) return {i.Impuesto, 0, true, ENUM_FACTOR_FISCAL::TASA, 0};
     if (!esLocal) return {i.Impuesto, 0, false, i.Factor, i.Tasa.Unidades};
-    // The complement of local taxes knows no factors.
+    // The complement of local taxes knows rates only.
     const int local = local_[static_cast<std::size_t>(i.Numero - 1) % kImpuestos];
     return {i.Impuesto, local, i.Retenido, ENUM_FACTOR_FISCAL::TASA, i.Tasa.Unidades};
   }
@@ -105,6 +105,7 @@ Repaso Repasa(const TResumenFiscal& resumen) {
                             u": un monto es negativo o no tiene los decimales de las partidas");
   };
   Repaso repaso;
+  repaso.reglas = ReglasVigentes(resumen.Fecha);
   repaso.partidas = resumen.Partidas.size();
   Entero128 importe = 0;
   Entero128 descuento = 0;
@@ -121,7 +122,7 @@ Repaso Repasa(const TResumenFiscal& resumen) {
       exige(partida, impuesto.Tasa, 6);
       grupos.Agrega(impuesto);
     }
-    RevisaPartida(partida, repaso.motivos);
+    RevisaPartida(repaso.reglas, partida, repaso.motivos);
   }
   const std::int64_t unidad = exacto::Diez(resumen.DecimalesLinea - resumen.DecimalesMoneda);
   const auto cierra = [&](Entero128 suma) {
@@ -180,6 +181,7 @@ void TResumenFiscal::Totaliza() {
   nuevo.Asignacion = Asignacion;
   nuevo.DecimalesMoneda = DecimalesMoneda;
   nuevo.DecimalesLinea = DecimalesLinea;
+  nuevo.Fecha = Fecha;
   nuevo.SubTotal = repaso.subTotal;
   nuevo.Descuento = repaso.descuento;
   nuevo.Traslados = repaso.traslados;

@@ -1,11 +1,25 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 #include "Ucalculocfdi/TResumenFiscal.h"
+#include "framework/TDateTime.h"
 
 namespace vel::fiscal {
+
+struct Comprobacion;
+
+/// The rules in force on a day, by what they look at.
+struct Vigentes {
+  std::vector<const Comprobacion*> documento;
+  std::vector<const Comprobacion*> partida;
+  std::vector<const Comprobacion*> impuesto;
+};
+
+/// Those of the newest edition without a date. Raises EConvertError for a date that the calendar lacks.
+Vigentes ReglasVigentes(const std::optional<TDateTime>& fecha);
 
 /// What the lines alone give: the document's figures and the rules that the lines do not meet.
 struct Repaso {
@@ -15,11 +29,12 @@ struct Repaso {
   std::vector<TTrasladoFiscal> traslados;
   std::vector<TRetencionFiscal> retenciones;
   std::vector<TLocalFiscal> locales;
+  Vigentes reglas;
   std::vector<TMotivoFiscal> motivos;
 };
 
 /// Sums the lines, rounds each figure once, and checks each line. Raises EInvalidOperation for a figure that
-/// is negative, has other decimals than it must or is too large.
+/// is negative, has other decimals than it must or is too large, EConvertError as ReglasVigentes.
 Repaso Repasa(const TResumenFiscal& resumen);
 
 /// The sums of the printed entries of a list, at the currency's decimals.
@@ -30,7 +45,8 @@ TMontoFiscal SumaLocales(const TResumenFiscal& resumen, bool retenidos);
 TMontoFiscal TotalDe(const TResumenFiscal& resumen);
 
 /// Appends the rules that a line and its taxes do not meet.
-void RevisaPartida(const TPartidaFiscal& partida, std::vector<TMotivoFiscal>& motivos);
+void RevisaPartida(const Vigentes& reglas, const TPartidaFiscal& partida,
+                   std::vector<TMotivoFiscal>& motivos);
 /// The rules that the document's figures do not meet, and then those of its lines.
 std::vector<TMotivoFiscal> Revisa(const TResumenFiscal& resumen, Repaso repaso);
 

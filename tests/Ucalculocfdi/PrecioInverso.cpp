@@ -206,10 +206,11 @@ std::vector<TPartidaFiscal> Impresas(const std::string& texto, int decimales) {
     std::istringstream campos(linea);
     campos >> p.Importe.Unidades;
     char clase = 0;
-    for (TImpuestoImpreso t;
-         campos >> t.Numero >> clase >> t.Tasa.Unidades >> t.Base.Unidades >> t.Importe.Unidades;) {
+    for (TImpuestoImpreso t; campos >> t.Numero >> clase >> t.CodigoBase >> t.Tasa.Unidades >>
+                             t.Base.Unidades >> t.Importe.Unidades;) {
       t.Impuesto = clase == 'L' ? ENUM_IMPUESTO_FISCAL::LOCAL : ENUM_IMPUESTO_FISCAL::IVA;
-      t.Retenido = clase == 'R';
+      t.TasaNegativa = clase == 'N';
+      t.Retenido = clase == 'R' || t.TasaNegativa;
       t.Factor = clase == 'C' ? ENUM_FACTOR_FISCAL::CUOTA : ENUM_FACTOR_FISCAL::TASA;
       t.Tasa.Decimales = 6;
       t.Base.Decimales = t.Importe.Decimales = decimales;

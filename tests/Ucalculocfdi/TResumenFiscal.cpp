@@ -95,11 +95,21 @@ void Comprueba(const char* archivo) {
     } else {
       Motor motor(lineas);
       motor.Partidas.First();
-      std::string da;
-      const std::string mensaje = MensajeDe([&] { da = TResumenFiscal(motor, datos).DameJson(); });
+      TResumenFiscal resumen;
+      const std::string mensaje = MensajeDe([&] { resumen = TResumenFiscal(motor, datos); });
       EXPECT_EQ(motor.Partidas.RecNo(), 1U) << caso;
-      EXPECT_TRUE(c[0] == "J" ? da == c[1] : mensaje.find(c[1]) != std::string::npos)
-          << caso << ": " << mensaje << da;
+      EXPECT_TRUE(c[0] == "J" ? resumen.DameJson() == c[1] : mensaje.find(c[1]) != std::string::npos)
+          << caso << ": " << mensaje << resumen.DameJson();
+      for (const TPartidaFiscal& p : resumen.Partidas) {
+        for (const TImpuestoImpreso& i : p.Impuestos) {
+          std::int64_t base = p.Importe.Unidades - p.Descuento.Unidades;
+          for (const TImpuestoImpreso& k : p.Impuestos) {
+            if (k.Numero < i.Numero && k.Numero <= i.CodigoBase)
+              base += k.TasaNegativa ? -k.Importe.Unidades : k.Importe.Unidades;
+          }
+          EXPECT_TRUE(i.Factor == ENUM_FACTOR_FISCAL::CUOTA || base == i.Base.Unidades) << caso;
+        }
+      }
     }
   }
 }
@@ -154,6 +164,7 @@ TEST(Resumen, NoticesEveryFigureThatChanged) {
   Motor motor({Con(100, Mas(Impuesto(2, 10), Mas(Impuesto(4, 16), Impuesto(5, 3))))});
   TDatosFiscales datos{.DecimalesLinea = 2};
   datos.Impuestos[4] = {LOCAL, false, u"ISH"};
+  datos.Fecha = EncodeDate({2022, 1, 1});
   const TResumenFiscal bueno(motor, datos);
   ASSERT_TRUE(bueno.Motivos.empty());
   const std::pair<const char*, std::function<void(R&)>> cambios[] = {
@@ -169,6 +180,12 @@ TEST(Resumen, NoticesEveryFigureThatChanged) {
        [](R& r) {
          r.Retenciones.push_back({IVA, {0, 2}});
        }},
+      {"CFDI40202 CFDI40203 ", [](R& r) { r.TotalImpuestosRetenidos.Decimales = 3; }},
+      {"CFDI40204 CFDI40205 ", [](R& r) { r.TotalImpuestosTrasladados.Decimales = 3; }},
+      {"CFDI40210 CFDI40211 ", [](R& r) { r.Retenciones[0].Importe.Decimales = 3; }},
+      {"CFDI40214 CFDI40215 ", [](R& r) { r.Traslados[0].Base.Decimales = 3; }},
+      {"CFDI40220 CFDI40221 ", [](R& r) { r.Traslados[0].Importe.Decimales = 3; }},
+      {"CFDI40108 ", [](R& r) { r.SubTotal.Decimales = 1; }},
       {"CFDI40215 ", [](R& r) { ++r.Traslados[0].Base.Unidades; }},
       {"CFDI40218 ", [](R& r) { ++r.Traslados[0].Tasa.Unidades; }},
       {"CFDI40205 CFDI40221 ", [](R& r) { ++r.Traslados[0].Importe.Unidades; }},
@@ -182,12 +199,19 @@ TEST(Resumen, NoticesEveryFigureThatChanged) {
       {"CFDI40218 CFDI40177 ", [](R& r) { r.Partidas[0].Impuestos[1].Factor = ENUM_FACTOR_FISCAL::EXENTO; }},
       {"CFDI40184 ", [](R& r) { r.Partidas[0].Impuestos[0].Factor = ENUM_FACTOR_FISCAL::EXENTO; }},
   };
+  constexpr TReglaFiscal kCerrada = {{}, {}, {}, u"2022-01-01", u"2023-12-31"};
+  std::string rige;
+  for (const auto* dia : {u"2021-12-31", u"2022-01-01", u"2023-12-31", u"2024-01-01", u""})
+    rige += kCerrada.Rige(dia) ? "sí " : "no ";
+  EXPECT_EQ(rige, "no sí sí no no ") << "without a day only the newest edition holds";
   std::set<std::u16string_view> vistos;
   for (const auto& [codigos, cambia] : cambios) {
     TResumenFiscal malo = bueno;
     cambia(malo);
     const std::vector<TMotivoFiscal> motivos = malo.Revisa();
     EXPECT_EQ(Codigos(motivos), codigos);
+    malo.Fecha = TDateTime(malo.Fecha.value().Val() - 0.25);
+    EXPECT_EQ(Codigos(malo.Revisa()), std::string_view(codigos).ends_with("IMPLOCAL ") ? "IMPLOCAL " : "");
     for (const TReglaFiscal& regla : ReglasFiscales()) {
       for (const TMotivoFiscal& m : motivos) vistos.insert(m.Codigo == regla.Codigo ? regla.Codigo : u"");
     }
@@ -243,9 +267,14 @@ TEST(Resumen, KnowsTheLimitsByBothReadings) {
   EXPECT_EQ(limites({0, 2}, 160'000, 2), "0.00 0.01, 0.00 0.01");
   // The half unit ends a hair above a cent, and less than 10^-12 takes it back.
   EXPECT_EQ(limites({9999200000, 6}, 1'600'001, 2), "15998.72 15998.73, 15998.72 15998.73");
-  const TLimitesFiscales importe =
-      TResumenFiscal().LimitesImporte({1, {3, 0}, {30'807, 2}, {92'421, 2}, {}, {}});
-  EXPECT_EQ(Texto(importe.Inferior) + " " + Texto(importe.Superior), "770.16 1078.27");
+  EXPECT_EQ(limites({9992800004, 6}, 1'600'001, 2), "15988.48 15988.50, 15988.48 15988.50")
+      << "15988.49 if less 10^-11";
+  const auto importe = [](TMontoFiscal cantidad, TMontoFiscal precio) {
+    const TLimitesFiscales l = TResumenFiscal().LimitesImporte({1, cantidad, precio, {0, 2}, {}, {}});
+    return Texto(l.Inferior) + " " + Texto(l.Superior);
+  };
+  EXPECT_EQ(importe({3, 0}, {30'807, 2}), "770.16 1078.27");
+  EXPECT_EQ(importe({1'000'000'000'675, 6}, {1'234'567'000'000, 6}), "1234567000832.21 1234567000834.46");
 }
 
 TEST(Resumen, HandsItselfToPrograms) {
