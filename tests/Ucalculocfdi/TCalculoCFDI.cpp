@@ -2,9 +2,7 @@
 
 #include <cmath>
 #include <gtest/gtest.h>
-#include <map>
 #include <string>
-#include <vector>
 
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
