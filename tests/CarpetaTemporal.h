@@ -6,6 +6,7 @@
 #include <iterator>
 #include <map>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <unistd.h>
 
@@ -18,10 +19,11 @@ namespace pruebas {
 class CarpetaTemporal {
  public:
   CarpetaTemporal() {
-    static int cuenta = 0;
-    ruta_ = std::filesystem::temp_directory_path() /
-            ("utilvel90_" + std::to_string(getpid()) + "_" + std::to_string(cuenta++));
-    std::filesystem::create_directories(ruta_);
+    // A new name: a test that was killed may have left a folder of this process's number.
+    std::string plantilla = (std::filesystem::temp_directory_path() / "utilvel90_XXXXXX").string();
+    if (mkdtemp(plantilla.data()) == nullptr) throw std::runtime_error("no folder: " + plantilla);
+    std::filesystem::permissions(plantilla, std::filesystem::perms(0755));
+    ruta_ = plantilla;
     Pon("HOME", (ruta_ / "casa").string());
     Pon("XDG_DATA_HOME", std::nullopt);
     Pon("UTILVEL_REGISTRO", (ruta_ / "registro.reg").string());
