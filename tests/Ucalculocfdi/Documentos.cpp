@@ -83,6 +83,10 @@ void Comprueba(const Documento& d) {
   }
   for (const auto& [nombre, monto] : montos) EXPECT_EQ(monto, 0) << nombre;
   for (const auto& [nombre, lista] : listas) EXPECT_EQ(lista, "") << nombre;
+  // The last line once more, alone.
+  const TCalculoCFDI::Impuestos impuestos = calculo.ImpuestoPartida;
+  calculo.CalculaImpDescPar();
+  EXPECT_EQ(calculo.ImpuestoPartida, impuestos);
 }
 
 TEST(Documentos, GiveTheResultsOfTheCaseFile) {

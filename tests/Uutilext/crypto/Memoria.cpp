@@ -104,7 +104,9 @@ TEST(Memoria, HoldsNoPrivateKeyAfterTheCall) {
   std::ranges::transform(bytes, bytes.begin(), Enmascara);
   for (const auto& [certificado, llave, estado] :
        {std::tuple("sello.cer", "des3.key", 0), {"ajeno.cer", "des3.key", 2}, {"sello.cer", "claro.key", 1}})
-    LlamaHondo([&] { ASSERT_EQ(ValPrivKey(Dato(certificado), Dato(llave), u"12345678a"), estado); });
+    LlamaHondo([&cer = certificado, &key = llave, &da = estado] {
+      ASSERT_EQ(ValPrivKey(Dato(cer), Dato(key), u"12345678a"), da);
+    });
   EXPECT_EQ(Copias({bytes.begin(), bytes.end()}) + Copias({bytes.rbegin(), bytes.rend()}), 0U);
 }
 
