@@ -88,16 +88,20 @@ def pasa(programa):
         return False
 
 
+class ErrorDeLista(Exception):
+    """A fault that cannot be planted any more, or does not compile."""
+
+
 def vive(falta):
-    """Whether the tests pass with the fault planted. A fault that does not compile is an error of the list."""
+    """Whether the tests pass with the fault planted."""
     archivo = COPIA / falta.archivo
     sano = archivo.read_text(encoding='utf-8')
     if sano.count(falta.quita) != 1:
-        sys.exit(f'The text to take away stands {sano.count(falta.quita)} times in {falta}')
+        raise ErrorDeLista(f'the text to take away stands {sano.count(falta.quita)} times')
     try:
         archivo.write_text(sano.replace(falta.quita, falta.pone), encoding='utf-8')
         if not construye([falta.programa]):
-            sys.exit(f'Does not compile: {falta}')
+            raise ErrorDeLista('does not compile')
         return pasa(falta.programa)
     finally:
         archivo.write_text(sano, encoding='utf-8')
@@ -114,16 +118,22 @@ def main():
     for programa in programas:
         if not pasa(programa):
             sys.exit(f'{programa} fails without any fault')
-    vivas = []
+    vivas, errores = [], 0
     for n, falta in enumerate(faltas, 1):
-        if vive(falta):
+        try:
+            viva = vive(falta)
+        except ErrorDeLista as error:
+            errores += 1
+            print(f'NOT PLANTED, {error}: {falta}', flush=True)
+            continue
+        if viva:
             vivas.append(falta)
             print(f'LIVES {n}/{len(faltas)} {falta}' + (f'    {falta.motivo}' if falta.motivo else ''), flush=True)
         elif falta.motivo:
             print(f'NOTICED though the list says that it lives: {falta}', flush=True)
-    print(f'{len(faltas)} faults, {len(faltas) - len(vivas)} noticed, {len(vivas)} live '
-          f'({sum(1 for f in vivas if f.motivo)} of them explained)')
-    return 1 if any(not f.motivo for f in vivas) else 0
+    print(f'{len(faltas)} faults, {len(faltas) - len(vivas) - errores} noticed, {len(vivas)} live '
+          f'({sum(1 for f in vivas if f.motivo)} of them explained), {errores} not planted')
+    return 1 if errores or any(not f.motivo for f in vivas) else 0
 
 
 sys.exit(main())

@@ -55,7 +55,8 @@ TEST(StrToFloat, TakesLongTextsAndSaysWhichIsNone) {
   double valor = 99;
   EXPECT_FALSE(TryStrToFloat(u"1" + ceros(400) + u"e-5", valor));
   EXPECT_EQ(valor, 99);
-  EXPECT_EQ(pruebas::MensajeDe([] { StrToFloat(u"doce"); }), "'doce' no es un valor de punto flotante válido");
+  EXPECT_EQ(pruebas::MensajeDe([] { StrToFloat(u"doce"); }),
+            "'doce' no es un valor de punto flotante válido");
 }
 
 }  // namespace
