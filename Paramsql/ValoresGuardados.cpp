@@ -190,7 +190,7 @@ UnicodeString Guarda(const Variant& valor, const Forma& forma) {
   }
   const UnicodeString elemento = Elemento(valor, forma);
   if (elemento.empty()) return {};
-  const UnicodeString guardado = u"\"" + elemento + u"\"";
+  UnicodeString guardado = u"\"" + elemento + u"\"";
   const UnicodeString* const texto = valor.TextPtr();
   if (forma.deTexto || texto == nullptr || texto->find(u'\'') == UnicodeString::npos) return guardado;
   // Quotes are doubled in text fields only; elsewhere just when the text would not read back without.

@@ -162,7 +162,7 @@ class Ajuste {
     for (std::size_t j = lugar.impuesto + 1; j < impuestos.size(); ++j) {
       const int parte = ParteEnBase(impuestos[lugar.impuesto], impuestos[j]);
       if (parte == 0) continue;
-      impuestos[j].Base.Unidades += parte * sentido;
+      impuestos[j].Base.Unidades += std::int64_t{parte} * sentido;
       if (impuestos[j].Base.Unidades <= 0 || !Cabe(impuestos[j])) return std::nullopt;
     }
     return impuestos;
