@@ -32,7 +32,7 @@ constexpr TipoDeCampo Fila(TFieldType tipo) noexcept {
     case ftDate:          return {Fecha,    "date",        "",          {}};
     case ftTime:          return {Fecha,    "time",        "",          {}};
     case ftDateTime:      return {Fecha,    "dateTime",    "",          {}};
-    case ftBytes:         return kSinColumna;
+    case ftBytes:
     case ftVarBytes:      return kSinColumna;
     case ftAutoInc:       return {Entero,   "i4",          "Autoinc",   kRango<std::int32_t>};
     case ftBlob:          return kSinColumna;
@@ -42,8 +42,8 @@ constexpr TipoDeCampo Fila(TFieldType tipo) noexcept {
     case ftFixedChar:     return {Texto,    "string",      "FixedChar", {}};
     case ftWideString:    return {Texto,    kTipoUnicode,  "",          {}};
     case ftLargeint:      return {Entero,   "i8",          "",          {}};
-    case ftADT:           return kSinColumna;
-    case ftArray:         return kSinColumna;
+    case ftADT:
+    case ftArray:
     case ftReference:     return kSinColumna;
     case ftDataSet:       return {Anidado,  kTipoAnidado,  "",          {}};
     case ftVariant:       return kSinColumna;
