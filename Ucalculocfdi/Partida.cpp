@@ -48,10 +48,11 @@ TImpuestosPartida CalcularImpuestosPartida(const TDatosPartida& partida, int dec
         };
         if (conCuota) {
           cascada::SumaConCuota(partida.ModoCuota, partida.Cuota, r.Impuesto[i], porcentaje);
+          r.ImpuestoRedondeado[i] = g_redoTo(r.Impuesto[i], decimales);
         } else {
-          porcentaje();
+          // Added to zero, as a document's total is, which takes the sign off a negative zero.
+          r.ImpuestoRedondeado[i] += porcentaje();
         }
-        r.ImpuestoRedondeado[i] = g_redoTo(r.Impuesto[i], decimales);
       });
   return r;
 }
