@@ -505,7 +505,13 @@ NombresVariables::NombresVariables(std::initializer_list<Texto> nombres) {
   for (const Texto& nombre : nombres) Agrega(nombre);
 }
 
-RevisionFormula Revisa(const Texto& formula) { return Revisor(formula, nullptr).Revisa(); }
+RevisionFormula Revisa(const Texto& formula) {
+  RevisionFormula revision = Revisor(formula, nullptr).Revisa();
+  if (revision.Sirve()) return revision;
+  // What is glued together, as in `AB+(A)B`, may make a name that is a variable elsewhere.
+  RevisionFormula conNombres = Revisa(formula, revision.variables);
+  return conNombres.Sirve() ? conNombres : revision;
+}
 
 RevisionFormula Revisa(const Texto& formula, const NombresVariables& conocidas) {
   const Revisor::Conocidas nombres(conocidas.Lista().begin(), conocidas.Lista().end());
