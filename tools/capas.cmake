@@ -24,7 +24,8 @@ set(filas
   "Fechas: framework platform version Uutilext/time Uutilext/config"
   "Paramsql: framework platform version Uutilext/diagnostics Uutilext/config"
   "Ucalculocfdi: framework Uutilext/documents"
-  "Uformula: framework Uutilext/documents")
+  "Uformula: framework Uutilext/documents"
+  "tools/utilvel: framework platform version Uutilext/documents Uutilext/text Uutilext/time Uutilext/config Uutilext/crypto Fechas Paramsql Ucalculocfdi Uformula")
 
 set(faltas "")
 
