@@ -1,11 +1,14 @@
 #include "Uutilext/crypto/Certificados.h"
 
 #include <algorithm>
+#include <array>
 #include <climits>
+#include <ctime>
 #include <memory>
 #include <openssl/asn1.h>
 #include <openssl/bio.h>
 #include <openssl/crypto.h>
+#include <openssl/objects.h>
 #include <openssl/x509.h>
 #include <optional>
 #include <string>
@@ -47,14 +50,17 @@ Certificado Decodifica(std::string_view der) {
   return leido ? std::move(dueno) : nullptr;
 }
 
+Certificado Exige(std::string_view der) {
+  Certificado certificado = Decodifica(der);
+  if (!certificado) throw Exception(u"No se pudo extraer la llave pública.");
+  return certificado;
+}
+
 // The files are read here and not by libcrypto: it takes names in 8-bit text only, and so could not open one
 // outside the code page.
 Certificado LeeCert(std::u16string_view ruta) {
   const std::optional<std::string> bytes = LeeArchivo(ruta);
-  if (!bytes) return {};
-  Certificado certificado = Decodifica(*bytes);
-  if (!certificado) throw Exception(u"No se pudo extraer la llave pública.");
-  return certificado;
+  return bytes ? Exige(*bytes) : nullptr;
 }
 
 std::optional<LlavePrivada> LeePrivKey(std::u16string_view ruta, std::u16string_view contrasena) {
@@ -89,6 +95,41 @@ std::string OctetosSerie(const X509& certificado) {
   return {contenido, std::find(contenido, contenido + cuenta, 0)};
 }
 
+UnicodeString NumeroDe(const X509& certificado) { return DeCp1252(OctetosSerie(certificado)); }
+
+std::chrono::sys_seconds AMomento(const ASN1_TIME& momento) {
+  namespace crono = std::chrono;
+  std::tm partes{};
+  if (ASN1_TIME_to_tm(&momento, &partes) != 1) throw Exception(u"La vigencia del certificado no es válida.");
+  const crono::year_month_day dia(crono::year(partes.tm_year + 1900),
+                                  crono::month(static_cast<unsigned>(partes.tm_mon) + 1),
+                                  crono::day(static_cast<unsigned>(partes.tm_mday)));
+  return crono::sys_days(dia) + crono::hours(partes.tm_hour) + crono::minutes(partes.tm_min) +
+         crono::seconds(partes.tm_sec);
+}
+
+// Texts of every kind become one. What is no text (a unique identifier may be a string of bits) holds its
+// characters as they are.
+UnicodeString ATexto(const ASN1_STRING& valor) {
+  unsigned char* utf8 = nullptr;
+  const int largo = ASN1_STRING_to_UTF8(&utf8, &valor);
+  const std::unique_ptr<unsigned char, Libera> dueno(utf8);
+  if (largo >= 0) return UTF8ToString(std::string(utf8, utf8 + largo));
+  const unsigned char* const bytes = ASN1_STRING_get0_data(&valor);
+  return DeCp1252(std::string(bytes, bytes + ASN1_STRING_length(&valor)));
+}
+
+std::vector<ParteNombre> Partes(const X509_NAME* nombre) {
+  std::vector<ParteNombre> partes;
+  for (int i = 0; i < X509_NAME_entry_count(nombre); ++i) {
+    const X509_NAME_ENTRY* const parte = X509_NAME_get_entry(nombre, i);
+    std::array<char, 128> tipo{};
+    OBJ_obj2txt(tipo.data(), static_cast<int>(tipo.size()), X509_NAME_ENTRY_get_object(parte), 1);
+    partes.push_back({tipo.data(), ATexto(*X509_NAME_ENTRY_get_data(parte))});
+  }
+  return partes;
+}
+
 int ValidaLlave(std::u16string_view rutaCertificado, std::u16string_view rutaLlave,
                 std::u16string_view contrasena) {
   const std::optional<LlavePrivada> llave = LeePrivKey(rutaLlave, contrasena);
@@ -106,7 +147,7 @@ UnicodeString CertGetNumSer(std::u16string_view rutaCertificado) {
   const ColaErrores cola;
   logInter(u"UUTIL::CertGetNumSer...LeeCert");
   const Certificado certificado = LeeCert(rutaCertificado);
-  return certificado ? DeCp1252(OctetosSerie(*certificado)) : UnicodeString();
+  return certificado ? NumeroDe(*certificado) : UnicodeString();
 }
 
 bool CertGetFechaHora(std::u16string_view rutaCertificado, bool fin, UnicodeString& fecha) {
@@ -119,6 +160,14 @@ bool CertGetFechaHora(std::u16string_view rutaCertificado, bool fin, UnicodeStri
   const unsigned char* texto = ASN1_STRING_get0_data(momento);
   fecha = DeCp1252(std::string(texto, texto + ASN1_STRING_length(momento)));
   return true;
+}
+
+DatosCertificado LeeDatosCertificado(std::string_view der) {
+  const ColaErrores cola;
+  const Certificado certificado = Exige(der);
+  return {NumeroDe(*certificado), AMomento(*X509_get0_notBefore(certificado.get())),
+          AMomento(*X509_get0_notAfter(certificado.get())), Partes(X509_get_subject_name(certificado.get())),
+          Partes(X509_get_issuer_name(certificado.get()))};
 }
 
 int ValPrivKey(std::u16string_view rutaCertificado, std::u16string_view rutaLlave,

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <chrono>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "framework/Texto.h"
 #include "utilvel90_export.h"
@@ -12,7 +15,7 @@ namespace vel {
 ///
 /// Paths are paths of the suite. A file that is missing, locked, or a folder "cannot be read", which the
 /// results below tell. A certificate file that is read but holds no DER certificate raises Exception ("No se
-/// pudo extraer la llave pública.") from all three functions.
+/// pudo extraer la llave pública.") from all three functions of files.
 ///
 /// Nothing is left behind: no entry in libcrypto's error queue, no password and no RSA key in memory that is
 /// given back; and nothing is ever asked at a terminal. libcrypto is used in a context of the library's own:
@@ -27,6 +30,31 @@ UTILVEL90_EXPORT UnicodeString CertGetNumSer(std::u16string_view rutaCertificado
 /// YYMMDDhhmmssZ to the year 2049, YYYYMMDDhhmmssZ after it (RFC 5280, section 4.1.2.5). False, with `fecha`
 /// untouched, when the file cannot be read.
 UTILVEL90_EXPORT bool CertGetFechaHora(std::u16string_view rutaCertificado, bool fin, UnicodeString& fecha);
+
+/// A part of a name in a certificate: the dotted object identifier of its type ("2.5.4.3" is the common name,
+/// "2.5.4.45" the unique identifier; ITU-T X.520) and its text.
+struct ParteNombre {
+  std::string tipo;
+  UnicodeString texto;
+  friend bool operator==(const ParteNombre&, const ParteNombre&) = default;
+};
+
+/// What a certificate says.
+struct DatosCertificado {
+  /// As CertGetNumSer gives it.
+  UnicodeString numero;
+  /// Its validity, both ends included.
+  std::chrono::sys_seconds inicio;
+  std::chrono::sys_seconds fin;
+  /// Names in the order of the certificate; a type may come more than once.
+  std::vector<ParteNombre> sujeto;
+  std::vector<ParteNombre> emisor;
+};
+
+/// Reads the certificate that stands at the beginning of the bytes, in DER form. Exception ("No se pudo
+/// extraer la llave pública.") when there is none, or ("La vigencia del certificado no es válida.") when one
+/// of its moments is none of the calendar.
+UTILVEL90_EXPORT DatosCertificado LeeDatosCertificado(std::string_view der);
 
 /// Checks that the password opens the key file and that the key belongs to the certificate:
 ///
