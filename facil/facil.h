@@ -4,6 +4,8 @@
 /// what it gives is what the interface below gives, to the byte.
 
 #include "facil/Catalogo.h"
+#include "facil/Formula.h"
 #include "facil/Instalacion.h"
 #include "facil/Momento.h"
+#include "facil/RevisionFormula.h"
 #include "facil/Texto.h"
