@@ -149,7 +149,7 @@ void CondicionAbierta::Limita(Valor bajo, Valor alto) {
   if (!bajo.Hay()) return Compara(ENUM_OPERADOR::MENOR_IGUAL, std::move(alto));
   if (!alto.Hay()) return Compara(ENUM_OPERADOR::MAYOR_IGUAL, std::move(bajo));
   if (!hay_) return;
-  const TFieldType tipo = TipoComun(bajo.Tipo(), alto.Tipo());
+  const TFieldType tipo = Valor::TipoComun(bajo.Tipo(), alto.Tipo());
   std::vector<Variant> limites;
   limites.reserve(2);
   limites.push_back(bajo.Saca());

@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "Paramsql/ConsultaGuardada.h"
 #include "Paramsql/TParametrosFiltro.h"
 #include "facil/Condiciones.h"
 #include "facil/Texto.h"
@@ -102,6 +103,12 @@ class UTILVEL90_EXPORT Consulta {
   /// texts in `entre`, texts with an apostrophe, numbers that are not finite, and types other than those of
   /// Valor's table. A database that reads "\" as an escape does so in these literals too.
   UnicodeString literal();
+
+  /// Saves the query whole, and reads it: GuardaConsulta and LeeConsulta.
+  void guarda(const Texto& archivo) const { GuardaConsulta(filtro(), archivo); }
+  static Consulta lee(const Texto& archivo, TiposDeDriver driver = TiposDeDriver::DEVARTINTERBASE) {
+    return Consulta(LeeConsulta(archivo), driver);
+  }
 
   /// The definition itself, owned by this object and valid as long as it, moved or not.
   TParametrosFiltro& filtro() { return Definicion(); }

@@ -33,7 +33,7 @@ Valor::Valor(const Variant& valor) : Valor(TipoDe(valor), valor) {}
 
 Valor Valor::DeTexto(const Texto& texto) { return {TFieldType::ftString, Variant(texto.Vista())}; }
 
-TFieldType TipoComun(TFieldType uno, TFieldType otro) {
+TFieldType Valor::TipoComun(TFieldType uno, TFieldType otro) {
   const auto esNumero = [](TFieldType tipo) {
     return tipo == TFieldType::ftInteger || tipo == TFieldType::ftFloat;
   };
@@ -56,7 +56,7 @@ void Valores::Agrega(Valor valor) {
     faltan_ = true;
     return;
   }
-  tipo_ = valores_.empty() ? valor.Tipo() : TipoComun(tipo_, valor.Tipo());
+  tipo_ = valores_.empty() ? valor.Tipo() : Valor::TipoComun(tipo_, valor.Tipo());
   valores_.push_back(valor.Saca());
 }
 

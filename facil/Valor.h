@@ -65,6 +65,9 @@ class UTILVEL90_EXPORT Valor {
   TFieldType Tipo() const noexcept { return tipo_; }
   /// The value itself, for one use.
   Variant Saca() noexcept { return std::move(valor_); }
+  /// The type that both are of, whole and floating numbers being floating ones together. Raises
+  /// EInvalidOperation ("Los valores de una condición son de tipos distintos") when there is none.
+  static TFieldType TipoComun(TFieldType uno, TFieldType otro);
 
  private:
   Valor() noexcept : hay_(false) {}
@@ -135,9 +138,5 @@ class UTILVEL90_EXPORT Valores {
   bool faltan_ = false;
   bool subconsulta_ = false;
 };
-
-/// The type that both are of, whole and floating numbers being floating ones together. Raises
-/// EInvalidOperation ("Los valores de una condición son de tipos distintos") when there is none.
-TFieldType TipoComun(TFieldType uno, TFieldType otro);
 
 }  // namespace vel::facil

@@ -243,6 +243,8 @@ bool ConLiterales(const TParametrosFiltro& f) {
 TEST(Consulta, IsToTheByteWhatIsBuiltByHand) {
   Azar azar(20240513);
   int literales = 0;
+  const pruebas::CarpetaTemporal carpeta;
+  const UnicodeString archivo = carpeta.Archivo("consulta.ini");
   for (int vez = 0; vez < 10'000; ++vez) {
     const auto estilo = static_cast<ENUM_MARCADOR>(vez % 4);
     Pareja p = Inventa(azar, true);
@@ -260,6 +262,19 @@ TEST(Consulta, IsToTheByteWhatIsBuiltByHand) {
     } else {
       ASSERT_THROW(p.enPalabras.literal(), EInvalidOperation);
     }
+    if (vez % 200 != 0) continue;
+    p.enPalabras.guarda(archivo);
+    const Sentencia leida = Consulta::lee(archivo).sentencia(estilo, vez);
+    ASSERT_EQ(leida.utf8(), sentencia.utf8());
+    ASSERT_TRUE(
+        std::equal(leida.parametros.begin(), leida.parametros.end(), parametros.begin(), parametros.end()));
+    TParametrosFiltro comun(u"");
+    comun.LoadFromIni(archivo, 0);
+    for (TParametrosFiltro *c = &comun, *f = p.aMano.get(); f != nullptr;
+         c = c->ParametrosUnion.get(), f = f->ParametrosUnion.get()) {
+      c->Distinct = f->Distinct;
+    }
+    ASSERT_EQ(comun.DameSentenciaSQL(estilo, vez, parametros), texto);
   }
   EXPECT_GT(literales, 500);
 }
@@ -350,6 +365,182 @@ TEST(Consulta, GroupsMeanWhatTheySayHoweverDeep) {
     }
   }
   EXPECT_GT(neutras, 100);
+}
+
+UnicodeString Donde(Consulta& c) {
+  int numero = 0;
+  return c.filtro().DameCondWhere(true, numero);
+}
+
+TEST(Consulta, LeavesOutWhatIsNotThere) {
+  const std::optional<std::string> nada;
+  const std::optional<year_month_day> hoy = 2024y / May / 13;
+  Consulta c("T", TiposDeDriver::DEVARTSQLSERVER);
+  c.donde("A").igual(nada).donde("A").contiene(nada).donde("A").en({nada, nada}).donde("A").entre(nada, nada);
+  c.donde("A").si(false).esNulo().donde("A").si(true).si(false).entre(hoy, nada);
+  c.alguna([&](auto& g) { g.todas([&](auto& h) { h.donde("A").igual(nada); }); });
+  EXPECT_EQ(c.sentencia().texto, u"SELECT  *  from T ");
+  c.donde("A").entre(hoy, std::optional<TDateTime>()).donde("B").en({nada, std::optional<std::string>("x")});
+  EXPECT_EQ(Donde(c), u"A>=:var1 AND B IN  ( :var2) ");
+  c.donde("C").contiene("[50]");
+  EXPECT_EQ(c.sentencia().parametros[2].Value, Variant(u"%/[50]%"));
+  EXPECT_EQ(c.sentencia().parametros[0].Value, Variant(TDateTime(45425)));
+}
+
+TEST(Consulta, RefusesWhatCouldNotBeMeant) {
+  const auto lleno = [] {
+    Consulta c("T");
+    c.donde("A").igual(1).alguna([](auto& g) { g.donde("B").igual(2).donde("B").igual(3); });
+    return c;
+  };
+  using Hace = std::function<void(Consulta&)>;
+  const std::pair<Hace, const char*> casos[] = {
+      {[](Consulta& c) { c.donde("X").en(std::vector<int>()); }, "La condición sobre 'X' no tiene valores"},
+      {[](Consulta& c) {
+         c.donde("X").en({1, "a"});
+       },
+       "Los valores de una condición son de tipos distintos"},
+      {[](Consulta& c) { c.donde("X").entre(1, true); },
+       "Los valores de una condición son de tipos distintos"},
+      {[](Consulta& c) { c.donde("X").igual(Variant::Null()); },
+       "Una condición necesita un valor: ni un nulo ni un arreglo lo son"},
+      {[](Consulta& c) { c.donde("X").contiene("\xF1"); }, "El texto no está en UTF-8"},
+      {[](Consulta& c) { c.alguna([&c](auto& g) { g.donde("X").igual(1), c.donde("X").igual(2); }); },
+       "Mientras se llena un grupo, las condiciones se agregan a ese grupo"},
+      {[](Consulta& c) {
+         c.alguna([](auto& g) {
+           g.donde("X").igual(1).todas([&g](auto& h) { h.donde("X").igual(1), g.donde("X").contiene("2"); });
+         });
+       },
+       "Mientras se llena un grupo, las condiciones se agregan a ese grupo"},
+      {[](Consulta& c) {
+         Consulta otra("U");
+         c.unionCon(std::move(otra.ordena("A")));
+       },
+       "Una consulta de la unión no lleva orden: ordene la principal"},
+      {[](Consulta&) {
+         Consulta una("U");
+         const auto suelta = std::move(una).suelta();
+         una.donde("A").igual(1);
+       },
+       "La consulta ya se entregó"},
+      {[](Consulta&) { Consulta{std::unique_ptr<TParametrosFiltro>()}; }, "La consulta ya se entregó"},
+  };
+  for (const auto& [hace, mensaje] : casos) {
+    Consulta c = lleno();
+    EXPECT_EQ(pruebas::MensajeDe([&] { hace(c); }), mensaje);
+    EXPECT_EQ(Donde(c), u"A=:var1 AND (B=:var2 OR B=:var3)");
+    c.donde("C").igual(4);
+    EXPECT_EQ(Donde(c), u"A=:var1 AND (B=:var2 OR B=:var3) AND C=:var4");
+  }
+
+  const std::pair<Hace, const char*> sinLiteral[] = {
+      {[](Consulta& c) { c.donde("X").contiene("a"); }, "un texto buscado"},
+      {[](Consulta& c) { c.donde("X").igual(true); }, "un valor lógico"},
+      {[](Consulta& c) { c.having("X").igual("O'Brien"); }, "un texto con apóstrofo"},
+      {[](Consulta& c) {
+         c.donde("X").en({"a", "'"});
+       },
+       "un texto con apóstrofo"},
+      {[](Consulta& c) { c.donde("X").entre("a", "b"); }, "un texto en 'entre'"},
+      {[](Consulta& c) { c.donde("X").igual(1e308 * 10); }, "un número que no es finito"},
+      {[](Consulta& c) {
+         Consulta otra("U");
+         otra.donde("X").igual(Valor(ftDate, TDateTime(45425)));
+         c.unionCon(std::move(otra));
+       },
+       "un valor de ese tipo de campo"},
+  };
+  for (const auto& [hace, razon] : sinLiteral) {
+    Consulta c = lleno();
+    hace(c);
+    EXPECT_EQ(pruebas::MensajeDe([&] { c.literal(); }),
+              "La condición sobre 'X' no se puede escribir con literales (" + std::string(razon) +
+                  "): pida la sentencia con parámetros");
+    EXPECT_NO_THROW(c.sentencia());
+  }
+  Consulta c = lleno();
+  c.donde("F").entre(Valor(ftDate, TDateTime(45425)), Valor(ftDate, TDateTime(45426)));
+  EXPECT_EQ(pruebas::MensajeDe([&] { c.literal(); }), "none");
+}
+
+// What others put into a definition stays together when a condition is added.
+TEST(Consulta, GoesOnFromADefinition) {
+  struct Caso {
+    std::vector<std::pair<ENUM_CONECTOR, ENUM_GRUPO>> condiciones;
+    const char16_t* esperada;
+  };
+  constexpr auto A = ENUM_GRUPO::INICIA;
+  constexpr auto T = ENUM_GRUPO::TERMINA;
+  const Caso casos[] = {
+      {{{O, SIN}}, u"X=:var1 AND Y=:var2"},
+      {{{O, A}, {O, T}, {Y, SIN}}, u"(1=0 OR (X=:var1 OR X=:var2) OR X=:var3 OR 1=0) AND Y=:var4"},
+      {{{O, A}, {O, T}}, u"(X=:var1 OR X=:var2) AND Y=:var3"},
+      {{{Y, SIN}, {O, SIN}, {Y, SIN}}, u"(1=0 OR X=:var1 AND X=:var2 OR X=:var3 OR 1=0) AND Y=:var4"},
+      {{{Y, SIN}, {O, A}, {Y, SIN}}, u"X=:var1 AND (X=:var2 OR X=:var3 OR 1=0) AND Y=:var4"},
+      {{{O, SIN}, {Y, T}}, u"(1=0 OR X=:var1 OR X=:var2) AND Y=:var3"},
+  };
+  for (const Caso& caso : casos) {
+    auto f = std::make_unique<TParametrosFiltro>(u"T");
+    f->ParamWhere.push_back(nullptr);
+    for (const auto& [conector, grupo] : caso.condiciones)
+      f->AgregaFiltro(u"X", ftInteger, 1, IGUAL, conector, grupo, true);
+    Consulta c(std::move(f));
+    EXPECT_EQ(UTF8Encode(Donde(c.donde("Y").igual(2))), UTF8Encode(caso.esperada));
+  }
+  auto f = std::make_unique<TParametrosFiltro>(u"T");
+  f->FilterTextPers = u"P=1";
+  Consulta c(std::move(f));
+  EXPECT_THROW(c.sql("Q=1"), EInvalidOperation);
+  c.filtro().FiltroPActivo = 1;
+  EXPECT_THROW(c.donde("Y").igual(2), EInvalidOperation);
+  EXPECT_EQ(c.sql("Q=1").sentencia().texto, u"SELECT  *  from T  WHERE (P=1) AND (Q=1)");
+}
+
+TEST(ConsultaGuardada, IsWholeOrRefused) {
+  const pruebas::CarpetaTemporal carpeta;
+  const UnicodeString archivo = carpeta.Archivo("consulta.ini");
+  EXPECT_EQ(pruebas::MensajeDe([&] { LeeConsulta(archivo); }),
+            "El archivo \"" + UTF8Encode(archivo) + "\" no tiene una consulta");
+  TParametrosFiltro f(u"T");
+  f.Distinct = true;
+  f.OrdDesc = true;
+  f.OrderBy = u"A, B";
+  f.AgregaHaving(u"MAX(N)", ftString, u"a%", LIKE, Y, SIN, true);
+  TParametrosFiltro& u = *f.AgregaUnion(u"U");
+  u.Distinct = true;
+  u.SetOrderBy(u"C");
+  u.SetOrderBy(u"C");
+  carpeta.Escribe("consulta.ini", "; mía\r\n[Vista1]\r\nAncho=7\r\nOrdenadoPor=Z\r\nDescendente=TRUE\r\n");
+  GuardaConsulta(f, archivo);
+  const UnicodeString texto = f.DameSentenciaSQL(true, 0);
+  EXPECT_EQ(LeeConsulta(archivo)->DameSentenciaSQL(true, 0), texto);
+  const std::string bytes = carpeta.Lee("consulta.ini");
+  EXPECT_TRUE(bytes.starts_with("; mía\r\n[Vista1]\r\nAncho=7\r\nOrdenadoPor=A, B\r\nDescendente=TRUE\r\n"));
+  // What another program saves over it keeps neither DISTINCT nor a partner's order.
+  f.SaveToIni(archivo, 0);
+  EXPECT_EQ(LeeConsulta(archivo)->DameSentenciaSQL(true, 0),
+            u"SELECT  *  from T  HAVING  UPPER( MAX(N))  LIKE  UPPER( :hav1)  UNION SELECT  *  from U  ORDER "
+            u"BY A, B DESC");
+  GuardaConsulta(f, archivo);
+  EXPECT_EQ(carpeta.Lee("consulta.ini"), bytes);
+
+  const std::function<void(TParametrosFiltro&)> malas[] = {
+      [](TParametrosFiltro& x) { x.NombreTabla = u" T"; },
+      [](TParametrosFiltro& x) { x.NombreTabla.clear(); },
+      [](TParametrosFiltro& x) { x.OrderBy = u"A\nB"; },
+      [](TParametrosFiltro& x) { x.AgregaFiltro(u"N ", ftInteger, 1, IGUAL, Y, SIN, true); },
+      [](TParametrosFiltro& x) { x.AgregaFiltro(u"N", ftInteger, 1, BETWEEN, Y, SIN, true); },
+  };
+  for (const auto& mala : malas) {
+    TParametrosFiltro otra(u"T");
+    mala(otra);
+    EXPECT_THROW(GuardaConsulta(otra, archivo), EInvalidOperation);
+    EXPECT_EQ(carpeta.Lee("consulta.ini"), bytes);
+  }
+  // Without an order what the view said is gone.
+  Consulta("T").guarda(archivo);
+  EXPECT_EQ(Consulta::lee(archivo).sentencia().texto, u"SELECT  *  from T ");
 }
 
 }  // namespace
