@@ -1,0 +1,7 @@
+#pragma once
+
+/// The front: the same library in words, with typed values in and out. It calls public headers only, so that
+/// what it gives is what the interface below gives, to the byte.
+
+#include "facil/Momento.h"
+#include "facil/Texto.h"
