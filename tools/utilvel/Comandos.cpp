@@ -3,6 +3,7 @@
 namespace utilvel {
 
 void AgregaComandos(Programa& programa) {
+  AgregaCfdi(programa);
   AgregaRedondea(programa);
   AgregaVersion(programa);
   AgregaInternos(programa);

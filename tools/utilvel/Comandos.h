@@ -5,6 +5,7 @@ namespace utilvel {
 class Programa;
 
 // One function a command, each in a file of its name; Programa.h says how one is added.
+void AgregaCfdi(Programa& programa);
 void AgregaRedondea(Programa& programa);
 void AgregaVersion(Programa& programa);
 /// What the build and the shell ask for; not in the help.
