@@ -3,5 +3,7 @@
 /// The front: the same library in words, with typed values in and out. It calls public headers only, so that
 /// what it gives is what the interface below gives, to the byte.
 
+#include "facil/Catalogo.h"
+#include "facil/Instalacion.h"
 #include "facil/Momento.h"
 #include "facil/Texto.h"

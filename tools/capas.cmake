@@ -26,7 +26,7 @@ set(filas
   "Ucalculocfdi: framework Uutilext/documents"
   "Uformula: framework Uutilext/documents"
   # The front: public headers of everything below.
-  "facil: framework version Uutilext Uutilext/documents Uutilext/text Uutilext/time Uutilext/diagnostics Uutilext/config Uutilext/crypto Fechas Paramsql Ucalculocfdi Uformula"
+  "facil: framework platform version Uutilext Uutilext/documents Uutilext/text Uutilext/time Uutilext/diagnostics Uutilext/config Uutilext/crypto Fechas Paramsql Ucalculocfdi Uformula"
   "tools/utilvel: framework platform version Uutilext/documents Uutilext/text Uutilext/time Uutilext/config Uutilext/crypto Fechas Paramsql Ucalculocfdi Uformula facil")
 
 set(faltas "")

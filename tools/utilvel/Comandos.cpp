@@ -3,7 +3,16 @@
 namespace utilvel {
 
 void AgregaComandos(Programa& programa) {
+  AgregaTotales(programa);
+  AgregaFechas(programa);
+  AgregaConfig(programa);
+  AgregaEmpresas(programa);
+  AgregaRutas(programa);
+  AgregaCertificado(programa);
+  AgregaHora(programa);
   AgregaRedondea(programa);
+  AgregaDireccion(programa);
+  AgregaClave(programa);
   AgregaVersion(programa);
   AgregaInternos(programa);
 }
