@@ -33,8 +33,9 @@ struct Certificado {
 };
 
 /// Reads a certificate file in DER form; the path is one of the suite or of the system. EStreamError ("No se
-/// puede leer el certificado C:\\sello.cer: el archivo no existe") when it cannot be read; Exception as
-/// LeeDatosCertificado when it holds none.
+/// puede leer el certificado C:\\sello.cer: el archivo no existe") when it cannot be read; Exception ("No se
+/// pudo extraer la llave pública.") when it holds none, or ("La vigencia del certificado no es válida.") when
+/// one of its moments is none.
 UTILVEL90_EXPORT Certificado LeeCertificado(const Texto& ruta);
 
 /// The same of the file's bytes.

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <climits>
-#include <ctime>
 #include <memory>
 #include <openssl/asn1.h>
 #include <openssl/bio.h>
@@ -13,6 +12,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "Uutilext/crypto/Borrador.h"
 #include "Uutilext/crypto/ColaErrores.h"
@@ -50,7 +50,7 @@ Certificado Decodifica(std::string_view der) {
   return leido ? std::move(dueno) : nullptr;
 }
 
-Certificado Exige(std::string_view der) {
+Certificado ExigeCert(std::string_view der) {
   Certificado certificado = Decodifica(der);
   if (!certificado) throw Exception(u"No se pudo extraer la llave pública.");
   return certificado;
@@ -60,7 +60,7 @@ Certificado Exige(std::string_view der) {
 // outside the code page.
 Certificado LeeCert(std::u16string_view ruta) {
   const std::optional<std::string> bytes = LeeArchivo(ruta);
-  return bytes ? Exige(*bytes) : nullptr;
+  return bytes ? ExigeCert(*bytes) : Certificado();
 }
 
 std::optional<LlavePrivada> LeePrivKey(std::u16string_view ruta, std::u16string_view contrasena) {
@@ -95,18 +95,12 @@ std::string OctetosSerie(const X509& certificado) {
   return {contenido, std::find(contenido, contenido + cuenta, 0)};
 }
 
-UnicodeString NumeroDe(const X509& certificado) { return DeCp1252(OctetosSerie(certificado)); }
-
-std::chrono::sys_seconds AMomento(const ASN1_TIME& momento) {
-  namespace crono = std::chrono;
-  std::tm partes{};
-  if (ASN1_TIME_to_tm(&momento, &partes) != 1) throw Exception(u"La vigencia del certificado no es válida.");
-  const crono::year_month_day dia(crono::year(partes.tm_year + 1900),
-                                  crono::month(static_cast<unsigned>(partes.tm_mon) + 1),
-                                  crono::day(static_cast<unsigned>(partes.tm_mday)));
-  return crono::sys_days(dia) + crono::hours(partes.tm_hour) + crono::minutes(partes.tm_min) +
-         crono::seconds(partes.tm_sec);
+UnicodeString Momento(const ASN1_TIME* momento) {
+  const unsigned char* texto = ASN1_STRING_get0_data(momento);
+  return DeCp1252(std::string(texto, texto + ASN1_STRING_length(momento)));
 }
+
+UnicodeString Numero(const X509& certificado) { return DeCp1252(OctetosSerie(certificado)); }
 
 // Texts of every kind become one. What is no text (a unique identifier may be a string of bits) holds its
 // characters as they are.
@@ -119,8 +113,8 @@ UnicodeString ATexto(const ASN1_STRING& valor) {
   return DeCp1252(std::string(bytes, bytes + ASN1_STRING_length(&valor)));
 }
 
-std::vector<ParteNombre> Partes(const X509_NAME* nombre) {
-  std::vector<ParteNombre> partes;
+std::vector<TParteNombre> Partes(const X509_NAME* nombre) {
+  std::vector<TParteNombre> partes;
   for (int i = 0; i < X509_NAME_entry_count(nombre); ++i) {
     const X509_NAME_ENTRY* const parte = X509_NAME_get_entry(nombre, i);
     std::array<char, 128> tipo{};
@@ -147,7 +141,7 @@ UnicodeString CertGetNumSer(std::u16string_view rutaCertificado) {
   const ColaErrores cola;
   logInter(u"UUTIL::CertGetNumSer...LeeCert");
   const Certificado certificado = LeeCert(rutaCertificado);
-  return certificado ? NumeroDe(*certificado) : UnicodeString();
+  return certificado ? Numero(*certificado) : UnicodeString();
 }
 
 bool CertGetFechaHora(std::u16string_view rutaCertificado, bool fin, UnicodeString& fecha) {
@@ -155,18 +149,16 @@ bool CertGetFechaHora(std::u16string_view rutaCertificado, bool fin, UnicodeStri
   logInter(u"UUTIL::CertGetFechaHora...LeeCert");
   const Certificado certificado = LeeCert(rutaCertificado);
   if (!certificado) return false;
-  const ASN1_TIME* momento =
-      fin ? X509_get0_notAfter(certificado.get()) : X509_get0_notBefore(certificado.get());
-  const unsigned char* texto = ASN1_STRING_get0_data(momento);
-  fecha = DeCp1252(std::string(texto, texto + ASN1_STRING_length(momento)));
+  fecha = Momento(fin ? X509_get0_notAfter(certificado.get()) : X509_get0_notBefore(certificado.get()));
   return true;
 }
 
-DatosCertificado LeeDatosCertificado(std::string_view der) {
+TDatosCertificado CertDameDatos(std::string_view der) {
   const ColaErrores cola;
-  const Certificado certificado = Exige(der);
-  return {NumeroDe(*certificado), AMomento(*X509_get0_notBefore(certificado.get())),
-          AMomento(*X509_get0_notAfter(certificado.get())), Partes(X509_get_subject_name(certificado.get())),
+  logInter(u"UUTIL::CertDameDatos");
+  const Certificado certificado = ExigeCert(der);
+  return {Numero(*certificado), Momento(X509_get0_notBefore(certificado.get())),
+          Momento(X509_get0_notAfter(certificado.get())), Partes(X509_get_subject_name(certificado.get())),
           Partes(X509_get_issuer_name(certificado.get()))};
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <chrono>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,8 +13,8 @@ namespace vel {
 /// (encrypted PKCS#8 in DER form, RFC 5958, with PBES2 or another scheme of libcrypto's default provider).
 ///
 /// Paths are paths of the suite. A file that is missing, locked, or a folder "cannot be read", which the
-/// results below tell. A certificate file that is read but holds no DER certificate raises Exception ("No se
-/// pudo extraer la llave pública.") from all three functions of files.
+/// results below tell. What is read but holds no DER certificate raises Exception ("No se pudo extraer la
+/// llave pública.") from every function.
 ///
 /// Nothing is left behind: no entry in libcrypto's error queue, no password and no RSA key in memory that is
 /// given back; and nothing is ever asked at a terminal. libcrypto is used in a context of the library's own:
@@ -33,28 +32,28 @@ UTILVEL90_EXPORT bool CertGetFechaHora(std::u16string_view rutaCertificado, bool
 
 /// A part of a name in a certificate: the dotted object identifier of its type ("2.5.4.3" is the common name,
 /// "2.5.4.45" the unique identifier; ITU-T X.520) and its text.
-struct ParteNombre {
-  std::string tipo;
-  UnicodeString texto;
-  friend bool operator==(const ParteNombre&, const ParteNombre&) = default;
+struct TParteNombre {
+  std::string Tipo;
+  UnicodeString Texto;
+  friend bool operator==(const TParteNombre&, const TParteNombre&) = default;
 };
 
-/// What a certificate says.
-struct DatosCertificado {
+/// What a certificate says of itself.
+struct TDatosCertificado {
   /// As CertGetNumSer gives it.
-  UnicodeString numero;
-  /// Its validity, both ends included.
-  std::chrono::sys_seconds inicio;
-  std::chrono::sys_seconds fin;
+  UnicodeString Numero;
+  /// First and last moment of its validity, as CertGetFechaHora gives them.
+  UnicodeString Desde;
+  UnicodeString Hasta;
   /// Names in the order of the certificate; a type may come more than once.
-  std::vector<ParteNombre> sujeto;
-  std::vector<ParteNombre> emisor;
+  std::vector<TParteNombre> Sujeto;
+  std::vector<TParteNombre> Emisor;
+  friend bool operator==(const TDatosCertificado&, const TDatosCertificado&) = default;
 };
 
-/// Reads the certificate that stands at the beginning of the bytes, in DER form. Exception ("No se pudo
-/// extraer la llave pública.") when there is none, or ("La vigencia del certificado no es válida.") when one
-/// of its moments is none of the calendar.
-UTILVEL90_EXPORT DatosCertificado LeeDatosCertificado(std::string_view der);
+/// Reads a certificate that is at hand, such as the one that an electronic invoice carries in Base64: `der`
+/// is its DER form, and what may follow it is not looked at.
+UTILVEL90_EXPORT TDatosCertificado CertDameDatos(std::string_view der);
 
 /// Checks that the password opens the key file and that the key belongs to the certificate:
 ///
