@@ -142,13 +142,14 @@ TEST(Formula, EvaluatesWithNumbersOfAnyKind) {
   EXPECT_EQ(comision.Evalua(std::map<std::string, double>{{"VENTA", 9999.99}, {"TASA", 0.05}}), 0);
   EXPECT_EQ(vel::facil::Evalua("A-0.3", {{"A", 0.1 + 0.2}}), 0) << "15 digits";
   EXPECT_EQ(vel::facil::Evalua("2*3"), 6);
+  EXPECT_EQ(vel::facil::Evalua("(A+1)*2", {{"A", 3}, {"FUN0", 50}}), 8) << "no variable takes a step's place";
   Formula otra = std::move(comision);
   const auto error = [&](const vel::facil::ValoresFormula& valores) {
     return pruebas::MensajeDe([&] { otra.Evalua(valores); });
   };
   EXPECT_EQ(error({{"VENTA", 1}}), "Falta el valor de la variable TASA");
   EXPECT_EQ(otra.Evalua({{"TASA", 1}, {"VENTA", 20000}}), 20000) << "it serves on after an error";
-  EXPECT_EQ(error({{"VENTA", 1e9}, {"TASA", HUGE_VAL}}), "'INF' no es un valor de punto flotante válido");
+  EXPECT_EQ(error({{"VENTA", 1e9}, {"TASA", HUGE_VAL}}), "El valor de la variable TASA no es un número");
   EXPECT_EQ(pruebas::MensajeDe([] { Formula("2*(VENTA+)"); }),
             "Fórmula, posición 9: Falta un operando después de +");
   EXPECT_EQ(pruebas::MensajeDe([&] { error({{"A", 1}, {"a", 2}}); }), "La variable a tiene dos valores");
