@@ -42,6 +42,7 @@ TEST(RevisaFormula, ListsTheVariablesUsed) {
   EXPECT_EQ(Revisa("A+IVA*B", std::vector<std::string>{"iva", "b", "c"}).variables, (Nombres{u"IVA", u"B"}));
   EXPECT_EQ(Notas(Revisa("1A+SUMA*A").problemas),
             "1 1A no es un número | 4 Faltan los argumentos de la función SUMA");
+  EXPECT_TRUE(Revisa("AB+(A)B").Sirve()) << "A glued to B is AB, which is a variable";
   // Nesting and length cost neither stack nor more than time.
   const std::string hondo(100'000, '(');
   EXPECT_TRUE(Revisa(hondo + "A" + std::string(100'000, ')')).Sirve());
