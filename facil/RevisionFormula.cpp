@@ -305,7 +305,7 @@ class Revisor {
     FUNCTION_INTERNA prueba{unidades_[llamadas_[llamada]].texto, {}};
     for (std::size_t i = 0; i < cuenta; ++i) prueba.argumentos.Add(u"1");
     try {
-      TFormula().ResuelveFuncionIn(&prueba);
+      arbol_.ResuelveFuncionIn(&prueba);
     } catch (const EInvalidOperation& e) {
       Problema(llamadas_[llamada], e.Message());
     }
