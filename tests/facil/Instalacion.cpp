@@ -38,7 +38,7 @@ TEST(Instalacion, MakesWhatTheGettersLeadTo) {
   for (const ObraInstalacion& obra : informe.obras) EXPECT_TRUE(obra.nueva) << UTF8Encode(obra.nombre);
   const auto arbol = Arbol(c);
   EXPECT_EQ(Instala(UTF8Encode(c.Archivo("C"))).Lineas(),
-            StringReplace(informe.Lineas(), u"Creada: ", u"Ya estaba: "));
+            StringReplace(informe.Lineas(), u"Hecho: ", u"Ya estaba: "));
   EXPECT_EQ(Arbol(c), arbol) << "the second time nothing changes";
 
   for (const UnicodeString& carpeta :
