@@ -102,6 +102,7 @@ TEST(Instalacion, IsFinishedByASecondCall) {
     c.Escribe(nombre, "");
     const std::string texto = MensajeDe([&] { Instala(c.Archivo("C")); });
     EXPECT_NE(texto.find(UTF8Encode(mensaje)), std::string::npos) << nombre << ": " << texto;
+    EXPECT_TRUE(std::string_view(nombre) != "C" || !c.Existe("registro.reg")) << "it would lead nowhere";
     const std::string primera = std::string(nombre).ends_with("/x")
                                     ? std::string(nombre).substr(0, std::string(nombre).size() - 2)
                                     : nombre;
