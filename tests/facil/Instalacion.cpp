@@ -31,6 +31,7 @@ std::map<std::string, std::string> Arbol(const pruebas::CarpetaTemporal& c) {
 
 TEST(Instalacion, MakesWhatTheGettersLeadTo) {
   const pruebas::CarpetaTemporal c;
+  EscribeDirectorioArchComun(u"");
   const InformeInstalacion informe = Instala(c.Archivo("C/"));
   EXPECT_EQ(informe.carpetaComun, c.Archivo("C") + u"\\");
   EXPECT_EQ(informe.carpetaComun, DameDirectorioArchComun());
