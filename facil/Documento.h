@@ -125,11 +125,16 @@ class UTILVEL90_EXPORT Documento {
 
  private:
   double SumaImpuestos(bool retenidos) const;
+  bool BastanListas() const;
+  std::vector<ImpuestoPorTasa> DeListas() const;
+  std::vector<ImpuestoPorTasa> DePartidas() const;
 
   // On the heap: it is neither copied nor moved.
   std::unique_ptr<TCalculoCFDI> motor_;
   TAsignacionFiscal asignacion_;
   std::vector<TNotaPartida> notas_;
+  /// Of a document in words.
+  std::vector<TDatosPartida> lineas_;
 };
 
 }  // namespace vel::facil
