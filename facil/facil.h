@@ -4,8 +4,8 @@
 /// what it gives is what the interface below gives, to the byte.
 
 #include "facil/Catalogo.h"
-#include "facil/Instalacion.h"
 #include "facil/Documento.h"
+#include "facil/Instalacion.h"
 #include "facil/Momento.h"
 #include "facil/Montos.h"
 #include "facil/Partida.h"
