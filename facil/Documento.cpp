@@ -46,14 +46,13 @@ bool Es(const TField& campo, std::u16string_view texto) {
 /// once and lines read only for what the fields leave open: most data sets have all of them.
 class Revision {
  public:
-  Revision(TClientDataSet& partidas, const OpcionesDocumento& opciones)
-      : partidas_(partidas), opciones_(opciones) {}
+  explicit Revision(TCalculoCFDI& motor) : motor_(motor), partidas_(motor.Partidas) {}
 
   void Exige() {
-    const bool ventas = opciones_.Modulo == ENUM_MODULO::MODULO_VENTAS;
+    const bool ventas = motor_.Modulo == ENUM_MODULO::MODULO_VENTAS;
     for (const auto campo : {u"CVE_DOC", u"CANT", u"PREC", u"TIPO_PROD", u"TIPO_ELEM", u"MAN_IEPS"})
       Campo(campo);
-    if (!opciones_.IgnoraTipoCambio) Campo(u"TIP_CAM");
+    if (!motor_.IgnoraTipoCambio) Campo(u"TIP_CAM");
     if (ventas) {
       for (const auto campo : {u"DESC1", u"DESC2", u"DESC3"}) Campo(campo);
     } else {
@@ -61,7 +60,7 @@ class Revision {
     }
     for (std::size_t i = 0; i < kImpuestos; ++i) ExigeImpuesto(i);
     ExigeCuota();
-    if (faltan_.empty()) return ExigeCodigos();
+    if (faltan_.empty()) return;
     throw EInvalidOperation(u"A las partidas de " + UnicodeString(ventas ? u"ventas" : u"compras") +
                             u" les faltan campos: " + faltan_);
   }
@@ -72,19 +71,16 @@ class Revision {
     faltan_ += que;
   }
 
-  const TField* Campo(std::u16string_view nombre) {
-    const TField* const campo = partidas_.FindField(nombre);
-    if (campo == nullptr) Falta(nombre);
-    return campo;
+  void Campo(std::u16string_view nombre) {
+    if (partidas_.FindField(nombre) == nullptr) Falta(nombre);
   }
 
   void ExigeImpuesto(std::size_t i) {
-    const TField* const codigo = partidas_.FindField(kCodigos[i]);
-    if (codigo != nullptr) {
-      impuestos_[cuantos_++] = {i, codigo, Campo(kTasas[i])};
+    const TField* const tasa = partidas_.FindField(kTasas[i]);
+    if (partidas_.FindField(kCodigos[i]) != nullptr) {
+      if (tasa == nullptr) Falta(kTasas[i]);
       return;
     }
-    const TField* const tasa = partidas_.FindField(kTasas[i]);
     if (tasa == nullptr) return;
     for (partidas_.First(); !partidas_.Eof(); partidas_.Next()) {
       if (tasa->AsFloat() == 0) continue;
@@ -105,32 +101,9 @@ class Revision {
     }
   }
 
-  void ExigeCodigos() const {
-    for (partidas_.First(); !partidas_.Eof(); partidas_.Next()) {
-      for (std::size_t k = 0; k < cuantos_; ++k) {
-        const Impuesto& impuesto = impuestos_[k];
-        const int codigo = impuesto.codigo->AsInteger();
-        if ((codigo >= 0 && codigo < TCalculoCFDI::kImpuestos) || impuesto.tasa->AsFloat() == 0) continue;
-        throw EInvalidOperation(
-            EnPartida(partidas_.RecNo(), UnicodeString(kCodigos[impuesto.indice]) + u" es " +
-                                             IntToStr(codigo) + u", que no es un código de base (0 a 7), y " +
-                                             UnicodeString(kTasas[impuesto.indice]) + u" tiene tasa"));
-      }
-    }
-  }
-
-  struct Impuesto {
-    std::size_t indice;
-    const TField* codigo;
-    const TField* tasa;
-  };
-
+  const TCalculoCFDI& motor_;
   TClientDataSet& partidas_;
-  const OpcionesDocumento& opciones_;
   UnicodeString faltan_;
-  /// Those with a base code.
-  std::array<Impuesto, kImpuestos> impuestos_{};
-  std::size_t cuantos_ = 0;
 };
 
 /// Names the line that makes the total no number.
@@ -191,12 +164,14 @@ Documento::Documento(std::span<const Partida> partidas, ENUM_MODULO modulo) : mo
   motor_->CalculaTotales();
 }
 
-Documento::Documento(const TClientDataSet& partidas, const OpcionesDocumento& opciones)
-    : motor_(CreaMotor(opciones.Modulo)), asignacion_(opciones.Impuestos), notas_(opciones.Notas) {
+Documento::Documento(const TClientDataSet& partidas, OpcionesDocumento opciones)
+    : motor_(CreaMotor(opciones.Modulo)),
+      asignacion_(std::move(opciones.Impuestos)),
+      notas_(std::move(opciones.Notas)) {
   motor_->IgnoraTipoCambio = opciones.IgnoraTipoCambio;
   motor_->SetPartidas(partidas);
   try {
-    Revision(motor_->Partidas, opciones).Exige();
+    Revision(*motor_).Exige();
     motor_->CalculaTotales();
   } catch (const EConvertError& e) {
     // Both stop at the line that they read.
@@ -315,16 +290,23 @@ TResumenFiscal Documento::Resumen(const OpcionesResumen& opciones) const {
 std::vector<UnicodeString> Documento::Avisos() const {
   // Totals are made of parts rounded to cents.
   constexpr double kMedioCentavo = 0.005;
+  std::vector<UnicodeString> avisos;
   double descuentos = 0;
   std::array<double, kImpuestos> impuestos{};
   std::array<int, kImpuestos> redondeos{};
   for (const PartidaCalculada& p : Partidas()) {
     if (!p.Cuenta) continue;
     for (const double d : p.Montos.Descuento) descuentos += d;
-    for (std::size_t i = 0; p.Visible && i < kImpuestos; ++i) impuestos[i] += p.Montos.ImpuestoRedondeado[i];
+    for (std::size_t i = 0; p.Visible && i < kImpuestos; ++i) {
+      impuestos[i] += p.Montos.ImpuestoRedondeado[i];
+      const int codigo = p.Datos.Codigo[i];
+      if (p.Datos.Tasa[i] == 0 || (codigo >= 0 && codigo < TCalculoCFDI::kImpuestos)) continue;
+      avisos.push_back(EnPartida(p.Renglon, UnicodeString(kCodigos[i]) + u" es " + IntToStr(codigo) +
+                                                u", que no es un código de base (0 a 7): la tasa de " +
+                                                UnicodeString(kTasas[i]) + u" no se aplica"));
+    }
   }
   for (const ImpuestoPorTasa& f : PorTasa()) ++redondeos[static_cast<std::size_t>(f.Numero - 1)];
-  std::vector<UnicodeString> avisos;
   const auto compara = [&avisos](const UnicodeString& que, double motor, double suyas, double margen,
                                  const char16_t* causa) {
     if (std::abs(motor - suyas) <= margen) return;
