@@ -42,12 +42,21 @@ bool Es(const TField& campo, std::u16string_view texto) {
   return enLetras ? campo.TextView() == texto : campo.AsString() == texto;
 }
 
-/// What a data set must have before the engine is asked, so that it is told at once. Fields are looked for
-/// once and lines read only for what the fields leave open: most data sets have all of them.
+/// What a data set lacks, told at once.
 class Revision {
  public:
   explicit Revision(TCalculoCFDI& motor) : motor_(motor), partidas_(motor.Partidas) {}
 
+  /// What the engine does not miss: a rate without its base code, the cost of purchases without taxes.
+  bool Sospecha() {
+    if (motor_.Modulo != ENUM_MODULO::MODULO_VENTAS && partidas_.FindField(u"COST") == nullptr) return true;
+    for (std::size_t i = 0; i < kImpuestos; ++i) {
+      if (partidas_.FindField(kCodigos[i]) == nullptr && PrimeraConTasa(i) != 0) return true;
+    }
+    return false;
+  }
+
+  /// Raises when something is missing.
   void Exige() {
     const bool ventas = motor_.Modulo == ENUM_MODULO::MODULO_VENTAS;
     for (const auto campo : {u"CVE_DOC", u"CANT", u"PREC", u"TIPO_PROD", u"TIPO_ELEM", u"MAN_IEPS"})
@@ -75,17 +84,21 @@ class Revision {
     if (partidas_.FindField(nombre) == nullptr) Falta(nombre);
   }
 
-  void ExigeImpuesto(std::size_t i) {
+  /// Number of the first line where the tax has a rate; 0 when none has.
+  std::size_t PrimeraConTasa(std::size_t i) {
     const TField* const tasa = partidas_.FindField(kTasas[i]);
-    if (partidas_.FindField(kCodigos[i]) != nullptr) {
-      if (tasa == nullptr) Falta(kTasas[i]);
-      return;
-    }
-    if (tasa == nullptr) return;
+    if (tasa == nullptr) return 0;
     for (partidas_.First(); !partidas_.Eof(); partidas_.Next()) {
-      if (tasa->AsFloat() == 0) continue;
-      return Falta(UnicodeString(kCodigos[i]) + u" (el código de base de " + UnicodeString(kTasas[i]) +
-                   u", que tiene tasa en la partida " + Numero(partidas_.RecNo()) + u")");
+      if (tasa->AsFloat() != 0) return partidas_.RecNo();
+    }
+    return 0;
+  }
+
+  void ExigeImpuesto(std::size_t i) {
+    if (partidas_.FindField(kCodigos[i]) != nullptr) return Campo(kTasas[i]);
+    if (const std::size_t renglon = PrimeraConTasa(i); renglon != 0) {
+      Falta(UnicodeString(kCodigos[i]) + u" (el código de base de " + UnicodeString(kTasas[i]) +
+            u", que tiene tasa en la partida " + Numero(renglon) + u")");
     }
   }
 
@@ -171,8 +184,14 @@ Documento::Documento(const TClientDataSet& partidas, OpcionesDocumento opciones)
   motor_->IgnoraTipoCambio = opciones.IgnoraTipoCambio;
   motor_->SetPartidas(partidas);
   try {
-    Revision(*motor_).Exige();
-    motor_->CalculaTotales();
+    Revision revision(*motor_);
+    if (revision.Sospecha()) revision.Exige();
+    try {
+      motor_->CalculaTotales();
+    } catch (const EDatabaseError&) {
+      revision.Exige();
+      throw;
+    }
   } catch (const EConvertError& e) {
     // Both stop at the line that they read.
     if (motor_->Partidas.Eof()) throw;
@@ -206,15 +225,19 @@ std::vector<PartidaCalculada> Documento::Partidas() const {
   TClientDataSet& registros = motor_->Partidas;
   std::vector<PartidaCalculada> calculadas;
   calculadas.reserve(registros.RecordCount());
-  const TField& producto = registros.FieldByName(u"TIPO_PROD");
-  const TField& elemento = registros.FieldByName(u"TIPO_ELEM");
+  // The engine has read those that decide.
+  const TField* const producto = registros.FindField(u"TIPO_PROD");
+  const TField* const elemento = registros.FindField(u"TIPO_ELEM");
   const TField* const muestra = registros.FindField(u"MUESTRA_PAR");
+  const auto es = [](const TField* campo, std::u16string_view texto) {
+    return campo != nullptr && Es(*campo, texto);
+  };
   for (registros.First(); !registros.Eof(); registros.Next()) {
     PartidaCalculada& p = calculadas.emplace_back();
     p.Renglon = registros.RecNo();
-    p.Cuenta = !((Es(producto, u"P") || Es(producto, u"S")) && Es(elemento, u"K")) &&
-               !(Es(producto, u"G") && Es(elemento, u"N"));
-    p.Visible = muestra == nullptr || Es(*muestra, u"N") || Es(*muestra, u"");
+    p.Cuenta = !((es(producto, u"P") || es(producto, u"S")) && es(elemento, u"K")) &&
+               !(es(producto, u"G") && es(elemento, u"N"));
+    p.Visible = muestra == nullptr || es(muestra, u"N") || es(muestra, u"");
     p.Datos = lineas_.empty() ? LeePartida(registros, motor_->Modulo, motor_->IgnoraTipoCambio)
                               : lineas_[p.Renglon - 1];
     p.Montos = CalcularImpuestosPartida(p.Datos);
