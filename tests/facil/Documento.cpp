@@ -141,6 +141,8 @@ struct Filas {
   explicit Filas(const Documento& documento) : listadas(8) {
     for (const ImpuestoPorTasa& f : documento.PorTasa()) {
       todas += UTF8Encode(Cifras(f));
+      // What its text in a list reads back to.
+      for (const double x : {f.Neto, f.Importe}) EXPECT_EQ(x, vel::RoundToText(x));
       if (f.Tasa == 0 || f.Retenido) continue;
       std::string& suya = listadas[static_cast<std::size_t>(f.Numero - 1)];
       suya +=
@@ -292,6 +294,7 @@ TEST(Documentos, TellAllThatADataSetLacksAtOnce) {
   EXPECT_EQ(mensaje(con(u"CANT", Variant(u"doce"))).substr(0, 12), "Partida 2: '");
   EXPECT_EQ(UTF8Encode(Documento(con(u"IMP1APLA", Variant(8))).Avisos().at(0)),
             "Partida 2: IMP1APLA es 8, que no es un código de base (0 a 7): la tasa de IMPU1 no se aplica");
+  EXPECT_EQ(Documento(con(u"MUESTRA_PAR", Variant(u"S"))).PorTasa().at(0).Neto, 100);
   EXPECT_EQ(mensaje(con(u"TIP_CAM", Variant(0.0))),
             "Partida 2: el importe no es un número finito; TIP_CAM es 0");
   EXPECT_EQ(Documento(con(u"TIP_CAM", Variant(0.0)), {.IgnoraTipoCambio = true}).Total(), 232);
