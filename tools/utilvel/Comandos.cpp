@@ -10,6 +10,7 @@ void AgregaComandos(Programa& programa) {
   AgregaRutas(programa);
   AgregaCertificado(programa);
   AgregaHora(programa);
+  AgregaCfdi(programa);
   AgregaRedondea(programa);
   AgregaDireccion(programa);
   AgregaClave(programa);
