@@ -4,7 +4,6 @@
 /// what it gives is what the interface below gives, to the byte.
 
 #include "facil/Catalogo.h"
-#include "facil/Documento.h"
 #include "facil/Condiciones.h"
 #include "facil/Consulta.h"
 #include "facil/Documento.h"
