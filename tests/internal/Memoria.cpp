@@ -371,6 +371,13 @@ TEST(SinMemoria, LeavesDocumentsWhole) {
   Prueba<E>("SetPartidas", [](E& e) { e.c.SetPartidas(e.lineas); });
   Prueba<E>("CalculaTotales", [](E& e) { e.c.CalculaTotales(); });
   Prueba<E>("CalculaImpDescPar", [](E& e) { e.c.CalculaImpDescPar(); });
+  Prueba<E>("facil::Documento", [](E& e) {
+    const facil::Documento enPalabras(
+        {{.Precio = 100, .Iva = 16, .RetencionIsr = 10, .Locales = {{"ISH", 3}}}});
+    const facil::Documento conjunto(e.lineas);
+    return FloatToStr(enPalabras.PorTasa().back().Importe) + enPalabras.Resumen().Total.Texto() +
+           facil::MontoEnLetra(conjunto.Total()) + IntToStr(static_cast<int>(conjunto.Avisos().size()));
+  });
   Prueba<E>("LlenaListImpuestos", [](E& e) { e.c.LlenaListImpuestos(123.456789, 10.6666667, 13.1, 2); });
 }
 
