@@ -9,7 +9,7 @@ namespace vel::facil {
 
 namespace {
 
-std::unique_ptr<TParamWhereSimple> Registro(UnicodeString campo, TFieldType tipo, Variant valor,
+std::unique_ptr<TParamWhereSimple> Registro(UnicodeString&& campo, TFieldType tipo, Variant&& valor,
                                             ENUM_OPERADOR op, ENUM_GRUPO grupo, bool sensitive) {
   auto condicion = std::make_unique<TParamWhereSimple>();
   condicion->NombreCampo = std::move(campo);
@@ -23,7 +23,8 @@ std::unique_ptr<TParamWhereSimple> Registro(UnicodeString campo, TFieldType tipo
 
 // "1=0", which binds nothing: among alternatives it changes nothing.
 std::unique_ptr<TParamWhereSimple> Neutra(ENUM_GRUPO grupo) {
-  auto condicion = Registro(u"1", TFieldType::ftDataSet, Variant(u"0"), ENUM_OPERADOR::IGUAL, grupo, true);
+  auto condicion =
+      Registro(UnicodeString(u"1"), TFieldType::ftDataSet, Variant(u"0"), ENUM_OPERADOR::IGUAL, grupo, true);
   condicion->ConectorSigCampo = ENUM_CONECTOR::OR;
   return condicion;
 }
@@ -135,17 +136,17 @@ Grupo& Grupo::existe(const Sql& subconsulta) {
   return *this;
 }
 
-void CondicionAbierta::Agrega(TFieldType tipo, Variant valor, ENUM_OPERADOR op, bool sensitive) {
+void CondicionAbierta::Agrega(TFieldType tipo, Variant&& valor, ENUM_OPERADOR op, bool sensitive) {
   grupo_.Agrega(Registro(std::move(campo_), tipo, std::move(valor), op, ENUM_GRUPO::NADA, sensitive));
 }
 
 // As AgregaFiltro has it, Sensitive is set by one value and not by several.
 
-void CondicionAbierta::Compara(ENUM_OPERADOR op, Valor valor) {
+void CondicionAbierta::Compara(ENUM_OPERADOR op, Valor&& valor) {
   if (hay_ && valor.Hay()) Agrega(valor.Tipo(), valor.Saca(), op, true);
 }
 
-void CondicionAbierta::Limita(Valor bajo, Valor alto) {
+void CondicionAbierta::Limita(Valor&& bajo, Valor&& alto) {
   if (!bajo.Hay()) return Compara(ENUM_OPERADOR::MENOR_IGUAL, std::move(alto));
   if (!alto.Hay()) return Compara(ENUM_OPERADOR::MAYOR_IGUAL, std::move(bajo));
   if (!hay_) return;
@@ -157,7 +158,7 @@ void CondicionAbierta::Limita(Valor bajo, Valor alto) {
   Agrega(tipo, VarArrayOf(std::move(limites)), ENUM_OPERADOR::BETWEEN, false);
 }
 
-void CondicionAbierta::Busca(ENUM_OPERADOR op, Valores valores) {
+void CondicionAbierta::Busca(ENUM_OPERADOR op, Valores&& valores) {
   if (!hay_ || valores.TodosFaltan()) return;
   if (valores.Vacia()) throw EInvalidOperation(u"La condición sobre '" + campo_ + u"' no tiene valores");
   const TFieldType tipo = valores.Tipo();
@@ -170,7 +171,7 @@ void CondicionAbierta::PruebaNulo(ENUM_OPERADOR op) {
   if (hay_) Agrega(TFieldType::ftString, {}, op, true);
 }
 
-void CondicionAbierta::Coincide(ENUM_COINCIDENCIA donde, const Texto& texto, Letras letras) {
+void CondicionAbierta::CoincideTexto(ENUM_COINCIDENCIA donde, const Texto& texto, Letras letras) {
   if (hay_) grupo_.AgregaPatron(campo_, donde, texto, letras);
 }
 
