@@ -182,7 +182,7 @@ int main(int argc, char** argv) {
       {{.nombre = "DameSentenciaSQL, 12 conditions",
         .propio = [&] { largo += filtro.DameSentenciaSQL(true, 0).size(); },
         .par = [&] { largo += AMano().size(); },
-        .limite = 2,
+        .limite = 1.15,
         .nombrePar = "by hand"},
        {.nombre = "Consulta, 7 conditions, built and said",
         .propio = [&] { largo += EnPalabras().texto.size(); },

@@ -336,6 +336,7 @@ TEST(SinMemoria, LeavesFormulasWhole) {
   Prueba<E>("SetVariables", [](E& e) { e.f.SetVariables(e.variables); });
   Prueba<FormulaConValores>("SetVariables, valores",
                             [](FormulaConValores& e) { e.f.SetVariables(e.variables); });
+  Prueba<E>("EnlazaVariable", [](E& e) { e.f.EnlazaVariable(u"VENTAS_DEL_MES").Asigna(3); });
   Prueba<E>("DameFuncionN", [&](E& e) { return e.f.DameFuncionN(plana); });
   Prueba<E>("CreaFuncionInterna", [](E& e) { return e.f.CreaFuncionInterna(u"suma", u"META,TASA,FUN1"); });
 }
@@ -417,6 +418,8 @@ TEST(SinMemoria, LeavesFilesAndWhatIsReadFromThemWhole) {
   Prueba<E>("DameRutaTrabajoEmpresa", [](E& e) { return DameRutaTrabajoEmpresa(u"1", e.texto); });
   Prueba<E>("LeeXMLCamposTablasSistema",
             [](E& e) { return LeeXMLCamposTablasSistema(u"CLIENTES", e.lista, true); });
+  Prueba<E>("CertDameDatos",
+            [der = LeeArchivo(sellos + u"sello.cer").value()](E&) { return CertDameDatos(der).Hasta; });
   Prueba<E>("CertGetFechaHora", [&](E& e) { return CertGetFechaHora(sellos + u"sello.cer", true, e.texto); });
   Prueba<E>("ValPrivKey",
             [&](E&) { return ValPrivKey(sellos + u"sello.cer", sellos + u"des3.key", u"12345678a"); });
