@@ -172,6 +172,8 @@ class UTILVEL90_EXPORT Grupo {
   void Subgrupo(ENUM_CONECTOR conector, const void* llama, void (*llena)(const void*, Grupo&));
   void Agrega(std::unique_ptr<TParamWhereSimple> condicion);
   void AgregaPatron(const UnicodeString& campo, ENUM_COINCIDENCIA donde, const Texto& texto, Letras letras);
+  /// What was there before the front came, when what stands from `inicio` on is the first that it adds.
+  void Junta(TParamWhereSimpleArray& lista, std::size_t inicio);
   /// The list, to which something is about to be added.
   TParamWhereSimpleArray& Abierta();
 
