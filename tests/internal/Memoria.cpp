@@ -163,6 +163,46 @@ TEST(SinMemoria, LeavesDefinitionsWhole) {
             [xml = EscribeRemotableXML(Consulta().otra, u"f")](E& e) { LeeRemotableXML(e.f, xml); });
 }
 
+struct EnPalabras {
+  EnPalabras() {
+    Carpeta().Escribe("consulta.ini", "; mía\r\n[Vista1]\r\nOrdenadoPor=ANTES\r\n");
+    consulta.filtro().AgregaFiltro(u"CLIENTES.SALDO", TFieldType::ftInteger, 1, ENUM_OPERADOR::MAYOR,
+                                   ENUM_CONECTOR::OR, ENUM_GRUPO::NADA, true);
+    consulta.filtro().AgregaFiltro(u"CLIENTES.SALDO", TFieldType::ftInteger, 1, ENUM_OPERADOR::MENOR);
+    consulta.ordenaDesc(u"CLIENTES.NOMBRE");
+  }
+  UnicodeString Ve() {
+    return Bytes(EscribeRemotableXML(consulta.filtro(), u"f") + Carpeta().Lee("consulta.ini"));
+  }
+  facil::Consulta consulta{u"CLIENTES C"};
+  UnicodeString archivo = Carpeta().Archivo("consulta.ini");
+};
+
+TEST(SinMemoria, LeavesQueriesInWordsWhole) {
+  using E = EnPalabras;
+  Prueba<E>("igual", [](E& e) { e.consulta.donde("CLIENTES.CIUDAD").igual("Aguascalientes"); });
+  Prueba<E>("entre", [](E& e) { e.consulta.donde(u"CLIENTES.CIUDAD").entre("Aguascalientes", u"León"); });
+  Prueba<E>("en", [](E& e) { e.consulta.donde(u"CLIENTES.CIUDAD").en({"Aguascalientes", "Guadalajara"}); });
+  Prueba<E>("contiene", [](E& e) { e.consulta.donde("CLIENTES.CIUDAD").contiene("Aguascalientes"); });
+  Prueba<E>("alguna", [](E& e) {
+    e.consulta.alguna([](auto& g) {
+      g.todas([](auto& h) {
+        h.alguna([](auto& i) { i.donde(u"A").igual(1).donde(u"B").igual(2); });
+        h.donde(u"CLIENTES.CIUDAD").empieza("Aguascalientes");
+      });
+      g.existe(facil::Sql("SELECT * FROM CLIENTES_NUEVOS"));
+    });
+  });
+  Prueba<E>("sql", [](E& e) { e.consulta.sql("CLIENTES.SALDO > CLIENTES.LIMITE"); });
+  Prueba<E>("ordena", [](E& e) { e.consulta.ordena("CLIENTES.CIUDAD, CLIENTES.SALDO"); });
+  Prueba<E>("unionCon", [](E& e) { e.consulta.unionCon(facil::Consulta("CLIENTES_NUEVOS N")); });
+  Prueba<E>("sentencia", [](E& e) { return e.consulta.sentencia().texto; });
+  Prueba<E>("guarda", [](E& e) { e.consulta.guarda(e.archivo); });
+  const UnicodeString guardada = Carpeta().Archivo("guardada.ini");
+  facil::Consulta("CLIENTES_NUEVOS").ordena("SALDO").guarda(guardada);
+  Prueba<E>("lee", [&](E& e) { e.consulta = facil::Consulta::lee(guardada); });
+}
+
 struct Datos {
   UnicodeString Ve() {
     UnicodeString texto = Bytes(d.SaveToXML()) + Variant(d.RecNo()).AsString();
