@@ -1,19 +1,34 @@
 #include "Uformula/Evaluador.h"
 
+#include <cmath>
+
 #include "Uformula/Acarreo.h"
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
 
 namespace vel::formula {
+namespace {
+
+double AcarreaOLanza(double valor) {
+  double acarreado = 0;
+  return Acarrea(valor, acarreado) ? acarreado : StrToFloat(FloatToStr(valor));
+}
+
+}  // namespace
 
 double Evaluador::Ejecuta() {
-  if (versionArbol_ != arbol_->Version() || versionVariables_ != variables_.Version()) {
+  if (versionArbol_ != arbol_->Version() || versionVariables_ != variables_.Version() ||
+      versionEnlazadas_ != enlazadas_.Version()) {
     directo_ = Prepara();
     versionArbol_ = arbol_->Version();
     versionVariables_ = variables_.Version();
+    versionEnlazadas_ = enlazadas_.Version();
+    numericas_ = LeeVariables();
+  } else if (versionValores_ != variables_.VersionValores()) {
+    numericas_ = LeeVariables();
   }
   double valor = 0;
-  return directo_ && EjecutaDirecto(valor) ? valor : Evalua(arbol_->Raiz());
+  return directo_ && numericas_ && EjecutaDirecto(valor) ? valor : Evalua(arbol_->Raiz());
 }
 
 // Makes the program. False when a step cannot be run in its turn.
@@ -21,85 +36,116 @@ bool Evaluador::Prepara() {
   const Serie<Operando>& operandos = arbol_->Operandos();
   const std::uint32_t raiz = arbol_->Raiz();
   programa_.resize(raiz + 1);
-  fuentes_.clear();
-  usadas_.clear();
+  casillas_.resize(raiz + 1);
+  lugares_.clear();
+  deLista_.clear();
+  deEnlace_.clear();
   for (std::uint32_t i = 0; i <= raiz; ++i) {
     const Paso& p = arbol_->Pasos()[i];
     Instruccion& in = programa_[i];
     in.operador = p.operador;
     in.funcion = p.funcion;
     if (!p.esLlamada) {
-      in.izquierdo = Fuente(operandos[p.primero], i);
-      in.derecho = Fuente(operandos[p.primero + 1], i);
-      if (in.izquierdo == nullptr || in.derecho == nullptr || p.operador == Operador::igual) return false;
+      in.izquierdo = Casilla(operandos[p.primero], i);
+      in.derecho = Casilla(operandos[p.primero + 1], i);
+      if (in.izquierdo == kNinguno || in.derecho == kNinguno || p.operador == Operador::igual) return false;
       continue;
     }
     if (p.funcion == nullptr || p.cuenta < p.funcion->argumentos) return false;
-    in.primero = static_cast<std::uint32_t>(fuentes_.size());
-    in.cuenta = p.cuenta;
+    in.izquierdo = static_cast<std::uint32_t>(lugares_.size());
+    in.derecho = p.cuenta;
     for (std::uint32_t j = p.primero; j < p.primero + p.cuenta; ++j) {
-      fuentes_.push_back(Fuente(operandos[j], i));
-      if (fuentes_.back() == nullptr) return false;
+      lugares_.push_back(Casilla(operandos[j], i));
+      if (lugares_.back() == kNinguno) return false;
     }
     if (argumentos_.size() < p.cuenta) argumentos_.resize(p.cuenta);
   }
   return true;
 }
 
-// Where the operand's value stands when the step's turn comes; null when it has none by then.
-inline const double* Evaluador::Fuente(const Operando& operando, std::uint32_t paso) {
-  if (operando.esNumero) return &operando.numero;
-  if (operando.paso != kNinguno && !variables_.NombranPasos()) return &programa_[operando.paso].resultado;
-  return FuenteDe(Enlaza(operando), paso);
+// The place where the operand's value stands when the step's turn comes; kNinguno when it has none by then.
+inline std::uint32_t Evaluador::Casilla(const Operando& operando, std::uint32_t paso) {
+  if (operando.esNumero) return Reserva(operando.numero);
+  if (operando.paso != kNinguno && !variables_.NombranPasos() && !enlazadas_.NombranPasos()) {
+    return operando.paso;
+  }
+  // A bound variable may yet get its value.
+  if (enlazadas_.Hay()) {
+    if (Enlazada* const enlazada = enlazadas_.Busca(arbol_->Texto(operando))) return CasillaDe(*enlazada);
+  }
+  const Enlace enlace = Enlaza(operando);
+  if (enlace.origen == Origen::paso && enlace.lugar < paso) return enlace.lugar;
+  if (enlace.origen != Origen::variable) return kNinguno;
+  deLista_.push_back({enlace.lugar, Reserva(0)});
+  return deLista_.back().casilla;
 }
 
-const double* Evaluador::FuenteDe(Enlace enlace, std::uint32_t paso) {
-  if (enlace.origen == Origen::paso && enlace.lugar < paso) return &programa_[enlace.lugar].resultado;
-  if (enlace.origen != Origen::variable) return nullptr;
-  usadas_.push_back(enlace.lugar);
-  return &variables_[enlace.lugar].numero;
+std::uint32_t Evaluador::CasillaDe(Enlazada& enlazada) {
+  if (enlazada.uso < deEnlace_.size() && deEnlace_[enlazada.uso].enlazada == &enlazada) {
+    return deEnlace_[enlazada.uso].casilla;
+  }
+  deEnlace_.push_back({&enlazada, Reserva(0)});
+  enlazada.uso = static_cast<std::uint32_t>(deEnlace_.size() - 1);
+  return deEnlace_.back().casilla;
+}
+
+std::uint32_t Evaluador::Reserva(double valor) {
+  casillas_.push_back(valor);
+  return static_cast<std::uint32_t>(casillas_.size() - 1);
 }
 
 // A number, a variable with a value, a node or a call, in this order; a step that the reduction put in its
-// place has a name too, and gives way to a variable called like it.
+// place has a name too, and gives way to a variable called like it. A bound variable hides the list's.
 Evaluador::Enlace Evaluador::Enlaza(const Operando& operando) const {
   if (operando.esNumero) return {Origen::numero};
-  std::ptrdiff_t variable = -1;
   std::uint32_t paso = operando.paso;
-  if (paso == kNinguno) {
-    const std::u16string_view nombre = arbol_->Vista(operando.texto);
-    variable = variables_.Busca(nombre);
-    if (variable < 0) paso = arbol_->BuscaPaso(nombre);
-  } else if (variables_.NombranPasos()) {
-    variable = variables_.Busca(arbol_->NombrePaso(paso));
+  const bool porNombre = paso == kNinguno || variables_.NombranPasos() || enlazadas_.NombranPasos();
+  if (porNombre) {
+    UnicodeString propio;
+    if (paso != kNinguno) propio = arbol_->NombrePaso(paso);
+    const std::u16string_view nombre = paso != kNinguno ? propio : arbol_->Vista(operando.texto);
+    if (const Enlazada* const enlazada = enlazadas_.Busca(nombre)) {
+      if (!std::isnan(enlazada->valor)) return {Origen::enlazada, 0, enlazada};
+    } else if (const std::ptrdiff_t variable = variables_.Busca(nombre); variable >= 0) {
+      return {Origen::variable, static_cast<std::uint32_t>(variable)};
+    }
+    if (paso == kNinguno) paso = arbol_->BuscaPaso(nombre);
   }
-  if (variable >= 0) return {Origen::variable, static_cast<std::uint32_t>(variable)};
   return {paso == kNinguno ? Origen::nada : Origen::paso, paso};
 }
 
-// False when a variable is no number or a value does not survive as text: then the walk decides.
+// Takes the values of the list's variables. False when one that the program reads is no number.
+bool Evaluador::LeeVariables() {
+  versionValores_ = variables_.VersionValores();
+  bool numericas = true;
+  for (const DeLista& v : deLista_) {
+    casillas_[v.casilla] = variables_[v.lugar].numero;
+    numericas = numericas && variables_[v.lugar].esNumero;
+  }
+  return numericas;
+}
+
+// False when a value does not survive as text: then the walk decides.
 bool Evaluador::EjecutaDirecto(double& valor) {
-  if (variables_.HayTextos()) {
-    for (const std::uint32_t lugar : usadas_) {
-      if (!variables_[lugar].esNumero) return false;
-    }
+  double* const casillas = casillas_.data();
+  for (const DeEnlace& e : deEnlace_) {
+    if (!Acarrea(e.enlazada->valor, casillas[e.casilla])) return false;
   }
-  Instruccion* const raiz = programa_.data() + arbol_->Raiz();
-  for (Instruccion* in = programa_.data(); in != raiz; ++in) {
-    if (!Acarrea(Aplica(*in), in->resultado)) return false;
+  const Instruccion* const programa = programa_.data();
+  const std::uint32_t raiz = arbol_->Raiz();
+  for (std::uint32_t i = 0; i < raiz; ++i) {
+    if (!Acarrea(Aplica(programa[i]), casillas[i])) return false;
   }
-  valor = Aplica(*raiz);
+  valor = Aplica(programa[raiz]);
   return true;
 }
 
-inline double Evaluador::Aplica(const Instruccion& instruccion) {
-  if (instruccion.funcion == nullptr) {
-    return formula::Aplica(instruccion.operador, *instruccion.izquierdo, *instruccion.derecho);
+inline double Evaluador::Aplica(const Instruccion& in) {
+  if (in.funcion == nullptr) {
+    return formula::Aplica(in.operador, casillas_[in.izquierdo], casillas_[in.derecho]);
   }
-  for (std::uint32_t j = 0; j < instruccion.cuenta; ++j) {
-    argumentos_[j] = *fuentes_[instruccion.primero + j];
-  }
-  return instruccion.funcion->valor({argumentos_.data(), instruccion.cuenta});
+  for (std::uint32_t j = 0; j < in.derecho; ++j) argumentos_[j] = casillas_[lugares_[in.izquierdo + j]];
+  return in.funcion->valor({argumentos_.data(), in.derecho});
 }
 
 // The walk by definition, from the step down, with a stack of its own. A step is resolved once, however often
@@ -146,16 +192,16 @@ double Evaluador::Resuelve(std::uint32_t paso) {
 // The resolved operand as a number; EConvertError when its text is none.
 double Evaluador::Convierte(const Operando& operando) const {
   const Enlace e = Enlaza(operando);
-  double acarreado = 0;
   switch (e.origen) {
     case Origen::numero:
       return operando.numero;
     case Origen::variable:
       return variables_[e.lugar].esNumero ? variables_[e.lugar].numero
                                           : StrToFloat(variables_[e.lugar].Valor());
+    case Origen::enlazada:
+      return AcarreaOLanza(e.enlazada->valor);
     case Origen::paso:
-      return Acarrea(resultados_[e.lugar], acarreado) ? acarreado
-                                                      : StrToFloat(FloatToStr(resultados_[e.lugar]));
+      return AcarreaOLanza(resultados_[e.lugar]);
     case Origen::nada:
       break;
   }

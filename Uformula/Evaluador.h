@@ -11,13 +11,14 @@ namespace vel::formula {
 /// Gives the steps of a tree their values.
 ///
 /// By definition evaluation goes from the root, operand by operand, each through its text. Here operands are
-/// bound once to what they name, and the steps are then run in the order of their making, in which operands
-/// come first. That order gives the same value, but might meet another error first, or one in a step that
-/// the root does not reach, or a name that refers forward. So at the first sign of any of these that
-/// very walk is made instead: what it raises or gives is the outcome.
+/// bound once to the places where what they name will stand, and the steps are then run in the order of their
+/// making, in which operands come first. That order gives the same value, but might meet another error first,
+/// or one in a step that the root does not reach, or a name that refers forward. So at the first sign of any
+/// of these that very walk is made instead: what it raises or gives is the outcome.
 class Evaluador {
  public:
-  Evaluador(const Arbol& arbol, const Variables& variables) : arbol_(&arbol), variables_(variables) {}
+  Evaluador(const Arbol& arbol, const Variables& variables, Enlazadas& enlazadas)
+      : arbol_(&arbol), variables_(variables), enlazadas_(enlazadas) {}
 
   /// Goes over to another tree.
   void Usa(const Arbol& arbol) noexcept {
@@ -31,22 +32,31 @@ class Evaluador {
   double Evalua(std::uint32_t paso);
 
  private:
-  enum class Origen : std::uint8_t { nada, numero, variable, paso };
+  enum class Origen : std::uint8_t { nada, numero, variable, enlazada, paso };
   /// What an operand names.
   struct Enlace {
     Origen origen = Origen::nada;
-    /// Of the variable or the step.
+    /// Of the variable of the list or the step.
     std::uint32_t lugar = 0;
+    const Enlazada* enlazada = nullptr;
   };
+  /// A step of the program. Its value goes to the place of its own number.
   struct Instruccion {
-    const double* izquierdo = nullptr;
-    const double* derecho = nullptr;
-    double resultado = 0;
-    /// Of a call, whose arguments have their sources together from `primero`; null for a node.
+    /// Of a call; null for a node.
     const FuncionInterna* funcion = nullptr;
-    std::uint32_t primero = 0;
-    std::uint32_t cuenta = 0;
+    /// Places of a node's operands; of a call, where its arguments' places begin, and how many they are.
+    std::uint32_t izquierdo = 0;
+    std::uint32_t derecho = 0;
     Operador operador = Operador::igual;
+  };
+  /// A variable of the list, or a bound one, and the place that the program reads it from.
+  struct DeLista {
+    std::uint32_t lugar;
+    std::uint32_t casilla;
+  };
+  struct DeEnlace {
+    const Enlazada* enlazada;
+    std::uint32_t casilla;
   };
   struct Marco {
     std::uint32_t paso;
@@ -54,9 +64,11 @@ class Evaluador {
   };
 
   bool Prepara();
-  const double* Fuente(const Operando& operando, std::uint32_t paso);
-  const double* FuenteDe(Enlace enlace, std::uint32_t paso);
+  std::uint32_t Casilla(const Operando& operando, std::uint32_t paso);
+  std::uint32_t CasillaDe(Enlazada& enlazada);
+  std::uint32_t Reserva(double valor);
   Enlace Enlaza(const Operando& operando) const;
+  bool LeeVariables();
   bool EjecutaDirecto(double& valor);
   double Aplica(const Instruccion& instruccion);
   double Resuelve(std::uint32_t paso);
@@ -64,17 +76,24 @@ class Evaluador {
 
   const Arbol* arbol_;
   const Variables& variables_;
+  Enlazadas& enlazadas_;
   std::uint64_t versionArbol_ = 0;
   std::uint64_t versionVariables_ = 0;
+  std::uint64_t versionEnlazadas_ = 0;
+  std::uint64_t versionValores_ = 0;
 
-  /// Whether the steps up to the root can be run in their order.
+  /// Whether the steps up to the root can be run in their order, and the list's variables are numbers.
   bool directo_ = false;
+  bool numericas_ = false;
   /// One for each step up to the root.
   std::vector<Instruccion> programa_;
-  /// Where the arguments of the calls stand.
-  std::vector<const double*> fuentes_;
+  /// The places: values of the steps up to the root, then what they read besides.
+  std::vector<double> casillas_;
+  /// Places of the arguments of the calls.
+  std::vector<std::uint32_t> lugares_;
   /// Variables that the operands name.
-  std::vector<std::uint32_t> usadas_;
+  std::vector<DeLista> deLista_;
+  std::vector<DeEnlace> deEnlace_;
   std::vector<double> argumentos_;
 
   // Of the walk: the state of each step and its value.

@@ -30,7 +30,8 @@ struct TFormula::Interior {
   formula::Arbol* arbol = &arboles[0];
   formula::Arbol* otro = &arboles[1];
   formula::Variables variables;
-  formula::Evaluador evaluador{*arbol, variables};
+  formula::Enlazadas enlazadas;
+  formula::Evaluador evaluador{*arbol, variables, enlazadas};
 };
 
 namespace {
@@ -80,6 +81,14 @@ bool TFormula::FormateaFormula(std::u16string_view formula) {
 
 void TFormula::SetVariables(const TStringList& lista) { interior_->variables.Pon(lista); }
 
+TVariableEnlazada TFormula::EnlazaVariable(std::u16string_view nombre) {
+  double numero = 0;
+  if (nombre.empty() || nombre.find(u' ') != std::u16string_view::npos || TryStrToFloat(nombre, numero)) {
+    throw EInvalidOperation(u"'" + UnicodeString(nombre) + u"' no puede ser el nombre de una variable");
+  }
+  return TVariableEnlazada(&interior_->enlazadas.Enlaza(nombre).valor);
+}
+
 double TFormula::Execute() {
   if (interior_->arbol->Raiz() == formula::kNinguno) throw EInvalidOperation(u"No hay fórmula que evaluar");
   return interior_->evaluador.Ejecuta();
@@ -120,8 +129,11 @@ std::size_t TFormula::CreaFuncionInterna(std::u16string_view nombre, std::u16str
 UnicodeString TFormula::RemplazaVariables(std::u16string_view operando) {
   double numero = 0;
   if (TryStrToFloat(operando, numero)) return UnicodeString(operando);
-  const std::ptrdiff_t variable = interior_->variables.Busca(operando);
-  if (variable >= 0) return UnicodeString(interior_->variables[static_cast<std::size_t>(variable)].Valor());
+  if (const formula::Enlazada* const enlazada = interior_->enlazadas.Busca(operando)) {
+    if (!std::isnan(enlazada->valor)) return FloatToStr(enlazada->valor);
+  } else if (const std::ptrdiff_t variable = interior_->variables.Busca(operando); variable >= 0) {
+    return UnicodeString(interior_->variables[static_cast<std::size_t>(variable)].Valor());
+  }
   const std::uint32_t paso = interior_->arbol->BuscaPaso(operando);
   if (paso != formula::kNinguno) return FloatToStr(interior_->evaluador.Evalua(paso));
   return UnicodeString(operando);

@@ -26,6 +26,24 @@ struct FUNCTION_INTERNA {
   TStringList argumentos;
 };
 
+/// A variable of a formula that is assigned as a number, without names or texts; TFormula::EnlazaVariable
+/// gives it. It belongs to the TFormula and must not be used after its end; copies are the same variable.
+/// Like its formula it serves one thread at a time.
+class TVariableEnlazada {
+ public:
+  /// Gives the variable a value, which the formula takes as if SetVariables had given FloatToStr of it:
+  /// 0.1 + 0.2 is 0.3. Not-a-number leaves it without a value, and infinity fails where it is used, as a text
+  /// that is no number does. Costs one store.
+  void Asigna(double valor) noexcept { *valor_ = valor; }
+  /// What was assigned, all its bits; not-a-number while there is no value.
+  double Valor() const noexcept { return *valor_; }
+
+ private:
+  friend class TFormula;
+  explicit TVariableEnlazada(double* valor) noexcept : valor_(valor) {}
+  double* valor_;
+};
+
 /// Evaluates the formulas that users write: commissions, margins, freight tiers.
 ///
 ///     TFormula formula;
@@ -93,6 +111,18 @@ class UTILVEL90_EXPORT TFormula {
   /// is no value; one that is no number fails where it is used. Fastest when the names come in the same
   /// order as the last time.
   void SetVariables(const TStringList& lista);
+
+  /// Binds a variable to be assigned as a number, for formulas that run over many records. It stays bound
+  /// while the object lives, whatever formulas come and go, and hides a line of SetVariables of its name;
+  /// until it is assigned it has no value, and an operand that names it fails as an unknown name does. Names
+  /// match without regard to case: a name bound again gives the same variable. A name that no operand can
+  /// have (empty, with a blank, a number) raises EInvalidOperation.
+  ///
+  ///     TVariableEnlazada venta = formula.EnlazaVariable(u"VENTA");
+  ///     venta.Asigna(0);                                         // NewFormula evaluates once
+  ///     formula.NewFormula(u"SI(VENTA>=10000,VENTA*0.05,0)");
+  ///     for (const double v : ventas) venta.Asigna(v), comisiones += formula.Execute();
+  TVariableEnlazada EnlazaVariable(std::u16string_view nombre);
 
   /// Value of the formula with the present variables.
   double Execute();

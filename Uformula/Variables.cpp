@@ -40,10 +40,11 @@ void Variables::Pon(const TStringList& lista) {
     nuevas.Lee(lista);
   } catch (const EStringListError&) {
     // A list that is refused leaves no variables.
-    *this = Variables(version_ + 1);
+    *this = Variables(version_ + 1, versionValores_ + 1);
     throw;
   }
   nuevas.version_ = version_ + 1;
+  nuevas.versionValores_ = versionValores_ + 1;
   *this = std::move(nuevas);
 }
 
@@ -66,7 +67,6 @@ void Variables::Lee(const TStringList& lista) {
     if (casillas_[casilla] != 0) continue;
     Variable& v = variables_.emplace_back(Variable{linea, igual});
     v.esNumero = TryStrToFloat(v.Valor(), v.numero);
-    hayTextos_ = hayTextos_ || !v.esNumero;
     casillas_[casilla] = static_cast<std::uint32_t>(variables_.size());
     nombranPasos_ = nombranPasos_ || NombraPaso(v.Nombre());
   }
@@ -83,7 +83,6 @@ void Variables::Lee(const TStringList& lista) {
 // read, and have room, before the first is set.
 bool Variables::PonValores(const TStringList& lista) {
   if (orden_.empty() || lista.Count() != orden_.size()) return false;
-  bool hayTextos = false;
   for (std::size_t i = 0; i < orden_.size(); ++i) {
     const std::u16string_view linea = lista[i];
     Variable& v = variables_[orden_[i]];
@@ -97,7 +96,6 @@ bool Variables::PonValores(const TStringList& lista) {
       v.linea.reserve(linea.size());
       l.esNumero = TryStrToFloat(linea.substr(cabeza), l.numero);
     }
-    hayTextos = hayTextos || !l.esNumero;
   }
   for (std::size_t i = 0; i < orden_.size(); ++i) {
     if (!leidos_[i].cambia) continue;
@@ -106,7 +104,7 @@ bool Variables::PonValores(const TStringList& lista) {
     v.numero = leidos_[i].numero;
     v.esNumero = leidos_[i].esNumero;
   }
-  hayTextos_ = hayTextos;
+  ++versionValores_;
   return true;
 }
 
@@ -128,6 +126,18 @@ std::ptrdiff_t Variables::Busca(std::u16string_view nombre) const noexcept {
   const std::uint32_t lugar = casillas_[Casilla(nombre)];
   if (lugar == 0 || variables_[lugar - 1].Vacia()) return -1;
   return static_cast<std::ptrdiff_t>(lugar) - 1;
+}
+
+Enlazada& Enlazadas::Enlaza(std::u16string_view nombre) {
+  if (Enlazada* esta = Busca(nombre)) return *esta;
+  Enlazada& nueva = enlazadas_.emplace(nombre, Enlazada()).first->second;
+  nombranPasos_ = nombranPasos_ || NombraPaso(nombre);
+  return nueva;
+}
+
+Enlazada* Enlazadas::Busca(std::u16string_view nombre) noexcept {
+  const auto it = enlazadas_.find(nombre);
+  return it == enlazadas_.end() ? nullptr : &it->second;
 }
 
 }  // namespace vel::formula

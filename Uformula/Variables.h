@@ -2,6 +2,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
+#include <map>
 #include <string_view>
 #include <vector>
 
@@ -39,13 +41,14 @@ class Variables {
 
   /// Changes whenever a place may hold another name, or a value appear or disappear.
   std::uint64_t Version() const noexcept { return version_; }
-  /// True when some value is no number.
-  bool HayTextos() const noexcept { return hayTextos_; }
+  /// Changes whenever a value may be another one.
+  std::uint64_t VersionValores() const noexcept { return versionValores_; }
   /// True when some name could be that of a node or of a built-in call, which then gives way to it.
   bool NombranPasos() const noexcept { return nombranPasos_; }
 
  private:
-  explicit Variables(std::uint64_t version) : version_(version) {}
+  Variables(std::uint64_t version, std::uint64_t versionValores)
+      : version_(version), versionValores_(versionValores) {}
   void Lee(const TStringList& lista);
   bool PonValores(const TStringList& lista);
   /// Slot of the name in the hash table: the one that holds it, or the free one where it would go.
@@ -65,7 +68,34 @@ class Variables {
   // Open addressing by name, a power of two; place plus one, 0 where free.
   std::vector<std::uint32_t> casillas_;
   std::uint64_t version_ = 0;
-  bool hayTextos_ = false;
+  std::uint64_t versionValores_ = 0;
+  bool nombranPasos_ = false;
+};
+
+/// A variable that the caller assigns as a number.
+struct Enlazada {
+  /// Not a number while it has no value.
+  double valor = std::numeric_limits<double>::quiet_NaN();
+  /// Where a program may have it among those it uses.
+  std::uint32_t uso = 0;
+};
+
+/// The variables bound by name: each stays where it is in memory. They go before those of the list.
+class Enlazadas {
+ public:
+  /// The variable of that name, made when there is none; nothing changes when memory runs out.
+  Enlazada& Enlaza(std::u16string_view nombre);
+  /// Null when no variable of that name is bound.
+  Enlazada* Busca(std::u16string_view nombre) noexcept;
+
+  bool Hay() const noexcept { return !enlazadas_.empty(); }
+  /// Changes whenever a variable is made.
+  std::uint64_t Version() const noexcept { return enlazadas_.size(); }
+  /// As Variables has it.
+  bool NombranPasos() const noexcept { return nombranPasos_; }
+
+ private:
+  std::map<UnicodeString, Enlazada, LessText> enlazadas_;
   bool nombranPasos_ = false;
 };
 

@@ -1,6 +1,8 @@
 #include <cmath>
 #include <gtest/gtest.h>
+#include <limits>
 #include <map>
+#include <memory>
 #include <random>
 #include <set>
 #include <vector>
@@ -214,22 +216,88 @@ class Generador {
   std::mt19937 azar_{20240229};
 };
 
+// The value with all its bits, or the message.
 template <class Accion>
 Texto Resultado(Accion accion) {
   try {
-    return FloatToStr(accion());
+    char exacto[40];
+    std::snprintf(exacto, sizeof exacto, "%.17g", accion());
+    return UTF8ToString(exacto);
   } catch (const Exception& e) {
     return e.Message();
   }
 }
 
+using Variables = std::map<Texto, Texto, LessText>;
+
+// Formulas with some variables bound, which hide the list's and count as the texts of their numbers.
+class ConEnlaces {
+ public:
+  explicit ConEnlaces(Variables variables) : variables_(std::move(variables)) { Renueva(); }
+
+  void Compara(const Texto& texto) {
+    if (azar_() % 100 == 0) Renueva();
+    for (const bool construye : {true, false}) ComparaValores(texto, construye);
+  }
+
+ private:
+  void ComparaValores(const Texto& texto, bool construye) {
+    Variables textos = variables_;
+    for (auto& [nombre, variable] : enlaces_) {
+      variable.Asigna(Valor());
+      textos.erase(nombre);
+      if (!std::isnan(variable.Valor())) textos[nombre] = FloatToStr(variable.Valor());
+    }
+    Literal literal;
+    literal.variables = textos;
+    const Texto esperado = Resultado([&] { return literal.Formula(texto); });
+    const Texto obtenido = Resultado([&] {
+      if (construye || formula_->Nodos() == 0) formula_->FormateaFormula(texto);
+      return formula_->Execute();
+    });
+    ASSERT_EQ(UTF8Encode(obtenido), UTF8Encode(esperado)) << UTF8Encode(texto);
+    for (const auto& [nombre, valor] : textos) ASSERT_EQ(formula_->RemplazaVariables(nombre), valor);
+  }
+
+  void Renueva() {
+    formula_ = std::make_unique<TFormula>();
+    TStringList lista;
+    for (const auto& [nombre, valor] : variables_) lista.SetValue(nombre, valor);
+    formula_->SetVariables(lista);
+    enlaces_.clear();
+    for (const char16_t* nombre : {u"A", u"C", u"iva", u"T", u"X", u"Fun0", u"FUN3", u"SUMA0"}) {
+      if (azar_() % 3 == 0) enlaces_.emplace(nombre, formula_->EnlazaVariable(nombre));
+    }
+  }
+
+  double Valor() {
+    constexpr double kInf = std::numeric_limits<double>::infinity();
+    static constexpr double kRaros[] = {std::numeric_limits<double>::quiet_NaN(),
+                                        kInf,
+                                        -kInf,
+                                        -0.0,
+                                        0.1 + 0.2,
+                                        1.7976931348623157e308,
+                                        1e-320};
+    const double entero = static_cast<double>(azar_() % 100'000'000) - 3e7;
+    if (azar_() % 20 == 0) return kRaros[azar_() % std::size(kRaros)];
+    return azar_() % 3 == 0 ? std::ldexp(entero, static_cast<int>(azar_() % 120) - 80) : entero / 100;
+  }
+
+  Variables variables_;
+  std::unique_ptr<TFormula> formula_;
+  std::map<Texto, TVariableEnlazada, LessText> enlaces_;
+  std::mt19937 azar_{7};
+};
+
 TEST(Formula, AgreesWithTheLiteralRulesOnRandomFormulas) {
-  const std::map<Texto, Texto, LessText> variables{{u"A", u"7"},      {u"B", u"-2.25"}, {u"C", u"100"},
-                                                   {u"IVA", u"0.16"}, {u"T", u"texto"}, {u"FUN3", u"8"}};
+  const Variables variables{{u"A", u"7"},      {u"B", u"-2.25"}, {u"C", u"100"},
+                            {u"IVA", u"0.16"}, {u"T", u"texto"}, {u"FUN3", u"8"}};
   TStringList lista;
   for (const auto& [nombre, valor] : variables) lista.SetValue(nombre, valor);
   TFormula formula;
   formula.SetVariables(lista);
+  ConEnlaces conEnlaces(variables);
   Generador generador;
   int conValor = 0;
   for (int i = 0; i < 60'000; ++i) {
@@ -253,6 +321,8 @@ TEST(Formula, AgreesWithTheLiteralRulesOnRandomFormulas) {
       for (std::size_t a = 0; a < args.size(); ++a)
         ASSERT_TRUE(llamada.argumentos[a] == args[a]) << UTF8Encode(texto);
     }
+    if (i % 3 == 0) conEnlaces.Compara(texto);
+    if (HasFatalFailure()) return;
     double numero = 0;
     conValor += TryStrToFloat(esperado, numero) ? 1 : 0;
   }

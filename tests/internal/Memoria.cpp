@@ -336,6 +336,7 @@ TEST(SinMemoria, LeavesFormulasWhole) {
   Prueba<E>("SetVariables", [](E& e) { e.f.SetVariables(e.variables); });
   Prueba<FormulaConValores>("SetVariables, valores",
                             [](FormulaConValores& e) { e.f.SetVariables(e.variables); });
+  Prueba<E>("EnlazaVariable", [](E& e) { e.f.EnlazaVariable(u"VENTAS_DEL_MES").Asigna(3); });
   Prueba<E>("DameFuncionN", [&](E& e) { return e.f.DameFuncionN(plana); });
   Prueba<E>("CreaFuncionInterna", [](E& e) { return e.f.CreaFuncionInterna(u"suma", u"META,TASA,FUN1"); });
 }

@@ -7,7 +7,7 @@
 #include "Uutilext/documents/Redondeo.h"
 #include "framework/Numeros.h"
 #include "tools/utilvel/Comandos.h"
-#include "tools/utilvel/Errores.h"
+#include "tools/utilvel/Entrada.h"
 #include "tools/utilvel/Programa.h"
 #include "tools/utilvel/Sistema.h"
 #include "tools/utilvel/Textos.h"
@@ -21,12 +21,13 @@ struct Opciones {
 };
 
 Codigo Corre(const Opciones& o) {
-  const double valor = vel::StrToFloat(ATexto(o.valor));
   const std::int32_t decimales = vel::StrToInt(ATexto(o.decimales));
   Escritor salida("");
-  salida.Escribe(vel::UTF8Encode(vel::FloatToStr(vel::Redondea(valor, decimales))) + "\n");
+  const Codigo codigo = PorRenglon(o.valor, [&salida, decimales](const vel::UnicodeString& valor) {
+    salida.Escribe(vel::UTF8Encode(vel::FloatToStr(vel::Redondea(vel::StrToFloat(valor), decimales))) + "\n");
+  });
   salida.Termina();
-  return Codigo::Bien;
+  return codigo;
 }
 
 }  // namespace
@@ -40,7 +41,7 @@ void AgregaRedondea(Programa& programa) {
                   "abajo: 2.675 a dos decimales da 2.68.",
        .ejemplos = {{"utilvel redondea 2.675 2", "Da 2.68."}}},
       [o] { return Corre(*o); });
-  comando.add_option("VALOR", o->valor, "Cantidad por redondear")->required();
+  comando.add_option("VALOR", o->valor, "Cantidad por redondear; con - se lee una por renglón")->required();
   comando.add_option("DECIMALES", o->decimales, "Decimales que quedan; con negativos, decenas, centenas...")
       ->required();
 }

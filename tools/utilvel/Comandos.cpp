@@ -3,8 +3,17 @@
 namespace utilvel {
 
 void AgregaComandos(Programa& programa) {
+  AgregaTotales(programa);
+  AgregaFechas(programa);
+  AgregaConfig(programa);
+  AgregaEmpresas(programa);
+  AgregaRutas(programa);
+  AgregaCertificado(programa);
+  AgregaHora(programa);
   AgregaCfdi(programa);
   AgregaRedondea(programa);
+  AgregaDireccion(programa);
+  AgregaClave(programa);
   AgregaVersion(programa);
   AgregaInternos(programa);
 }

@@ -32,6 +32,10 @@ Filas::Filas(const OpcionesFilas& opciones, std::vector<Columna> columnas)
   EscribeCsv(nombres);
 }
 
+void Filas::Titulo(const std::string& texto) {
+  if (formato_ == Formato::Tabla) escritor_.Escribe(Visible(texto) + "\n\n");
+}
+
 void Filas::Agrega(std::vector<Celda> fila) {
   RevisaInterrupcion();
   ++cuenta_;

@@ -42,6 +42,7 @@ enum class TipoColumna : std::uint8_t {
 };
 
 struct Columna {
+  /// In small ASCII letters with "_" for blanks: programs that read JSON name fields so.
   std::string nombre;
   TipoColumna tipo = TipoColumna::Texto;
 };
@@ -60,6 +61,8 @@ using Celda = std::optional<std::string>;
 class Filas {
  public:
   Filas(const OpcionesFilas& opciones, std::vector<Columna> columnas);
+  /// A line above a table, with an empty one after it; not in other formats. Before the first row.
+  void Titulo(const std::string& texto);
   /// One cell for each column. Raises Interrumpido after a Ctrl-C.
   void Agrega(std::vector<Celda> fila);
   void Termina();

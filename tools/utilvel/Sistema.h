@@ -32,7 +32,7 @@ void RevisaInterrupcion();
 [[noreturn]] void TerminaPorInterrupcion();
 [[noreturn]] void TerminaPorTuberia();
 
-/// A file open to be read in pieces.
+/// A file open to be read in pieces. Paths are the system's or the suite's (vel::RutaNativa).
 class Lector {
  public:
   /// "-" is standard input. Raises Falla (Archivo) naming the file, also for a folder.
@@ -86,6 +86,9 @@ class Escritor {
   int descriptor_ = -1;
   bool terminal_ = false;
 };
+
+/// An empty file of this user alone, in the folder of temporary files; the caller deletes it.
+std::string CreaTemporal();
 
 /// A password: asked for without echo when standard input is a terminal, else the first line of standard
 /// input. In UTF-8; the caller wipes it.

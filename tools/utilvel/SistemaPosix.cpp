@@ -3,13 +3,15 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
-#include <limits>
+#include <filesystem>
 #include <memory>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
+#include <system_error>
 #include <termios.h>
 #include <unistd.h>
 
+#include "platform/Rutas.h"
 #include "tools/utilvel/Errores.h"
 #include "tools/utilvel/Sistema.h"
 
@@ -53,6 +55,10 @@ std::string Motivo(int error) {
     default:
       return std::strerror(error);
   }
+}
+
+std::string Nativa(const std::string& ruta) {
+  return vel::IsUTF8(ruta) ? vel::UTF8Encode(vel::RutaNativa(vel::UTF8ToString(ruta))) : ruta;
 }
 
 [[noreturn]] void Muere(int senal) {
@@ -121,7 +127,7 @@ void TerminaPorInterrupcion() { Muere(interrumpido); }
 void TerminaPorTuberia() { Muere(SIGPIPE); }
 
 Lector::Lector(const std::string& ruta) : nombre_(ruta == "-" ? "la entrada estándar" : ruta) {
-  descriptor_ = ruta == "-" ? STDIN_FILENO : open(ruta.c_str(), O_RDONLY | O_CLOEXEC);
+  descriptor_ = ruta == "-" ? STDIN_FILENO : open(Nativa(ruta).c_str(), O_RDONLY | O_CLOEXEC);
   struct stat datos {};
   int error = descriptor_ < 0 || fstat(descriptor_, &datos) != 0 ? errno : 0;
   if (error == 0 && S_ISDIR(datos.st_mode)) error = EISDIR;
@@ -147,7 +153,7 @@ std::size_t Lector::Lee(char* destino, std::size_t cuanto) {
   }
 }
 
-Escritor::Escritor(const std::string& ruta) : ruta_(ruta == "-" ? "" : ruta) {
+Escritor::Escritor(const std::string& ruta) : ruta_(ruta == "-" ? "" : Nativa(ruta)) {
   if (ruta_.empty()) {
     descriptor_ = STDOUT_FILENO;
     terminal_ = EsTerminal(Flujo::Salida);
@@ -224,6 +230,17 @@ void Escritor::Termina() {
   if (temporal_.empty()) return;
   if (fsync(descriptor_) != 0 || rename(temporal_.c_str(), ruta_.c_str()) != 0) Lanza(errno);
   temporal_.clear();
+}
+
+std::string CreaTemporal() {
+  std::error_code falla;
+  std::string ruta = (std::filesystem::temp_directory_path(falla) / "utilvel.XXXXXX").string();
+  const int descriptor = mkostemp(ruta.data(), O_CLOEXEC);
+  if (descriptor < 0) {
+    throw Falla(Codigo::Archivo, "No se puede crear un archivo temporal: " + Motivo(errno));
+  }
+  close(descriptor);
+  return ruta;
 }
 
 std::string LeeContrasena(std::string_view pregunta) {

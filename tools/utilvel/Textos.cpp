@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "framework/Numeros.h"
 #include "platform/PaginaCodigos.h"
 
 namespace utilvel {
@@ -37,6 +38,15 @@ std::string Visible(std::string_view texto) {
     }
   }
   return visible;
+}
+
+std::string Importe(double valor) {
+  std::string texto = vel::UTF8Encode(vel::FloatToStr(valor));
+  if (texto.find_first_not_of("-0123456789.") != std::string::npos) return texto;
+  const std::size_t punto = texto.find('.');
+  const std::size_t decimales = punto == std::string::npos ? 0 : texto.size() - punto - 1;
+  if (punto == std::string::npos) texto += '.';
+  return texto.append(2 - std::min<std::size_t>(2, decimales), '0');
 }
 
 std::string Json(std::string_view texto) {

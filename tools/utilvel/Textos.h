@@ -22,6 +22,11 @@ std::size_t Largo(std::string_view texto) noexcept;
 /// table nor commands a terminal.
 std::string Visible(std::string_view texto);
 
+/// An amount as it is printed: FloatToStr, filled with zeros to at least two decimals. Nothing is rounded.
+///
+///     Importe(1234.5) == "1234.50"    Importe(0.125) == "0.125"
+std::string Importe(double valor);
+
 /// The text as a JSON string, quotes included.
 std::string Json(std::string_view texto);
 
