@@ -153,6 +153,7 @@ class Lector {
   /// and all the bases are printed as on a line.
   void LeeImpuestos(const pugi::xml_node& nodo, const NombresImpuesto& nombres, bool completos,
                     std::vector<Impuesto>& impuestos, bool conBase = true) const {
+    impuestos.reserve(impuestos.size() + 2);
     for (pugi::xml_node lista = nodo.first_child(); lista; lista = lista.next_sibling()) {
       const std::string_view cual = NombreLocal(lista);
       const bool retenidos = cual == nombres.retenciones;

@@ -99,6 +99,7 @@ void Cotejo::Importe(const Lugar& lugar, const Concepto& concepto) {
 void Cotejo::ImporteImpuesto(const Lugar& lugar, const char* cifra, const Impuesto& impuesto,
                              std::u16string_view regla) {
   if (impuesto.factor == ENUM_FACTOR_FISCAL::EXENTO || !impuesto.base || !impuesto.importe) {
+    if (!regla.empty()) regla = impuesto.retenido ? u"CFDI40184" : u"CFDI40177";
     Exacto(lugar, cifra, impuesto.importe, {0, DecimalesMoneda()}, regla);
     return;
   }

@@ -49,7 +49,7 @@ Lectura LeeMonto(std::string_view texto, int maximo) noexcept {
     if (c < '0' || c > '9') return {{}, kNoEs};
     cifras = true;
     if (decimales >= 0 && ++decimales > maximo) return {{}, "tiene demasiados decimales"};
-    if (unidades > static_cast<std::uint64_t>(kMaximo - 9) / 10) return {{}, "es demasiado grande"};
+    if (unidades > (std::numeric_limits<std::uint64_t>::max() - 9) / 10) return {{}, "es demasiado grande"};
     unidades = unidades * 10 + static_cast<std::uint64_t>(c - '0');
   }
   if (!cifras) return {{}, kNoEs};
