@@ -2,10 +2,11 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <atomic>
+#include <condition_variable>
 #include <exception>
-#include <functional>
+#include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <span>
 #include <string>
@@ -127,38 +128,104 @@ class Obrero {
   std::string bytes_;
 };
 
-/// Files are independent: as many threads as the machine has work on a batch, whose results are then told in
-/// the order of the files.
+/// Files are independent: as many threads as the machine has verify them in pieces, a little ahead of who
+/// tells the results in the order of the files.
 class Cuadrilla {
  public:
-  Cuadrilla(std::size_t archivos, Formato formato) {
+  Cuadrilla(std::span<const std::string> archivos, Formato formato)
+      : archivos_(archivos), formato_(formato), pedazos_((archivos.size() + kPorPedazo - 1) / kPorPedazo) {
     const std::size_t hilos = std::clamp<std::size_t>(std::thread::hardware_concurrency(), 1, kMaxHilos);
-    // A thread costs more than a few files.
-    for (std::size_t i = 0; i < std::min(hilos, archivos / kPorHilo + 1); ++i)
-      obreros_.push_back(std::make_unique<Obrero>(formato));
+    // One piece is done by who asks for it.
+    if (pedazos_ < 2) return;
+    for (std::size_t i = 0; i < std::min(hilos, pedazos_); ++i) {
+      Obrero& obrero = *obreros_.emplace_back(std::make_unique<Obrero>(formato_));
+      hilos_.emplace_back([this, &obrero] { Trabaja(obrero); });
+    }
+  }
+  Cuadrilla(const Cuadrilla&) = delete;
+  Cuadrilla& operator=(const Cuadrilla&) = delete;
+  ~Cuadrilla() {
+    const std::scoped_lock candado(mutex_);
+    alto_ = true;
+    cambio_.notify_all();
   }
 
-  std::size_t Tanda() const noexcept { return obreros_.size() * kPorHilo; }
+  std::size_t Pedazos() const noexcept { return pedazos_; }
 
-  std::vector<Resultado> Hace(std::span<const std::string> tanda) {
-    std::vector<Resultado> resultados(tanda.size());
-    std::atomic<std::size_t> siguiente = 0;
-    const auto trabaja = [&](Obrero& obrero) {
-      for (std::size_t i = siguiente++; i < tanda.size(); i = siguiente++)
-        resultados[i] = obrero.Hace(tanda[i]);
-    };
-    {
-      std::vector<std::jthread> hilos;
-      for (std::size_t i = 1; i < obreros_.size(); ++i) hilos.emplace_back(trabaja, std::ref(*obreros_[i]));
-      trabaja(*obreros_.front());
+  /// The results of the next piece.
+  std::vector<Resultado> Siguiente() {
+    if (hilos_.empty()) {
+      Obrero obrero(formato_);
+      return Hace(obrero, entregados_++);
     }
+    std::unique_lock candado(mutex_);
+    cambio_.wait(candado, [this] { return falla_ || hechos_.contains(entregados_); });
+    if (falla_) std::rethrow_exception(falla_);
+    std::vector<Resultado> resultados = std::move(hechos_.extract(entregados_++).mapped());
+    cambio_.notify_all();
     return resultados;
   }
 
  private:
   static constexpr std::size_t kMaxHilos = 16;
-  static constexpr std::size_t kPorHilo = 64;
+  static constexpr std::size_t kPorPedazo = 32;
+  static constexpr std::size_t kAdelanto = 64;
+
+  std::vector<Resultado> Hace(Obrero& obrero, std::size_t pedazo) const {
+    const std::size_t desde = pedazo * kPorPedazo;
+    std::vector<Resultado> resultados;
+    for (const std::string& archivo :
+         archivos_.subspan(desde, std::min(kPorPedazo, archivos_.size() - desde)))
+      resultados.push_back(obrero.Hace(archivo));
+    return resultados;
+  }
+
+  void Trabaja(Obrero& obrero) noexcept {
+    std::unique_lock candado(mutex_);
+    for (;;) {
+      cambio_.wait(candado,
+                   [this] { return alto_ || tomados_ == pedazos_ || tomados_ < entregados_ + kAdelanto; });
+      if (alto_ || tomados_ == pedazos_) return;
+      const std::size_t pedazo = tomados_++;
+      candado.unlock();
+      std::vector<Resultado> resultados;
+      std::exception_ptr falla;
+      try {
+        resultados = Hace(obrero, pedazo);
+      } catch (...) {
+        falla = std::current_exception();
+      }
+      candado.lock();
+      Entrega(pedazo, std::move(resultados), falla);
+      cambio_.notify_all();
+    }
+  }
+
+  void Entrega(std::size_t pedazo, std::vector<Resultado> resultados,
+               const std::exception_ptr& falla) noexcept {
+    if (falla_) return;
+    falla_ = falla;
+    try {
+      hechos_.emplace(pedazo, std::move(resultados));
+    } catch (...) {
+      falla_ = std::current_exception();
+    }
+  }
+
+  const std::span<const std::string> archivos_;
+  const Formato formato_;
+  const std::size_t pedazos_;
+  std::mutex mutex_;
+  std::condition_variable cambio_;
+  std::map<std::size_t, std::vector<Resultado>> hechos_;
+  std::size_t tomados_ = 0;
+  std::size_t entregados_ = 0;
+  bool alto_ = false;
+  /// What no result can tell: no memory for it.
+  std::exception_ptr falla_;
   std::vector<std::unique_ptr<Obrero>> obreros_;
+  // Last: they end before what they work on does.
+  std::vector<std::jthread> hilos_;
 };
 
 /// Where the reports go, in the form that was asked for.
@@ -231,11 +298,10 @@ Codigo Corre(const Opciones& o) {
   }
   Informes informes(o.filas);
   Avance avance(archivos.size(), informes.Terminal());
-  Cuadrilla cuadrilla(archivos.size(), o.filas.DameFormato());
+  Cuadrilla cuadrilla(archivos, o.filas.DameFormato());
   Cuentas cuentas;
-  for (std::span<const std::string> faltan = archivos; !faltan.empty();) {
-    const std::size_t cuantos = std::min(cuadrilla.Tanda(), faltan.size());
-    for (Resultado& resultado : cuadrilla.Hace(faltan.first(cuantos))) {
+  for (std::size_t i = 0; i < cuadrilla.Pedazos(); ++i) {
+    for (Resultado& resultado : cuadrilla.Siguiente()) {
       RevisaInterrupcion();
       if (resultado.fin) std::rethrow_exception(resultado.fin);
       cuentas.Cuenta(resultado);
@@ -246,7 +312,6 @@ Codigo Corre(const Opciones& o) {
       informes.Agrega(std::move(resultado));
       avance.Uno();
     }
-    faltan = faltan.subspan(cuantos);
   }
   if (archivos.size() > 1) informes.Resume(cuentas.Texto());
   informes.Termina();
