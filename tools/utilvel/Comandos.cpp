@@ -4,6 +4,7 @@ namespace utilvel {
 
 void AgregaComandos(Programa& programa) {
   AgregaTotales(programa);
+  AgregaFormula(programa);
   AgregaFechas(programa);
   AgregaConfig(programa);
   AgregaEmpresas(programa);
