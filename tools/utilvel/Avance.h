@@ -6,33 +6,36 @@
 
 namespace utilvel {
 
-/// A progress bar on standard error: only on a terminal, only when the results do not go to one too, and
-/// drawn a few times a second. It goes away with the object.
+/// A progress bar in the last line of the terminal that shows the errors. Nothing appears elsewhere, in the
+/// first half second, or when the results go to a terminal too, where they are progress enough.
 ///
-///     Avance avance(lector.Total(), "renglones");
-///     while (...) avance.Lleva(lector.Leido(), renglones);
+///     Avance avance(archivos.size(), salida.Terminal());
+///     for (...) { ...; avance.Uno(); }
 class Avance {
  public:
-  /// `total` is 0 when it is not known: only the count shows. `resultadosEnTerminal` as Escritor::Terminal.
-  Avance(std::uint64_t total, std::string unidad, bool resultadosEnTerminal);
+  Avance(std::uint64_t total, bool resultadosEnTerminal);
   Avance(const Avance&) = delete;
   Avance& operator=(const Avance&) = delete;
-  ~Avance();
+  /// Takes the bar away.
+  ~Avance() { Borra(); }
 
-  /// How much of the total is done, and how many units that is. Cheap: may be called for every unit.
-  void Lleva(std::uint64_t hecho, std::uint64_t cuenta) {
-    if (visible_ && ++llamadas_ % 256 == 1) Dibuja(hecho, cuenta);
-  }
+  /// One more is done.
+  void Uno() { Va(hechos_ + 1); }
+  /// So many of the total (of files, of a file's bytes) are done.
+  void Va(std::uint64_t hechos);
+  /// Takes the bar away so that a message stands alone; it comes back with the next step.
+  void Borra();
 
  private:
-  void Dibuja(std::uint64_t hecho, std::uint64_t cuenta);
+  using Reloj = std::chrono::steady_clock;
+  void Dibuja();
 
   std::uint64_t total_;
-  std::string unidad_;
   bool visible_;
+  std::uint64_t hechos_ = 0;
   bool dibujada_ = false;
-  std::uint32_t llamadas_ = 0;
-  std::chrono::steady_clock::time_point proxima_;
+  Reloj::time_point inicio_ = Reloj::now();
+  Reloj::time_point siguiente_;
 };
 
 }  // namespace utilvel

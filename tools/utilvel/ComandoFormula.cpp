@@ -57,9 +57,14 @@ void Numero(double valor, std::string& texto) {
 }
 
 Codigo UnValor(const Opciones& o) {
+  const vel::TStringList fijas = Fijas(o);
+  std::vector<vel::UnicodeString> nombres;
+  for (std::size_t i = 0; i < fijas.Count(); ++i) nombres.push_back(fijas.Names(i));
+  const vel::UnicodeString expresion = Expresion(o);
+  Revisa(expresion, nombres);
   vel::TFormula formula;
-  formula.SetVariables(Fijas(o));
-  Construye(formula, Expresion(o));
+  formula.SetVariables(fijas);
+  Construye(formula, expresion);
   std::string texto;
   Numero(ExigeFinito(formula.Execute()), texto);
   Escritor salida(o.salida);
@@ -134,14 +139,15 @@ Codigo PorRenglones(const Opciones& o) {
   for (const std::string_view campo : csv.Campos()) columnas.push_back(AUtf8(campo));
   FormulaPorColumnas formula(expresion, Fijas(o), columnas);
   Renglonera renglonera(o, columnas);
-  Avance avance(csv.Total(), "renglones", renglonera.Terminal());
+  Avance avance(csv.Total(), renglonera.Terminal());
   std::uint64_t renglones = 0;
   std::uint64_t fallas = 0;
   std::string resultado;
   std::string mensaje;
   while (csv.Siguiente()) {
     RevisaInterrupcion();
-    avance.Lleva(csv.Leido(), ++renglones);
+    // The clock costs more than a row.
+    if (++renglones % 1024 == 0) avance.Va(csv.Leido());
     resultado.clear();
     mensaje.clear();
     if (csv.Campos().size() != columnas.size()) {

@@ -2,10 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 
+#include "facil/RevisionFormula.h"
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
-#include "platform/Caracteres.h"
 #include "tools/utilvel/Errores.h"
 #include "tools/utilvel/Textos.h"
 
@@ -15,13 +16,8 @@ namespace {
 // A text of so many characters has no more significant digits than a number keeps as text.
 constexpr std::size_t kCorto = 15;
 
-// Whether the formula may name the column. One that it only seems to name ("IVA" in "IVA2") costs time, no
-// more.
-bool Nombra(const vel::UnicodeString& formula, const vel::UnicodeString& columna) {
-  double numero = 0;
-  return !columna.empty() && !vel::TryStrToFloat(columna, numero) &&
-         columna.find_first_of(u"*+-/<=>(), \t") == vel::UnicodeString::npos &&
-         vel::Mayusculas(formula).find(vel::Mayusculas(columna)) != vel::UnicodeString::npos;
+std::string Dice(const vel::facil::NotaFormula& nota) {
+  return "Fórmula, posición " + std::to_string(nota.posicion) + ": " + vel::UTF8Encode(nota.mensaje);
 }
 
 }  // namespace
@@ -31,29 +27,40 @@ double ExigeFinito(double valor) {
   throw vel::EInvalidOperation(u"El resultado no es un número: " + vel::FloatToStr(valor));
 }
 
+std::vector<vel::UnicodeString> Revisa(const vel::UnicodeString& expresion,
+                                       const std::vector<vel::UnicodeString>& conocidas) {
+  const vel::facil::RevisionFormula revision = vel::facil::Revisa(expresion, conocidas);
+  if (!revision.Sirve()) throw Falla(Codigo::Datos, Dice(revision.problemas.front()));
+  for (const vel::facil::NotaFormula& aviso : revision.avisos) Avisa(Dice(aviso));
+  return revision.variables;
+}
+
 void Construye(vel::TFormula& formula, const vel::UnicodeString& expresion) {
   try {
     formula.NewFormula(expresion);
   } catch (const vel::Exception&) {
-    if (formula.Nodos() + formula.Internas() == 0) throw;
+    // What Revisa passes is built; only its value is missing so far.
   }
 }
 
 FormulaPorColumnas::FormulaPorColumnas(const vel::UnicodeString& expresion, const vel::TStringList& fijas,
                                        const std::vector<std::string>& columnas) {
-  const vel::UnicodeString junta = vel::StringReplace(expresion, u" ", u"");
+  std::vector<vel::UnicodeString> conocidas;
+  for (std::size_t i = 0; i < fijas.Count(); ++i) conocidas.push_back(fijas.Names(i));
+  for (const std::string& columna : columnas) conocidas.push_back(ATexto(columna));
   formula_.SetVariables(fijas);
-  for (std::size_t i = 0; i < columnas.size(); ++i) {
-    const vel::UnicodeString nombre = ATexto(columnas[i]);
-    if (!Nombra(junta, nombre)) continue;
+  for (const vel::UnicodeString& nombre : Revisa(expresion, conocidas)) {
+    const auto primera = conocidas.begin() + static_cast<std::ptrdiff_t>(fijas.Count());
+    const auto igual = [&nombre](const vel::UnicodeString& otro) { return vel::SameText(nombre, otro); };
+    const auto columna = std::find_if(primera, conocidas.end(), igual);
+    if (columna == conocidas.end()) continue;
     if (fijas.IndexOfName(nombre) >= 0) {
-      throw Falla(Codigo::Datos, "La variable " + columnas[i] + " también es una columna");
+      throw Falla(Codigo::Datos, "La variable " + vel::UTF8Encode(nombre) + " también es una columna");
     }
-    if (std::any_of(usadas_.begin(), usadas_.end(),
-                    [&nombre](const Columna& c) { return vel::SameText(c.nombre, nombre); })) {
-      throw Falla(Codigo::Datos, "La columna " + columnas[i] + " está dos veces");
+    if (std::find_if(columna + 1, conocidas.end(), igual) != conocidas.end()) {
+      throw Falla(Codigo::Datos, "La columna " + vel::UTF8Encode(nombre) + " está dos veces");
     }
-    usadas_.push_back({i, nombre, formula_.EnlazaVariable(nombre)});
+    usadas_.push_back({static_cast<std::size_t>(columna - primera), nombre, formula_.EnlazaVariable(nombre)});
   }
   Construye(formula_, expresion);
   Construye(deTextos_, expresion);

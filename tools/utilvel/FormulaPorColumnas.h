@@ -43,7 +43,12 @@ class FormulaPorColumnas {
 /// Raises vel::EInvalidOperation for what is no finite number (1/0); gives others back.
 double ExigeFinito(double valor);
 
-/// Builds a formula. Its first evaluation, without variables yet, may fail; a formula that is none raises.
+/// The variables that a formula uses, of those known. Raises Falla (Datos) with the place of what keeps it
+/// from having a value, and tells what is surely not meant as it stands.
+std::vector<vel::UnicodeString> Revisa(const vel::UnicodeString& expresion,
+                                       const std::vector<vel::UnicodeString>& conocidas);
+
+/// Builds a formula that Revisa has passed.
 void Construye(vel::TFormula& formula, const vel::UnicodeString& expresion);
 
 }  // namespace utilvel
