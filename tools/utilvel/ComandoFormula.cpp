@@ -66,7 +66,7 @@ Codigo UnValor(const Opciones& o) {
   formula.SetVariables(fijas);
   Construye(formula, expresion);
   std::string texto;
-  Numero(ExigeFinito(formula.Execute()), texto);
+  Numero(Ejecuta(formula), texto);
   Escritor salida(o.salida);
   salida.Escribe(o.json ? "{\"resultado\": " + Json(texto) + "}\n" : texto + "\n");
   salida.Termina();

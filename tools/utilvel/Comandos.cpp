@@ -7,6 +7,7 @@ void AgregaComandos(Programa& programa) {
   AgregaFormula(programa);
   AgregaFechas(programa);
   AgregaConfig(programa);
+  AgregaInstala(programa);
   AgregaEmpresas(programa);
   AgregaRutas(programa);
   AgregaCertificado(programa);

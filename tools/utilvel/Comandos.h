@@ -9,6 +9,7 @@ void AgregaTotales(Programa& programa);
 void AgregaFormula(Programa& programa);
 void AgregaFechas(Programa& programa);
 void AgregaConfig(Programa& programa);
+void AgregaInstala(Programa& programa);
 void AgregaEmpresas(Programa& programa);
 void AgregaRutas(Programa& programa);
 void AgregaCertificado(Programa& programa);

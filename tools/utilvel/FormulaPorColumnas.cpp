@@ -22,9 +22,21 @@ std::string Dice(const vel::facil::NotaFormula& nota) {
 
 }  // namespace
 
-double ExigeFinito(double valor) {
-  if (std::isfinite(valor)) return valor;
-  throw vel::EInvalidOperation(u"El resultado no es un número: " + vel::FloatToStr(valor));
+double Ejecuta(vel::TFormula& formula) {
+  constexpr std::u16string_view kSinValor =
+      u"Una operación no tiene valor, como la división entre cero o la raíz de un negativo";
+  double valor = 0;
+  try {
+    valor = formula.Execute();
+  } catch (const vel::EConvertError& error) {
+    const std::u16string_view mensaje = error.Message();
+    for (const std::u16string_view texto : {u"'INF'", u"'-INF'", u"'NAN'"}) {
+      if (mensaje.starts_with(texto)) throw vel::EConvertError(kSinValor);
+    }
+    throw;
+  }
+  if (!std::isfinite(valor)) throw vel::EConvertError(kSinValor);
+  return valor;
 }
 
 std::vector<vel::UnicodeString> Revisa(const vel::UnicodeString& expresion,
@@ -69,7 +81,7 @@ FormulaPorColumnas::FormulaPorColumnas(const vel::UnicodeString& expresion, cons
 }
 
 double FormulaPorColumnas::Evalua(const std::vector<std::string_view>& campos) {
-  return ExigeFinito(Asigna(campos) ? formula_.Execute() : PorTextos(campos));
+  return Asigna(campos) ? Ejecuta(formula_) : PorTextos(campos);
 }
 
 // False when a text is no number, or might lose digits as one.
@@ -86,10 +98,17 @@ bool FormulaPorColumnas::Asigna(const std::vector<std::string_view>& campos) {
 double FormulaPorColumnas::PorTextos(const std::vector<std::string_view>& campos) {
   const std::size_t fijas = textos_.Count() - usadas_.size();
   for (std::size_t i = 0; i < usadas_.size(); ++i) {
-    textos_.Put(fijas + i, usadas_[i].nombre + u"=" + ATexto(campos[usadas_[i].lugar]));
+    const vel::UnicodeString& nombre = usadas_[i].nombre;
+    const vel::UnicodeString valor = ATexto(campos[usadas_[i].lugar]);
+    double numero = 0;
+    if (vel::TrimView(valor).empty()) throw vel::EConvertError(u"Falta el valor de " + nombre);
+    if (!vel::TryStrToFloat(valor, numero)) {
+      throw vel::EConvertError(u"El valor de " + nombre + u" no es un número: " + valor);
+    }
+    textos_.Put(fijas + i, nombre + u"=" + valor);
   }
   deTextos_.SetVariables(textos_);
-  return deTextos_.Execute();
+  return Ejecuta(deTextos_);
 }
 
 }  // namespace utilvel

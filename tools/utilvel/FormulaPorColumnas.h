@@ -40,8 +40,9 @@ class FormulaPorColumnas {
   std::vector<Columna> usadas_;
 };
 
-/// Raises vel::EInvalidOperation for what is no finite number (1/0); gives others back.
-double ExigeFinito(double valor);
+/// TFormula::Execute that says in a user's words, as vel::EConvertError, where a value is no finite number
+/// (1/0).
+double Ejecuta(vel::TFormula& formula);
 
 /// The variables that a formula uses, of those known. Raises Falla (Datos) with the place of what keeps it
 /// from having a value, and tells what is surely not meant as it stands.
