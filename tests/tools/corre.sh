@@ -25,6 +25,7 @@ if [ "$1" = ejemplos ]; then
   exit "$faults"
 fi
 
+mapfile -t files < <(realpath -- "$@")
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 cp "$root"/examples/datos/* "$folder"
@@ -61,7 +62,7 @@ compare() {
 
 run() {
   [ -n "$command" ] || return
-  bash -c "$command" >"$folder.out" 2>&1 </dev/null
+  timeout 120 bash -c "$command" >"$folder.out" 2>&1 </dev/null
   code=$?
   sed -i "s|$folder|@|g; /@/s/  */ /g" "$folder.out"
   ran=$((ran + 1))
@@ -69,7 +70,7 @@ run() {
 }
 
 command=
-for file in "$@"; do
+for file in "${files[@]}"; do
   while IFS= read -r line || [ -n "$line" ]; do
     case "$line" in
       '$ '*)
