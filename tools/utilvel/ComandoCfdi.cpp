@@ -2,9 +2,14 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <atomic>
+#include <exception>
+#include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -68,6 +73,94 @@ std::vector<std::string> LeeLista(const std::string& ruta) {
   return nombres;
 }
 
+/// What comes of one file: its report in the form that is printed, or why it was not read.
+struct Resultado {
+  std::optional<cfdi::Estado> estado;
+  std::string texto;
+  std::vector<std::vector<Celda>> filas;
+  Codigo causa = Codigo::Bien;
+  std::string falla;
+  /// What ends the run (an interruption, no memory).
+  std::exception_ptr fin;
+};
+
+/// Verifies files; one for each thread.
+class Obrero {
+ public:
+  explicit Obrero(Formato formato) : formato_(formato) {}
+
+  Resultado Hace(const std::string& archivo) noexcept {
+    Resultado r;
+    try {
+      const std::string nombre = AUtf8(archivo);
+      try {
+        LeeArchivo(archivo, bytes_);
+        Informa(nombre, verificador_.Verifica(bytes_), r);
+      } catch (const cfdi::Rechazo& e) {
+        r.causa = Codigo::Datos;
+        r.falla = nombre + ":" + std::to_string(e.linea) + ":" + std::to_string(e.columna) + ": " + e.what();
+      } catch (const vel::EInvalidOperation& e) {
+        r.causa = Codigo::Datos;
+        r.falla = nombre + ": " + e.what();
+      } catch (const Falla& e) {
+        r.causa = e.DameCodigo();
+        r.falla = e.what();
+      }
+    } catch (...) {
+      r.fin = std::current_exception();
+    }
+    return r;
+  }
+
+ private:
+  void Informa(const std::string& nombre, const cfdi::Informe& informe, Resultado& r) const {
+    r.estado = informe.estado;
+    if (formato_ == Formato::Csv) {
+      r.filas = cfdi::EnFilas(nombre, informe);
+    } else {
+      r.texto = formato_ == Formato::Json ? cfdi::EnJson(nombre, informe) : cfdi::EnTexto(nombre, informe);
+    }
+  }
+
+  Formato formato_;
+  cfdi::Verificador verificador_;
+  std::string bytes_;
+};
+
+/// Files are independent: as many threads as the machine has work on a batch, whose results are then told in
+/// the order of the files.
+class Cuadrilla {
+ public:
+  Cuadrilla(std::size_t archivos, Formato formato) {
+    const std::size_t hilos = std::clamp<std::size_t>(std::thread::hardware_concurrency(), 1, kMaxHilos);
+    // A thread costs more than a few files.
+    for (std::size_t i = 0; i < std::min(hilos, archivos / kPorHilo + 1); ++i)
+      obreros_.push_back(std::make_unique<Obrero>(formato));
+  }
+
+  std::size_t Tanda() const noexcept { return obreros_.size() * kPorHilo; }
+
+  std::vector<Resultado> Hace(std::span<const std::string> tanda) {
+    std::vector<Resultado> resultados(tanda.size());
+    std::atomic<std::size_t> siguiente = 0;
+    const auto trabaja = [&](Obrero& obrero) {
+      for (std::size_t i = siguiente++; i < tanda.size(); i = siguiente++)
+        resultados[i] = obrero.Hace(tanda[i]);
+    };
+    {
+      std::vector<std::jthread> hilos;
+      for (std::size_t i = 1; i < obreros_.size(); ++i) hilos.emplace_back(trabaja, std::ref(*obreros_[i]));
+      trabaja(*obreros_.front());
+    }
+    return resultados;
+  }
+
+ private:
+  static constexpr std::size_t kMaxHilos = 16;
+  static constexpr std::size_t kPorHilo = 64;
+  std::vector<std::unique_ptr<Obrero>> obreros_;
+};
+
 /// Where the reports go, in the form that was asked for.
 class Informes {
  public:
@@ -81,14 +174,11 @@ class Informes {
     filas_.emplace(opciones, std::move(columnas));
   }
 
-  void Agrega(const std::string& archivo, const cfdi::Informe& informe) {
-    if (filas_) {
-      for (auto& fila : cfdi::EnFilas(archivo, informe)) filas_->Agrega(std::move(fila));
-      return;
-    }
-    escritor_->Escribe(formato_ == Formato::Json ? cfdi::EnJson(archivo, informe)
-                                                 : cfdi::EnTexto(archivo, informe));
-    if (Terminal()) escritor_->Vacia();
+  void Agrega(Resultado resultado) {
+    for (auto& fila : resultado.filas) filas_->Agrega(std::move(fila));
+    if (!escritor_) return;
+    escritor_->Escribe(resultado.texto);
+    if (escritor_->Terminal()) escritor_->Vacia();
   }
 
   void Resume(const std::string& texto) {
@@ -116,10 +206,14 @@ struct Cuentas {
   /// Why the last one was not read.
   Codigo causa = Codigo::Bien;
 
-  void Cuenta(cfdi::Estado estado) {
-    ++(estado == cfdi::Estado::Correcta    ? correctas
-       : estado == cfdi::Estado::EnLimites ? enLimites
-                                           : conDiferencias);
+  void Cuenta(const Resultado& r) {
+    if (!r.estado) {
+      ++sinLeer;
+      causa = r.causa;
+      return;
+    }
+    const bool correcta = *r.estado == cfdi::Estado::Correcta;
+    ++(correcta ? correctas : *r.estado == cfdi::Estado::EnLimites ? enLimites : conDiferencias);
   }
   std::string Texto() const {
     return std::to_string(correctas) + " correctas, " + std::to_string(enLimites) +
@@ -137,33 +231,22 @@ Codigo Corre(const Opciones& o) {
   }
   Informes informes(o.filas);
   Avance avance(archivos.size(), informes.Terminal());
-  cfdi::Verificador verificador;
+  Cuadrilla cuadrilla(archivos.size(), o.filas.DameFormato());
   Cuentas cuentas;
-  std::string bytes;
-  const auto falla = [&](Codigo causa, const std::string& mensaje) {
-    avance.Borra();
-    Avisa(mensaje);
-    ++cuentas.sinLeer;
-    cuentas.causa = causa;
-  };
-  for (const std::string& archivo : archivos) {
-    RevisaInterrupcion();
-    const std::string nombre = AUtf8(archivo);
-    try {
-      LeeArchivo(archivo, bytes);
-      const cfdi::Informe informe = verificador.Verifica(bytes);
-      cuentas.Cuenta(informe.estado);
-      informes.Agrega(nombre, informe);
-    } catch (const cfdi::Rechazo& r) {
-      falla(Codigo::Datos,
-            nombre + ":" + std::to_string(r.linea) + ":" + std::to_string(r.columna) + ": " + r.what());
-    } catch (const vel::EInvalidOperation& e) {
-      falla(Codigo::Datos, nombre + ": " + e.what());
-    } catch (const Falla& f) {
-      if (f.DameCodigo() != Codigo::Archivo) throw;
-      falla(Codigo::Archivo, f.what());
+  for (std::span<const std::string> faltan = archivos; !faltan.empty();) {
+    const std::size_t cuantos = std::min(cuadrilla.Tanda(), faltan.size());
+    for (Resultado& resultado : cuadrilla.Hace(faltan.first(cuantos))) {
+      RevisaInterrupcion();
+      if (resultado.fin) std::rethrow_exception(resultado.fin);
+      cuentas.Cuenta(resultado);
+      if (!resultado.estado) {
+        avance.Borra();
+        Avisa(resultado.falla);
+      }
+      informes.Agrega(std::move(resultado));
+      avance.Uno();
     }
-    avance.Uno();
+    faltan = faltan.subspan(cuantos);
   }
   if (archivos.size() > 1) informes.Resume(cuentas.Texto());
   informes.Termina();
