@@ -101,9 +101,10 @@ class Renglonera {
   bool Terminal() const noexcept { return escritor_.Terminal(); }
 
  private:
-  // The record as it is written; one with more or less fields than columns gets as many as there are columns.
+  // The record as it is written; one that others would not read back (more or less fields than columns, a
+  // quote that is not closed) anew, with as many fields as there are columns.
   void PonCampos(const LectorCsv& csv) {
-    if (csv.Campos().size() != columnas_.size()) {
+    if (csv.Campos().size() != columnas_.size() || csv.SinCerrar()) {
       for (std::size_t i = 0; i < columnas_.size(); ++i) {
         linea_ += (i > 0 ? "," : "") + Csv(Campo(csv, i));
       }
@@ -131,6 +132,16 @@ class Renglonera {
   std::string linea_;
 };
 
+void ExigeForma(const LectorCsv& csv, std::size_t columnas) {
+  if (!csv.SinCerrar() && csv.Campos().size() == columnas) return;
+  const std::string renglon = "El renglón de la línea " + std::to_string(csv.Linea());
+  if (csv.SinCerrar()) {
+    throw vel::EInvalidOperation(vel::UTF8ToString(renglon + " no cierra sus comillas"));
+  }
+  throw vel::EInvalidOperation(vel::UTF8ToString(renglon + " tiene " + std::to_string(csv.Campos().size()) +
+                                                 " campos y el encabezado " + std::to_string(columnas)));
+}
+
 Codigo PorRenglones(const Opciones& o) {
   const vel::UnicodeString expresion = Expresion(o);
   LectorCsv csv(o.csv);
@@ -150,16 +161,11 @@ Codigo PorRenglones(const Opciones& o) {
     if (++renglones % 1024 == 0) avance.Va(csv.Leido());
     resultado.clear();
     mensaje.clear();
-    if (csv.Campos().size() != columnas.size()) {
-      mensaje = "El renglón de la línea " + std::to_string(csv.Linea()) + " tiene " +
-                std::to_string(csv.Campos().size()) + " campos y el encabezado " +
-                std::to_string(columnas.size());
-    } else {
-      try {
-        Numero(formula.Evalua(csv.Campos()), resultado);
-      } catch (const vel::Exception& error) {
-        mensaje = Visible(error.what());
-      }
+    try {
+      ExigeForma(csv, columnas.size());
+      Numero(formula.Evalua(csv.Campos()), resultado);
+    } catch (const vel::Exception& error) {
+      mensaje = Visible(error.what());
     }
     if (!mensaje.empty()) ++fallas;
     renglonera.Agrega(csv, resultado, mensaje);

@@ -57,7 +57,10 @@ std::size_t LectorCsv::FinEntreComillas() {
   bool citado = false;
   bool dentro = false;
   for (std::size_t i = 0;; ++i) {
-    if (i == fin_ - inicio_ && !Llena()) return i;
+    if (i == fin_ - inicio_ && !Llena()) {
+      sinCerrar_ = dentro;
+      return i;
+    }
     const char c = bloque_[inicio_ + i];
     if (c == '"' && (primero || citado)) {
       // A doubled quote leaves and enters again.

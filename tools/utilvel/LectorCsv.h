@@ -30,6 +30,8 @@ class LectorCsv {
   std::string_view Registro() const noexcept { return registro_; }
   /// Its fields, without their quotes.
   const std::vector<std::string_view>& Campos() const noexcept { return campos_; }
+  /// True for a last record whose last field has no closing quote.
+  bool SinCerrar() const noexcept { return sinCerrar_; }
   /// 1-based line on which the record begins.
   std::uint64_t Linea() const noexcept { return linea_; }
 
@@ -53,6 +55,7 @@ class LectorCsv {
   std::uint64_t linea_ = 0;
   std::uint64_t lineaSiguiente_ = 1;
   bool conComillas_ = false;
+  bool sinCerrar_ = false;
   std::string_view registro_;
   std::vector<std::string_view> campos_;
   // Fields whose text is not one piece of the record.
