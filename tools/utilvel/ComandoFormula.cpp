@@ -171,6 +171,7 @@ Codigo PorRenglones(const Opciones& o) {
     renglonera.Agrega(csv, resultado, mensaje);
   }
   renglonera.Termina();
+  avance.Borra();
   if (fallas == 0) return Codigo::Bien;
   Avisa("Sin resultado: " + std::to_string(fallas) + " de " + std::to_string(renglones) +
         " renglones; la columna mensaje dice por qué");
