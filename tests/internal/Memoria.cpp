@@ -12,6 +12,7 @@
 #include "Ucalculocfdi/Ucalculocfdi.h"
 #include "Uformula/Uformula.h"
 #include "Uutilext/Uutilext.h"
+#include "facil/facil.h"
 #include "framework/Columnas.h"
 #include "framework/Numeros.h"
 #include "framework/TRemotable.h"
@@ -384,9 +385,11 @@ struct Instalacion {
     std::filesystem::copy_file(Entrada("Empresas.xml"), c.Motor() / "Empresas.xml");
     std::filesystem::copy_file(Entrada("../catalogo/EtiqVEL.xml"), c.Motor() / "EtiqVEL.xml");
     lista.Add(u"Lo que había en la lista");
+    datos.CreateDataSet({{.Name = u"LO_QUE_HABIA", .DataType = TFieldType::ftInteger}});
   }
   UnicodeString Ve() {
-    UnicodeString todo = lista.Text() + texto + rangos->Nombres(0) + rangos->FechaComoString(0, 1);
+    UnicodeString todo =
+        lista.Text() + texto + Bytes(datos.SaveToXML()) + rangos->Nombres(0) + rangos->FechaComoString(0, 1);
     for (const char* nombre : {"fechas.ini", "registro.reg", "C/Sistemas Tavex/VEL9.00/Empresas.xml"})
       todo += Bytes(c.Lee(nombre));
     for (const auto& archivo : std::filesystem::directory_iterator(c.Ruta()))
@@ -397,7 +400,9 @@ struct Instalacion {
   std::unique_ptr<TConfigVEL> rangos;
   TStringList lista;
   UnicodeString texto = u"Lo que había en el texto";
+  TClientDataSet datos;
   UnicodeString ini = c.Archivo("fechas.ini");
+  UnicodeString catalogo = UTF8ToString((c.Motor() / "Empresas.xml").string());
 };
 
 TEST(SinMemoria, LeavesFilesAndWhatIsReadFromThemWhole) {
@@ -414,6 +419,9 @@ TEST(SinMemoria, LeavesFilesAndWhatIsReadFromThemWhole) {
   });
   Prueba<E>("ActualizaXMLNombreEmpresa",
             [](E&) { ActualizaXMLNombreEmpresa(1, u"Otro nombre de la empresa"); });
+  Prueba<E>("facil::ListaEmpresas", [](E& e) { return facil::ListaEmpresas(e.catalogo).back().nombre; });
+  Prueba<E>("SaveToFile", [](E& e) { e.datos.SaveToFile(e.ini); });
+  Prueba<E>("LoadFromFile", [](E& e) { e.datos.LoadFromFile(e.catalogo); });
   Prueba<E>("DameEmpresasVEL", [](E& e) { DameEmpresasVEL(e.lista); });
   Prueba<E>("DameRutaTrabajoEmpresa", [](E& e) { return DameRutaTrabajoEmpresa(u"1", e.texto); });
   Prueba<E>("LeeXMLCamposTablasSistema",
