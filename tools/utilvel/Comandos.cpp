@@ -4,8 +4,10 @@ namespace utilvel {
 
 void AgregaComandos(Programa& programa) {
   AgregaTotales(programa);
+  AgregaFormula(programa);
   AgregaFechas(programa);
   AgregaConfig(programa);
+  AgregaInstala(programa);
   AgregaEmpresas(programa);
   AgregaRutas(programa);
   AgregaCertificado(programa);
