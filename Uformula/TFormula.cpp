@@ -89,10 +89,7 @@ TVariableEnlazada TFormula::EnlazaVariable(std::u16string_view nombre) {
   return TVariableEnlazada(&interior_->enlazadas.Enlaza(nombre).valor);
 }
 
-double TFormula::Execute() {
-  if (interior_->arbol->Raiz() == formula::kNinguno) throw EInvalidOperation(u"No hay fórmula que evaluar");
-  return interior_->evaluador.Ejecuta();
-}
+double TFormula::Execute() { return interior_->evaluador.Ejecuta(); }
 
 bool TFormula::EsOperador(std::u16string_view texto) noexcept {
   return !texto.empty() && formula::EsOperador(texto.front());

@@ -91,6 +91,11 @@ struct Banco {
     }
     propia.SetVariables(listas[0]);
     propia.NewFormula(texto);
+    for (const std::size_t i : usadas) {
+      enlaces.push_back(enlazada.EnlazaVariable(vel::UTF8ToString(kDatos[i].nombre)));
+    }
+    Asigna(0);
+    enlazada.NewFormula(texto);
     mu.SetExpr(f.Mu());
     fp.Parse(f.Fp(), nombres);
     for (const int juego : {1, 0}) {
@@ -98,7 +103,12 @@ struct Banco {
       propia.SetVariables(listas[juego]);
       const double v = propia.Execute();
       medicion::Exige(Cerca(v, mu.Eval()) && Cerca(v, fp.Eval(valores)), f.propia);
+      Asigna(juego);
+      medicion::Exige(v == enlazada.Execute(), f.propia);
     }
+  }
+  void Asigna(int juego) {
+    for (std::size_t j = 0; j < usadas.size(); ++j) enlaces[j].Asigna(Valor(usadas[j], juego));
   }
   static double Valor(std::size_t i, int juego) {
     return juego == 0 ? kDatos[i].valor : kDatos[i].valor * 1.5;
@@ -111,6 +121,8 @@ struct Banco {
   std::vector<std::size_t> usadas;
   vel::TStringList listas[2];
   vel::TFormula propia;
+  vel::TFormula enlazada;
+  std::vector<vel::TVariableEnlazada> enlaces;
   mu::Parser mu;
   FunctionParser fp;
 };
@@ -173,6 +185,13 @@ int main(int argc, char** argv) {
     juego = 1 - juego;
     for (const auto& b : bancos) b->propia.SetVariables(b->listas[juego]);
   };
+  const auto asigna = [&] {
+    juego = 1 - juego;
+    for (const auto& b : bancos) b->Asigna(juego);
+  };
+  const auto ejecutaEnlazada = [&] {
+    for (const auto& b : bancos) suma += b->enlazada.Execute();
+  };
   // Its variables are read through pointers, so that changing them is a plain assignment.
   const auto ponMu = [&] {
     juego = 1 - juego;
@@ -192,7 +211,9 @@ int main(int argc, char** argv) {
           {"Execute | Eval", ejecuta, evaluaMu, 3, "muParser", cuenta},
           {"SetVariables + Execute | assign + Eval", [&] { pon(), ejecuta(); }, [&] { ponMu(), evaluaMu(); },
            0, "muParser", cuenta},
-          // The row above less this one is Execute with changed variables.
+          {"bound assign + Execute | assign + Eval", [&] { asigna(), ejecutaEnlazada(); },
+           [&] { ponMu(), evaluaMu(); }, 1.2, "muParser", cuenta},
+          // SetVariables + Execute less this one is Execute with changed variables.
           {"SetVariables | assign", pon, ponMu, 0, "muParser", cuenta},
       },
       {
