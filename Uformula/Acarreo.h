@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "framework/Pares.h"
+
 namespace vel::formula {
 
 /// Between two operations a value travels as text: FloatToStr of the result, converted back. AcarreaTexto
@@ -9,26 +11,34 @@ namespace vel::formula {
 /// near the largest double that 15 digits round beyond it.
 bool AcarreaTexto(double resultado, double& acarreado) noexcept;
 
-/// Acarrea of the values that it leaves. `potencia` is a power of ten, the one of the caller's last value: the
-/// next mostly has as many digits before the point, so that none is looked for.
+namespace acarreo {
+
+/// How near to a decimal a value is that decimal, as a part of it.
+inline constexpr double kCerca = 3.5e-16;
+
+}  // namespace acarreo
+
+/// Acarrea of the values that it leaves. `potencia` is a power of ten, the one of the caller's last value:
+/// the next mostly has as many digits before the point, so that none is looked for.
 bool AcarreaLargo(double resultado, double& potencia, double& acarreado) noexcept;
 
 /// AcarreaTexto without making the text where its outcome is known: n / 10^k for a whole number n of at most
-/// 15 digits is the double nearest to that decimal, since both are exact, which is what reading its text gives.
+/// 15 digits is the double nearest to that decimal, since both are exact, which is what reading its text
+/// gives.
 ///
-/// Here amounts: with a = |value| below 1E9, s = a * 10^6 and n the whole number nearest to s, the text is the
-/// decimal n / 10^6 when that lies nearer to the value than half a unit of its 15th digit, which is at least
-/// 0.5e-15 of the value; the product errs by 1.2e-16 of it. Zero of either sign is "0" and goes the long way.
+/// Here amounts: with a = |value| below 1E9, s = a * 10^6 and n the whole number nearest to s, the text is
+/// the decimal n / 10^6 when that lies nearer to the value than half a unit of its 15th digit, which is at
+/// least 0.5e-15 of the value; the product errs by 1.2e-16 of it. Zero of either sign is "0" and goes the
+/// long way.
 inline bool Acarrea(double resultado, double& potencia, double& acarreado) noexcept {
-  constexpr double kMillon = 1e6;
-  constexpr double kCerca = 3.5e-16;
   // Adding 2^52 leaves no bits for a fraction.
   constexpr double kSinFraccion = 4503599627370496.0;
   const double a = std::abs(resultado);
-  const double s = a * kMillon;
+  const double s = a * 1e6;
   const double n = (s + kSinFraccion) - kSinFraccion;
-  if (!(s < 1e15 && std::abs(s - n) < kCerca * s)) return AcarreaLargo(resultado, potencia, acarreado);
-  const double leido = n / kMillon;
+  if (!(s < 1e15 && std::abs(s - n) < acarreo::kCerca * s))
+    return AcarreaLargo(resultado, potencia, acarreado);
+  const double leido = n / 1e6;
   // Amounts nearly always survive; a predicted branch lets the next operation start before the division ends.
   if (leido == a) [[likely]] {
     acarreado = resultado;
@@ -36,6 +46,16 @@ inline bool Acarrea(double resultado, double& potencia, double& acarreado) noexc
     acarreado = std::copysign(leido, resultado);
   }
   return true;
+}
+
+/// Acarrea of two values; false in `hechos` for a lane that it leaves, which then stays as it was.
+inline pares::Par Acarrea(pares::Par resultado, pares::Mascara& hechos) noexcept {
+  const pares::Par a = pares::Abs(resultado);
+  const pares::Par s = a * 1e6;
+  const pares::Par n = pares::Entero(s);
+  hechos = (s < 1e15) & (pares::Abs(s - n) <= acarreo::kCerca * s);
+  // Adding zero takes the sign off a negative one.
+  return pares::Elige(hechos, pares::ConSignoDe(n / 1e6, resultado), resultado) + 0.0;
 }
 
 inline bool Acarrea(double resultado, double& acarreado) noexcept {

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "Uformula/Arbol.h"
+#include "Uformula/TFormula.h"
 #include "Uformula/Variables.h"
 
 namespace vel::formula {
@@ -28,6 +31,13 @@ class Evaluador {
 
   /// Value of the root; EInvalidOperation when there is none.
   double Ejecuta();
+  /// The root's value for each row of the columns, as Ejecuta gives it with their values assigned, which none
+  /// of the variables keeps. Every column belongs to another variable and is as long as `salida`.
+  struct Columna {
+    Enlazada* variable;
+    const double* valores;
+  };
+  std::vector<TFallaRenglon> Ejecuta(std::span<const Columna> columnas, std::span<double> salida);
   /// Value of any step.
   double Evalua(std::uint32_t paso);
 
@@ -83,6 +93,8 @@ class Evaluador {
   Enlace Enlaza(const Operando& operando) const;
   bool LeeVariables();
   bool EjecutaDirecto(double& valor);
+  // PorColumnas.cpp
+  class Bloque;
   static Operacion OperacionDe(Operador operador) noexcept;
   double Llama(const Instruccion& llamada);
   double Resuelve(std::uint32_t paso);

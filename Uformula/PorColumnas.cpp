@@ -1,0 +1,228 @@
+// A formula over columns: the program's steps on blocks of rows.
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+
+#include "Uformula/Acarreo.h"
+#include "Uformula/Evaluador.h"
+#include "framework/Excepciones.h"
+#include "framework/Pares.h"
+
+namespace vel::formula {
+namespace {
+
+using pares::Mascara;
+using pares::Par;
+
+// Rows of a block: few enough for its places to stay in the nearest memory, fewer for long formulas.
+constexpr std::size_t kMaxRenglones = 256;
+constexpr std::size_t kMinRenglones = 8;
+constexpr std::size_t kMaxValores = 16'384;
+
+std::size_t RenglonesPorBloque(std::size_t casillas) noexcept {
+  const std::size_t caben = kMaxValores / casillas / 2 * 2;
+  return std::clamp(caben, kMinRenglones, kMaxRenglones);
+}
+
+// Keeps what is assigned to the variables while rows are assigned to them.
+class Asignados {
+ public:
+  explicit Asignados(std::span<const Evaluador::Columna> columnas) : columnas_(columnas) {
+    for (const auto& c : columnas) antes_.push_back(c.variable->valor);
+  }
+  Asignados(const Asignados&) = delete;
+  Asignados& operator=(const Asignados&) = delete;
+  ~Asignados() {
+    for (std::size_t i = 0; i < antes_.size(); ++i) columnas_[i].variable->valor = antes_[i];
+  }
+
+ private:
+  std::span<const Evaluador::Columna> columnas_;
+  std::vector<double> antes_;
+};
+
+}  // namespace
+
+// The places of the program, each with the values of the block's rows.
+class Evaluador::Bloque {
+ public:
+  Bloque(Evaluador& evaluador, std::span<const Columna> columnas);
+
+  std::size_t Renglones() const noexcept { return renglones_; }
+  /// Values of the root for the rows from `primero` on; where Fallo tells so there is none.
+  const double* Calcula(std::size_t primero, std::size_t cuantos);
+  bool Fallo(std::size_t renglon) const noexcept { return fallos_[renglon] != 0; }
+
+ private:
+  double* Lugar(std::uint32_t casilla) noexcept { return valores_.data() + casilla * renglones_; }
+  void Lee(const double* desde, std::size_t cuantos, std::uint32_t casilla);
+  void Ejecuta(Instruccion& instruccion, std::uint32_t paso);
+  void Llama(const Instruccion& instruccion, double* hacia);
+  void Compara(Operador operador, const double* a, const double* b, double* hacia) const;
+  template <class Accion>
+  void Opera(const Accion& accion, double& potencia, const double* a, const double* b, double* hacia);
+
+  Evaluador& evaluador_;
+  std::span<const Columna> columnas_;
+  /// For each column its place; none for a variable that the formula does not name.
+  std::vector<std::uint32_t> casillas_;
+  std::size_t renglones_;
+  std::vector<double> valores_;
+  std::array<bool, kMaxRenglones> fallos_{};
+  /// Rows of a step that need a longer look.
+  std::array<std::uint32_t, kMaxRenglones + 2> largos_{};
+};
+
+// What does not change by the row stands in its place from the beginning.
+Evaluador::Bloque::Bloque(Evaluador& evaluador, std::span<const Columna> columnas)
+    : evaluador_(evaluador),
+      columnas_(columnas),
+      casillas_(columnas.size(), kNinguno),
+      renglones_(RenglonesPorBloque(evaluador.casillas_.size())),
+      valores_(evaluador.casillas_.size() * renglones_) {
+  for (auto c = static_cast<std::uint32_t>(evaluador.programa_.size()); c < evaluador.casillas_.size(); ++c) {
+    std::fill_n(Lugar(c), renglones_, evaluador.casillas_[c]);
+  }
+  for (const DeEnlace& e : evaluador.deEnlace_) {
+    for (std::size_t i = 0; i < columnas.size(); ++i) {
+      if (columnas[i].variable == e.enlazada) casillas_[i] = e.casilla;
+    }
+  }
+}
+
+const double* Evaluador::Bloque::Calcula(std::size_t primero, std::size_t cuantos) {
+  fallos_.fill(false);
+  for (std::size_t i = 0; i < columnas_.size(); ++i) {
+    if (casillas_[i] != kNinguno) Lee(columnas_[i].valores + primero, cuantos, casillas_[i]);
+  }
+  for (std::uint32_t i = 0; i < evaluador_.programa_.size(); ++i) Ejecuta(evaluador_.programa_[i], i);
+  return Lugar(evaluador_.arbol_->Raiz());
+}
+
+// The rows that a last block lacks are like its last one.
+void Evaluador::Bloque::Lee(const double* desde, std::size_t cuantos, std::uint32_t casilla) {
+  double* const hacia = Lugar(casilla);
+  std::copy_n(desde, cuantos, hacia);
+  std::fill_n(hacia + cuantos, renglones_ - cuantos, desde[cuantos - 1]);
+  double potencia = 1;
+  Opera([](Par a, Par) { return a; }, potencia, hacia, hacia, hacia);
+}
+
+void Evaluador::Bloque::Ejecuta(Instruccion& in, std::uint32_t paso) {
+  const double* const a = Lugar(in.izquierdo);
+  const double* const b = Lugar(in.derecho);
+  double* const hacia = Lugar(paso);
+  const auto opera = [&](auto accion) {
+    if (paso < evaluador_.arbol_->Raiz()) return Opera(accion, in.potencia, a, b, hacia);
+    // The root's value is given as it is.
+    for (std::size_t i = 0; i < renglones_; i += 2) {
+      pares::Guarda(accion(pares::Carga(a + i), pares::Carga(b + i)), hacia + i);
+    }
+  };
+  switch (in.operacion) {
+    case Operacion::entre:
+      return opera([](Par x, Par y) { return x / y; });
+    case Operacion::por:
+      return opera([](Par x, Par y) { return x * y; });
+    case Operacion::menos:
+      return opera([](Par x, Par y) { return x - y; });
+    case Operacion::mas:
+      return opera([](Par x, Par y) { return x + y; });
+    case Operacion::compara:
+      return Compara(in.operador, a, b, hacia);
+    case Operacion::llama:
+      Llama(in, hacia);
+      return Opera([](Par x, Par) { return x; }, in.potencia, hacia, hacia, hacia);
+  }
+}
+
+template <class Accion>
+void Evaluador::Bloque::Opera(const Accion& accion, double& potencia, const double* a, const double* b,
+                              double* hacia) {
+  std::size_t largos = 0;
+  for (std::size_t i = 0; i < renglones_; i += 2) {
+    Mascara hechos;
+    pares::Guarda(Acarrea(accion(pares::Carga(a + i), pares::Carga(b + i)), hechos), hacia + i);
+    // Written whether it counts or not: what is seldom true and hard to foretell costs less without a branch.
+    largos_[largos] = static_cast<std::uint32_t>(i);
+    largos += static_cast<std::size_t>(hechos[0] + 1);
+    largos_[largos] = static_cast<std::uint32_t>(i + 1);
+    largos += static_cast<std::size_t>(hechos[1] + 1);
+  }
+  for (std::size_t l = 0; l < largos; ++l) {
+    const std::uint32_t i = largos_[l];
+    if (!AcarreaLargo(hacia[i], potencia, hacia[i])) {
+      fallos_[i] = true;
+      hacia[i] = 0;
+    }
+  }
+}
+
+void Evaluador::Bloque::Compara(Operador operador, const double* a, const double* b, double* hacia) const {
+  const auto con = [&](auto comparacion) {
+    for (std::size_t i = 0; i < renglones_; i += 2) {
+      pares::Guarda(pares::UnoOCero(comparacion(pares::Carga(a + i), pares::Carga(b + i))), hacia + i);
+    }
+  };
+  switch (operador) {
+    case Operador::distinto:
+      return con([](Par x, Par y) { return x != y; });
+    case Operador::menorIgual:
+      return con([](Par x, Par y) { return x <= y; });
+    case Operador::mayorIgual:
+      return con([](Par x, Par y) { return x >= y; });
+    case Operador::mayor:
+      return con([](Par x, Par y) { return x > y; });
+    default:
+      return con([](Par x, Par y) { return x < y; });
+  }
+}
+
+void Evaluador::Bloque::Llama(const Instruccion& in, double* hacia) {
+  std::vector<double>& argumentos = evaluador_.argumentos_;
+  for (std::size_t i = 0; i < renglones_; ++i) {
+    for (std::uint32_t j = 0; j < in.cuenta; ++j) {
+      argumentos[j] = Lugar(evaluador_.lugares_[in.primero + j])[i];
+    }
+    hacia[i] = in.funcion->valor({argumentos.data(), in.cuenta});
+  }
+}
+
+std::vector<TFallaRenglon> Evaluador::Ejecuta(std::span<const Columna> columnas, std::span<double> salida) {
+  if (!preparado_ || version_ != Version()) Actualiza();
+  if (arbol_->Raiz() == kNinguno) throw EInvalidOperation(u"No hay fórmula que evaluar");
+  std::vector<TFallaRenglon> fallas;
+  const Asignados asignados(columnas);
+  const auto porSi = [&](std::size_t renglon) {
+    for (const Columna& c : columnas) c.variable->valor = c.valores[renglon];
+    try {
+      return Ejecuta();
+    } catch (const Exception& e) {
+      fallas.push_back({renglon, e.Message()});
+      return std::numeric_limits<double>::quiet_NaN();
+    }
+  };
+  bool directo = directo_;
+  for (DeEnlace& e : deEnlace_) {
+    const bool fija = std::none_of(columnas.begin(), columnas.end(),
+                                   [&e](const Columna& c) { return c.variable == e.enlazada; });
+    if (fija && !Acarrea(e.enlazada->valor, e.potencia, casillas_[e.casilla])) directo = false;
+  }
+  if (!directo) {
+    for (std::size_t r = 0; r < salida.size(); ++r) salida[r] = porSi(r);
+    return fallas;
+  }
+  Bloque bloque(*this, columnas);
+  for (std::size_t primero = 0; primero < salida.size(); primero += bloque.Renglones()) {
+    const std::size_t cuantos = std::min(bloque.Renglones(), salida.size() - primero);
+    const double* const valores = bloque.Calcula(primero, cuantos);
+    for (std::size_t i = 0; i < cuantos; ++i) {
+      salida[primero + i] = bloque.Fallo(i) ? porSi(primero + i) : valores[i];
+    }
+  }
+  return fallas;
+}
+
+}  // namespace vel::formula
