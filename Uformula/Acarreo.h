@@ -48,14 +48,13 @@ inline bool Acarrea(double resultado, double& potencia, double& acarreado) noexc
   return true;
 }
 
-/// Acarrea of two values; false in `hechos` for a lane that it leaves, which then stays as it was.
+/// Acarrea of two values. What it gives counts where `hechos` holds; Acarrea has the others.
 inline pares::Par Acarrea(pares::Par resultado, pares::Mascara& hechos) noexcept {
-  const pares::Par a = pares::Abs(resultado);
-  const pares::Par s = a * 1e6;
+  const pares::Par s = resultado * 1e6;
   const pares::Par n = pares::Entero(s);
-  hechos = (s < 1e15) & (pares::Abs(s - n) <= acarreo::kCerca * s);
-  // Adding zero takes the sign off a negative one.
-  return pares::Elige(hechos, pares::ConSignoDe(n / 1e6, resultado), resultado) + 0.0;
+  const pares::Par a = pares::Abs(s);
+  hechos = pares::De(a < 1e15) & pares::De(pares::Abs(s - n) <= acarreo::kCerca * a);
+  return n / 1e6;
 }
 
 inline bool Acarrea(double resultado, double& acarreado) noexcept {

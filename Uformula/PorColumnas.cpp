@@ -59,7 +59,7 @@ class Evaluador::Bloque {
   double* Lugar(std::uint32_t casilla) noexcept { return valores_.data() + casilla * renglones_; }
   void Lee(const double* desde, std::size_t cuantos, std::uint32_t casilla);
   void Ejecuta(Instruccion& instruccion, std::uint32_t paso);
-  void Llama(const Instruccion& instruccion, double* hacia);
+  void Llama(const Instruccion& instruccion);
   void Compara(Operador operador, const double* a, const double* b, double* hacia) const;
   template <class Accion>
   void Opera(const Accion& accion, double& potencia, const double* a, const double* b, double* hacia);
@@ -71,8 +71,9 @@ class Evaluador::Bloque {
   std::size_t renglones_;
   std::vector<double> valores_;
   std::array<bool, kMaxRenglones> fallos_{};
-  /// Rows of a step that need a longer look.
-  std::array<std::uint32_t, kMaxRenglones + 2> largos_{};
+  /// Values as a step has them before they are carried.
+  std::array<double, kMaxRenglones> crudos_;
+  std::array<Mascara, kMaxRenglones / 2> hechos_;
 };
 
 // What does not change by the row stands in its place from the beginning.
@@ -103,11 +104,13 @@ const double* Evaluador::Bloque::Calcula(std::size_t primero, std::size_t cuanto
 
 // The rows that a last block lacks are like its last one.
 void Evaluador::Bloque::Lee(const double* desde, std::size_t cuantos, std::uint32_t casilla) {
-  double* const hacia = Lugar(casilla);
-  std::copy_n(desde, cuantos, hacia);
-  std::fill_n(hacia + cuantos, renglones_ - cuantos, desde[cuantos - 1]);
+  if (cuantos < renglones_) {
+    std::copy_n(desde, cuantos, crudos_.begin());
+    std::fill(crudos_.begin() + static_cast<std::ptrdiff_t>(cuantos), crudos_.end(), desde[cuantos - 1]);
+    desde = crudos_.data();
+  }
   double potencia = 1;
-  Opera([](Par a, Par) { return a; }, potencia, hacia, hacia, hacia);
+  Opera([](Par a, Par) { return a; }, potencia, desde, desde, Lugar(casilla));
 }
 
 void Evaluador::Bloque::Ejecuta(Instruccion& in, std::uint32_t paso) {
@@ -133,27 +136,27 @@ void Evaluador::Bloque::Ejecuta(Instruccion& in, std::uint32_t paso) {
     case Operacion::compara:
       return Compara(in.operador, a, b, hacia);
     case Operacion::llama:
-      Llama(in, hacia);
-      return Opera([](Par x, Par) { return x; }, in.potencia, hacia, hacia, hacia);
+      Llama(in);
+      return Opera([](Par x, Par) { return x; }, in.potencia, crudos_.data(), crudos_.data(), hacia);
   }
 }
 
 template <class Accion>
 void Evaluador::Bloque::Opera(const Accion& accion, double& potencia, const double* a, const double* b,
                               double* hacia) {
-  std::size_t largos = 0;
-  for (std::size_t i = 0; i < renglones_; i += 2) {
+  const std::size_t renglones = renglones_;
+  Mascara todos = ~Mascara{};
+  for (std::size_t i = 0; i < renglones; i += 2) {
     Mascara hechos;
     pares::Guarda(Acarrea(accion(pares::Carga(a + i), pares::Carga(b + i)), hechos), hacia + i);
-    // Written whether it counts or not: what is seldom true and hard to foretell costs less without a branch.
-    largos_[largos] = static_cast<std::uint32_t>(i);
-    largos += static_cast<std::size_t>(hechos[0] + 1);
-    largos_[largos] = static_cast<std::uint32_t>(i + 1);
-    largos += static_cast<std::size_t>(hechos[1] + 1);
+    hechos_[i / 2] = hechos;
+    todos &= hechos;
   }
-  for (std::size_t l = 0; l < largos; ++l) {
-    const std::uint32_t i = largos_[l];
-    if (!AcarreaLargo(hacia[i], potencia, hacia[i])) {
+  if (pares::Ambos(todos)) return;
+  for (std::size_t i = 0; i < renglones; ++i) {
+    if (pares::Lado(hechos_[i / 2], i % 2)) continue;
+    const Par resultado = accion(Par{a[i], a[i]}, Par{b[i], b[i]});
+    if (!AcarreaLargo(resultado[0], potencia, hacia[i])) {
       fallos_[i] = true;
       hacia[i] = 0;
     }
@@ -168,25 +171,25 @@ void Evaluador::Bloque::Compara(Operador operador, const double* a, const double
   };
   switch (operador) {
     case Operador::distinto:
-      return con([](Par x, Par y) { return x != y; });
+      return con([](Par x, Par y) { return pares::De(x != y); });
     case Operador::menorIgual:
-      return con([](Par x, Par y) { return x <= y; });
+      return con([](Par x, Par y) { return pares::De(x <= y); });
     case Operador::mayorIgual:
-      return con([](Par x, Par y) { return x >= y; });
+      return con([](Par x, Par y) { return pares::De(x >= y); });
     case Operador::mayor:
-      return con([](Par x, Par y) { return x > y; });
+      return con([](Par x, Par y) { return pares::De(x > y); });
     default:
-      return con([](Par x, Par y) { return x < y; });
+      return con([](Par x, Par y) { return pares::De(x < y); });
   }
 }
 
-void Evaluador::Bloque::Llama(const Instruccion& in, double* hacia) {
+void Evaluador::Bloque::Llama(const Instruccion& in) {
   std::vector<double>& argumentos = evaluador_.argumentos_;
   for (std::size_t i = 0; i < renglones_; ++i) {
     for (std::uint32_t j = 0; j < in.cuenta; ++j) {
       argumentos[j] = Lugar(evaluador_.lugares_[in.primero + j])[i];
     }
-    hacia[i] = in.funcion->valor({argumentos.data(), in.cuenta});
+    crudos_[i] = in.funcion->valor({argumentos.data(), in.cuenta});
   }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
@@ -9,8 +10,9 @@
 namespace vel::pares {
 
 using Par [[gnu::vector_size(16)]] = double;
-/// Of a comparison: all bits of a lane for true, none for false.
-using Mascara [[gnu::vector_size(16)]] = std::int64_t;
+/// Of a comparison: all bits of a lane for true, none for false. As halves of lanes, because the oldest of
+/// the processors cannot compare whole ones, and GCC would take masks of those apart.
+using Mascara [[gnu::vector_size(16)]] = std::int32_t;
 
 inline Par Carga(const double* desde) noexcept {
   Par p;
@@ -22,23 +24,22 @@ inline void Guarda(Par p, double* hacia) noexcept { std::memcpy(hacia, &p, sizeo
 
 inline Mascara Bits(Par p) noexcept { return std::bit_cast<Mascara>(p); }
 inline Par DeBits(Mascara bits) noexcept { return std::bit_cast<Par>(bits); }
-
-inline constexpr Mascara kSigno = {INT64_MIN, INT64_MIN};
-
-inline Par Abs(Par p) noexcept { return DeBits(Bits(p) & ~kSigno); }
-inline Par ConSignoDe(Par magnitud, Par signo) noexcept {
-  return DeBits(Bits(magnitud) | (Bits(signo) & kSigno));
+/// The mask of a comparison of pairs.
+template <class Comparacion>
+Mascara De(Comparacion comparacion) noexcept {
+  return std::bit_cast<Mascara>(comparacion);
 }
-/// The lanes of `si` where the mask holds, the others of `no`.
-inline Par Elige(Mascara mascara, Par si, Par no) noexcept {
-  return DeBits((mascara & Bits(si)) | (~mascara & Bits(no)));
-}
+inline bool Lado(Mascara mascara, std::size_t lado) noexcept { return mascara[2 * lado] != 0; }
+inline bool Ambos(Mascara mascara) noexcept { return Lado(mascara, 0) && Lado(mascara, 1); }
+
+inline Par Abs(Par p) noexcept { return DeBits(Bits(p) & ~Bits(Par{-0.0, -0.0})); }
 /// One where the mask holds, else zero.
 inline Par UnoOCero(Mascara mascara) noexcept { return DeBits(mascara & Bits(Par{1, 1})); }
 
-/// The whole number nearest to a value from 0 to 2^51: adding 2^52 leaves no bits for a fraction.
+/// The whole number nearest to a value within 2^51 of zero: beside 1.5 * 2^52 there are no bits for a
+/// fraction. Zero of either sign gives positive zero.
 inline Par Entero(Par p) noexcept {
-  constexpr double kSinFraccion = 4503599627370496.0;
+  constexpr double kSinFraccion = 6755399441055744.0;
   return (p + kSinFraccion) - kSinFraccion;
 }
 
