@@ -33,6 +33,14 @@ inline bool Lado(Mascara mascara, std::size_t lado) noexcept { return mascara[2 
 inline bool Ambos(Mascara mascara) noexcept { return Lado(mascara, 0) && Lado(mascara, 1); }
 
 inline Par Abs(Par p) noexcept { return DeBits(Bits(p) & ~Bits(Par{-0.0, -0.0})); }
+/// A magnitude, which is not negative, with the sign of another pair.
+inline Par ConSignoDe(Par magnitud, Par signo) noexcept {
+  return DeBits(Bits(magnitud) | (Bits(signo) & Bits(Par{-0.0, -0.0})));
+}
+/// The lanes of `si` where the mask holds, those of `no` elsewhere.
+inline Par Elige(Mascara mascara, Par si, Par no) noexcept {
+  return DeBits((mascara & Bits(si)) | (~mascara & Bits(no)));
+}
 /// One where the mask holds, else zero.
 inline Par UnoOCero(Mascara mascara) noexcept { return DeBits(mascara & Bits(Par{1, 1})); }
 
