@@ -10,6 +10,7 @@
 #include "framework/Numeros.h"
 #include "framework/Pares.h"
 #include "framework/PotenciasDiez.h"
+#include "framework/QuinceDigitos.h"
 
 namespace vel {
 namespace {
@@ -90,9 +91,9 @@ namespace {
 //       exponent included, is no more than n characters either. Zero is "0".
 //     - s >= 1e15 and a < 1e15: of its 15 digits so many stand before the n-th decimal that none is left for
 //       those behind it. (With an exponent, n >= 20 and 18 characters after the point are the most.)
-//  2. D has more decimals, when f > 1e-14 * s and s < 1e12: D * 10^n then is not m, and all of the above
+//  2. D has more decimals, when f > 2e-14 * s and s < 1e12: D * 10^n then is not m, and all of the above
 //  stays
-//     below 0.01, so that no other whole number comes near. What is left of the text of w = a / p + 0.5
+//     below 0.03, so that no other whole number comes near. What is left of the text of w = a / p + 0.5
 //     before its point, times p, is the answer. With a >= 1e-4 the text has no exponent (0.5 <= w < 1e12 +
 //     1), and it is w rounded to 15 digits: the whole part of w unless the rounding, of at most 0.5e-14 * w,
 //     reaches the next whole number.
@@ -100,9 +101,13 @@ namespace {
 //       the rounding from a whole number: what is left is m, and no division is needed.
 //     - otherwise w is computed.
 //
-// What is in neither is looked up in the text.
+//  3. In neither, with a >= 1e-4 and below 1e15, the digits of D and of w tell (QuinceDigitos.h): D is
+//     N * 10^-k. When N is a multiple of 10^(k - n), the value stays. A quotient of two whole numbers below
+//     1e15 is farther from any whole number that it is not than rounding reaches, so that it tells both this
+//     and what is left before the point of w.
+//
+// The text decides the rest: values below 1e-4 or from 1e15 on, and true halves of the 15th digit.
 constexpr double kIgual = 3.5e-16;
-constexpr double kDistinto = 1e-14;
 constexpr double kMitad = 0.5 - 2e-14;
 constexpr double kBanda = 2e-14;
 constexpr double kMenorFijo = 1e-4;
@@ -111,12 +116,29 @@ constexpr double kMayorCortado = 1e12;
 // Divided by 10^-22 it is still a double.
 constexpr double kPuedeDesbordar = 1e280;
 
-// w's part of the above, for values that do not stay.
+// The third way.
+double RedondeaPorDigitos(double valor, int decimales) {
+  const double a = std::abs(valor);
+  const double p = diez::kInversas[static_cast<std::size_t>(decimales)];
+  double digitos = 0;
+  std::size_t k = 0;
+  const auto lee = [&digitos, &k](double x) {
+    return quince::Decimales(x, k) && quince::Entero(x, diez::kPotencias[k], digitos);
+  };
+  if (a < kMenorFijo || !lee(a)) return RedondeaPorTexto(valor, decimales);
+  if (k <= static_cast<std::size_t>(decimales)) return valor;
+  const double unidades = digitos / diez::kPotencias[k - static_cast<std::size_t>(decimales)];
+  if (std::floor(unidades) == unidades) return valor;
+  if (!lee(a / p + 0.5)) return RedondeaPorTexto(valor, decimales);
+  return std::copysign(std::floor(digitos / diez::kPotencias[k]) * p, valor);
+}
+
+// The end of the second way, for a value beside a half.
 double RedondeaPorMitad(double valor, int decimales) {
   const double p = diez::kInversas[static_cast<std::size_t>(decimales)];
   const double w = std::abs(valor) / p + 0.5;
   const auto entero = static_cast<double>(static_cast<long long>(w));
-  if (1 - (w - entero) <= kDistinto * w) return RedondeaPorTexto(valor, decimales);
+  if (1 - (w - entero) <= kBanda * w) return RedondeaPorDigitos(valor, decimales);
   return std::copysign(entero * p, valor);
 }
 
@@ -126,11 +148,19 @@ inline pares::Par Redondea(pares::Par valor, double potencia, double p, pares::M
   const pares::Par s = a * potencia;
   const pares::Par m = pares::Entero(s);
   const pares::Par f = pares::Abs(s - m);
-  const pares::Mascara queda = pares::De(f <= kIgual * s) & pares::De(s < kTodosLosDigitos);
-  const pares::Mascara cambia = pares::De(f > kDistinto * s) & pares::De(f < kMitad - kBanda * s) &
-                                pares::De(s < kMayorCortado) & pares::De(a >= kMenorFijo);
-  hechos = queda | cambia;
+  const pares::Par banda = kBanda * s;
+  const pares::Mascara queda = pares::De(f <= kIgual * s);
+  const pares::Mascara cambia =
+      pares::De(f > banda) & pares::De(f + banda < kMitad) & pares::De(a >= kMenorFijo);
+  hechos = (queda | cambia) & pares::De(s < kMayorCortado);
   return pares::Elige(queda, valor, pares::ConSignoDe(m * p, valor));
+}
+
+bool HayMayores(std::span<const double> valores, double limite) noexcept {
+  pares::Mascara hay{};
+  std::size_t i = 0;
+  for (; i + 2 <= valores.size(); i += 2) hay |= pares::De(pares::Abs(pares::Carga(&valores[i])) > limite);
+  return pares::Lado(hay, 0) || pares::Lado(hay, 1) || (i < valores.size() && std::abs(valores[i]) > limite);
 }
 
 }  // namespace
@@ -146,8 +176,8 @@ double g_redoTo(double valor, int decimales) {
   const auto m = static_cast<double>(static_cast<long long>(s + 0.5));
   const double f = std::abs(s - m);
   if (f <= kIgual * s) return valor;
-  if (!(f > kDistinto * s && s < kMayorCortado && a >= kMenorFijo)) return RedondeaPorTexto(valor, decimales);
-  if (!(f < kMitad - kBanda * s)) return RedondeaPorMitad(valor, decimales);
+  if (!(f > kBanda * s && s < kMayorCortado && a >= kMenorFijo)) return RedondeaPorDigitos(valor, decimales);
+  if (!(f + kBanda * s < kMitad)) return RedondeaPorMitad(valor, decimales);
   return std::copysign(m * diez::kInversas[static_cast<std::size_t>(decimales)], valor);
 }
 
@@ -156,9 +186,8 @@ void g_redoTo(std::span<const double> valores, int decimales, std::span<double> 
     throw EInvalidOperation(u"La salida del redondeo no tiene tantos lugares como valores hay");
   }
   // What can overflow does so before the first value is written.
-  const double puedeDesbordar = decimales > diez::kMayorExacta ? 0 : kPuedeDesbordar;
-  for (const double valor : valores) {
-    if (std::abs(valor) > puedeDesbordar) g_redoTo(valor, decimales);
+  if (decimales > diez::kMayorExacta || HayMayores(valores, kPuedeDesbordar)) {
+    for (const double valor : valores) g_redoTo(valor, decimales);
   }
   if (decimales <= 0 || decimales > diez::kMayorExacta) {
     std::transform(valores.begin(), valores.end(), salida.begin(),
@@ -167,17 +196,26 @@ void g_redoTo(std::span<const double> valores, int decimales, std::span<double> 
   }
   const double potencia = diez::kPotencias[static_cast<std::size_t>(decimales)];
   const double p = diez::kInversas[static_cast<std::size_t>(decimales)];
-  const std::size_t enPares = valores.size() / 2 * 2;
-  for (std::size_t i = 0; i < enPares; i += 2) {
-    const pares::Par valor = pares::Carga(valores.data() + i);
-    pares::Mascara hechos;
-    pares::Par redondo = Redondea(valor, potencia, p, hechos);
-    if (!pares::Ambos(hechos)) [[unlikely]] {
-      redondo = pares::Par{g_redoTo(valor[0], decimales), g_redoTo(valor[1], decimales)};
+  // By blocks: what takes a call stands outside of the loop, and a column may be rounded in its place.
+  constexpr std::size_t kBloque = 128;
+  std::array<double, kBloque> redondos;
+  std::array<pares::Mascara, kBloque / 2> hechos;
+  while (valores.size() > 1) {
+    const std::size_t cuantos = std::min(valores.size() / 2 * 2, kBloque);
+    pares::Mascara todos = ~pares::Mascara{};
+    for (std::size_t i = 0; i < cuantos; i += 2) {
+      pares::Mascara& h = hechos[i / 2];
+      pares::Guarda(Redondea(pares::Carga(&valores[i]), potencia, p, h), &redondos[i]);
+      todos &= h;
     }
-    pares::Guarda(redondo, salida.data() + i);
+    for (std::size_t i = 0; !pares::Ambos(todos) && i < cuantos; ++i) {
+      if (!pares::Lado(hechos[i / 2], i % 2)) redondos[i] = g_redoTo(valores[i], decimales);
+    }
+    std::copy_n(redondos.begin(), cuantos, salida.begin());
+    valores = valores.subspan(cuantos);
+    salida = salida.subspan(cuantos);
   }
-  if (enPares < valores.size()) salida[enPares] = g_redoTo(valores[enPares], decimales);
+  if (!valores.empty()) salida.front() = g_redoTo(valores.front(), decimales);
 }
 
 }  // namespace vel
