@@ -10,6 +10,7 @@
 
 #include "framework/Excepciones.h"
 #include "framework/PotenciasDiez.h"
+#include "framework/QuinceDigitos.h"
 
 namespace vel {
 namespace {
@@ -176,9 +177,10 @@ UnicodeString FloatToStr(double valor) {
   return Ensancha({buf.data(), FloatToChars(valor, buf)});
 }
 
-// Amounts seldom need the text. With a = |valor|, s = a * 10^6 and m the whole number nearest to s: the text
-// is the decimal m / 10^6 when that has at most 15 digits and lies nearer to the value than half a unit of
-// its 15th digit; the double nearest to it is m / 10^6, correctly rounded since both operands are exact.
+// The text is seldom needed. With a = |valor|, s = a * 10^6 and m the whole number nearest to s: the text is the
+// decimal m / 10^6 when that has at most 15 digits and lies nearer to the value than half a unit of its 15th
+// digit; the double nearest to it is m / 10^6, correctly rounded since both operands are exact. Other values
+// have 15 digits (QuinceDigitos.h), and the same holds for them.
 double RoundToText(double valor) noexcept {
   constexpr double kMillon = 1e6;
   const double a = std::abs(valor);
@@ -189,6 +191,11 @@ double RoundToText(double valor) noexcept {
     const auto m = static_cast<double>(static_cast<long long>(s + 0.5));
     // Half a unit of the 15th digit is at least 0.5e-15 of the value; the product errs by 1.2e-16 of it.
     if (std::abs(s - m) <= 3.5e-16 * s) return std::copysign(m / kMillon, m == 0 ? 1.0 : valor);
+  }
+  std::size_t k = 0;
+  double n = 0;
+  if (quince::Decimales(a, k) && quince::Entero(a, diez::kPotencias[k], n)) {
+    return std::copysign(n / diez::kPotencias[k], valor);
   }
   std::array<char, kMaxFloatText> buf;
   double leido = valor;
