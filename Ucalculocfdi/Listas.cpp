@@ -45,12 +45,12 @@ void Anota(std::vector<Cambio>& cambios, TStringList& montos, std::size_t renglo
 
 void TCalculoCFDI::LeeLista(std::size_t impuesto) {
   const TStringList& lista = ListaImpuesto[impuesto];
-  std::vector<Gravado> leidos;
+  std::vector<Gravado>& leidos = gravados_[impuesto];
+  leidos.clear();
   for (std::size_t i = 0; i < lista.Count(); ++i) {
     const TStringList& montos = Montos(lista, i);
     leidos.push_back({DeMonto(lista[i]), DeMonto(montos[0]), DeMonto(montos[1])});
   }
-  gravados_[impuesto] = std::move(leidos);
 }
 
 // All texts are made, and have room, before the first list changes.
@@ -65,8 +65,10 @@ void TCalculoCFDI::EscribeListas(std::size_t primera, std::size_t fin) {
       Anota(cambios, montos, 0, gravados[i].base);
       Anota(cambios, montos, 1, gravados[i].impuesto);
     }
+    nuevas[k].SetCapacity(gravados.size() - habia);
     for (std::size_t i = habia; i < gravados.size(); ++i) {
       auto montos = std::make_unique<TStringList>();
+      montos->SetCapacity(2);
       montos->Add(FloatToStr(gravados[i].base));
       montos->Add(FloatToStr(gravados[i].impuesto));
       nuevas[k].AddObject(FloatToStr(gravados[i].tasa), std::move(montos));
