@@ -3,8 +3,10 @@
 #include "Ucalculocfdi/Listas.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 #include <memory>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -29,6 +31,21 @@ double DeMonto(const UnicodeString& texto) {
   return texto == u"NAN" ? std::numeric_limits<double>::quiet_NaN() : StrToFloat(texto);
 }
 
+/// FloatToStr without a text of its own: the lists keep their copy.
+class TextoMonto {
+ public:
+  explicit TextoMonto(double valor) noexcept {
+    std::array<char, kMaxFloatText> texto;
+    largo_ = FloatToChars(valor, texto);
+    std::copy_n(texto.begin(), largo_, texto_.begin());
+  }
+  std::u16string_view Vista() const noexcept { return {texto_.data(), largo_}; }
+
+ private:
+  std::array<char16_t, kMaxFloatText> texto_;
+  std::size_t largo_;
+};
+
 /// A text of an entry that changes.
 struct Cambio {
   TStringList* montos;
@@ -37,8 +54,8 @@ struct Cambio {
 };
 
 void Anota(std::vector<Cambio>& cambios, TStringList& montos, std::size_t renglon, double valor) {
-  UnicodeString texto = FloatToStr(valor);
-  if (montos[renglon] != texto) cambios.push_back({&montos, renglon, std::move(texto)});
+  const TextoMonto texto(valor);
+  if (montos[renglon] != texto.Vista()) cambios.push_back({&montos, renglon, UnicodeString(texto.Vista())});
 }
 
 }  // namespace
@@ -69,9 +86,9 @@ void TCalculoCFDI::EscribeListas(std::size_t primera, std::size_t fin) {
     for (std::size_t i = habia; i < gravados.size(); ++i) {
       auto montos = std::make_unique<TStringList>();
       montos->SetCapacity(2);
-      montos->Add(FloatToStr(gravados[i].base));
-      montos->Add(FloatToStr(gravados[i].impuesto));
-      nuevas[k].AddObject(FloatToStr(gravados[i].tasa), std::move(montos));
+      montos->Add(TextoMonto(gravados[i].base).Vista());
+      montos->Add(TextoMonto(gravados[i].impuesto).Vista());
+      nuevas[k].AddObject(TextoMonto(gravados[i].tasa).Vista(), std::move(montos));
     }
     ListaImpuesto[k].SetCapacity(gravados.size());
   }

@@ -132,6 +132,10 @@ void Columna::AgregaCopias(const Columna& otra, std::size_t cuenta) {
   // Room first: the other column may be this one, whose values must not move while they are read.
   const auto copia = [cuenta](auto& hacia, const auto& desde) {
     HazLugar(hacia, cuenta);
+    if (&hacia != &desde) {
+      hacia.insert(hacia.end(), desde.begin(), desde.begin() + static_cast<std::ptrdiff_t>(cuenta));
+      return;
+    }
     for (std::size_t i = 0; i < cuenta; ++i) hacia.push_back(desde[i]);
   };
   switch (clase) {
