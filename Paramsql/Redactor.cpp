@@ -1,6 +1,7 @@
 #include "Paramsql/Redactor.h"
 
 #include <limits>
+#include <numeric>
 
 #include "Paramsql/TablaOperadores.h"
 #include "Paramsql/Valores.h"
@@ -16,15 +17,27 @@ constexpr std::size_t kLargoComun = 32;
 
 constexpr TFieldType kSqlCrudo = TFieldType::ftDataSet;
 
-struct Marca {
-  char16_t signo;
-  bool conPrefijo;
+struct FormaDeMarca {
+  // In WHERE and in HAVING.
+  std::u16string_view signos[2];
   bool conNumero;
 };
 
 // By ordinal of the style.
-constexpr Marca kMarcas[] = {
-    {u':', true, true}, {u'?', false, false}, {u'$', false, true}, {u'@', true, true}};
+constexpr FormaDeMarca kMarcas[] = {
+    {{u":var", u":hav"}, true}, {{u"?", u"?"}, false}, {{u"$", u"$"}, true}, {{u"@var", u"@hav"}, true}};
+
+// Room for the parts of a definition that are neither conditions nor names.
+constexpr std::size_t kLargoClausulas = 128;
+
+// About as many characters as a statement will have, so that most are written in one place.
+std::size_t LargoEstimado(const TParametrosFiltro& filtro) noexcept {
+  const auto suma = [](std::size_t n, const UnicodeString& texto) { return n + texto.size() + 1; };
+  const std::size_t nombres = filtro.NombreTabla.size() + filtro.GroupBy.size() + filtro.OrderBy.size() +
+                              filtro.FilterTextPers.size();
+  return std::accumulate(filtro.Join.begin(), filtro.Join.end(), kLargoClausulas + nombres, suma) +
+         kLargoComun * (filtro.ParamSelect.size() / 2 + filtro.ParamWhere.size() + filtro.ParamHaving.size());
+}
 
 // Whether a pattern needs to say that "/" escapes.
 bool NecesitaEscape(std::u16string_view patron) {
@@ -39,17 +52,22 @@ bool NecesitaEscape(std::u16string_view patron) {
 }  // namespace
 
 void Redactor::Marcador(Clausula clausula, TFieldType tipo, const Variant& valor) {
+  Marca(clausula);
+  if (parametros_ != nullptr) Liga(clausula, tipo, valor);
+}
+
+void Redactor::Marca(Clausula clausula) {
   if (numero_ == std::numeric_limits<int>::max()) {
     throw EInvalidOperation(u"Los números de los parámetros se agotaron");
   }
   ++numero_;
-  const std::u16string_view prefijo = clausula == Clausula::Where ? u"var" : u"hav";
-  const Marca& marca = kMarcas[static_cast<std::size_t>(estilo_)];
-  salida_ += marca.signo;
-  if (marca.conPrefijo) salida_ += prefijo;
-  if (marca.conNumero) AppendInt(salida_, numero_);
-  if (parametros_ == nullptr) return;
-  UnicodeString nombre(prefijo);
+  const FormaDeMarca& forma = kMarcas[static_cast<std::size_t>(estilo_)];
+  salida_.append(forma.signos[clausula == Clausula::Where ? 0 : 1]);
+  if (forma.conNumero) AppendInt(salida_, numero_);
+}
+
+void Redactor::Liga(Clausula clausula, TFieldType tipo, const Variant& valor) {
+  UnicodeString nombre(clausula == Clausula::Where ? u"var" : u"hav");
   AppendInt(nombre, numero_);
   parametros_->Add({std::move(nombre), tipo, ValorDeParametro(tipo, valor)});
 }
@@ -133,7 +151,9 @@ void Redactor::Patron(const TParamWhereSimple& c, std::u16string_view abre, Clau
     salida_.append(u"'").append(Mayusculas(TextoCrudo(c.ValorCampo))).append(u"'");
     return;
   }
-  const UnicodeString patron = c.ValorCampo.AsString();
+  // The text itself where the value is one.
+  const UnicodeString propio = c.ValorCampo.TextPtr() == nullptr ? c.ValorCampo.AsString() : UnicodeString();
+  const UnicodeString& patron = c.ValorCampo.TextPtr() == nullptr ? propio : *c.ValorCampo.TextPtr();
   if (!conParametros_) {
     const UnicodeString literal = StringReplace(StringReplace(patron, u"'", u"''"), u"\"", u"");
     salida_.append(u"'").append(c.Sensitive ? literal : Mayusculas(literal)).append(u"'");
@@ -141,11 +161,14 @@ void Redactor::Patron(const TParamWhereSimple& c, std::u16string_view abre, Clau
   }
   const bool pliegaMarcador = enHaving && !c.Sensitive;
   salida_ += pliegaMarcador ? u" UPPER( " : u" ";
-  // A pattern is text whatever the column holds.
-  const bool pliega = !c.Sensitive && !c.ValorCampo.IsNull() && !c.ValorCampo.IsEmpty();
-  const bool esTexto = ClaseDeValor(c.TipoCampo) == conjunto::Clase::Texto;
-  Marcador(clausula, esTexto ? c.TipoCampo : TFieldType::ftString,
-           pliega ? Variant(Mayusculas(patron)) : c.ValorCampo);
+  Marca(clausula);
+  if (parametros_ != nullptr) {
+    // A pattern is text whatever the column holds.
+    const bool pliega = !c.Sensitive && !c.ValorCampo.IsNull() && !c.ValorCampo.IsEmpty();
+    const bool esTexto = ClaseDeValor(c.TipoCampo) == conjunto::Clase::Texto;
+    Liga(clausula, esTexto ? c.TipoCampo : TFieldType::ftString,
+         pliega ? Variant(Mayusculas(patron)) : c.ValorCampo);
+  }
   if (pliegaMarcador) salida_ += u") ";
   if (NecesitaEscape(patron)) salida_ += u" ESCAPE '/' ";
 }
@@ -232,10 +255,12 @@ void Redactor::Filtro(const TParametrosFiltro& filtro) {
 }
 
 void Redactor::Sentencia(const TParametrosFiltro& filtro) {
+  salida_.reserve(salida_.size() + LargoEstimado(filtro));
   salida_ += u"SELECT ";
   if (filtro.Distinct) salida_ += u"DISTINCT ";
   CamposSelect(filtro);
-  if (!filtro.Join.empty()) salida_ += filtro.DameCadenaJoin();
+  if (!filtro.Join.empty()) salida_ += u' ';
+  for (const UnicodeString& join : filtro.Join) salida_ += join;
   Filtro(filtro);
   if (!filtro.GroupBy.empty()) salida_.append(u" GROUP BY ").append(filtro.GroupBy);
   if (!filtro.ParamHaving.empty()) Having(filtro.ParamHaving);

@@ -44,9 +44,12 @@ class Redactor {
  private:
   void Condicion(const FilaOperador& fila, const TParamWhereSimple& c, Clausula clausula);
   void Filtro(const TParametrosFiltro& filtro);
-  /// The mark of the next parameter, whose value goes to the parameters. Raises EInvalidOperation when the
-  /// numbers are used up.
+  /// Marca and, when there is a list, Liga.
   void Marcador(Clausula clausula, TFieldType tipo, const Variant& valor);
+  /// The mark of the next parameter. Raises EInvalidOperation when the numbers are used up.
+  void Marca(Clausula clausula);
+  /// Gives the list the value of the parameter marked last.
+  void Liga(Clausula clausula, TFieldType tipo, const Variant& valor);
 
   UnicodeString& salida_;
   bool conParametros_;

@@ -131,7 +131,7 @@ int main(int argc, char** argv) {
       {{.nombre = "DameSentenciaSQL, 12 conditions",
         .propio = [&] { largo += filtro.DameSentenciaSQL(true, 0).size(); },
         .par = [&] { largo += AMano().size(); },
-        .limite = 2,
+        .limite = 1.15,
         .nombrePar = "by hand"}},
       {{.nombre = "per condition", .tamanos = {100, 1'000, 10'000}, .prepara = condiciones, .limite = 1.2},
        {.nombre = "per element of an IN",

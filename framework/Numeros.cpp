@@ -277,9 +277,17 @@ UnicodeString IntToStr(std::int64_t valor) {
 }
 
 void AppendInt(UnicodeString& texto, std::int64_t valor) {
-  std::array<char, 24> buf;
-  const auto r = std::to_chars(buf.data(), buf.data() + buf.size(), valor);
-  texto.append(buf.data(), r.ptr);
+  // Twenty places hold every number of 64 bits with its sign. Digits are made from the last to the first.
+  std::array<char16_t, 20> buf;
+  std::size_t lugar = buf.size();
+  // Unsigned negation is exact for the lowest value too.
+  std::uint64_t resto = valor < 0 ? 0 - static_cast<std::uint64_t>(valor) : static_cast<std::uint64_t>(valor);
+  do {
+    buf[--lugar] = static_cast<char16_t>(u'0' + resto % 10);
+    resto /= 10;
+  } while (resto != 0);
+  if (valor < 0) buf[--lugar] = u'-';
+  texto.append(buf.data() + lugar, buf.size() - lugar);
 }
 
 bool TryStrToInt64(std::u16string_view texto, std::int64_t& valor) noexcept {

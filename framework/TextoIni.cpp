@@ -1,90 +1,29 @@
 #include "framework/TextoIni.h"
 
 #include <algorithm>
-#include <cstdint>
 
 #include "framework/Excepciones.h"
+#include "framework/LineasIni.h"
 
 namespace vel {
 namespace {
 
-enum class Clase : std::uint8_t { Nada, Seccion, Clave };
-
-/// One line: what it is, its name and value, and where it stands.
-struct Linea {
-  Clase clase = Clase::Nada;
-  std::u16string_view nombre;
-  std::u16string_view valor;
-  /// The value with its outer blanks: all from the "=" to the end of the line.
-  std::u16string_view crudo;
-  std::size_t inicio = 0;
-  std::size_t siguiente = 0;
-  bool enBlanco = false;
-};
-
-/// Goes through the lines of a text.
-class Lineas {
- public:
-  explicit Lineas(std::u16string_view texto) : texto_(texto) {}
-
-  bool Lee(Linea& linea) {
-    if (lugar_ == texto_.size()) return false;
-    std::size_t fin = lugar_;
-    while (fin < texto_.size() && texto_[fin] != u'\n' && texto_[fin] != u'\r') ++fin;
-    linea = Linea{};
-    linea.inicio = lugar_;
-    linea.siguiente = fin + (texto_.substr(fin, 2) == u"\r\n" ? 2 : fin < texto_.size() ? 1 : 0);
-    const std::u16string_view contenido = TrimView(texto_.substr(lugar_, fin - lugar_));
-    lugar_ = linea.siguiente;
-    linea.enBlanco = contenido.empty();
-    if (contenido.empty() || contenido.front() == u';') return true;
-    if (const std::size_t cierre = CierreDeSeccion(contenido); cierre != 0) {
-      linea.clase = Clase::Seccion;
-      linea.nombre = TrimView(contenido.substr(1, cierre - 1));
-      return true;
-    }
-    const std::size_t igual = contenido.find(u'=');
-    if (igual == std::u16string_view::npos) return true;
-    linea.clase = Clase::Clave;
-    linea.nombre = TrimRightView(contenido.substr(0, igual));
-    linea.valor = TrimLeftView(contenido.substr(igual + 1));
-    const std::size_t trasIgual = static_cast<std::size_t>(contenido.data() - texto_.data()) + igual + 1;
-    linea.crudo = texto_.substr(trasIgual, fin - trasIgual);
-    return true;
-  }
-
- private:
-  // Where the name of a section's line ends: at its last character or before a comment; 0 for other lines.
-  static std::size_t CierreDeSeccion(std::u16string_view contenido) noexcept {
-    if (contenido.size() < 2 || contenido.front() != u'[') return 0;
-    const std::size_t cierre = contenido.find(u']');
-    if (cierre == std::u16string_view::npos) return 0;
-    if (TrimLeftView(contenido.substr(cierre + 1)).substr(0, 1) == u";") return cierre;
-    return contenido.back() == u']' ? contenido.size() - 1 : 0;
-  }
-
-  std::u16string_view texto_;
-  std::size_t lugar_ = 0;
-};
+using ini::Clase;
+using Linea = ini::Linea<char16_t>;
+using Lineas = ini::Lineas<char16_t>;
 
 std::optional<Linea> Busca(std::u16string_view texto, std::u16string_view seccion,
                            std::u16string_view clave) {
-  const std::u16string_view buscada = TrimView(seccion);
-  const std::u16string_view nombre = TrimView(clave);
-  bool dentro = false;
-  Linea linea;
-  for (Lineas lineas(texto); lineas.Lee(linea);) {
-    if (linea.clase == Clase::Seccion) dentro = SameText(linea.nombre, buscada);
-    if (dentro && linea.clase == Clase::Clave && SameText(linea.nombre, nombre)) return linea;
-  }
-  return std::nullopt;
+  return ini::Busca(texto, TrimView(seccion), TrimView(clave), SameText);
 }
 
 bool TieneSalto(std::u16string_view texto) noexcept {
   return texto.find_first_of(std::u16string_view(u"\r\n\0", 3)) != std::u16string_view::npos;
 }
 
-void Valida(std::u16string_view seccion, std::u16string_view clave, std::u16string_view valor) {
+}  // namespace
+
+void TextoIni::Valida(std::u16string_view seccion, std::u16string_view clave, std::u16string_view valor) {
   if (TieneSalto(seccion) || TieneSalto(clave) || TieneSalto(valor)) {
     throw EInvalidOperation(
         u"Un archivo de configuración no puede guardar saltos de línea ni caracteres nulos");
@@ -98,8 +37,6 @@ void Valida(std::u16string_view seccion, std::u16string_view clave, std::u16stri
     throw EInvalidOperation(u"El nombre de la clave '" + UnicodeString(clave) + u"' no es válido");
   }
 }
-
-}  // namespace
 
 std::optional<std::u16string_view> TextoIni::Valor(std::u16string_view seccion,
                                                    std::u16string_view clave) const {
@@ -140,9 +77,7 @@ std::u16string_view TextoIni::FinDeLinea() const noexcept {
 void TextoIni::Pon(std::u16string_view seccion, std::u16string_view clave, std::u16string_view valor) {
   Valida(seccion, clave, valor);
   if (const std::optional<Linea> linea = Busca(texto_, seccion, clave)) {
-    // The blanks around the old value stay, unless the new one brings its own.
-    const bool conBlancos = TrimView(valor).size() != valor.size();
-    const std::u16string_view actual = conBlancos ? linea->crudo : linea->valor;
+    const std::u16string_view actual = ini::LugarDelValor(*linea, valor);
     // The view lies in the text: its place is where the new value goes.
     texto_.replace(static_cast<std::size_t>(actual.data() - texto_.data()), actual.size(), valor);
     return;

@@ -32,13 +32,15 @@ class UTILVEL90_EXPORT TextoIni {
   /// Names of the sections, each once, in the order of the text.
   std::vector<UnicodeString> Secciones() const;
 
+  /// Raises EInvalidOperation for what would not be read back: a line break or NUL anywhere, a "]" in a
+  /// section, a "=" in a key, or a key that begins like a comment or a section.
+  static void Valida(std::u16string_view seccion, std::u16string_view clave, std::u16string_view valor);
+
   /// Sets a value, whose outer blanks are written but do not count; a new key goes to the end of its section,
-  /// a new section to the end of the text. Raises
-  /// EInvalidOperation, and changes nothing, for what would not be read back: a line break or NUL anywhere, a
-  /// "]" in a section, a "=" in a key, or a key that begins like a comment or a section.
+  /// a new section to the end of the text. Raises as Valida does, and changes nothing.
   void Pon(std::u16string_view seccion, std::u16string_view clave, std::u16string_view valor);
   /// Appends a section with its keys at the end of the text, at once; nothing without keys. For a name that
-  /// the text does not hold. Raises as Pon does, and changes nothing.
+  /// the text does not hold. Raises as Valida does, and changes nothing.
   void AgregaSeccion(std::u16string_view seccion,
                      const std::vector<std::pair<UnicodeString, UnicodeString>>& claves);
   /// Removes every section of that name with its keys; comments after its last key stay.

@@ -9,12 +9,6 @@ constexpr std::string_view kMarcaUtf8 = "\xEF\xBB\xBF";
 constexpr std::string_view kMarcaUtf16 = "\xFF\xFE";
 constexpr std::string_view kMarcaUtf16Inversa = "\xFE\xFF";
 
-Codificacion Reconoce(std::string_view bytes) {
-  if (bytes.substr(0, kMarcaUtf16.size()) == kMarcaUtf16) return Codificacion::Utf16;
-  if (bytes.substr(0, kMarcaUtf8.size()) == kMarcaUtf8) return Codificacion::Utf8ConMarca;
-  return !IsASCII(bytes) && IsUTF8(bytes) ? Codificacion::Utf8 : Codificacion::Windows1252;
-}
-
 UnicodeString DeUtf16(std::string_view bytes) {
   UnicodeString texto(bytes.size() / 2, u'\0');
   for (std::size_t i = 0; i < texto.size(); ++i) {
@@ -42,20 +36,34 @@ std::string Codifica(std::u16string_view texto, Codificacion codificacion) {
 
 }  // namespace
 
-TextoArchivo DecodificaArchivo(std::string_view bytes) {
-  const Codificacion codificacion = Reconoce(bytes);
+Codificacion ReconoceCodificacion(std::string_view bytes) noexcept {
+  if (bytes.substr(0, kMarcaUtf16.size()) == kMarcaUtf16) return Codificacion::Utf16;
+  if (bytes.substr(0, kMarcaUtf8.size()) == kMarcaUtf8) return Codificacion::Utf8ConMarca;
+  return !IsASCII(bytes) && IsUTF8(bytes) ? Codificacion::Utf8 : Codificacion::Windows1252;
+}
+
+std::string_view SinMarca(std::string_view bytes, Codificacion codificacion) noexcept {
   switch (codificacion) {
-    case Codificacion::Utf8:
-      return {UTF8ToString(bytes), codificacion, {}};
     case Codificacion::Utf8ConMarca:
-      return {UTF8ToString(bytes.substr(kMarcaUtf8.size())), codificacion, {}};
-    case Codificacion::Windows1252:
-      // Most settings files are ASCII, for which the conversion of runs is faster.
-      return {IsASCII(bytes) ? UTF8ToString(bytes) : DeCp1252(bytes), codificacion, {}};
+      return bytes.substr(kMarcaUtf8.size());
     case Codificacion::Utf16:
+      return bytes.substr(kMarcaUtf16.size());
+    case Codificacion::Windows1252:
+    case Codificacion::Utf8:
       break;
   }
-  bytes.remove_prefix(kMarcaUtf16.size());
+  return bytes;
+}
+
+UnicodeString DecodificaParte(std::string_view parte, Codificacion codificacion) {
+  // Most settings files are ASCII, for which the conversion of runs is faster.
+  return codificacion == Codificacion::Windows1252 && !IsASCII(parte) ? DeCp1252(parte) : UTF8ToString(parte);
+}
+
+TextoArchivo DecodificaArchivo(std::string_view bytes) {
+  const Codificacion codificacion = ReconoceCodificacion(bytes);
+  bytes = SinMarca(bytes, codificacion);
+  if (codificacion != Codificacion::Utf16) return {DecodificaParte(bytes, codificacion), codificacion, {}};
   return {DeUtf16(bytes), codificacion, std::string(bytes.substr(bytes.size() / 2 * 2))};
 }
 

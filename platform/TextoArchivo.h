@@ -24,6 +24,12 @@ struct TextoArchivo {
 /// Windows-1252, which is also what ASCII alone counts as.
 UTILVEL90_EXPORT TextoArchivo DecodificaArchivo(std::string_view bytes);
 
+/// What those bytes are, and the text of a part of them that begins and ends beside ASCII characters or at
+/// their ends, the byte-order mark left out; not for UTF-16.
+UTILVEL90_EXPORT Codificacion ReconoceCodificacion(std::string_view bytes) noexcept;
+UTILVEL90_EXPORT std::string_view SinMarca(std::string_view bytes, Codificacion codificacion) noexcept;
+UTILVEL90_EXPORT UnicodeString DecodificaParte(std::string_view parte, Codificacion codificacion);
+
 /// The bytes of a text, in its encoding; one that would not be read back from it becomes UTF-16.
 UTILVEL90_EXPORT std::string CodificaArchivo(const TextoArchivo& archivo);
 

@@ -24,7 +24,10 @@ set(filas
   "Fechas: framework platform version Uutilext/time Uutilext/config"
   "Paramsql: framework platform version Uutilext/diagnostics Uutilext/config"
   "Ucalculocfdi: framework Uutilext/documents"
-  "Uformula: framework Uutilext/documents")
+  "Uformula: framework Uutilext/documents"
+  # The front: public headers of everything below.
+  "facil: framework platform version Uutilext Uutilext/documents Uutilext/text Uutilext/time Uutilext/diagnostics Uutilext/config Uutilext/crypto Fechas Paramsql Ucalculocfdi Uformula"
+  "tools/utilvel: framework platform version Uutilext/documents Uutilext/text Uutilext/time Uutilext/config Uutilext/crypto Fechas Paramsql Ucalculocfdi Uformula facil")
 
 set(faltas "")
 
@@ -94,6 +97,15 @@ foreach(archivo ${archivos})
       endif()
     endif()
   endforeach()
+endforeach()
+
+# The header for everything has the chief header of each folder that has one.
+file(STRINGS ${RAIZ}/UtilVel90.h todo REGEX "^#include")
+foreach(capa ${capas})
+  get_filename_component(nombre ${capa} NAME)
+  if(EXISTS ${RAIZ}/${capa}/${nombre}.h AND NOT "${todo}" MATCHES "\"${capa}/${nombre}.h\"")
+    list(APPEND faltas "UtilVel90.h: does not include ${capa}/${nombre}.h")
+  endif()
 endforeach()
 
 if(faltas)

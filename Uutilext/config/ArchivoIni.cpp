@@ -1,7 +1,9 @@
 #include "Uutilext/config/ArchivoIni.h"
 
+#include <optional>
 #include <string>
 
+#include "Uutilext/config/BytesIni.h"
 #include "framework/Excepciones.h"
 #include "platform/Archivos.h"
 #include "platform/TextoArchivo.h"
@@ -12,6 +14,31 @@ namespace {
 [[noreturn]] void FallaArchivoIni(std::u16string_view mensaje, std::u16string_view archivo) {
   throw Exception(UnicodeString(mensaje).append(u"\"").append(archivo).append(
       u"\"\nCompruebe que tenga los permisos necesarios."));
+}
+
+// Gives the file the bytes that `cambio` makes of the present ones (of none, when it is missing), while no
+// other program of the suite does the same. Without bytes the file cannot be written back as it was.
+void CambiaBytes(std::u16string_view archivo, std::u16string_view mensaje,
+                 const std::function<std::optional<std::string>(const std::string&)>& cambio) {
+  const CandadoArchivo candado(archivo);
+  if (candado.Falla().Hubo()) FallaArchivoIni(mensaje, archivo);
+  std::string bytes;
+  const FallaArchivo lectura = LeeArchivo(archivo, bytes);
+  if (lectura.Hubo() && lectura.clase != ClaseFalla::NoExiste) FallaArchivoIni(mensaje, archivo);
+  const std::optional<std::string> cambiados = cambio(bytes);
+  if (!cambiados.has_value()) FallaArchivoIni(mensaje, archivo);
+  if (*cambiados != bytes && ReemplazaArchivo(archivo, *cambiados).Hubo()) FallaArchivoIni(mensaje, archivo);
+}
+
+std::optional<std::string> CambiaTexto(const std::string& bytes,
+                                       const std::function<void(TextoIni&)>& cambio) {
+  TextoArchivo leido = DecodificaArchivo(bytes);
+  if (!SeReescribeIgual(bytes, leido)) return std::nullopt;
+  TextoIni texto(leido.texto);
+  cambio(texto);
+  if (texto.Texto() == leido.texto) return bytes;
+  leido.texto = texto.Texto();
+  return CodificaArchivo(leido);
 }
 
 }  // namespace
@@ -29,20 +56,26 @@ TextoIni LeeIniEntero(std::u16string_view archivo) {
   return TextoIni(DecodificaArchivo(bytes).texto);
 }
 
+UnicodeString ValorDeIni(std::u16string_view archivo, std::u16string_view seccion,
+                         std::u16string_view clave) {
+  const std::optional<std::string> bytes = LeeArchivo(archivo);
+  return bytes.has_value() ? BytesIni(*bytes).Valor(seccion, clave).value_or(UnicodeString())
+                           : UnicodeString();
+}
+
 void CambiaIni(std::u16string_view archivo, std::u16string_view mensaje,
                const std::function<void(TextoIni&)>& cambio) {
-  const CandadoArchivo candado(archivo);
-  if (candado.Falla().Hubo()) FallaArchivoIni(mensaje, archivo);
-  std::string bytes;
-  const FallaArchivo lectura = LeeArchivo(archivo, bytes);
-  if (lectura.Hubo() && lectura.clase != ClaseFalla::NoExiste) FallaArchivoIni(mensaje, archivo);
-  TextoArchivo leido = DecodificaArchivo(bytes);
-  if (!SeReescribeIgual(bytes, leido)) FallaArchivoIni(mensaje, archivo);
-  TextoIni texto(leido.texto);
-  cambio(texto);
-  if (texto.Texto() == leido.texto) return;
-  leido.texto = texto.Texto();
-  if (ReemplazaArchivo(archivo, CodificaArchivo(leido)).Hubo()) FallaArchivoIni(mensaje, archivo);
+  CambiaBytes(archivo, mensaje, [&cambio](const std::string& bytes) { return CambiaTexto(bytes, cambio); });
+}
+
+void PonEnIni(std::u16string_view archivo, std::u16string_view seccion, std::u16string_view clave,
+              std::u16string_view valor) {
+  CambiaBytes(archivo, kNoSePuedeEscribir, [&](const std::string& bytes) {
+    std::optional<std::string> cambiado = BytesIni(bytes).ConValor(seccion, clave, valor);
+    return cambiado.has_value()
+               ? cambiado
+               : CambiaTexto(bytes, [&](TextoIni& texto) { texto.Pon(seccion, clave, valor); });
+  });
 }
 
 }  // namespace vel

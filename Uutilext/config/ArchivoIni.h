@@ -15,6 +15,9 @@ TextoIni LeeIni(std::u16string_view archivo);
 /// its message as in CambiaIni.
 TextoIni LeeIniEntero(std::u16string_view archivo);
 
+/// The value of a key as stored, quotes included; empty when there is none, or no file that can be read.
+UnicodeString ValorDeIni(std::u16string_view archivo, std::u16string_view seccion, std::u16string_view clave);
+
 /// Loads the file, lets `cambio` change its text and saves it, while no other program of the suite does the
 /// same. The encoding on disk is kept: UTF-16LE or UTF-8 with a mark, UTF-8, Windows-1252 (also for a file
 /// that is new or has only ASCII characters); a text that would not be read back from it makes it UTF-16LE
@@ -23,6 +26,10 @@ TextoIni LeeIniEntero(std::u16string_view archivo);
 /// advice about permissions; the file is then as it was.
 void CambiaIni(std::u16string_view archivo, std::u16string_view mensaje,
                const std::function<void(TextoIni&)>& cambio);
+
+/// CambiaIni that sets one value, with the message for writing.
+void PonEnIni(std::u16string_view archivo, std::u16string_view seccion, std::u16string_view clave,
+              std::u16string_view valor);
 
 /// The beginning of that message when a value is written, and when a section is erased.
 inline constexpr std::u16string_view kNoSePuedeEscribir = u"No se puede escribir en el archivo ";

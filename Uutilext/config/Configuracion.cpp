@@ -26,8 +26,7 @@ UnicodeString DameArchivoConfig() {
 }
 
 UnicodeString DameValor(std::u16string_view archivo, std::u16string_view seccion, std::u16string_view clave) {
-  const TextoIni texto = LeeIni(archivo);
-  return UnicodeString(texto.Valor(seccion, clave).value_or(std::u16string_view()));
+  return ValorDeIni(archivo, seccion, clave);
 }
 
 UnicodeString DameValor(std::u16string_view seccion, std::u16string_view clave) {
@@ -36,7 +35,7 @@ UnicodeString DameValor(std::u16string_view seccion, std::u16string_view clave) 
 
 void EscribeValor(std::u16string_view archivo, std::u16string_view seccion, std::u16string_view clave,
                   std::u16string_view valor) {
-  CambiaIni(archivo, kNoSePuedeEscribir, [&](TextoIni& texto) { texto.Pon(seccion, clave, valor); });
+  PonEnIni(archivo, seccion, clave, valor);
 }
 
 void EscribeValor(std::u16string_view seccion, std::u16string_view clave, std::u16string_view valor) {

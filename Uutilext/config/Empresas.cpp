@@ -35,16 +35,10 @@ UnicodeString ConTerminacion(std::u16string_view catalogo, std::u16string_view t
 
 UnicodeString RutaRespaldo(std::u16string_view catalogo) { return ConTerminacion(catalogo, u".bak"); }
 
-void Exige(const FallaArchivo& falla, std::u16string_view que, std::u16string_view ruta) {
-  if (!falla.Hubo()) return;
-  throw EStreamError(
-      UnicodeString(que).append(u" \"").append(ruta).append(u"\": ").append(Descripcion(falla)));
-}
-
 // Loads once; returns the bytes that were loaded.
 std::string Carga(TClientDataSet& empresas, std::u16string_view ruta) {
   std::string bytes;
-  Exige(LeeArchivo(ruta, bytes), u"No se puede leer el archivo", ruta);
+  ExigeSinFalla(LeeArchivo(ruta, bytes), u"No se puede leer el archivo", ruta);
   empresas.LoadFromXML(bytes, ruta);
   return bytes;
 }
@@ -78,22 +72,6 @@ std::string CargaConRecuperacion(TClientDataSet& empresas, std::u16string_view r
 }
 
 constexpr std::u16string_view kNoSePuedeEscribir = u"No se puede escribir en el archivo";
-
-// Loads the catalog, lets `cambio` change it and saves it, with no other writer in between.
-template <typename Cambio>
-void CambiaCatalogo(const Cambio& cambio) {
-  const UnicodeString ruta = DameRutaArchEmpresas();
-  const CandadoArchivo candado(ruta);
-  Exige(candado.Falla(), kNoSePuedeEscribir, ruta);
-  TClientDataSet empresas;
-  const std::string anterior = CargaConRecuperacion(empresas, ruta, Candado::Puesto);
-  cambio(empresas);
-  // The backup gets the bytes that were just loaded, so it always holds a catalog that loads.
-  const std::string nuevo = empresas.SaveToXML();
-  const UnicodeString respaldo = RutaRespaldo(ruta);
-  Exige(ReemplazaArchivo(respaldo, anterior, ruta), kNoSePuedeEscribir, respaldo);
-  Exige(ReemplazaArchivo(ruta, nuevo), kNoSePuedeEscribir, ruta);
-}
 
 // The catalog with the company's record current; null when there is none.
 std::unique_ptr<TClientDataSet> BuscaEmpresa(int numEmp) {
@@ -165,7 +143,7 @@ UnicodeString DameRutaTrabajoEmpresa(std::u16string_view numEmp, UnicodeString& 
 void AgregaEmpresaXML(int numEmp, std::u16string_view rutaDatos, std::u16string_view driver,
                       std::u16string_view nombre, std::u16string_view rutaTrabajo,
                       std::u16string_view versionBD) {
-  CambiaCatalogo([&](TClientDataSet& empresas) {
+  CambiaCatalogoEmpresas([&](TClientDataSet& empresas) {
     empresas.Append();
     empresas.FieldByName(u"NumEmp").SetAsInteger(numEmp);
     empresas.FieldByName(u"RutaDatos").SetAsString(rutaDatos);
@@ -178,7 +156,7 @@ void AgregaEmpresaXML(int numEmp, std::u16string_view rutaDatos, std::u16string_
 }
 
 void ActualizaXMLNombreEmpresa(int numEmp, std::u16string_view nombre) {
-  CambiaCatalogo([&](TClientDataSet& empresas) {
+  CambiaCatalogoEmpresas([&](TClientDataSet& empresas) {
     if (!empresas.Locate(u"NumEmp", Variant(numEmp))) {
       throw EInvalidOperation(u"El catálogo no contiene la empresa " + IntToStr(numEmp) + u".");
     }
@@ -186,6 +164,20 @@ void ActualizaXMLNombreEmpresa(int numEmp, std::u16string_view nombre) {
     empresas.FieldByName(u"Nombre_Empresa").SetAsString(nombre);
     empresas.Post();
   });
+}
+
+void CambiaCatalogoEmpresas(const std::function<void(TClientDataSet&)>& cambio) {
+  const UnicodeString ruta = DameRutaArchEmpresas();
+  const CandadoArchivo candado(ruta);
+  ExigeSinFalla(candado.Falla(), kNoSePuedeEscribir, ruta);
+  TClientDataSet empresas;
+  const std::string anterior = CargaConRecuperacion(empresas, ruta, Candado::Puesto);
+  cambio(empresas);
+  // The backup gets the bytes that were just loaded, so it always holds a catalog that loads.
+  const std::string nuevo = empresas.SaveToXML();
+  const UnicodeString respaldo = RutaRespaldo(ruta);
+  ExigeSinFalla(ReemplazaArchivo(respaldo, anterior, ruta), kNoSePuedeEscribir, respaldo);
+  ExigeSinFalla(ReemplazaArchivo(ruta, nuevo), kNoSePuedeEscribir, ruta);
 }
 
 }  // namespace vel

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string_view>
 
@@ -25,7 +26,8 @@ namespace vel {
 /// is kept as " copia.bak" too); one that exists is given 35 milliseconds, for whoever is writing it. Then
 /// it is loaded once more, and a second failure reaches the caller (EStreamError when the file cannot be
 /// read, EDatabaseError naming file and line when it is no packet); a data set given is then as it was.
-UTILVEL90_EXPORT void AbreArchivoEmpresa(std::unique_ptr<TClientDataSet>& empresas, std::u16string_view ruta);
+UTILVEL90_EXPORT void AbreArchivoEmpresa(std::unique_ptr<TClientDataSet>& empresas,
+                                         std::u16string_view ruta = {});
 
 /// Fills the list with a line for each company, in record order: its number, "=" and its name.
 ///
@@ -50,5 +52,10 @@ UTILVEL90_EXPORT void AgregaEmpresaXML(int numEmp, std::u16string_view rutaDatos
 /// Renames a company, after copying the catalog as it stands to its backup. A company that the catalog does
 /// not hold raises EInvalidOperation, and nothing is written.
 UTILVEL90_EXPORT void ActualizaXMLNombreEmpresa(int numEmp, std::u16string_view nombre);
+
+/// Loads the catalog, lets `cambio` change its records, and saves it after copying the catalog as it stood to
+/// its backup, with no other writer in between. What `cambio` throws reaches the caller, and neither file is
+/// touched; it must not call the other writers, which would wait for it.
+UTILVEL90_EXPORT void CambiaCatalogoEmpresas(const std::function<void(TClientDataSet& empresas)>& cambio);
 
 }  // namespace vel

@@ -1,25 +1,24 @@
-// The statements run, on SQLite and on embedded Firebird: every way of giving their values finds the same
-// rows.
+// The statements run on four engines, and every way of giving their values finds the same rows. SQLite and
+// embedded Firebird need no server; tests/bases/servidores.sh starts the other two.
 
 #include <algorithm>
-#include <cmath>
-#include <cstdint>
-#include <ctime>
-#include <deque>
+#include <cstdlib>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <ibase.h>
 #include <map>
-#include <soci/firebird/soci-firebird.h>
+#include <optional>
 #include <soci/soci.h>
-#include <soci/sqlite3/soci-sqlite3.h>
 #include <string>
 #include <utility>
-#include <variant>
+#include <vector>
 
 #include "Paramsql/Paramsql.h"
 #include "tests/CarpetaTemporal.h"
 #include "tests/Casos.h"
+#include "tools/utilvel/Errores.h"
+#include "tools/utilvel/base/Base.h"
+#include "tools/utilvel/base/Motor.h"
 
 // Asked by the address checker of this program. Firebird's library leaves text converters open and threads
 // that the search for leaks cannot follow.
@@ -49,6 +48,8 @@ void Agrega(TParametrosFiltro*& f, UnicodeString resto) {
   const bool conO = palabra == u"o";
   const bool having = palabra == u"having";
   if (conO || having) palabra = Toma(resto, u" ");
+  if (palabra == u"distinct") return void(f->Distinct = true);
+  if (palabra == u"desc") return void(f->OrdDesc = true);
   if (palabra == u"select") return f->AgregaCampoSelect(resto, u"", true);
   if (palabra == u"group") return void(f->GroupBy = resto);
   if (palabra == u"join") return f->AgregaJoin(resto);
@@ -66,89 +67,72 @@ void Agrega(TParametrosFiltro*& f, UnicodeString resto) {
   f->ParamWhere.pop_back();
 }
 
-// Values by their kind, for as long as the statement needs them.
-using Enlazado = std::variant<long long, double, std::string, std::tm>;
-
-Enlazado DeParametro(const TParam& p, bool conFechas) {
-  switch (p.Value.GetKind()) {
-    case Variant::Kind::Integer:
-      return static_cast<long long>(p.Value.AsInteger());
-    case Variant::Kind::Double:
-      return p.Value.AsDouble();
-    case Variant::Kind::Date: {
-      const TDateTime momento = p.Value.AsDateTime();
-      if (!conFechas) return UTF8Encode(DateTimeToISO(momento, p.DataType));
-      // Seconds since 1970; the structure has no fraction of them.
-      const auto segundos = static_cast<std::time_t>(std::llround((momento.Val() - 25569) * 86400));
-      std::tm fecha{};
-      gmtime_r(&segundos, &fecha);
-      return fecha;
-    }
-    default:
-      return UTF8Encode(p.Value.AsString());
-  }
-}
-
-struct Base {
-  soci::session sesion;
-  // Whether dates have a type of their own; else they are ISO texts.
-  bool conFechas;
-  // What the database said of the last statement that it refused.
-  std::string queja;
-
-  void Crea(const std::string& linea) {
-    soci::transaction transaccion(sesion);
-    sesion << linea;
-    transaccion.commit();
-  }
-
-  // The first column of the rows, joined by blanks.
-  std::string Ejecuta(const UnicodeString& sql, const TParams& parametros) try {
-    soci::statement sentencia(sesion);
-    std::deque<Enlazado> valores;
-    for (const TParam& p : parametros) {
-      valores.push_back(DeParametro(p, conFechas));
-      std::visit([&sentencia](auto& valor) { sentencia.exchange(soci::use(valor)); }, valores.back());
-    }
-    std::string columna;
-    sentencia.exchange(soci::into(columna));
-    sentencia.alloc();
-    sentencia.prepare(UTF8Encode(sql));
-    sentencia.define_and_bind();
-    std::string filas;
-    for (bool hay = sentencia.execute(true); hay; hay = sentencia.fetch()) {
-      filas += (filas.empty() ? "" : " ") + columna;
-    }
-    return filas.empty() ? "nada" : filas;
-  } catch (const soci::soci_error& e) {
-    queja = e.what();
-    return "error";
-  }
-};
-
 // The library of Firebird makes its databases; no server runs.
-std::string CreaFirebird(pruebas::CarpetaTemporal& carpeta) {
-  carpeta.Pon("FIREBIRD_LOCK", carpeta.Ruta().string());
-  const std::string archivo = (carpeta.Ruta() / "base.fdb").string();
+void CreaFirebird(const std::string& archivo) {
   const std::string sql = "CREATE DATABASE '" + archivo + "' USER 'SYSDBA' DEFAULT CHARACTER SET UTF8";
   ISC_STATUS_ARRAY estado{};
   isc_db_handle base = 0;
   isc_tr_handle transaccion = 0;
   isc_dsql_execute_immediate(estado, &base, &transaccion, 0, sql.c_str(), SQL_DIALECT_V6, nullptr);
   isc_detach_database(estado, &base);
-  return "service=" + archivo + " user=SYSDBA charset=UTF8";
 }
 
-TEST(Sentencias, FindTheSameRowsOnEveryDatabase) {
-  pruebas::CarpetaTemporal carpeta;
-  Base bases[] = {{soci::session(soci::sqlite3, ":memory:"), false, ""},
-                  {soci::session(soci::firebird, CreaFirebird(carpeta)), true, ""}};
-  // SQLite compares patterns without regard to case unless it is told.
-  bases[0].sesion << "PRAGMA case_sensitive_like=ON";
+// What an engine has of its own here.
+struct Prueba {
+  const char* nombre;
+  // How it spells the types of the table.
+  const char* momento;
+  const char* hora;
+  // How many styles of placeholders it reads, from the first.
+  std::size_t estilos;
+};
+const std::map<utilvel::ClaseDeBase, Prueba> kPruebas = {
+    {utilvel::ClaseDeBase::Sqlite, {"sqlite3", "TIMESTAMP", "TIME", 4}},
+    {utilvel::ClaseDeBase::Firebird, {"firebird", "TIMESTAMP", "TIME", 2}},
+    {utilvel::ClaseDeBase::Postgresql, {"postgresql", "TIMESTAMP", "TIME", 1}},
+    {utilvel::ClaseDeBase::Mysql, {"mysql", "DATETIME(3)", "TIME(3)", 1}}};
+
+// Writes the table of base.sql, with what the program itself refuses: a session that writes.
+void Llena(soci::session& sesion, const Prueba& prueba) {
   std::ifstream script(DATOS_PRUEBA "/sentencias/base.sql");
   for (std::string linea; std::getline(script, linea);) {
-    for (Base& base : bases) base.Crea(linea);
+    if (linea.starts_with("CREATE")) {
+      linea.replace(linea.find("TIMESTAMP"), 9, prueba.momento);
+      linea.replace(linea.rfind("TIME)"), 4, prueba.hora);
+    }
+    soci::transaction transaccion(sesion);
+    sesion << linea;
+    transaccion.commit();
   }
+}
+
+// The rows of a statement, the first column of each, joined by blanks; "error" when the database refuses it.
+std::string Ejecuta(utilvel::Base& base, const UnicodeString& sql, const TParams& parametros,
+                    std::string& queja) try {
+  utilvel::Renglones renglones = base.Consulta(sql, parametros);
+  std::string filas;
+  for (std::vector<utilvel::Celda> fila; renglones.Siguiente(fila);) {
+    filas += (filas.empty() ? "" : " ") + fila.at(0).value_or("nulo");
+  }
+  return filas.empty() ? "nada" : filas;
+} catch (const utilvel::Falla& e) {
+  queja = e.what();
+  return "error";
+}
+
+// What a case expects of an engine: the most particular of its parts.
+std::string Esperado(const std::vector<std::string>& caso, const std::string& motor, bool conParametros) {
+  std::string esperado = caso[2];
+  for (const std::string& clave : {std::string("literales"), motor, motor + " literales"}) {
+    if (conParametros && clave != motor) continue;
+    for (std::size_t i = 3; i < caso.size(); ++i) {
+      if (caso[i].starts_with(clave + ": ")) esperado = caso[i].substr(clave.size() + 2);
+    }
+  }
+  return esperado;
+}
+
+void Recorre(utilvel::Base& base, const Prueba& prueba) {
   for (const auto& caso : pruebas::Casos("sentencias/casos.txt", " | ")) {
     TParametrosFiltro filtro(u"T");
     TParametrosFiltro* f = &filtro;
@@ -158,23 +142,54 @@ TEST(Sentencias, FindTheSameRowsOnEveryDatabase) {
     for (f = &filtro; f != nullptr; f = f->ParametrosUnion.get()) {
       if (f->ParamSelect.empty()) f->AgregaCampoSelect(u"T.I", u"", true);
     }
-    filtro.SetOrderBy(u"1");
-    for (const std::size_t i : {0U, 1U}) {
-      const auto compara = [&](const UnicodeString& sql, const TParams& parametros, std::size_t literal) {
-        EXPECT_EQ(bases[i].Ejecuta(sql, parametros),
-                  caso[caso.size() == 6 ? 2 + 2 * i + literal : std::min(2 + literal, caso.size() - 1)])
-            << caso[0] << ", " << i << ": " << UTF8Encode(sql) << bases[i].queja;
-      };
-      compara(filtro.DameSentenciaSQL(false, 0), {}, 1);
-      for (const auto estilo : {ENUM_MARCADOR::DOSPUNTOS, ENUM_MARCADOR::INTERROGACION, ENUM_MARCADOR::PESOS,
-                                ENUM_MARCADOR::ARROBA}) {
-        // Firebird reads the first two.
-        if (i == 1 && estilo > ENUM_MARCADOR::INTERROGACION) break;
-        TParams parametros;
-        const UnicodeString sql = filtro.DameSentenciaSQL(estilo, 4, parametros);
-        compara(sql, parametros, 0);
-      }
+    filtro.OrderBy = u"1";
+    std::string queja;
+    const auto compara = [&](const UnicodeString& sql, const TParams& parametros, bool conParametros) {
+      EXPECT_EQ(Ejecuta(base, sql, parametros, queja), Esperado(caso, prueba.nombre, conParametros))
+          << caso[0] << ", " << prueba.nombre << ": " << UTF8Encode(sql) << queja;
+    };
+    compara(filtro.DameSentenciaSQL(false, 0), {}, false);
+    for (std::size_t estilo = 0; estilo < prueba.estilos; ++estilo) {
+      TParams parametros;
+      const UnicodeString sql = filtro.DameSentenciaSQL(static_cast<ENUM_MARCADOR>(estilo), 4, parametros);
+      compara(sql, parametros, true);
     }
+  }
+}
+
+TEST(Sentencias, FindTheSameRowsInFiles) {
+  pruebas::CarpetaTemporal carpeta;
+  carpeta.Pon("FIREBIRD_LOCK", carpeta.Ruta().string());
+  for (const auto clase : {utilvel::ClaseDeBase::Sqlite, utilvel::ClaseDeBase::Firebird}) {
+    const Prueba& prueba = kPruebas.at(clase);
+    const std::string archivo = (carpeta.Ruta() / prueba.nombre).string();
+    if (clase == utilvel::ClaseDeBase::Firebird) CreaFirebird(archivo);
+    {
+      soci::session sesion(prueba.nombre, clase == utilvel::ClaseDeBase::Firebird
+                                              ? "service=" + archivo + " user=SYSDBA charset=UTF8"
+                                              : archivo);
+      Llena(sesion, prueba);
+    }
+    utilvel::Base base(utilvel::LeeDireccion(std::string(prueba.nombre) + "://" + archivo), "");
+    Recorre(base, prueba);
+  }
+}
+
+// Run by servidores.sh, which gives the addresses.
+TEST(Servidores, FindTheSameRowsThere) {
+  for (const char* const variable : {"UTILVEL_PRUEBA_POSTGRESQL", "UTILVEL_PRUEBA_MYSQL"}) {
+    ASSERT_NE(std::getenv(variable), nullptr) << variable;
+    const utilvel::DireccionBase direccion = utilvel::LeeDireccion(std::getenv(variable));
+    const std::string clave = std::getenv("UTILVEL_CLAVE");
+    const Prueba& prueba = kPruebas.at(direccion.clase);
+    {
+      soci::session sesion(prueba.nombre, utilvel::DameMotor(direccion.clase).Conexion(direccion, clave));
+      if (direccion.clase == utilvel::ClaseDeBase::Postgresql)
+        sesion << "SET default_transaction_read_only = off";
+      Llena(sesion, prueba);
+    }
+    utilvel::Base base(direccion, clave);
+    Recorre(base, prueba);
   }
 }
 

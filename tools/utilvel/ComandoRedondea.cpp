@@ -1,0 +1,49 @@
+// utilvel redondea: rounds an amount as the suite's documents do.
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <string>
+
+#include "Uutilext/documents/Redondeo.h"
+#include "framework/Numeros.h"
+#include "tools/utilvel/Comandos.h"
+#include "tools/utilvel/Entrada.h"
+#include "tools/utilvel/Programa.h"
+#include "tools/utilvel/Sistema.h"
+#include "tools/utilvel/Textos.h"
+
+namespace utilvel {
+namespace {
+
+struct Opciones {
+  std::string valor;
+  std::string decimales;
+};
+
+Codigo Corre(const Opciones& o) {
+  const std::int32_t decimales = vel::StrToInt(ATexto(o.decimales));
+  Escritor salida("");
+  const Codigo codigo = PorRenglon(o.valor, [&salida, decimales](const vel::UnicodeString& valor) {
+    salida.Escribe(vel::UTF8Encode(vel::FloatToStr(vel::Redondea(vel::StrToFloat(valor), decimales))) + "\n");
+  });
+  salida.Termina();
+  return codigo;
+}
+
+}  // namespace
+
+void AgregaRedondea(Programa& programa) {
+  const auto o = std::make_shared<Opciones>();
+  CLI::App& comando = programa.Agrega(
+      {.nombre = "redondea",
+       .resumen = "Redondea una cantidad como lo hacen los documentos",
+       .detalle = "Las mitades se alejan del cero, aunque la computadora guarde el número un poco "
+                  "abajo: 2.675 a dos decimales da 2.68.",
+       .ejemplos = {{"utilvel redondea 2.675 2", "Da 2.68."}}},
+      [o] { return Corre(*o); });
+  comando.add_option("VALOR", o->valor, "Cantidad por redondear; con - se lee una por renglón")->required();
+  comando.add_option("DECIMALES", o->decimales, "Decimales que quedan; con negativos, decenas, centenas...")
+      ->required();
+}
+
+}  // namespace utilvel

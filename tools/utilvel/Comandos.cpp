@@ -1,0 +1,21 @@
+#include "tools/utilvel/Comandos.h"
+
+namespace utilvel {
+
+void AgregaComandos(Programa& programa) {
+  AgregaTotales(programa);
+  AgregaFechas(programa);
+  AgregaConfig(programa);
+  AgregaEmpresas(programa);
+  AgregaRutas(programa);
+  AgregaCertificado(programa);
+  AgregaHora(programa);
+  AgregaCfdi(programa);
+  AgregaRedondea(programa);
+  AgregaDireccion(programa);
+  AgregaClave(programa);
+  AgregaVersion(programa);
+  AgregaInternos(programa);
+}
+
+}  // namespace utilvel
