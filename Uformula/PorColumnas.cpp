@@ -53,7 +53,7 @@ class Evaluador::Bloque {
   std::size_t Renglones() const noexcept { return renglones_; }
   /// Values of the root for the rows from `primero` on; where Fallo tells so there is none.
   const double* Calcula(std::size_t primero, std::size_t cuantos);
-  bool Fallo(std::size_t renglon) const noexcept { return fallos_[renglon] != 0; }
+  bool Fallo(std::size_t renglon) const noexcept { return fallos_[renglon]; }
 
  private:
   double* Lugar(std::uint32_t casilla) noexcept { return valores_.data() + casilla * renglones_; }

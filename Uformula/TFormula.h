@@ -147,8 +147,8 @@ class UTILVEL90_EXPORT TFormula {
   /// in the order of the rows, and does not stop the others. What was assigned to the variables stays. As
   /// many values in every column as places in `salida`, which may be one of the columns itself; a column of
   /// another length, of a variable bound by another object, or of one that has a column already raises
-  /// EInvalidOperation, and so does having no formula. When memory runs out what stands in `salida` is not
-  /// told.
+  /// EInvalidOperation, and so does having no formula. When memory runs out the object is as it was and what
+  /// stands in `salida` is undefined.
   ///
   ///     const TColumnaFormula columnas[] = {{venta, ventas}, {meta, metas}};
   ///     for (const TFallaRenglon& f : formula.Ejecuta(columnas, comisiones)) avisa(f.Renglon, f.Mensaje);

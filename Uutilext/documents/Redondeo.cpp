@@ -77,34 +77,32 @@ double Redondea4(double valor) noexcept {
 
 namespace {
 
-// Rounding reads and cuts decimal texts. For common amounts the same answer follows from arithmetic alone.
+// Rounding reads and cuts decimal texts. For nearly all amounts the same answer follows from arithmetic
+// alone.
 //
 // Let a = |valor|, p = 10^-n and s = a * 10^n, both as doubles, m the whole number nearest to s and f its
 // distance. D is the value rounded to 15 significant digits, which is what the text holds. s lies within
-// 1.2e-16 * s of the exact product, and D * 10^n within 0.5e-14 of itself.
+// 1.2e-16 * s of the exact product, and D * 10^n within 0.5e-14 * s.
 //
-//  1. D has no more than n decimals: the value stays.
-//     - s < 1e15 and f <= 3.5e-16 * s: the value lies within 4.7e-16 of itself of m / 10^n, which has at most
-//     15
-//       digits: nearer than half a unit of the 15th digit, which is at least 0.5e-15 of it. So D is m / 10^n.
-//       Below 1e-4, where the text has an exponent, m has at most n - 4 digits: what stands after the point,
-//       exponent included, is no more than n characters either. Zero is "0".
-//     - s >= 1e15 and a < 1e15: of its 15 digits so many stand before the n-th decimal that none is left for
-//       those behind it. (With an exponent, n >= 20 and 18 characters after the point are the most.)
-//  2. D has more decimals, when f > 2e-14 * s and s < 1e12: D * 10^n then is not m, and all of the above
-//  stays
-//     below 0.03, so that no other whole number comes near. What is left of the text of w = a / p + 0.5
-//     before its point, times p, is the answer. With a >= 1e-4 the text has no exponent (0.5 <= w < 1e12 +
-//     1), and it is w rounded to 15 digits: the whole part of w unless the rounding, of at most 0.5e-14 * w,
-//     reaches the next whole number.
-//     - f < 0.5 - 2e-14 * (s + 1): w lies within 5e-16 * (s + 1) of s + 0.5, which is farther than that and
+//  1. D has no more than n decimals, and the value stays:
+//     - s < 1e15 and f <= 3.5e-16 * s. The value lies within 4.7e-16 of itself of m / 10^n, a decimal of at
+//       most 15 digits: nearer than half a unit of the 15th digit, which is at least 0.5e-15 of it. So D is
+//       m / 10^n. Below 1e-4, where the text has an exponent, m has at most n - 4 digits, and what stands
+//       after the point, exponent included, is no more than n characters either. Zero is "0".
+//     - s >= 1e15 and a < 1e15. None of the 15 digits stands behind the n-th decimal. (With an exponent, n is
+//       at least 20, and 18 characters after the point are the most.)
+//  2. D has more decimals: f > 2e-14 * s and s < 1e12. D * 10^n is not m then, and since all of the above
+//     stays below 0.03 it is no other whole number. What is left of the text of w = a / p + 0.5 before its
+//     point, times p, is the answer. With a >= 1e-4 that text has no exponent (0.5 <= w < 1e12 + 1); it is w
+//     rounded to 15 digits: the whole part of w, unless the rounding, of at most 0.5e-14 * w, reaches the
+//     next whole number.
+//     - f < 0.5 - 2e-14 * (s + 1). w lies within 5e-16 * (s + 1) of s + 0.5, which is farther than that and
 //       the rounding from a whole number: what is left is m, and no division is needed.
-//     - otherwise w is computed.
-//
-//  3. In neither, with a >= 1e-4 and below 1e15, the digits of D and of w tell (QuinceDigitos.h): D is
-//     N * 10^-k. When N is a multiple of 10^(k - n), the value stays. A quotient of two whole numbers below
-//     1e15 is farther from any whole number that it is not than rounding reaches, so that it tells both this
-//     and what is left before the point of w.
+//     - Otherwise w is computed.
+//  3. Else, with a >= 1e-4 and below 1e15, the digits of D and of w tell (QuinceDigitos.h): D is N * 10^-k,
+//     and the value stays when N is a multiple of 10^(k - n). A quotient of two whole numbers below 1e15 is
+//     farther from any whole number that it is not than rounding reaches, so that it tells this, and what is
+//     left before the point of w.
 //
 // The text decides the rest: values below 1e-4 or from 1e15 on, and true halves of the 15th digit.
 constexpr double kIgual = 3.5e-16;
@@ -142,7 +140,7 @@ double RedondeaPorMitad(double valor, int decimales) {
   return std::copysign(entero * p, valor);
 }
 
-// Both cases above for two values at a time; neither holds for those that `hechos` leaves out.
+// The first way and the second without its division, for two values at a time; `hechos` tells for which.
 inline pares::Par Redondea(pares::Par valor, double potencia, double p, pares::Mascara& hechos) noexcept {
   const pares::Par a = pares::Abs(valor);
   const pares::Par s = a * potencia;
