@@ -17,7 +17,7 @@ using pares::Mascara;
 using pares::Par;
 
 // Rows of a block: few enough for its places to stay in the nearest memory, fewer for long formulas.
-constexpr std::size_t kMaxRenglones = 256;
+constexpr std::size_t kMaxRenglones = 128;
 constexpr std::size_t kMinRenglones = 8;
 constexpr std::size_t kMaxValores = 16'384;
 
