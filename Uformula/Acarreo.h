@@ -1,8 +1,11 @@
 #pragma once
 
 #include <cmath>
+#include <cstddef>
 
 #include "framework/Pares.h"
+#include "framework/PotenciasDiez.h"
+#include "framework/QuinceDigitos.h"
 
 namespace vel::formula {
 
@@ -48,13 +51,27 @@ inline bool Acarrea(double resultado, double& potencia, double& acarreado) noexc
   return true;
 }
 
-/// Acarrea of two values. What it gives counts where `hechos` holds; Acarrea has the others.
-inline pares::Par Acarrea(pares::Par resultado, pares::Mascara& hechos) noexcept {
-  const pares::Par s = resultado * 1e6;
+/// Acarrea of two values, as above, with any power of ten up to 10^22 in place of 10^6: the greater, the more
+/// decimals they may have, and the smaller they must be. What it gives counts where `hechos` holds.
+inline pares::Par Acarrea(pares::Par resultado, double escala, pares::Mascara& hechos) noexcept {
+  const pares::Par s = resultado * escala;
   const pares::Par n = pares::Entero(s);
   const pares::Par a = pares::Abs(s);
   hechos = pares::De(a < 1e15) & pares::De(pares::Abs(s - n) <= acarreo::kCerca * a);
-  return n / 1e6;
+  return n / escala;
+}
+
+/// AcarreaLargo of two values, each by its own power of ten; what `hechos` leaves out AcarreaLargo has.
+inline pares::Par AcarreaLargo(pares::Par resultado, pares::Mascara& hechos) noexcept {
+  const pares::Par a = pares::Abs(resultado);
+  std::size_t k0 = 0;
+  std::size_t k1 = 0;
+  const bool conDigitos = quince::Decimales(a[0], k0) & quince::Decimales(a[1], k1);
+  const pares::Par potencia{diez::kPotencias[k0], diez::kPotencias[k1]};
+  const pares::Par s = a * potencia;
+  const pares::Par n = pares::Entero(s);
+  hechos = conDigitos ? pares::De(pares::Abs(s - n) < 0.4375) : pares::Mascara{};
+  return pares::ConSignoDe(n / potencia, resultado);
 }
 
 inline bool Acarrea(double resultado, double& acarreado) noexcept {

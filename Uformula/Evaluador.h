@@ -63,8 +63,9 @@ class Evaluador {
     std::uint32_t primero = 0;
     std::uint32_t cuenta = 0;
     const FuncionInterna* funcion = nullptr;
-    /// Of the last value (Acarrea).
+    /// Of the last value, and of the last block of values (Acarrea).
     double potencia = 1;
+    double escala = 1e6;
   };
   /// A variable of the list, or a bound one, and the place that the program reads it from.
   struct DeLista {

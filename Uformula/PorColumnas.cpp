@@ -9,6 +9,8 @@
 #include "Uformula/Evaluador.h"
 #include "framework/Excepciones.h"
 #include "framework/Pares.h"
+#include "framework/PotenciasDiez.h"
+#include "framework/QuinceDigitos.h"
 
 namespace vel::formula {
 namespace {
@@ -57,17 +59,19 @@ class Evaluador::Bloque {
 
  private:
   double* Lugar(std::uint32_t casilla) noexcept { return valores_.data() + casilla * renglones_; }
-  void Lee(const double* desde, std::size_t cuantos, std::uint32_t casilla);
+  void Lee(std::size_t columna, std::size_t primero, std::size_t cuantos);
   void Ejecuta(Instruccion& instruccion, std::uint32_t paso);
   void Llama(const Instruccion& instruccion);
+  void Completa(Par resultado, std::size_t i, double* hacia);
   void Compara(Operador operador, const double* a, const double* b, double* hacia) const;
   template <class Accion>
-  void Opera(const Accion& accion, double& potencia, const double* a, const double* b, double* hacia);
+  void Opera(const Accion& accion, double& escala, const double* a, const double* b, double* hacia);
 
   Evaluador& evaluador_;
   std::span<const Columna> columnas_;
-  /// For each column its place; none for a variable that the formula does not name.
+  /// For each column its place, none for a variable that the formula does not name, and its scale.
   std::vector<std::uint32_t> casillas_;
+  std::vector<double> escalas_;
   std::size_t renglones_;
   std::vector<double> valores_;
   std::array<bool, kMaxRenglones> fallos_{};
@@ -81,6 +85,7 @@ Evaluador::Bloque::Bloque(Evaluador& evaluador, std::span<const Columna> columna
     : evaluador_(evaluador),
       columnas_(columnas),
       casillas_(columnas.size(), kNinguno),
+      escalas_(columnas.size(), 1e6),
       renglones_(RenglonesPorBloque(evaluador.casillas_.size())),
       valores_(evaluador.casillas_.size() * renglones_) {
   for (auto c = static_cast<std::uint32_t>(evaluador.programa_.size()); c < evaluador.casillas_.size(); ++c) {
@@ -96,21 +101,21 @@ Evaluador::Bloque::Bloque(Evaluador& evaluador, std::span<const Columna> columna
 const double* Evaluador::Bloque::Calcula(std::size_t primero, std::size_t cuantos) {
   fallos_.fill(false);
   for (std::size_t i = 0; i < columnas_.size(); ++i) {
-    if (casillas_[i] != kNinguno) Lee(columnas_[i].valores + primero, cuantos, casillas_[i]);
+    if (casillas_[i] != kNinguno) Lee(i, primero, cuantos);
   }
   for (std::uint32_t i = 0; i < evaluador_.programa_.size(); ++i) Ejecuta(evaluador_.programa_[i], i);
   return Lugar(evaluador_.arbol_->Raiz());
 }
 
 // The rows that a last block lacks are like its last one.
-void Evaluador::Bloque::Lee(const double* desde, std::size_t cuantos, std::uint32_t casilla) {
+void Evaluador::Bloque::Lee(std::size_t columna, std::size_t primero, std::size_t cuantos) {
+  const double* desde = columnas_[columna].valores + primero;
   if (cuantos < renglones_) {
     std::copy_n(desde, cuantos, crudos_.begin());
     std::fill(crudos_.begin() + static_cast<std::ptrdiff_t>(cuantos), crudos_.end(), desde[cuantos - 1]);
     desde = crudos_.data();
   }
-  double potencia = 1;
-  Opera([](Par a, Par) { return a; }, potencia, desde, desde, Lugar(casilla));
+  Opera([](Par a, Par) { return a; }, escalas_[columna], desde, desde, Lugar(casillas_[columna]));
 }
 
 void Evaluador::Bloque::Ejecuta(Instruccion& in, std::uint32_t paso) {
@@ -118,7 +123,7 @@ void Evaluador::Bloque::Ejecuta(Instruccion& in, std::uint32_t paso) {
   const double* const b = Lugar(in.derecho);
   double* const hacia = Lugar(paso);
   const auto opera = [&](auto accion) {
-    if (paso < evaluador_.arbol_->Raiz()) return Opera(accion, in.potencia, a, b, hacia);
+    if (paso < evaluador_.arbol_->Raiz()) return Opera(accion, in.escala, a, b, hacia);
     // The root's value is given as it is.
     for (std::size_t i = 0; i < renglones_; i += 2) {
       pares::Guarda(accion(pares::Carga(a + i), pares::Carga(b + i)), hacia + i);
@@ -137,29 +142,47 @@ void Evaluador::Bloque::Ejecuta(Instruccion& in, std::uint32_t paso) {
       return Compara(in.operador, a, b, hacia);
     case Operacion::llama:
       Llama(in);
-      return Opera([](Par x, Par) { return x; }, in.potencia, crudos_.data(), crudos_.data(), hacia);
+      return Opera([](Par x, Par) { return x; }, in.escala, crudos_.data(), crudos_.data(), hacia);
   }
 }
 
+// What is written at `hacia` is never what is read at `a` or `b`.
 template <class Accion>
-void Evaluador::Bloque::Opera(const Accion& accion, double& potencia, const double* a, const double* b,
+void Evaluador::Bloque::Opera(const Accion& accion, double& escala, const double* a, const double* b,
                               double* hacia) {
   const std::size_t renglones = renglones_;
+  const auto resultado = [&](std::size_t i) { return accion(pares::Carga(a + i), pares::Carga(b + i)); };
   Mascara todos = ~Mascara{};
   for (std::size_t i = 0; i < renglones; i += 2) {
     Mascara hechos;
-    pares::Guarda(Acarrea(accion(pares::Carga(a + i), pares::Carga(b + i)), hechos), hacia + i);
+    pares::Guarda(Acarrea(resultado(i), escala, hechos), hacia + i);
     hechos_[i / 2] = hechos;
     todos &= hechos;
   }
   if (pares::Ambos(todos)) return;
-  for (std::size_t i = 0; i < renglones; ++i) {
-    if (pares::Lado(hechos_[i / 2], i % 2)) continue;
-    const Par resultado = accion(Par{a[i], a[i]}, Par{b[i], b[i]});
-    if (!AcarreaLargo(resultado[0], potencia, hacia[i])) {
-      fallos_[i] = true;
-      hacia[i] = 0;
+  double mayor = 0;
+  for (std::size_t i = 0; i < renglones; i += 2) {
+    if (!pares::Ambos(hechos_[i / 2])) Completa(resultado(i), i, hacia);
+    mayor = std::max({mayor, std::abs(hacia[i]), std::abs(hacia[i + 1])});
+  }
+  // The next rows are mostly as large; ten times as large still goes.
+  std::size_t k = 0;
+  if (quince::Decimales(mayor, k)) escala = diez::kPotencias[std::max<std::size_t>(k, 1) - 1];
+}
+
+// The two rows from `i` on, of which one at least has more digits, or no value.
+void Evaluador::Bloque::Completa(Par resultado, std::size_t i, double* hacia) {
+  Mascara hechos;
+  const Par largos = AcarreaLargo(resultado, hechos);
+  for (std::size_t lado = 0; lado < 2; ++lado) {
+    if (pares::Lado(hechos_[i / 2], lado)) continue;
+    double potencia = 1;
+    double acarreado = largos[lado];
+    if (!pares::Lado(hechos, lado) && !AcarreaLargo(resultado[lado], potencia, acarreado)) {
+      fallos_[i + lado] = true;
+      acarreado = 0;
     }
+    hacia[i + lado] = acarreado;
   }
 }
 
