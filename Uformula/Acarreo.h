@@ -66,7 +66,7 @@ inline pares::Par AcarreaLargo(pares::Par resultado, pares::Mascara& hechos) noe
   const pares::Par a = pares::Abs(resultado);
   std::size_t k0 = 0;
   std::size_t k1 = 0;
-  const bool conDigitos = quince::Decimales(a[0], k0) & quince::Decimales(a[1], k1);
+  const bool conDigitos = quince::Decimales(a[0], k0) && quince::Decimales(a[1], k1);
   const pares::Par potencia{diez::kPotencias[k0], diez::kPotencias[k1]};
   const pares::Par s = a * potencia;
   const pares::Par n = pares::Entero(s);
