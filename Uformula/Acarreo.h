@@ -61,7 +61,8 @@ inline pares::Par Acarrea(pares::Par resultado, double escala, pares::Mascara& h
   return n / escala;
 }
 
-/// AcarreaLargo of two values, each by its own power of ten; what `hechos` leaves out AcarreaLargo has.
+/// AcarreaLargo of two values, each by its own power of ten; what `hechos` leaves out AcarreaLargo has. The
+/// error of each product always decides (quince::Entero): where only some lanes need it, asking costs more.
 inline pares::Par AcarreaLargo(pares::Par resultado, pares::Mascara& hechos) noexcept {
   const pares::Par a = pares::Abs(resultado);
   std::size_t k0 = 0;
@@ -70,8 +71,13 @@ inline pares::Par AcarreaLargo(pares::Par resultado, pares::Mascara& hechos) noe
   const pares::Par potencia{diez::kPotencias[k0], diez::kPotencias[k1]};
   const pares::Par s = a * potencia;
   const pares::Par n = pares::Entero(s);
-  hechos = conDigitos ? pares::De(pares::Abs(s - n) < 0.4375) : pares::Mascara{};
-  return pares::ConSignoDe(n / potencia, resultado);
+  const pares::Par error = quince::ErrorProducto(a, potencia, s);
+  const pares::Par arriba = 0.5 - (s - n);
+  const pares::Par abajo = -0.5 - (s - n);
+  const pares::Par m =
+      n + pares::UnoOCero(pares::De(error > arriba)) - pares::UnoOCero(pares::De(error < abajo));
+  hechos = conDigitos ? pares::De(error != arriba) & pares::De(error != abajo) : pares::Mascara{};
+  return pares::ConSignoDe(m / potencia, resultado);
 }
 
 inline bool Acarrea(double resultado, double& acarreado) noexcept {

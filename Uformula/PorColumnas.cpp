@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <optional>
 
 #include "Uformula/Acarreo.h"
 #include "Uformula/Evaluador.h"
@@ -52,6 +53,8 @@ class Evaluador::Bloque {
  public:
   Bloque(Evaluador& evaluador, std::span<const Columna> columnas);
 
+  /// False when a step that is the same for every row has no value.
+  bool Sirve() const noexcept { return sirve_; }
   std::size_t Renglones() const noexcept { return renglones_; }
   /// Values of the root for the rows from `primero` on; where Fallo tells so there is none.
   const double* Calcula(std::size_t primero, std::size_t cuantos);
@@ -72,7 +75,10 @@ class Evaluador::Bloque {
   /// For each column its place, none for a variable that the formula does not name, and its scale.
   std::vector<std::uint32_t> casillas_;
   std::vector<double> escalas_;
+  /// Steps that change by the row.
+  std::vector<std::uint32_t> pasos_;
   std::size_t renglones_;
+  bool sirve_ = true;
   std::vector<double> valores_;
   std::array<bool, kMaxRenglones> fallos_{};
   /// Values as a step has them before they are carried.
@@ -96,6 +102,23 @@ Evaluador::Bloque::Bloque(Evaluador& evaluador, std::span<const Columna> columna
       if (columnas[i].variable == e.enlazada) casillas_[i] = e.casilla;
     }
   }
+  std::vector<bool> cambia(evaluador.casillas_.size());
+  for (const std::uint32_t c : casillas_) {
+    if (c != kNinguno) cambia[c] = true;
+  }
+  for (std::uint32_t i = 0; i < evaluador.programa_.size(); ++i) {
+    Instruccion& in = evaluador.programa_[i];
+    const auto lugares = evaluador.lugares_.begin() + in.primero;
+    cambia[i] = in.operacion == Operacion::llama
+                    ? std::any_of(lugares, lugares + in.cuenta, [&](std::uint32_t c) { return cambia[c]; })
+                    : cambia[in.izquierdo] || cambia[in.derecho];
+    if (cambia[i]) {
+      pasos_.push_back(i);
+    } else {
+      Ejecuta(in, i);
+    }
+  }
+  sirve_ = std::none_of(fallos_.begin(), fallos_.end(), [](bool fallo) { return fallo; });
 }
 
 const double* Evaluador::Bloque::Calcula(std::size_t primero, std::size_t cuantos) {
@@ -103,7 +126,7 @@ const double* Evaluador::Bloque::Calcula(std::size_t primero, std::size_t cuanto
   for (std::size_t i = 0; i < columnas_.size(); ++i) {
     if (casillas_[i] != kNinguno) Lee(i, primero, cuantos);
   }
-  for (std::uint32_t i = 0; i < evaluador_.programa_.size(); ++i) Ejecuta(evaluador_.programa_[i], i);
+  for (const std::uint32_t i : pasos_) Ejecuta(evaluador_.programa_[i], i);
   return Lugar(evaluador_.arbol_->Raiz());
 }
 
@@ -160,29 +183,31 @@ void Evaluador::Bloque::Opera(const Accion& accion, double& escala, const double
     todos &= hechos;
   }
   if (pares::Ambos(todos)) return;
-  double mayor = 0;
+  Par mayor{};
   for (std::size_t i = 0; i < renglones; i += 2) {
     if (!pares::Ambos(hechos_[i / 2])) Completa(resultado(i), i, hacia);
-    mayor = std::max({mayor, std::abs(hacia[i]), std::abs(hacia[i + 1])});
+    const Par magnitud = pares::Abs(pares::Carga(hacia + i));
+    mayor = pares::Elige(pares::De(magnitud > mayor), magnitud, mayor);
   }
   // The next rows are mostly as large; ten times as large still goes.
   std::size_t k = 0;
-  if (quince::Decimales(mayor, k)) escala = diez::kPotencias[std::max<std::size_t>(k, 1) - 1];
+  if (quince::Decimales(std::max(mayor[0], mayor[1]), k))
+    escala = diez::kPotencias[std::max<std::size_t>(k, 1) - 1];
 }
 
 // The two rows from `i` on, of which one at least has more digits, or no value.
 void Evaluador::Bloque::Completa(Par resultado, std::size_t i, double* hacia) {
   Mascara hechos;
   const Par largos = AcarreaLargo(resultado, hechos);
+  pares::Guarda(pares::Elige(hechos_[i / 2], pares::Carga(hacia + i), largos), hacia + i);
+  hechos |= hechos_[i / 2];
+  if (pares::Ambos(hechos)) [[likely]]
+    return;
   for (std::size_t lado = 0; lado < 2; ++lado) {
-    if (pares::Lado(hechos_[i / 2], lado)) continue;
     double potencia = 1;
-    double acarreado = largos[lado];
-    if (!pares::Lado(hechos, lado) && !AcarreaLargo(resultado[lado], potencia, acarreado)) {
-      fallos_[i + lado] = true;
-      acarreado = 0;
-    }
-    hacia[i + lado] = acarreado;
+    if (pares::Lado(hechos, lado) || AcarreaLargo(resultado[lado], potencia, hacia[i + lado])) continue;
+    fallos_[i + lado] = true;
+    hacia[i + lado] = 0;
   }
 }
 
@@ -236,11 +261,13 @@ std::vector<TFallaRenglon> Evaluador::Ejecuta(std::span<const Columna> columnas,
                                    [&e](const Columna& c) { return c.variable == e.enlazada; });
     if (fija && !Acarrea(e.enlazada->valor, e.potencia, casillas_[e.casilla])) directo = false;
   }
-  if (!directo) {
+  std::optional<Bloque> bloques;
+  if (directo) bloques.emplace(*this, columnas);
+  if (!directo || !bloques->Sirve()) {
     for (std::size_t r = 0; r < salida.size(); ++r) salida[r] = porSi(r);
     return fallas;
   }
-  Bloque bloque(*this, columnas);
+  Bloque& bloque = *bloques;
   for (std::size_t primero = 0; primero < salida.size(); primero += bloque.Renglones()) {
     const std::size_t cuantos = std::min(bloque.Renglones(), salida.size() - primero);
     const double* const valores = bloque.Calcula(primero, cuantos);

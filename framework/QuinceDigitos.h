@@ -32,19 +32,20 @@ inline bool Decimales(double magnitud, std::size_t& k) noexcept {
   const int exponente = static_cast<int>(std::bit_cast<std::uint64_t>(magnitud) >> 52) - 1023;
   if (!(magnitud < 1e15) || exponente < kMenorExponente) return false;
   k = kDecimales[static_cast<std::size_t>(exponente - kMenorExponente)];
-  // Up to 2E15: then it is one decimal less.
-  if (magnitud * diez::kPotencias[k] >= 1e15) --k;
+  // Up to 2E15: then it is one decimal less. Which it is cannot be foretold, so nothing branches on it.
+  k -= static_cast<std::size_t>(magnitud * diez::kPotencias[k] >= 1e15);
   return true;
 }
 
-/// What a * b has more than its rounded product, exactly (T. J. Dekker, "A floating-point technique for
-/// extending the available precision", 1971).
-inline double ErrorProducto(double a, double b, double producto) noexcept {
+/// What a * b has more than its rounded product, exactly, of doubles or pairs (T. J. Dekker, "A
+/// floating-point technique for extending the available precision", 1971).
+template <class Numero>
+inline Numero ErrorProducto(Numero a, Numero b, Numero producto) noexcept {
   constexpr double kCorte = 134217729;  // 2^27 + 1: parts the 53 bits in two halves.
-  const double a1 = a * kCorte - (a * kCorte - a);
-  const double b1 = b * kCorte - (b * kCorte - b);
-  const double a2 = a - a1;
-  const double b2 = b - b1;
+  const Numero a1 = a * kCorte - (a * kCorte - a);
+  const Numero b1 = b * kCorte - (b * kCorte - b);
+  const Numero a2 = a - a1;
+  const Numero b2 = b - b1;
   return ((a1 * b1 - producto) + a1 * b2 + a2 * b1) + a2 * b2;
 }
 
