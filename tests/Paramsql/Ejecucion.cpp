@@ -109,9 +109,9 @@ void Llena(soci::session& sesion, const Prueba& prueba) {
 // The rows of a statement, the first column of each, joined by blanks; "error" when the database refuses it.
 std::string Ejecuta(utilvel::Base& base, const UnicodeString& sql, const TParams& parametros,
                     std::string& queja) try {
-  utilvel::Renglones renglones = base.Consulta(sql, parametros);
+  utilvel::Resultado resultado = base.Consulta(sql, parametros);
   std::string filas;
-  for (std::vector<utilvel::Celda> fila; renglones.Siguiente(fila);) {
+  for (std::vector<utilvel::Celda> fila; resultado.Siguiente(fila);) {
     filas += (filas.empty() ? "" : " ") + fila.at(0).value_or("nulo");
   }
   return filas.empty() ? "nada" : filas;

@@ -8,6 +8,7 @@ class Programa;
 void AgregaTotales(Programa& programa);
 void AgregaFechas(Programa& programa);
 void AgregaConfig(Programa& programa);
+void AgregaConsulta(Programa& programa);
 void AgregaEmpresas(Programa& programa);
 void AgregaRutas(Programa& programa);
 void AgregaCertificado(Programa& programa);

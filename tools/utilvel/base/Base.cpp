@@ -156,7 +156,7 @@ struct Base::Sesion {
   }
 };
 
-struct Renglones::Estado {
+struct Resultado::Estado {
   Base::Sesion& sesion;
   std::deque<Enlazado> valores;
   std::deque<soci::indicator> nulos;
@@ -242,8 +242,8 @@ Base::Base(const DireccionBase& direccion, const std::string& clave)
 
 Base::~Base() = default;
 
-Renglones Base::Consulta(std::u16string_view sql, const vel::TParams& parametros) {
-  auto estado = std::make_unique<Renglones::Estado>(*sesion_);
+Resultado Base::Consulta(std::u16string_view sql, const vel::TParams& parametros) {
+  auto estado = std::make_unique<Resultado::Estado>(*sesion_);
   try {
     estado->Abre(vel::UTF8Encode(sql), parametros);
   } catch (const soci::soci_error& error) {
@@ -251,16 +251,16 @@ Renglones Base::Consulta(std::u16string_view sql, const vel::TParams& parametros
     sesion_->Abandona(estado->sentencia);
     throw Falla(Codigo::Base, "La base rechaza la consulta: " + motivo);
   }
-  return Renglones(std::move(estado));
+  return Resultado(std::move(estado));
 }
 
-Renglones::Renglones(std::unique_ptr<Estado> estado) : estado_(std::move(estado)) {}
-Renglones::Renglones(Renglones&&) noexcept = default;
-Renglones::~Renglones() = default;
+Resultado::Resultado(std::unique_ptr<Estado> estado) : estado_(std::move(estado)) {}
+Resultado::Resultado(Resultado&&) noexcept = default;
+Resultado::~Resultado() = default;
 
-const std::vector<Columna>& Renglones::Columnas() const noexcept { return estado_->renglon->Columnas(); }
+const std::vector<Columna>& Resultado::Columnas() const noexcept { return estado_->renglon->Columnas(); }
 
-bool Renglones::Siguiente(std::vector<Celda>& fila) {
+bool Resultado::Siguiente(std::vector<Celda>& fila) {
   try {
     return estado_->Siguiente(fila);
   } catch (const soci::soci_error& error) {
