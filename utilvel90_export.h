@@ -1,5 +1,12 @@
 #pragma once
 
+// Headers include this one first or nearly so: a compiler set too low reads this before what it cannot.
+#if __cplusplus < 202002L && (!defined(_MSVC_LANG) || _MSVC_LANG < 202002L)
+#error "UtilVel90 needs C++20: compile with -std=c++20, or link UtilVel90::UtilVel90 in CMake, which asks for it."
+// There is no such file: the compiler stops here, and hundreds of other errors do not bury that one.
+#include "needs C++20"
+#endif
+
 /// UTILVEL90_EXPORT marks what the shared library offers to its callers; all else stays hidden.
 #if defined(_WIN32)
 #if defined(UTILVEL90_CONSTRUYE)

@@ -74,9 +74,10 @@ std::size_t Cada(const Lista& lista, Escribe escribe) {
   return indice;
 }
 
-void PonCondiciones(Seccion& s, const TParamWhereSimpleArray& condiciones, std::u16string_view cuenta) {
+void PonCondiciones(Seccion& s, const TParamWhereSimpleArray& condiciones, std::u16string_view cuenta,
+                    Alcance alcance = Alcance::Comun) {
   // The programs that share these files know no such key in HAVING.
-  const bool conSensitive = cuenta == kNumFiltros;
+  const bool conSensitive = cuenta == kNumFiltros || alcance == Alcance::Entera;
   const auto nada = [](std::size_t, const TParamWhereSimple&) {};
   s.PonCuenta(cuenta, Cada(condiciones, nada));
   Cada(condiciones, [&](std::size_t i, const TParamWhereSimple& c) {
@@ -128,7 +129,15 @@ void PonPersonalizadas(Seccion& s, const TParametrosFiltro& f) {
   s.Vacia({kNumFiltrosP, kSentenciaPers, kActivarPers, kCondicionesPers});
 }
 
-void PonDefinicion(TextoIni& texto, const TParametrosFiltro& f, int numero, int nivel) {
+// DISTINCT, and the order of a union's partner: the main definition's is the view's.
+void PonOrden(Seccion& s, const TParametrosFiltro& f, int numero) {
+  if (f.Distinct) s.Pon(kDistinct, Logico(true));
+  if (numero <= 0) return;
+  if (!f.OrderBy.empty()) s.Pon(kOrdenadoPor, f.OrderBy);
+  if (f.OrdDesc) s.Pon(kDescendente, Logico(true));
+}
+
+void PonDefinicion(TextoIni& texto, const TParametrosFiltro& f, int numero, Alcance alcance, int nivel) {
   if (nivel > kUnionesMaximas || numero > std::numeric_limits<int>::max() - kUnionesMaximas) {
     throw EInvalidOperation(u"La consulta tiene demasiadas uniones para guardarla");
   }
@@ -138,13 +147,14 @@ void PonDefinicion(TextoIni& texto, const TParametrosFiltro& f, int numero, int 
     llena(s);
     s.Escribe();
   };
-  seccion(kSelect, [&f](Seccion& s) {
+  seccion(kSelect, [&](Seccion& s) {
     s.PonCuenta(kNumCampos, Cada(f.ParamSelect, [](std::size_t, const TParamSelect&) {}));
     Cada(f.ParamSelect, [&s](std::size_t i, const TParamSelect& c) {
       s.Pon(kNomCampo, i, c.NombreCampo);
       s.Pon(kAliasCampo, i, c.AliasCampo);
       s.Pon(kVisible, i, Logico(c.Visible));
     });
+    if (alcance == Alcance::Entera) PonOrden(s, f, numero);
   });
   seccion(kTabla, [&f](Seccion& s) { s.Pon(kClaveTabla, f.NombreTabla); });
   seccion(kJoins, [&f](Seccion& s) {
@@ -158,19 +168,34 @@ void PonDefinicion(TextoIni& texto, const TParametrosFiltro& f, int numero, int 
   seccion(kGroupBy, [&f](Seccion& s) {
     if (!f.GroupBy.empty()) s.Pon(kClaveGroupBy, f.GroupBy);
   });
-  seccion(kHaving, [&f](Seccion& s) { PonCondiciones(s, f.ParamHaving, kNumElementos); });
+  seccion(kHaving, [&](Seccion& s) { PonCondiciones(s, f.ParamHaving, kNumElementos, alcance); });
   seccion(kUnion, [&f, numero](Seccion& s) {
     if (f.ParametrosUnion != nullptr) s.Pon(kClaveUnion, IntToStr(NumeroDeUnion(numero)));
   });
   if (f.ParametrosUnion != nullptr) {
-    PonDefinicion(texto, *f.ParametrosUnion, NumeroDeUnion(numero), nivel + 1);
+    PonDefinicion(texto, *f.ParametrosUnion, NumeroDeUnion(numero), alcance, nivel + 1);
   }
 }
 
 }  // namespace
 
+namespace persistencia {
+
+void PonDefinicion(TextoIni& texto, const TParametrosFiltro& definicion, int numero, Alcance alcance) {
+  vel::PonDefinicion(texto, definicion, numero, alcance, 0);
+  if (alcance == Alcance::Comun || numero > 0) return;
+  const auto pon = [&](std::u16string_view clave, bool hay, std::u16string_view valor) {
+    if (hay || texto.Valor(kVista, clave).has_value()) texto.Pon(kVista, clave, valor);
+  };
+  pon(kOrdenadoPor, !definicion.OrderBy.empty(), definicion.OrderBy);
+  pon(kDescendente, definicion.OrdDesc, Logico(definicion.OrdDesc));
+}
+
+}  // namespace persistencia
+
 void TParametrosFiltro::SaveToIni(std::u16string_view archivo, int numero) const {
-  CambiaIni(archivo, kNoSePuedeActualizar, [&](TextoIni& texto) { PonDefinicion(texto, *this, numero, 0); });
+  CambiaIni(archivo, kNoSePuedeActualizar,
+            [&](TextoIni& texto) { persistencia::PonDefinicion(texto, *this, numero, Alcance::Comun); });
 }
 
 void TParametrosFiltro::SaveToIni(std::u16string_view archivo, std::u16string_view seccion) const {

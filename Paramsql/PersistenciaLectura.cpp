@@ -132,7 +132,19 @@ Personalizadas::Personalizadas(const Seccion& s)
 // A join is stored with a blank on either side, which the file's reader trims: it gets one again.
 UnicodeString LeeJoin(const UnicodeString& texto) { return u" " + Trim(texto) + u" "; }
 
-std::unique_ptr<TParametrosFiltro> LeeDefinicion(const TextoIni& texto, int numero, int nivel) {
+// The order that a section says, on a definition without one; false when it names no column.
+bool LeeOrden(const Seccion& s, TParametrosFiltro& f) {
+  const UnicodeString orden = s.Valor(kOrdenadoPor);
+  const UnicodeString descendente = s.Valor(kDescendente);
+  // Set on the new definition, so that loading twice does not turn the order around.
+  if (!orden.empty()) f.SetOrderBy(orden);
+  if (!descendente.empty())
+    f.OrdDesc = DameValorBooleano(descendente) || descendente == u"1" || descendente == u"-1";
+  return !orden.empty();
+}
+
+std::unique_ptr<TParametrosFiltro> LeeDefinicion(const TextoIni& texto, int numero, Alcance alcance,
+                                                 int nivel) {
   const auto seccion = [&](std::u16string_view nombre) {
     return Seccion(texto, UnicodeString(nombre) + Sufijo(numero));
   };
@@ -157,31 +169,30 @@ std::unique_ptr<TParametrosFiltro> LeeDefinicion(const TextoIni& texto, int nume
     if (siguiente <= std::max(numero, 0) || nivel == kUnionesMaximas) {
       throw EInvalidOperation(u"La unión " + unida + u" de la consulta no es válida");
     }
-    f->ParametrosUnion = LeeDefinicion(texto, siguiente, nivel + 1);
+    f->ParametrosUnion = LeeDefinicion(texto, siguiente, alcance, nivel + 1);
+  }
+  if (alcance == Alcance::Entera) {
+    f->Distinct = DameValorBooleano(campos.Valor(kDistinct));
+    LeeOrden(numero <= 0 ? seccion(kVista) : campos, *f);
   }
   return f;
 }
 
 }  // namespace
 
+std::unique_ptr<TParametrosFiltro> persistencia::LeeDefinicion(const TextoIni& texto, int numero,
+                                                               Alcance alcance) {
+  return vel::LeeDefinicion(texto, numero, alcance, 0);
+}
+
 void TParametrosFiltro::LoadFromIni(std::u16string_view archivo, int numero) {
   const TextoIni texto = LeeIniEntero(archivo);
-  const std::unique_ptr<TParametrosFiltro> leido = LeeDefinicion(texto, numero, 0);
+  const std::unique_ptr<TParametrosFiltro> leido = persistencia::LeeDefinicion(texto, numero, Alcance::Comun);
   for (TParametrosFiltro* f = leido->ParametrosUnion.get(); f != nullptr; f = f->ParametrosUnion.get()) {
     f->FechaTrabajo = FechaTrabajo;
   }
-  bool conOrden = false;
   leido->OrdDesc = OrdDesc;
-  if (numero <= 0) {
-    const Seccion vista(texto, u"Vista1");
-    const UnicodeString orden = vista.Valor(u"OrdenadoPor");
-    const UnicodeString descendente = vista.Valor(u"Descendente");
-    // Set on the new definition, so that loading twice does not turn the order around.
-    conOrden = !orden.empty();
-    if (conOrden) leido->SetOrderBy(orden);
-    if (!descendente.empty())
-      leido->OrdDesc = DameValorBooleano(descendente) || descendente == u"1" || descendente == u"-1";
-  }
+  const bool conOrden = numero <= 0 && LeeOrden(Seccion(texto, UnicodeString(kVista)), *leido);
   if (ParametrosUnion != nullptr) retirados_.emplace_back();
   // Everything is at hand; from here on nothing can fail.
   NombreTabla = std::move(leido->NombreTabla);

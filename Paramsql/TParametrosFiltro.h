@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <memory>
 #include <string_view>
@@ -88,8 +89,13 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   // --- Conditions. Each Agrega appends one.
 
   /// Note the order: one value stands before the enumerations, several after them.
+  ///
+  ///     AgregaFiltro(u"CIUDAD", TFieldType::ftString, u"Mérida", ENUM_OPERADOR::IGUAL);
+  ///     AgregaFiltro(u"FECHA", TFieldType::ftDateTime, ENUM_OPERADOR::BETWEEN, ENUM_CONECTOR::AND,
+  ///                  ENUM_GRUPO::NADA, desde, hasta);
   void AgregaFiltro(std::u16string_view campo, TFieldType tipo, const Variant& valor, ENUM_OPERADOR op,
-                    ENUM_CONECTOR con, ENUM_GRUPO grupo, bool sensitive);
+                    ENUM_CONECTOR con = ENUM_CONECTOR::AND, ENUM_GRUPO grupo = ENUM_GRUPO::NADA,
+                    bool sensitive = true);
   /// Two to five values become an array; Sensitive is false.
   void AgregaFiltro(std::u16string_view campo, TFieldType tipo, ENUM_OPERADOR op, ENUM_CONECTOR con,
                     ENUM_GRUPO grupo, const Variant& v1, const Variant& v2);
@@ -114,15 +120,18 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   ///     AgregaFiltroLIKE(u"N", u"50%_a/", ENUM_COINCIDENCIA::CONTIENE, ...);
   ///     // "N LIKE  :var1 ESCAPE '/'", bound to u"%50/%/_a//%"
   void AgregaFiltroLIKE(std::u16string_view campo, std::u16string_view texto, ENUM_COINCIDENCIA donde,
-                        ENUM_CONECTOR con, ENUM_GRUPO grupo, bool sensitive);
+                        ENUM_CONECTOR con = ENUM_CONECTOR::AND, ENUM_GRUPO grupo = ENUM_GRUPO::NADA,
+                        bool sensitive = true);
   void AgregaFiltroLIKE(std::u16string_view campo, std::u16string_view texto, ENUM_COINCIDENCIA donde,
                         ENUM_CONECTOR con, ENUM_GRUPO grupo, bool sensitive, TiposDeDriver driver);
   /// A HAVING condition, shaped like AgregaFiltro; several values are given as an array (VarArrayOf).
   void AgregaHaving(std::u16string_view campo, TFieldType tipo, const Variant& valor, ENUM_OPERADOR op,
-                    ENUM_CONECTOR con, ENUM_GRUPO grupo, bool sensitive);
+                    ENUM_CONECTOR con = ENUM_CONECTOR::AND, ENUM_GRUPO grupo = ENUM_GRUPO::NADA,
+                    bool sensitive = true);
   /// AgregaFiltroLIKE's twins in HAVING.
   void AgregaHavingLIKE(std::u16string_view campo, std::u16string_view texto, ENUM_COINCIDENCIA donde,
-                        ENUM_CONECTOR con, ENUM_GRUPO grupo, bool sensitive);
+                        ENUM_CONECTOR con = ENUM_CONECTOR::AND, ENUM_GRUPO grupo = ENUM_GRUPO::NADA,
+                        bool sensitive = true);
   void AgregaHavingLIKE(std::u16string_view campo, std::u16string_view texto, ENUM_COINCIDENCIA donde,
                         ENUM_CONECTOR con, ENUM_GRUPO grupo, bool sensitive, TiposDeDriver driver);
 
@@ -134,7 +143,7 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   void EliminaFiltro(std::u16string_view campo);
   /// Replaces the conditions by copies of origin's from index `desde` on. `origen` may be this object's own
   /// list. Null entries are not copied; a negative `desde` counts as 0.
-  void CopiaFiltros(const TParamWhereSimpleArray& origen, int desde);
+  void CopiaFiltros(const TParamWhereSimpleArray& origen, int desde = 0);
   /// Appends copies of origin's conditions, with Sensitive false.
   void AgregaFiltros(const TParamWhereSimpleArray& origen);
 
@@ -150,7 +159,7 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
 
   // --- Select list.
 
-  void AgregaCampoSelect(std::u16string_view campo, std::u16string_view alias, bool visible);
+  void AgregaCampoSelect(std::u16string_view campo, std::u16string_view alias = {}, bool visible = true);
   void CopiaCamposSelect(const TParametrosFiltro* origen);
   void EliminaCampoSelect() noexcept;
   /// The select list and " from ", the table and a blank; " * " for an empty list.
@@ -185,7 +194,11 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   // becomes the last one used. All of them set ConParametros. A parameter whose number would be past the
   // largest int raises EInvalidOperation; on that, as on any fault, object and arguments stay as they were.
 
-  UnicodeString DameSentenciaSQL(bool conParametros, int numInicial);
+  UnicodeString DameSentenciaSQL(bool conParametros, int numInicial = 0);
+  /// A number alone is meant for `numInicial`, a text for nothing: neither is a truth value.
+  template <typename T>
+  requires(!std::same_as<T, bool>) UnicodeString DameSentenciaSQL(T conParametros)
+  = delete;
   /// The statement with parameters marked in that style, and its parameters, as AsignaParametros gives them,
   /// whose names are "var1" or "hav1" in every style. Each mark stands once in the text and the list is in
   /// its order, so that values may be bound by position. Raises EInvalidOperation for a style that does not
@@ -200,11 +213,12 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   UnicodeString DameWhere(bool conParametros, int& num);
   UnicodeString DameCondWhere(bool conParametros, int& num);
   UnicodeString DameHaving(bool conParametros, int& num);
-  /// Fills the list with the parameters of the statement just built, which must have been built with the same
-  /// `numInicial`: names without the colon, in the order of the statement, typed by the conditions' field
-  /// types. Raw SQL, null tests, EXISTS and MACRO bind nothing; the value of a LIKE without regard to case is
-  /// in capitals. Empty when the statement was built with literals.
-  void AsignaParametros(TParams& parametros, int numInicial) const;
+  /// Fills the list with the parameters of the statement just built: call it after DameSentenciaSQL, on the
+  /// unchanged definition and with the same `numInicial`; before it the list is empty. Names without the
+  /// colon, in the order of the statement, typed by the conditions' field types. Raw SQL, null tests, EXISTS
+  /// and MACRO bind nothing; the value of a LIKE without regard to case is in capitals. Empty when the
+  /// statement was built with literals.
+  void AsignaParametros(TParams& parametros, int numInicial = 0) const;
 
   // --- Pieces of conditions. `indice` is the 0-based index in ParamWhere or ParamHaving (one out of range
   // raises EInvalidOperation; a null entry gives the empty text), `abre` the text that opens its group,
@@ -263,13 +277,13 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   // DISTINCT and ParamPers are not part of it: a caller keeps the order in section "Vista1" ("OrdenadoPor",
   // and "Descendente" as "TRUE" or "FALSE"), which the reader of number 0 applies.
 
-  void SaveToIni(std::u16string_view archivo, int numero) const;
+  void SaveToIni(std::u16string_view archivo, int numero = 0) const;
   /// The WHERE conditions and the personalised ones into one section.
   void SaveToIni(std::u16string_view archivo, std::u16string_view seccion) const;
   /// Missing keys and files leave their part empty. A file that cannot be read raises Exception, a value that
   /// does not convert to its type EConvertError, a union partner whose number does not grow
   /// EInvalidOperation; after these, or when memory is short, the definition is as it was.
-  void LoadFromIni(std::u16string_view archivo, int numero);
+  void LoadFromIni(std::u16string_view archivo, int numero = 0);
   void LoadFromIni(std::u16string_view archivo, std::u16string_view seccion);
   /// The personalised conditions (FiltroPActivo, FilterTextPers, FilterPersItems, FilterParamsPers) in a
   /// section, which is erased first when `borra`.

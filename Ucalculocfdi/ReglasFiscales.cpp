@@ -42,10 +42,19 @@ struct Limite {
   int divisor;
   int escala;
   TMontoFiscal Trunca(int decimales) const {
-    return Monto(Divide(numerador, divisor * Potencia(escala - decimales)), decimales);
+    return Monto(Divide(Arriba(decimales), Abajo(decimales)), decimales);
   }
   TMontoFiscal Sube(int decimales) const {
-    return Monto(DivideSube(numerador, divisor * Potencia(escala - decimales)), decimales);
+    return Monto(DivideSube(Arriba(decimales), Abajo(decimales)), decimales);
+  }
+
+ private:
+  // Whole quantities at whole prices have fewer decimals than the amount.
+  Entero128 Arriba(int decimales) const {
+    return decimales > escala ? Multiplica(numerador, Potencia(decimales - escala)) : numerador;
+  }
+  Entero128 Abajo(int decimales) const {
+    return decimales > escala ? Entero128{divisor} : divisor * Potencia(escala - decimales);
   }
 };
 

@@ -26,7 +26,9 @@ set_target_properties(UtilVel90 PROPERTIES
   VERIFY_INTERFACE_HEADER_SETS ON)
 
 target_sources(UtilVel90 PUBLIC
-  FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES ${PROJECT_SOURCE_DIR}/utilvel90_export.h)
+  FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES
+    ${PROJECT_SOURCE_DIR}/UtilVel90.h
+    ${PROJECT_SOURCE_DIR}/utilvel90_export.h)
 
 # utilvel90_carpeta([FUENTES <source>...] [CABECERAS <public header>...]): what the present folder adds
 # to the library. Public headers are installed and compiled alone; other headers need no mention.

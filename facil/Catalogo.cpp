@@ -30,12 +30,6 @@ constexpr CampoTexto kTextos[] = {
     {u"VersionBD", &Empresa::versionBD, 200}, {u"DatosBD", &Empresa::datosBD, 260},
 };
 
-void Exige(const FallaArchivo& falla, std::u16string_view que, std::u16string_view ruta) {
-  if (!falla.Hubo()) return;
-  throw EStreamError(
-      UnicodeString(que).append(u" \"").append(ruta).append(u"\": ").append(Descripcion(falla)));
-}
-
 /// The catalog's file and those that stand beside it.
 struct Archivos {
   UnicodeString catalogo = DameRutaArchEmpresas();
@@ -108,12 +102,12 @@ bool CreaCatalogo() {
     return !estaba;
   }
   const UnicodeString carpeta = DameRutaVELNG();
-  Exige(CreaCarpeta(carpeta), u"No se puede crear la carpeta", carpeta);
+  ExigeSinFalla(CreaCarpeta(carpeta), u"No se puede crear la carpeta", carpeta);
   const CandadoArchivo candado(archivos.catalogo);
-  Exige(candado.Falla(), u"No se puede crear el archivo", archivos.catalogo);
+  ExigeSinFalla(candado.Falla(), u"No se puede crear el archivo", archivos.catalogo);
   if (ExisteArchivo(archivos.catalogo)) return false;
-  Exige(ReemplazaArchivo(archivos.catalogo, CatalogoVacio()), u"No se puede crear el archivo",
-        archivos.catalogo);
+  ExigeSinFalla(ReemplazaArchivo(archivos.catalogo, CatalogoVacio()), u"No se puede crear el archivo",
+                archivos.catalogo);
   return true;
 }
 
@@ -154,9 +148,9 @@ void RestauraCatalogo() {
   }
   const CandadoArchivo candado(archivos.catalogo);
   constexpr std::u16string_view kNoSePuede = u"No se puede escribir en el archivo";
-  Exige(candado.Falla(), kNoSePuede, archivos.catalogo);
+  ExigeSinFalla(candado.Falla(), kNoSePuede, archivos.catalogo);
   const auto copia = [&](const UnicodeString& origen, const UnicodeString& destino) {
-    Exige(CopiaArchivo(origen, destino, true), kNoSePuede, destino);
+    ExigeSinFalla(CopiaArchivo(origen, destino, true), kNoSePuede, destino);
   };
   if (ExisteArchivo(archivos.catalogo)) copia(archivos.catalogo, archivos.Otro(u" anterior.xml"));
   copia(respaldo, archivos.Otro(u" copia.bak"));

@@ -69,12 +69,7 @@ class Obra {
 
   void Carpeta(const UnicodeString& carpeta) {
     const bool falta = !ExisteCarpeta(carpeta);
-    if (falta) {
-      const FallaArchivo falla = CreaCarpeta(carpeta);
-      if (falla.Hubo()) {
-        throw EStreamError(u"No se puede crear la carpeta \"" + carpeta + u"\": " + Descripcion(falla));
-      }
-    }
+    if (falta) ExigeSinFalla(CreaCarpeta(carpeta), u"No se puede crear la carpeta", carpeta);
     Anota(ENUM_OBRA::CARPETA, carpeta, falta);
   }
 

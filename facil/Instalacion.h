@@ -43,7 +43,7 @@ enum class ENUM_OTRA_COMUN : std::uint8_t { SE_RECHAZA, SE_CAMBIA };
 /// and creates in it the folders that all companies share, the settings of the user who calls (those that the
 /// file does not have: local access, packets of 50 records, none on demand, two switches off) and a company
 /// catalog, empty, or restored where only its backup is left. What the getters of Rutas.h create afterwards
-/// then lies inside that folder. docs/instalacion.md tells what each file and folder is for.
+/// then lies inside that folder. docs/installation.md tells what each file and folder is for.
 ///
 /// What is there stays as it is, so a second call changes nothing, and one after a failure goes on where that
 /// stopped. The settings are each user's own: every user may call it, and whoever finds the machine set up

@@ -4,6 +4,14 @@
 /// what it gives is what the interface below gives, to the byte.
 
 #include "facil/Catalogo.h"
+#include "facil/Condiciones.h"
+#include "facil/Consulta.h"
+#include "facil/Documento.h"
+#include "facil/Formula.h"
 #include "facil/Instalacion.h"
 #include "facil/Momento.h"
+#include "facil/Montos.h"
+#include "facil/Partida.h"
+#include "facil/RevisionFormula.h"
 #include "facil/Texto.h"
+#include "facil/Valor.h"

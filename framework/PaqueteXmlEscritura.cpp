@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "framework/Columnas.h"
+#include "framework/DecimalCorto.h"
 #include "framework/Excepciones.h"
 #include "framework/Xml.h"
 
@@ -51,58 +52,69 @@ std::vector<std::string> Atributos(const std::vector<TFieldDef>& defs) {
   return atributos;
 }
 
-void AgregaCifras(std::string& salida, int valor, std::size_t cuantas) {
-  const std::string texto = std::to_string(valor);
-  salida.append(cuantas - std::min(cuantas, texto.size()), '0').append(texto);
+// A number of so many digits at most, with zeros before it.
+template <std::size_t kCifras>
+void AgregaCifras(std::string& salida, int valor) {
+  std::array<char, kCifras> texto;
+  for (std::size_t i = kCifras; i > 0; valor /= 10) texto[--i] = static_cast<char>('0' + valor % 10);
+  salida.append(texto.data(), texto.size());
 }
 
 void AgregaMomento(std::string& salida, TFieldType tipo, TDateTime momento) {
   if (tipo != TFieldType::ftTime) {
     const CivilDate f = DecodeDate(momento);
-    AgregaCifras(salida, f.anio, 4);
-    AgregaCifras(salida, f.mes, 2);
-    AgregaCifras(salida, f.dia, 2);
+    AgregaCifras<4>(salida, f.anio);
+    AgregaCifras<2>(salida, f.mes);
+    AgregaCifras<2>(salida, f.dia);
     if (tipo == TFieldType::ftDate) return;
     salida += 'T';
   }
   const CivilTime h = DecodeTime(momento);
-  AgregaCifras(salida, h.hora, 2);
+  AgregaCifras<2>(salida, h.hora);
   salida += ':';
-  AgregaCifras(salida, h.minuto, 2);
+  AgregaCifras<2>(salida, h.minuto);
   salida += ':';
-  AgregaCifras(salida, h.segundo, 2);
-  AgregaCifras(salida, h.milisegundo, 3);
+  AgregaCifras<2>(salida, h.segundo);
+  AgregaCifras<3>(salida, h.milisegundo);
+}
+
+void AgregaEntero(std::string& salida, std::int64_t valor) {
+  std::array<char, 24> buf;
+  const auto r = std::to_chars(buf.data(), buf.data() + buf.size(), valor);
+  salida.append(buf.data(), r.ptr);
+}
+
+// The shortest text that reads back to the same double.
+void AgregaReal(std::string& salida, const TFieldDef& def, double valor) {
+  if (AgregaDecimalCorto(salida, valor)) return;
+  if (!std::isfinite(valor)) FallaValor(def, u"no es un número finito");
+  // Fixed-point numbers have no exponent.
+  const bool fijo = def.DataType == TFieldType::ftBCD || def.DataType == TFieldType::ftFMTBcd;
+  std::array<char, 1100> buf;
+  char* const fin = buf.data() + buf.size();
+  const auto r = fijo ? std::to_chars(buf.data(), fin, valor, std::chars_format::fixed)
+                      : std::to_chars(buf.data(), fin, valor);
+  salida.append(buf.data(), r.ptr);
 }
 
 void AgregaValor(std::string& salida, const Columna& columna, std::size_t registro) {
   switch (columna.clase) {
     case Clase::Entero:
-      salida += std::to_string(columna.enteros[registro]);
+      AgregaEntero(salida, columna.enteros[registro]);
       break;
     case Clase::Booleano:
       salida += columna.enteros[registro] != 0 ? "TRUE" : "FALSE";
       break;
-    case Clase::Real: {
-      if (!std::isfinite(columna.reales[registro])) FallaValor(columna.def, u"no es un número finito");
-      // The shortest text that reads back to the same double; fixed-point numbers have no exponent.
-      const bool fijo =
-          columna.def.DataType == TFieldType::ftBCD || columna.def.DataType == TFieldType::ftFMTBcd;
-      std::array<char, 1100> buf;
-      char* const fin = buf.data() + buf.size();
-      const double valor = columna.reales[registro];
-      const auto r = fijo ? std::to_chars(buf.data(), fin, valor, std::chars_format::fixed)
-                          : std::to_chars(buf.data(), fin, valor);
-      salida.append(buf.data(), r.ptr);
+    case Clase::Real:
+      AgregaReal(salida, columna.def, columna.reales[registro]);
       break;
-    }
     case Clase::Fecha:
       AgregaMomento(salida, columna.def.DataType, TDateTime(columna.reales[registro]));
       break;
     case Clase::Texto:
-      if (!xml::CabeEnXml(columna.textos[registro])) {
+      if (!xml::AgregaEscapado(salida, columna.textos[registro])) {
         FallaValor(columna.def, u"el texto tiene un carácter que XML no admite");
       }
-      xml::AgregaEscapado(salida, UTF8Encode(columna.textos[registro]));
       break;
     case Clase::Anidado:
       break;
@@ -153,27 +165,43 @@ void AgregaCampos(std::string& salida, const std::vector<TFieldDef>& defs, const
   salida += "</FIELDS>\n";
 }
 
+// Makes room for all rows after some of them, by what these took; a little more, since later ones may be
+// longer.
+void ReservaFilas(std::string& salida, std::size_t desde, std::size_t hechas, std::size_t todas) {
+  const double porFila = static_cast<double>(salida.size() - desde) / static_cast<double>(hechas);
+  constexpr double kDeMas = 1.05;
+  salida.reserve(desde + static_cast<std::size_t>(porFila * static_cast<double>(todas) * kDeMas));
+}
+
 void AgregaFilas(std::string& salida, const Estado& estado, const std::string& nombreFila) {
+  constexpr std::size_t kMuestra = 64;
   const std::vector<std::string> atributos = Atributos(estado.defs);
+  // What stands before each value.
+  std::vector<std::string> comienzos;
+  for (const std::string& atributo : atributos) comienzos.push_back(" " + atributo + "=\"");
+  std::vector<std::size_t> anidados;
+  for (std::size_t i = 0; i < atributos.size(); ++i) {
+    if (estado.ColumnaDe(i).clase == Clase::Anidado) anidados.push_back(i);
+  }
+  const std::size_t desde = salida.size();
   for (std::size_t registro = 0; registro < estado.registros; ++registro) {
+    if (registro == kMuestra) ReservaFilas(salida, desde, registro, estado.registros);
     salida.append("<").append(nombreFila);
-    bool conAnidados = false;
     for (std::size_t i = 0; i < atributos.size(); ++i) {
       const Columna& columna = estado.ColumnaDe(i);
-      if (columna.clase == Clase::Anidado) conAnidados = true;
       if (columna.conValor[registro] == 0) continue;
-      salida.append(" ").append(atributos[i]).append("=\"");
+      salida.append(comienzos[i]);
       AgregaValor(salida, columna, registro);
       salida += '"';
     }
-    if (!conAnidados) {
+    if (anidados.empty()) {
       salida += "/>\n";
       continue;
     }
     salida += ">\n";
-    for (std::size_t i = 0; i < atributos.size(); ++i) {
+    for (const std::size_t i : anidados) {
       const Columna& columna = estado.ColumnaDe(i);
-      if (columna.clase != Clase::Anidado || columna.anidados[registro] == nullptr) continue;
+      if (columna.anidados[registro] == nullptr) continue;
       const Estado& anidado = Estado::De(*columna.anidados[registro]);
       if (anidado.registros == 0) continue;
       salida.append("<").append(atributos[i]).append(">\n");

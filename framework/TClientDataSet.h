@@ -163,6 +163,12 @@ class UTILVEL90_EXPORT TClientDataSet : public TObject {
   /// definitions) is written back. Raises EDatabaseError, naming the
   /// field, for a value that XML cannot hold (a control character in a text, a number that is not finite).
   std::string SaveToXML() const;
+  /// The same from and to a file, by its path in the suite's notation or the system's (RutaNativa); the
+  /// platform's file functions do it, so these two are defined in platform/ArchivoDatos.cpp. A save replaces
+  /// the file in one step: readers and a crash find the old packet or the new one, whole. A file that cannot
+  /// be read or written raises EStreamError naming it; data set and file are then as they were.
+  void LoadFromFile(std::u16string_view ruta);
+  void SaveToFile(std::u16string_view ruta) const;
 
  private:
   friend struct conjunto::Estado;

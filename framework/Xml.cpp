@@ -1,6 +1,20 @@
 #include "framework/Xml.h"
 
 namespace vel::xml {
+namespace {
+
+// A reader would turn control characters into blanks if they stood as they are.
+bool EsLlano(std::uint32_t c) noexcept { return c >= 0x20 && c != '&' && c != '<' && c != '>' && c != '"'; }
+
+void AgregaReferencia(std::string& salida, char c) {
+  if (static_cast<unsigned char>(c) < 0x20) {
+    salida.append("&#").append(std::to_string(static_cast<int>(c))).append(";");
+  } else {
+    salida.append(c == '&' ? "&amp;" : c == '<' ? "&lt;" : c == '>' ? "&gt;" : "&quot;");
+  }
+}
+
+}  // namespace
 
 bool CabeEnXml(std::u16string_view texto) noexcept {
   for (std::size_t i = 0; i < texto.size(); ++i) {
@@ -55,19 +69,36 @@ void AgregaAtributo(std::string& salida, std::string_view nombre, std::string_vi
 void AgregaEscapado(std::string& salida, std::string_view texto) {
   std::size_t desde = 0;
   for (std::size_t i = 0; i < texto.size(); ++i) {
-    const char c = texto[i];
-    // A reader would turn control characters into blanks if they stood as they are.
-    const bool control = static_cast<unsigned char>(c) < 0x20;
-    if (!control && c != '&' && c != '<' && c != '>' && c != '"') continue;
+    if (EsLlano(static_cast<unsigned char>(texto[i]))) continue;
     salida.append(texto.substr(desde, i - desde));
     desde = i + 1;
-    if (control) {
-      salida.append("&#").append(std::to_string(static_cast<int>(c))).append(";");
-    } else {
-      salida.append(c == '&' ? "&amp;" : c == '<' ? "&lt;" : c == '>' ? "&gt;" : "&quot;");
-    }
+    AgregaReferencia(salida, texto[i]);
   }
   salida.append(texto.substr(desde));
+}
+
+bool AgregaEscapado(std::string& salida, std::u16string_view texto) {
+  for (std::size_t i = 0; i < texto.size();) {
+    std::size_t fin = i;
+    while (fin < texto.size() && texto[fin] < 0x80 && EsLlano(texto[fin])) ++fin;
+    const std::size_t antes = salida.size();
+    salida.resize(antes + (fin - i));
+    for (char* p = salida.data() + antes; i < fin; ++i) *p++ = static_cast<char>(texto[i]);
+    if (i == texto.size()) break;
+    const char16_t c = texto[i++];
+    if (c >= 0xD800 && c <= 0xDFFF) {
+      const bool par = c <= 0xDBFF && i < texto.size() && texto[i] >= 0xDC00 && texto[i] <= 0xDFFF;
+      if (!par) return false;
+      AgregaUtf8(salida, 0x10000U + ((c - 0xD800U) << 10) + (texto[i++] - 0xDC00U));
+    } else if (!EsCaracter(c)) {
+      return false;
+    } else if (c < 0x80) {
+      AgregaReferencia(salida, static_cast<char>(c));
+    } else {
+      AgregaUtf8(salida, c);
+    }
+  }
+  return true;
 }
 
 }  // namespace vel::xml

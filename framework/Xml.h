@@ -29,4 +29,8 @@ void AgregaAtributo(std::string& salida, std::string_view nombre, std::string_vi
 /// Appends a text so that it reads back the same, in an attribute and between tags.
 void AgregaEscapado(std::string& salida, std::string_view texto);
 
+/// The same for a text in UTF-16. False, with a part of it appended, for one that does not fit in XML
+/// (CabeEnXml).
+bool AgregaEscapado(std::string& salida, std::u16string_view texto);
+
 }  // namespace vel::xml

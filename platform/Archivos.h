@@ -38,6 +38,13 @@ struct FallaArchivo {
 /// text only for ClaseFalla::Otra.
 UTILVEL90_EXPORT UnicodeString Descripcion(const FallaArchivo& falla);
 
+/// Raises EStreamError for a fault, with what could not be done and to which file; does nothing without one.
+///
+///     ExigeSinFalla(LeeArchivo(ruta, bytes), u"No se puede leer el archivo", ruta);
+///     // No se puede leer el archivo "C:\Datos\a.xml": acceso denegado
+UTILVEL90_EXPORT void ExigeSinFalla(const FallaArchivo& falla, std::u16string_view que,
+                                    std::u16string_view ruta);
+
 /// The whole file, opened for reading with sharing allowed to all. A folder, a device or a pipe is unreadable
 /// (AccesoDenegado).
 UTILVEL90_EXPORT FallaArchivo LeeArchivo(std::u16string_view ruta, std::string& bytes);

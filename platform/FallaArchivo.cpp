@@ -1,3 +1,4 @@
+#include "framework/Excepciones.h"
 #include "platform/Archivos.h"
 
 namespace vel {
@@ -24,6 +25,12 @@ UnicodeString Descripcion(const FallaArchivo& falla) {
       break;
   }
   return falla.texto;
+}
+
+void ExigeSinFalla(const FallaArchivo& falla, std::u16string_view que, std::u16string_view ruta) {
+  if (!falla.Hubo()) return;
+  throw EStreamError(
+      UnicodeString(que).append(u" \"").append(ruta).append(u"\": ").append(Descripcion(falla)));
 }
 
 }  // namespace vel

@@ -99,6 +99,15 @@ foreach(archivo ${archivos})
   endforeach()
 endforeach()
 
+# The header for everything has the chief header of each folder that has one.
+file(STRINGS ${RAIZ}/UtilVel90.h todo REGEX "^#include")
+foreach(capa ${capas})
+  get_filename_component(nombre ${capa} NAME)
+  if(EXISTS ${RAIZ}/${capa}/${nombre}.h AND NOT "${todo}" MATCHES "\"${capa}/${nombre}.h\"")
+    list(APPEND faltas "UtilVel90.h: does not include ${capa}/${nombre}.h")
+  endif()
+endforeach()
+
 if(faltas)
   list(JOIN faltas "\n" texto)
   message(FATAL_ERROR "${texto}")

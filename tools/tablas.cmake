@@ -1,6 +1,7 @@
 # Checks that what is public of a table names all its rows: cmake -DRAIZ=<source folder> -P tools/tablas.cmake
 #  - the built-ins of the formulas stand in their header's text, and each has a case;
-#  - the kinds of company folders stand in their header's table.
+#  - the kinds of company folders stand in their header's table;
+#  - what the set-up of a machine creates, and the environment variables, stand in their page.
 
 set(faltas "")
 
@@ -34,6 +35,14 @@ exige(tests/data/formulas/casos.txt "@[(]" ${internas})
 
 filas(Uutilext/config/Rutas.cpp "{u\"([^\"]+)\", Base::" carpetas)
 exige(Uutilext/config/Rutas.h "\"@\"" ${carpetas})
+
+filas(facil/Instalacion.cpp "\n    u\"([^\"]+)/\"," creadas)
+list(TRANSFORM creadas REPLACE "^.*/" "")
+exige(docs/installation.md "`[^`]*@/`" ${creadas})
+foreach(archivo Carpetas Registro Rutas ZonasHorarias)
+  filas(platform/posix/${archivo}.cpp "[(]\"([A-Z_]+)\"[)]" variables)
+  exige(docs/installation.md "`@`" ${variables})
+endforeach()
 
 if(faltas)
   list(JOIN faltas "\n" lineas)

@@ -51,6 +51,18 @@ UnicodeString LeeValor(const Ajuste& ajuste, int numEmp) {
   return DameValor(Nombre(ajuste.seccion, numEmp), ajuste.clave);
 }
 
+// The value converted; an error says where it stands, since whoever reads it did not name the place.
+template <typename Conversion>
+auto Convierte(const Ajuste& ajuste, int numEmp, const Conversion& conversion) {
+  const UnicodeString valor = LeeValor(ajuste, numEmp);
+  try {
+    return conversion(valor);
+  } catch (const EConvertError& e) {
+    throw EConvertError(e.Message() + u" (archivo \"" + DameArchivoConfig() + u"\", sección '" +
+                        Nombre(ajuste.seccion, numEmp) + u"', clave '" + UnicodeString(ajuste.clave) + u"')");
+  }
+}
+
 void EscribeValorDe(const Ajuste& ajuste, std::u16string_view valor, int numEmp) {
   EscribeValor(Nombre(ajuste.seccion, numEmp), ajuste.clave, valor);
 }
@@ -63,14 +75,15 @@ UnicodeString Lee(const AjusteTexto& ajuste, int numEmp) {
 }
 
 int Lee(const AjusteEntero& ajuste, int numEmp) {
-  const UnicodeString valor = LeeValor(ajuste, numEmp);
-  if (!ajuste.omision.has_value()) return StrToInt(valor);
-  std::int32_t entero = 0;
-  return TryStrToInt(valor, entero) && entero != 0 ? entero : *ajuste.omision;
+  return Convierte(ajuste, numEmp, [&](std::u16string_view valor) {
+    if (!ajuste.omision.has_value()) return StrToInt(valor);
+    std::int32_t entero = 0;
+    return TryStrToInt(valor, entero) && entero != 0 ? entero : *ajuste.omision;
+  });
 }
 
 bool Lee(const AjusteInterruptor& ajuste, int numEmp) {
-  return ValorDe(ajuste.forma, LeeValor(ajuste, numEmp));
+  return Convierte(ajuste, numEmp, [&](std::u16string_view valor) { return ValorDe(ajuste.forma, valor); });
 }
 
 void Escribe(const AjusteTexto& ajuste, std::u16string_view valor, int numEmp) {

@@ -75,6 +75,8 @@ UTILVEL90_EXPORT UnicodeString DameDriverDefault();
 ///     "true" or "false"  the others
 ///
 /// A switch of "true" is on for that word in any case and off for anything else, "1" among it.
+///
+/// An EConvertError names file, section and key.
 
 /// "PARADOX" when empty.
 UTILVEL90_EXPORT UnicodeString DameDriver(int numEmp);

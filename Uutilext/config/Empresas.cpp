@@ -35,16 +35,10 @@ UnicodeString ConTerminacion(std::u16string_view catalogo, std::u16string_view t
 
 UnicodeString RutaRespaldo(std::u16string_view catalogo) { return ConTerminacion(catalogo, u".bak"); }
 
-void Exige(const FallaArchivo& falla, std::u16string_view que, std::u16string_view ruta) {
-  if (!falla.Hubo()) return;
-  throw EStreamError(
-      UnicodeString(que).append(u" \"").append(ruta).append(u"\": ").append(Descripcion(falla)));
-}
-
 // Loads once; returns the bytes that were loaded.
 std::string Carga(TClientDataSet& empresas, std::u16string_view ruta) {
   std::string bytes;
-  Exige(LeeArchivo(ruta, bytes), u"No se puede leer el archivo", ruta);
+  ExigeSinFalla(LeeArchivo(ruta, bytes), u"No se puede leer el archivo", ruta);
   empresas.LoadFromXML(bytes, ruta);
   return bytes;
 }
@@ -175,15 +169,15 @@ void ActualizaXMLNombreEmpresa(int numEmp, std::u16string_view nombre) {
 void CambiaCatalogoEmpresas(const std::function<void(TClientDataSet&)>& cambio) {
   const UnicodeString ruta = DameRutaArchEmpresas();
   const CandadoArchivo candado(ruta);
-  Exige(candado.Falla(), kNoSePuedeEscribir, ruta);
+  ExigeSinFalla(candado.Falla(), kNoSePuedeEscribir, ruta);
   TClientDataSet empresas;
   const std::string anterior = CargaConRecuperacion(empresas, ruta, Candado::Puesto);
   cambio(empresas);
   // The backup gets the bytes that were just loaded, so it always holds a catalog that loads.
   const std::string nuevo = empresas.SaveToXML();
   const UnicodeString respaldo = RutaRespaldo(ruta);
-  Exige(ReemplazaArchivo(respaldo, anterior, ruta), kNoSePuedeEscribir, respaldo);
-  Exige(ReemplazaArchivo(ruta, nuevo), kNoSePuedeEscribir, ruta);
+  ExigeSinFalla(ReemplazaArchivo(respaldo, anterior, ruta), kNoSePuedeEscribir, respaldo);
+  ExigeSinFalla(ReemplazaArchivo(ruta, nuevo), kNoSePuedeEscribir, ruta);
 }
 
 }  // namespace vel

@@ -26,7 +26,8 @@ namespace vel {
 /// is kept as " copia.bak" too); one that exists is given 35 milliseconds, for whoever is writing it. Then
 /// it is loaded once more, and a second failure reaches the caller (EStreamError when the file cannot be
 /// read, EDatabaseError naming file and line when it is no packet); a data set given is then as it was.
-UTILVEL90_EXPORT void AbreArchivoEmpresa(std::unique_ptr<TClientDataSet>& empresas, std::u16string_view ruta);
+UTILVEL90_EXPORT void AbreArchivoEmpresa(std::unique_ptr<TClientDataSet>& empresas,
+                                         std::u16string_view ruta = {});
 
 /// Fills the list with a line for each company, in record order: its number, "=" and its name.
 ///

@@ -16,8 +16,7 @@ std::unique_ptr<TClientDataSet> DameCDSEtiqVEL(std::u16string_view ruta, int num
   std::string bytes;
   const FallaArchivo falla = LeeArchivo(archivo, bytes);
   if (falla.clase == ClaseFalla::NoExiste || falla.clase == ClaseFalla::RutaNoExiste) return nullptr;
-  if (falla.Hubo())
-    throw EStreamError(u"No se puede leer el archivo \"" + archivo + u"\": " + Descripcion(falla));
+  ExigeSinFalla(falla, u"No se puede leer el archivo", archivo);
   auto catalogo = std::make_unique<TClientDataSet>();
   catalogo->LoadFromXML(bytes, archivo);
   return catalogo;

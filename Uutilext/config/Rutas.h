@@ -27,7 +27,10 @@ enum class ENUM_RUTA : std::int32_t {};
 
 /// Folders of the installation and of its companies. Every function gives a full path that ends in a
 /// backslash unless it says otherwise; none keeps anything. Without the registry's common folder paths begin
-/// at "Sistemas Tavex\".
+/// at "Sistemas Tavex\", below whatever folder the process stands in: name one first (facil::Instala).
+///
+/// Getters that create folders: DameRutaDatosEmpresa here, DameArchivoConfig and DameArchConexUsu for the
+/// user's own. The others only give names.
 
 /// Folder of this library's own file. Raises Exception when the system does not tell it.
 UTILVEL90_EXPORT UnicodeString DameRutaDll();

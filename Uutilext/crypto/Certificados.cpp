@@ -47,14 +47,17 @@ Certificado Decodifica(std::string_view der) {
   return leido ? std::move(dueno) : nullptr;
 }
 
+Certificado ExigeCert(std::string_view der) {
+  Certificado certificado = Decodifica(der);
+  if (!certificado) throw Exception(u"No se pudo extraer la llave pública.");
+  return certificado;
+}
+
 // The files are read here and not by libcrypto: it takes names in 8-bit text only, and so could not open one
 // outside the code page.
 Certificado LeeCert(std::u16string_view ruta) {
   const std::optional<std::string> bytes = LeeArchivo(ruta);
-  if (!bytes) return {};
-  Certificado certificado = Decodifica(*bytes);
-  if (!certificado) throw Exception(u"No se pudo extraer la llave pública.");
-  return certificado;
+  return bytes ? ExigeCert(*bytes) : Certificado();
 }
 
 std::optional<LlavePrivada> LeePrivKey(std::u16string_view ruta, std::u16string_view contrasena) {
@@ -89,6 +92,13 @@ std::string OctetosSerie(const X509& certificado) {
   return {contenido, std::find(contenido, contenido + cuenta, 0)};
 }
 
+UnicodeString Momento(const ASN1_TIME* momento) {
+  const unsigned char* texto = ASN1_STRING_get0_data(momento);
+  return DeCp1252(std::string(texto, texto + ASN1_STRING_length(momento)));
+}
+
+UnicodeString Numero(const X509& certificado) { return DeCp1252(OctetosSerie(certificado)); }
+
 int ValidaLlave(std::u16string_view rutaCertificado, std::u16string_view rutaLlave,
                 std::u16string_view contrasena) {
   const std::optional<LlavePrivada> llave = LeePrivKey(rutaLlave, contrasena);
@@ -106,7 +116,7 @@ UnicodeString CertGetNumSer(std::u16string_view rutaCertificado) {
   const ColaErrores cola;
   logInter(u"UUTIL::CertGetNumSer...LeeCert");
   const Certificado certificado = LeeCert(rutaCertificado);
-  return certificado ? DeCp1252(OctetosSerie(*certificado)) : UnicodeString();
+  return certificado ? Numero(*certificado) : UnicodeString();
 }
 
 bool CertGetFechaHora(std::u16string_view rutaCertificado, bool fin, UnicodeString& fecha) {
@@ -114,11 +124,16 @@ bool CertGetFechaHora(std::u16string_view rutaCertificado, bool fin, UnicodeStri
   logInter(u"UUTIL::CertGetFechaHora...LeeCert");
   const Certificado certificado = LeeCert(rutaCertificado);
   if (!certificado) return false;
-  const ASN1_TIME* momento =
-      fin ? X509_get0_notAfter(certificado.get()) : X509_get0_notBefore(certificado.get());
-  const unsigned char* texto = ASN1_STRING_get0_data(momento);
-  fecha = DeCp1252(std::string(texto, texto + ASN1_STRING_length(momento)));
+  fecha = Momento(fin ? X509_get0_notAfter(certificado.get()) : X509_get0_notBefore(certificado.get()));
   return true;
+}
+
+TDatosCertificado CertDameDatos(std::string_view der) {
+  const ColaErrores cola;
+  logInter(u"UUTIL::CertDameDatos");
+  const Certificado certificado = ExigeCert(der);
+  return {Numero(*certificado), Momento(X509_get0_notBefore(certificado.get())),
+          Momento(X509_get0_notAfter(certificado.get()))};
 }
 
 int ValPrivKey(std::u16string_view rutaCertificado, std::u16string_view rutaLlave,

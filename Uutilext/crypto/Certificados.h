@@ -11,8 +11,8 @@ namespace vel {
 /// (encrypted PKCS#8 in DER form, RFC 5958, with PBES2 or another scheme of libcrypto's default provider).
 ///
 /// Paths are paths of the suite. A file that is missing, locked, or a folder "cannot be read", which the
-/// results below tell. A certificate file that is read but holds no DER certificate raises Exception ("No se
-/// pudo extraer la llave pública.") from all three functions.
+/// results below tell. What is read but holds no DER certificate raises Exception ("No se pudo extraer la
+/// llave pública.") from every function.
 ///
 /// Nothing is left behind: no entry in libcrypto's error queue, no password and no RSA key in memory that is
 /// given back; and nothing is ever asked at a terminal. libcrypto is used in a context of the library's own:
@@ -27,6 +27,20 @@ UTILVEL90_EXPORT UnicodeString CertGetNumSer(std::u16string_view rutaCertificado
 /// YYMMDDhhmmssZ to the year 2049, YYYYMMDDhhmmssZ after it (RFC 5280, section 4.1.2.5). False, with `fecha`
 /// untouched, when the file cannot be read.
 UTILVEL90_EXPORT bool CertGetFechaHora(std::u16string_view rutaCertificado, bool fin, UnicodeString& fecha);
+
+/// What a certificate says of itself.
+struct TDatosCertificado {
+  /// As CertGetNumSer gives it.
+  UnicodeString Numero;
+  /// First and last moment of its validity, as CertGetFechaHora gives them.
+  UnicodeString Desde;
+  UnicodeString Hasta;
+  friend bool operator==(const TDatosCertificado&, const TDatosCertificado&) = default;
+};
+
+/// Reads a certificate that is at hand, such as the one that an electronic invoice carries in Base64: `der`
+/// is its DER form, and what may follow it is not looked at.
+UTILVEL90_EXPORT TDatosCertificado CertDameDatos(std::string_view der);
 
 /// Checks that the password opens the key file and that the key belongs to the certificate:
 ///

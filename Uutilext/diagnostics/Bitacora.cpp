@@ -5,7 +5,6 @@
 
 #include "Uutilext/process/Proceso.h"
 #include "Uutilext/time/Reloj.h"
-#include "framework/Excepciones.h"
 #include "framework/TDateTime.h"
 #include "platform/Archivos.h"
 
@@ -37,16 +36,12 @@ std::string Linea(TDateTime momento, std::string_view mensaje) {
 void logInterAux(std::string_view mensaje) {
   const std::string linea = Linea(AhoraLocal(), mensaje);
   const UnicodeString ruta = RutaBitacora();
-  const FallaArchivo falla = AgregaAlFinal(ruta, linea);
-  if (falla.Hubo())
-    throw EStreamError(u"No se puede escribir en el archivo \"" + ruta + u"\": " + Descripcion(falla));
+  ExigeSinFalla(AgregaAlFinal(ruta, linea), u"No se puede escribir en el archivo", ruta);
 }
 
 void Deletelog() {
   const UnicodeString ruta = RutaBitacora();
-  const FallaArchivo falla = BorraArchivo(ruta);
-  if (falla.Hubo())
-    throw EStreamError(u"No se puede borrar el archivo \"" + ruta + u"\": " + Descripcion(falla));
+  ExigeSinFalla(BorraArchivo(ruta), u"No se puede borrar el archivo", ruta);
 }
 
 }  // namespace vel

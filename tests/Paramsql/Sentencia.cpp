@@ -69,6 +69,34 @@ TEST(Clausulas, AreCallableOneByOne) {
   }
 }
 
+template <typename... T>
+concept DaSentencia = requires(TParametrosFiltro f, T... t) {
+  f.DameSentenciaSQL(t...);
+};
+static_assert(DaSentencia<bool> && DaSentencia<bool, int> && DaSentencia<int, int>);
+static_assert(!DaSentencia<int> && !DaSentencia<const char16_t*>, "no truth value was meant");
+
+TEST(Sentencia, LeavesOutWhatIsUsual) {
+  TParametrosFiltro breve(u"T"), f(u"T");
+  breve.AgregaCampoSelect(u"A");
+  f.AgregaCampoSelect(u"A", u"", true);
+  breve.AgregaFiltro(u"A", kTexto, u"x", Op::LIKE);
+  f.AgregaFiltro(u"A", kTexto, Variant(u"x"), Op::LIKE, Y, SIN, true);
+  breve.AgregaFiltroLIKE(u"A", u"x%", ENUM_COINCIDENCIA::CONTIENE);
+  f.AgregaFiltroLIKE(u"A", u"x%", ENUM_COINCIDENCIA::CONTIENE, Y, SIN, true);
+  breve.AgregaHaving(u"A", kTexto, u"x", Op::LIKE);
+  f.AgregaHaving(u"A", kTexto, Variant(u"x"), Op::LIKE, Y, SIN, true);
+  breve.AgregaHavingLIKE(u"A", u"x", ENUM_COINCIDENCIA::EMPIEZA);
+  f.AgregaHavingLIKE(u"A", u"x", ENUM_COINCIDENCIA::EMPIEZA, Y, SIN, true);
+  breve.CopiaFiltros(breve.ParamWhere);
+  EXPECT_EQ(breve.DameSentenciaSQL(true), f.DameSentenciaSQL(true, 0));
+  TParams parametros, otros;
+  breve.AsignaParametros(parametros);
+  f.AsignaParametros(otros, 0);
+  EXPECT_EQ(parametros.Count(), 4U);
+  EXPECT_TRUE(std::ranges::equal(parametros, otros));
+}
+
 TEST(Sentencia, JoinsItsPartsBlankByBlank) {
   TParametrosFiltro f(u"T");
   EXPECT_EQ(f.DameSentenciaSQL(true, 0), u"SELECT  *  from T ");

@@ -274,6 +274,7 @@ TEST(Resumen, KnowsTheLimitsByBothReadings) {
     return Texto(l.Inferior) + " " + Texto(l.Superior);
   };
   EXPECT_EQ(importe({3, 0}, {30'807, 2}), "770.16 1078.27");
+  EXPECT_EQ(importe({2, 0}, {100, 0}), "149.25 251.25") << "fewer decimals than the amount";
   EXPECT_EQ(importe({1'000'000'000'675, 6}, {1'234'567'000'000, 6}), "1234567000832.21 1234567000834.46");
 }
 

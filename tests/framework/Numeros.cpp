@@ -1,5 +1,7 @@
 #include "framework/Numeros.h"
 
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -7,6 +9,7 @@
 #include <random>
 #include <string>
 
+#include "framework/DecimalCorto.h"
 #include "framework/Excepciones.h"
 #include "tests/Casos.h"
 #include "tests/Mensaje.h"
@@ -60,4 +63,30 @@ TEST(StrToFloat, TakesLongTextsAndSaysWhichIsNone) {
 }
 
 }  // namespace
+// The short way writes what the standard library writes, or leaves it to that.
+TEST(DecimalCorto, WritesTheShortestText) {
+  std::mt19937_64 azar(3);
+  int cortos = 0;
+  const auto prueba = [&cortos](double valor) {
+    std::string texto;
+    if (!vel::AgregaDecimalCorto(texto, valor)) return texto.empty();
+    ++cortos;
+    std::array<char, 32> buf;
+    return texto == std::string(buf.data(), std::to_chars(buf.data(), buf.data() + buf.size(), valor).ptr);
+  };
+  for (const double valor :
+       {0.0, -0.0, 0.001, 0.000999, 1e-6, 99'999.0, 100'000.0, 1e6, 1'230'000.0, 999'999'999.999999, 1e9,
+        std::nan(""), HUGE_VAL, -HUGE_VAL, 1.0 / 3, 0.1 + 0.2, 4.9e-324}) {
+    for (const double v : {valor, -valor, std::nextafter(valor, 0.0), std::nextafter(valor, HUGE_VAL)}) {
+      ASSERT_TRUE(prueba(v)) << v;
+    }
+  }
+  for (int i = 0; i < 300'000; ++i) {
+    const auto entero = static_cast<double>((azar() % 1'000'000'000'000'000U) >> azar() % 50);
+    const double valor = entero / std::pow(10.0, static_cast<double>(azar() % 8));
+    for (const double v : {valor, std::nextafter(valor, 0.0)}) ASSERT_TRUE(prueba(v)) << v;
+  }
+  EXPECT_GT(cortos, 100'000);
+}
+
 }  // namespace vel

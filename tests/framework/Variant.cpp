@@ -4,16 +4,23 @@
 #include <limits>
 #include <string>
 #include <type_traits>
+#include <vector>
 
 #include "framework/Excepciones.h"
+#include "framework/TFieldType.h"
 
 namespace vel {
 namespace {
 
 template <typename... T>
 constexpr bool kNinguno = (!std::is_constructible_v<Variant, T> && ...);
-static_assert(kNinguno<const char*, std::string, std::string_view, char, char16_t, wchar_t, std::nullptr_t,
-                       void*, const int*>);
+static_assert(kNinguno<const char*, const char (&)[3], const char8_t*, const wchar_t*, std::string,
+                       std::string_view, char, char16_t, wchar_t, std::nullptr_t, void*, const int*, bool*,
+                       void (*)(), TFieldType, std::true_type, std::vector<bool>::reference>);
+template <typename... T>
+constexpr bool kPorSi = (std::is_convertible_v<T, Variant> && ...);
+static_assert(kPorSi<const char16_t*, char16_t*, const char16_t (&)[3], UnicodeString, std::u16string_view,
+                     int, long long, unsigned, short, double, float, TDateTime, bool>);
 
 TEST(Variant, ConvertsToTextAndNumber) {
   const struct {
@@ -42,7 +49,9 @@ TEST(Variant, ConvertsToTextAndNumber) {
     EXPECT_EQ(c.valor.AsDouble(), c.numero);
     EXPECT_EQ(c.valor, Variant(c.valor));
   }
-  EXPECT_EQ(Variant(u"verdadero").GetKind(), Variant::Kind::String);
+  UnicodeString propio = u"verdadero";
+  for (const Variant& valor : {Variant(u"verdadero"), Variant(propio.data()), Variant(propio)})
+    EXPECT_EQ(valor.GetKind(), Variant::Kind::String);
   EXPECT_EQ(Variant::Null().AsString(), u"");
   EXPECT_EQ(Variant(std::uint16_t{7}).GetKind(), Variant::Kind::Integer);
   EXPECT_EQ(Variant(7L).GetKind(), Variant::Kind::Int64);

@@ -418,6 +418,8 @@ TEST(SinMemoria, LeavesFilesAndWhatIsReadFromThemWhole) {
   Prueba<E>("DameRutaTrabajoEmpresa", [](E& e) { return DameRutaTrabajoEmpresa(u"1", e.texto); });
   Prueba<E>("LeeXMLCamposTablasSistema",
             [](E& e) { return LeeXMLCamposTablasSistema(u"CLIENTES", e.lista, true); });
+  Prueba<E>("CertDameDatos",
+            [der = LeeArchivo(sellos + u"sello.cer").value()](E&) { return CertDameDatos(der).Hasta; });
   Prueba<E>("CertGetFechaHora", [&](E& e) { return CertGetFechaHora(sellos + u"sello.cer", true, e.texto); });
   Prueba<E>("ValPrivKey",
             [&](E&) { return ValPrivKey(sellos + u"sello.cer", sellos + u"des3.key", u"12345678a"); });

@@ -11,6 +11,7 @@ void AgregaComandos(Programa& programa) {
   AgregaRutas(programa);
   AgregaCertificado(programa);
   AgregaHora(programa);
+  AgregaCfdi(programa);
   AgregaRedondea(programa);
   AgregaDireccion(programa);
   AgregaClave(programa);

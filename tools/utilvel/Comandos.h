@@ -13,6 +13,7 @@ void AgregaEmpresas(Programa& programa);
 void AgregaRutas(Programa& programa);
 void AgregaCertificado(Programa& programa);
 void AgregaHora(Programa& programa);
+void AgregaCfdi(Programa& programa);
 void AgregaRedondea(Programa& programa);
 void AgregaDireccion(Programa& programa);
 void AgregaClave(Programa& programa);

@@ -36,8 +36,12 @@ TEST(Configuracion, GivesItsDefaultsOnABareMachine) {
   EXPECT_EQ((std::array{DameTipoAcceso(), DameMultimoneda(1), DameValEnLinea(), DameModificaAlmacen(),
                         DameCxCContraDocto(1), DameMultiAlmacen(1)}),
             (std::array<bool, 6>{}));
+  const std::string donde = "(archivo \"" + UTF8Encode(DameArchivoConfig()) + "\", sección '";
+  EXPECT_EQ(MensajeDe(DameRegsXDemanda),
+            "'' no es un valor booleano válido " + donde + "SISTEMA', clave 'RegsXDemanda')");
+  EXPECT_EQ(MensajeDe([] { DameAlmacenPredeter(3); }),
+            "'' no es un valor entero válido " + donde + "Empresa3', clave 'AlmacenPredeterminado')");
   EXPECT_THROW(DameRegsXDemanda(), EConvertError);
-  EXPECT_THROW(DameAlmacenPredeter(1), EConvertError);
   EXPECT_EQ(DameDriverDefault(), u"");
   c.Instala();
   c.Escribe("C/Sistemas Tavex/VEL9.00/Alias.ini", "[ESTANDAR]\r\nDriverName=DEVARTSQLSERVER\r\n");

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <openssl/err.h>
 
+#include "platform/Archivos.h"
 #include "tests/Casos.h"
 #include "tests/Mensaje.h"
 #include "tests/Uutilext/crypto/Apoyo.h"
@@ -29,6 +30,8 @@ TEST(Certificados, GiveTheirDatesAsWritten) {
   EXPECT_EQ(fecha, u"240102030405Z");
   EXPECT_TRUE(CertGetFechaHora(Dato("sello.cer"), true, fecha));
   EXPECT_EQ(fecha, u"20551231235959Z");
+  EXPECT_EQ(CertDameDatos(*LeeArchivo(Dato("sello.cer")) + "resto"),
+            (TDatosCertificado{u"00001000000509876543", u"240102030405Z", u"20551231235959Z"}));
 }
 
 TEST(Certificados, ReadNamesOutsideTheCodePageAndWhatCarelessIssuersWrite) {
@@ -61,6 +64,7 @@ TEST(Certificados, RaiseWhenAFileHoldsNoDerCertificate) {
     UnicodeString fecha;
     EXPECT_EQ(MensajeDe([&] { CertGetNumSer(Dato(malo)); }), mensaje) << malo;
     EXPECT_EQ(MensajeDe([&] { CertGetFechaHora(Dato(malo), false, fecha); }), mensaje) << malo;
+    EXPECT_EQ(MensajeDe([&] { CertDameDatos(*LeeArchivo(Dato(malo))); }), mensaje) << malo;
     EXPECT_EQ(MensajeDe([&] { ValPrivKey(Dato(malo), Dato("des3.key"), u"12345678a"); }), mensaje) << malo;
   }
 }

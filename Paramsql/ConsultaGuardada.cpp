@@ -1,0 +1,43 @@
+#include "Paramsql/ConsultaGuardada.h"
+
+#include "Paramsql/Persistencia.h"
+#include "Paramsql/Redactor.h"
+#include "Uutilext/config/ArchivoIni.h"
+#include "framework/Excepciones.h"
+
+namespace vel {
+
+namespace {
+
+UnicodeString Sentencia(const TParametrosFiltro& definicion, bool conParametros) {
+  UnicodeString texto;
+  int numero = 0;
+  Redactor(texto, conParametros, numero).Sentencia(definicion);
+  return texto;
+}
+
+}  // namespace
+
+void GuardaConsulta(const TParametrosFiltro& definicion, std::u16string_view archivo) {
+  if (definicion.NombreTabla.empty()) throw EInvalidOperation(u"La consulta no tiene tabla");
+  CambiaIni(archivo, kNoSePuedeActualizar, [&](TextoIni& texto) {
+    PonDefinicion(texto, definicion, 0, persistencia::Alcance::Entera);
+    const auto leida = LeeDefinicion(texto, 0, persistencia::Alcance::Entera);
+    for (const bool conParametros : {true, false}) {
+      if (Sentencia(*leida, conParametros) == Sentencia(definicion, conParametros)) continue;
+      throw EInvalidOperation(
+          u"La consulta sería otra al leerla del archivo: quite los espacios alrededor de sus nombres");
+    }
+  });
+}
+
+std::unique_ptr<TParametrosFiltro> LeeConsulta(std::u16string_view archivo) {
+  auto definicion = LeeDefinicion(LeeIniEntero(archivo), 0, persistencia::Alcance::Entera);
+  if (definicion->NombreTabla.empty()) {
+    throw EInvalidOperation(
+        UnicodeString(u"El archivo \"").append(archivo).append(u"\" no tiene una consulta"));
+  }
+  return definicion;
+}
+
+}  // namespace vel

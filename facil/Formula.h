@@ -1,0 +1,91 @@
+#pragma once
+
+#include <initializer_list>
+#include <memory>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "facil/RevisionFormula.h"
+#include "facil/Texto.h"
+#include "framework/Texto.h"
+#include "utilvel90_export.h"
+
+namespace vel {
+class TFormula;
+}
+
+namespace vel::facil {
+
+/// The numbers of a formula's variables, from pairs or from a map with names in either encoding.
+///
+///     ValoresFormula{{"VENTA", 12000}, {"TASA", 0.05}}    ValoresFormula(mapa)
+///
+/// Names match without regard to case. EInvalidOperation: a name that is given twice, is empty or holds "=".
+class UTILVEL90_EXPORT ValoresFormula {
+ public:
+  struct UTILVEL90_EXPORT Valor {
+    template <class Numero>
+    requires std::is_arithmetic_v<Numero> Valor(const Texto& variable, Numero valor)
+        : nombre(variable.Vista()), numero(static_cast<double>(valor)) {}
+
+    UnicodeString nombre;
+    double numero;
+  };
+
+  ValoresFormula() = default;
+  ValoresFormula(std::initializer_list<Valor> valores) : valores_(valores) { Ordena(); }
+  template <class Mapa>
+  requires requires(const Mapa& mapa) { Valor(mapa.begin()->first, mapa.begin()->second); }
+  ValoresFormula(const Mapa& mapa) {
+    for (const auto& [nombre, numero] : mapa) valores_.emplace_back(nombre, numero);
+    Ordena();
+  }
+
+  const std::vector<Valor>& Lista() const noexcept { return valores_; }
+  bool Contiene(std::u16string_view nombre) const noexcept;
+
+ private:
+  void Ordena();
+
+  /// By name without regard to case.
+  std::vector<Valor> valores_;
+};
+
+/// A formula that is built once and evaluated with the numbers of each case.
+///
+///     Formula comision("SI(VENTA>=10000,VENTA*0.05,0)");
+///     comision.Evalua({{"VENTA", 12000}});              // 600
+///     comision.Evalua({{"VENTA", 20000}});              // 1000
+///
+/// Numbers reach the evaluator as all its values travel, as texts of at most 15 significant digits
+/// (FloatToStr). An object serves one thread at a time.
+class UTILVEL90_EXPORT Formula {
+ public:
+  /// EInvalidOperation with the place and the message of the first thing that Revisa(texto) finds ("Fórmula,
+  /// posición 9: Falta un operando después de +").
+  explicit Formula(const Texto& texto);
+  Formula(Formula&&) noexcept;
+  Formula& operator=(Formula&&) noexcept;
+  ~Formula();
+
+  /// The variables that it uses, once each, as first spelled.
+  const std::vector<UnicodeString>& Variables() const noexcept { return variables_; }
+
+  /// Its value. Variables that it does not use may be given. Raises EInvalidOperation ("Falta el valor de la
+  /// variable META") when one that it uses is not, and EConvertError where a value on the way is no finite
+  /// number, as after 1/0, or one given is none.
+  double Evalua(const ValoresFormula& valores);
+
+ private:
+  std::unique_ptr<TFormula> formula_;
+  std::vector<UnicodeString> variables_;
+};
+
+/// The value of a formula that is used once.
+///
+///     Evalua("PRECIO*(1-0.10)", {{"PRECIO", 1299.9}})    // 1169.91
+UTILVEL90_EXPORT double Evalua(const Texto& formula, const ValoresFormula& valores = {});
+
+}  // namespace vel::facil

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstddef>
+#include <initializer_list>
+#include <string_view>
+#include <vector>
+
+#include "facil/Texto.h"
+#include "framework/Texto.h"
+#include "utilvel90_export.h"
+
+namespace vel::facil {
+
+/// Something to tell the user about a formula, and where: `posicion` counts the characters (UTF-16 units) of
+/// the formula as typed, blanks too, from 1.
+struct NotaFormula {
+  std::size_t posicion = 1;
+  UnicodeString mensaje;
+  friend bool operator==(const NotaFormula&, const NotaFormula&) = default;
+};
+
+/// What Revisa finds, all in the order of their places.
+struct RevisionFormula {
+  /// What keeps the formula from being evaluated; after the first hundred no more are looked for.
+  std::vector<NotaFormula> problemas;
+  /// What is evaluated, though surely not as it was meant: `5+`, `2(3)`, `1 2`.
+  std::vector<NotaFormula> avisos;
+  /// The variables that it uses, once each, as first spelled.
+  std::vector<UnicodeString> variables;
+  bool Sirve() const noexcept { return problemas.empty(); }
+};
+
+/// Names of variables, from a list in either encoding.
+///
+///     Revisa("VENTA*TASA", {"VENTA", "TASA"})    Revisa(texto, vectorDeTextos)
+class UTILVEL90_EXPORT NombresVariables {
+ public:
+  NombresVariables(std::initializer_list<Texto> nombres);
+  template <class Lista>
+  requires requires(const Lista& lista) { Texto(*lista.begin()); }
+  NombresVariables(const Lista& lista) {
+    for (const auto& nombre : lista) Agrega(nombre);
+  }
+  const std::vector<UnicodeString>& Lista() const noexcept { return nombres_; }
+
+ private:
+  void Agrega(const Texto& nombre) { nombres_.emplace_back(nombre.Vista()); }
+
+  std::vector<UnicodeString> nombres_;
+};
+
+/// Looks a formula of TFormula through without its values, for the user who has just typed it. A formula that
+/// serves evaluates, given numbers for its variables, unless a value on the way is no finite number (1/0,
+/// RAIZ(-1)) or does not fit (ABS and RDONDEA take 32 bits); one that does not fails with any numbers.
+///
+/// Names match without regard to case. Without a list every name counts as a variable: what begins with a
+/// letter or "_" and is neither a built-in's nor one of the evaluator's own (FUN0, SUMA1).
+///
+///     Revisa("2*(VENTA+)").problemas     // 9: "Falta un operando después de +"
+///     Revisa("IVA*2", {"TASA"})          // 1: "Variable desconocida IVA"
+///     Revisa("RAÍZ(2)")                  // 1: "Función desconocida RAÍZ"
+UTILVEL90_EXPORT RevisionFormula Revisa(const Texto& formula);
+UTILVEL90_EXPORT RevisionFormula Revisa(const Texto& formula, const NombresVariables& conocidas);
+
+}  // namespace vel::facil

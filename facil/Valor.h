@@ -1,0 +1,142 @@
+#pragma once
+
+#include <concepts>
+#include <initializer_list>
+#include <optional>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "facil/Momento.h"
+#include "facil/Texto.h"
+#include "framework/TFieldType.h"
+#include "framework/Texto.h"
+#include "framework/Variant.h"
+#include "utilvel90_export.h"
+
+namespace vel::facil {
+
+/// SQL of the program's own, written into the statement as it stands: a column, an expression, a sub-query.
+/// Never what a user typed.
+///
+///     donde("F.IMPORTE").mayor(Sql("F.SALDO"))    donde("F.CVE").en(Sql("SELECT CVE FROM VIP"))
+struct UTILVEL90_EXPORT Sql {
+  explicit Sql(const Texto& sql) : texto(sql.Vista()) {}
+  UnicodeString texto;
+};
+
+// Kinds of what is given as a value; anything else does not compile.
+template <typename T>
+concept TipoNumero = TipoEntero<T> || std::floating_point<T> || std::same_as<T, bool>;
+template <typename T>
+concept TipoFecha = std::constructible_from<Momento, const T&>;
+template <typename T>
+concept TipoTexto = std::constructible_from<Texto, const T&>;
+template <typename T>
+concept TipoCaracter = std::integral<T> && !TipoEntero<T> && !std::same_as<T, bool>;
+template <typename T>
+concept TipoPuntero = std::is_null_pointer_v<T> ||(std::is_pointer_v<T> && !TipoTexto<T>);
+
+/// The value of a condition; its C++ type says the field's:
+///
+///     whole numbers, of 64 bits too     ftInteger
+///     floating numbers                  ftFloat
+///     bool                              ftBoolean, with parameters only
+///     texts in UTF-16 or UTF-8          ftString
+///     days and moments (Momento)        ftDateTime
+///     Sql                               ftDataSet: as it stands, no parameter
+///     Variant                           by what it holds; a null, an array or none raises EInvalidOperation
+///
+/// An empty std::optional is what the user did not give: its condition is left out. It is no null, which
+/// esNulo asks for.
+class UTILVEL90_EXPORT Valor {
+ public:
+  /// A value of any other field type: Valor(TFieldType::ftDate, Variant(dia)).
+  Valor(TFieldType tipo, Variant valor) noexcept : tipo_(tipo), valor_(std::move(valor)) {}
+  Valor(const Variant& valor);
+  Valor(const Sql& sql) : Valor(TFieldType::ftDataSet, Variant(sql.texto)) {}
+  template <typename T>
+  Valor(const T& valor) : Valor(De(valor)) {}
+  template <typename T>
+  Valor(const std::optional<T>& valor) : Valor(valor.has_value() ? Valor(*valor) : Valor()) {}
+
+  /// Whether there is one.
+  bool Hay() const noexcept { return hay_; }
+  TFieldType Tipo() const noexcept { return tipo_; }
+  /// The value itself, for one use.
+  Variant Saca() noexcept { return std::move(valor_); }
+  /// The type that both are of, whole and floating numbers being floating ones together. Raises
+  /// EInvalidOperation ("Los valores de una condición son de tipos distintos") when there is none.
+  static TFieldType TipoComun(TFieldType uno, TFieldType otro);
+
+ private:
+  Valor() noexcept : hay_(false) {}
+  static Valor DeTexto(const Texto& texto);
+  template <typename T>
+  static Valor De(const T& valor) {
+    static_assert(!TipoCaracter<T>, "a character is no value of a condition: write a text, \"E\"");
+    static_assert(!TipoPuntero<T>,
+                  "a pointer is no value of a condition: give what it points to, or esNulo()");
+    if constexpr (TipoNumero<T>) {
+      constexpr TFieldType kTipo = std::same_as<T, bool> ? TFieldType::ftBoolean
+                                   : TipoEntero<T>       ? TFieldType::ftInteger
+                                                         : TFieldType::ftFloat;
+      return {kTipo, Variant(valor)};
+    } else if constexpr (TipoFecha<T>) {
+      return {TFieldType::ftDateTime, Variant(TDateTime(Momento(valor)))};
+    } else if constexpr (TipoTexto<T>) {
+      return DeTexto(Texto(valor));
+    } else {
+      static_assert(TipoCaracter<T> || TipoPuntero<T>,
+                    "this type is no value of a condition: give a number, bool, text, date or Sql");
+      return {};
+    }
+  }
+
+  TFieldType tipo_ = TFieldType::ftUnknown;
+  bool hay_ = true;
+  Variant valor_;
+};
+
+/// The values of a list, all of one type (whole and floating numbers make floating ones), or a sub-query.
+/// Empty optionals among them are left out, and with nothing but these so is the condition.
+///
+///     en({1, 2, 3})    en({"FERRETERÍA", "MUEBLES"})    en(std::vector<std::string>{...})
+class UTILVEL90_EXPORT Valores {
+ public:
+  Valores(std::initializer_list<Valor> valores);
+  Valores(const Sql& subconsulta);
+  template <typename Lista>
+  Valores(const Lista& lista) {
+    static_assert(
+        !TipoTexto<Lista> &&
+            requires {
+              lista.begin();
+              lista.end();
+            },
+        "en and noEn take a list: {\"A\", \"B\"}, a vector...");
+    if constexpr (!TipoTexto<Lista> && requires {
+                    lista.begin();
+                    lista.end();
+                  }) {
+      for (const auto& valor : lista) Agrega(valor);
+    }
+  }
+
+  bool Vacia() const noexcept { return valores_.empty(); }
+  /// Whether the list has values and all of them are left out.
+  bool TodosFaltan() const noexcept { return valores_.empty() && faltan_; }
+  TFieldType Tipo() const noexcept { return tipo_; }
+  /// The array of the values, or the sub-query, for one use.
+  Variant Saca();
+
+ private:
+  void Agrega(Valor valor);
+
+  TFieldType tipo_ = TFieldType::ftUnknown;
+  std::vector<Variant> valores_;
+  bool faltan_ = false;
+  bool subconsulta_ = false;
+};
+
+}  // namespace vel::facil
