@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "Paramsql/ConsultaGuardada.h"
 #include "Paramsql/Paramsql.h"
 #include "tools/utilvel/Comandos.h"
 #include "tools/utilvel/Entrada.h"
@@ -46,7 +47,8 @@ std::unique_ptr<vel::TParametrosFiltro> Carga(const Opciones& o) {
     throw Falla(Codigo::Datos, "No hay una consulta de número " + std::to_string(o.numero) + " en " +
                                    (o.definicion == "-" ? "la entrada estándar" : o.definicion));
   }
-  return definicion;
+  // The one without a number is kept whole, with its order and DISTINCT.
+  return o.numero <= 0 ? vel::LeeConsulta(archivo.Ruta()) : std::move(definicion);
 }
 
 Sentencia Arma(const Opciones& o) {
