@@ -1,5 +1,7 @@
 #include "tools/utilvel/base/Base.h"
 
+#include <algorithm>
+#include <ctime>
 #include <deque>
 #include <optional>
 #include <soci/soci.h>
@@ -65,6 +67,9 @@ class Renglon : public soci::details::into_type_base {
         case Lectura::Bytes:
           hueco.lector->define_by_pos(lugar, &hueco.largo, soci::details::x_longstring);
           break;
+        case Lectura::Momento:
+          hueco.lector->define_by_pos(lugar, &hueco.momento, soci::details::x_stdtm);
+          break;
         default:
           hueco.lector->define_by_pos(lugar, &hueco.texto, soci::details::x_stdstring);
       }
@@ -92,6 +97,7 @@ class Renglon : public soci::details::into_type_base {
     soci::indicator nulo = soci::i_null;
     std::string texto;
     double numero = 0;
+    std::tm momento{};
     soci::long_string largo;
   };
 
@@ -100,6 +106,10 @@ class Renglon : public soci::details::into_type_base {
     if (hueco.lectura == Lectura::Propia) return motor_.LeeCelda(*sentencia_->get_backend(), columna);
     if (hueco.nulo == soci::i_null) return std::nullopt;
     switch (hueco.lectura) {
+      case Lectura::Momento:
+        hueco.texto = motor_.LeeCelda(*sentencia_->get_backend(), columna).value_or("");
+        QuitaCeros(hueco.texto);
+        return hueco.texto;
       case Lectura::Flotante:
         return TextoFlotante(hueco.numero);
       case Lectura::Largo:

@@ -20,6 +20,7 @@ class MotorFirebird : public Motor {
   Enlazado Enlaza(soci::details::statement_backend& sentencia, std::size_t lugar,
                   const vel::TParam& parametro) const override;
   std::vector<ColumnaLeida> Describe(soci::details::statement_backend& sentencia) const override;
+  Celda LeeCelda(soci::details::statement_backend& sentencia, std::size_t columna) const override;
 };
 
 class MotorPostgresql : public Motor {
