@@ -13,15 +13,23 @@
 namespace utilvel {
 namespace {
 
-// What the engine says, without the names of SOCI's functions.
+// What the engine says, in one line and without what SOCI says before it.
 std::string Motivo(const soci::soci_error& error) {
   std::string texto = error.get_error_message();
-  const std::size_t dosPuntos = texto.find(": ");
-  if (texto.starts_with("sqlite3_statement_backend::") && dosPuntos != std::string::npos) {
-    texto.erase(0, dosPuntos + 2);
+  for (const std::string_view previo :
+       {"sqlite3_statement_backend::prepare: ", "sqlite3_statement_backend::loadOne: ",
+        "Cannot establish connection to the database.", "Cannot execute query.", " Fatal error.",
+        " ERROR:"}) {
+    if (texto.starts_with(previo)) texto.erase(0, previo.size());
   }
-  texto.erase(texto.find_last_not_of(" \n") + 1);
-  return texto;
+  std::string linea;
+  for (const char c : texto) {
+    const bool blanco = c == ' ' || c == '\n' || c == '\t';
+    if (!blanco) linea += c;
+    if (blanco && !linea.empty() && linea.back() != ' ') linea += ' ';
+  }
+  if (!linea.empty() && linea.back() == ' ') linea.pop_back();
+  return linea;
 }
 
 // The fraction of a time without the zeros at its end; the fraction itself when it has nothing else.

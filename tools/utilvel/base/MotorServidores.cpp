@@ -50,6 +50,13 @@ std::string MotorPostgresql::Conexion(const DireccionBase& direccion, const std:
   return texto;
 }
 
+std::vector<std::string> MotorPostgresql::Inicio() const {
+  // A server that knows how (14 and later) leaves the query of a program that ended.
+  return {
+      "SELECT set_config(name, '1000', false) FROM pg_settings WHERE name = "
+      "'client_connection_check_interval'"};
+}
+
 Enlazado MotorPostgresql::Enlaza(soci::details::statement_backend& sentencia, std::size_t lugar,
                                  const vel::TParam& parametro) const {
   // Its truth values are no numbers.
