@@ -187,7 +187,9 @@ constexpr const char* kDetalle =
     "sentido a lo que sigue.\n"
     "De PostgreSQL no se leen columnas de tipo interval, money y otros de su propia cosecha: la definición "
     "las "
-    "convierte con CAST.";
+    "convierte con CAST. "
+    "Con Ctrl-C el programa termina de inmediato; el servidor de MariaDB sigue con la consulta por su "
+    "cuenta.";
 
 }  // namespace
 
@@ -197,11 +199,12 @@ void AgregaConsulta(Programa& programa) {
       {.nombre = "consulta",
        .resumen = "Imprime la sentencia de una consulta guardada y la ejecuta en una base de datos",
        .detalle = kDetalle,
-       .ejemplos = {{"utilvel consulta consulta.ini", "La sentencia con sus parámetros."},
-                    {"utilvel consulta consulta.ini --base sqlite3://ventas.db --valor :var1=E",
-                     "Los renglones que encuentra, con otro valor del primer parámetro."},
-                    {"utilvel consulta consulta.ini --literales",
-                     "La sentencia con los valores escritos en ella."}}},
+       .ejemplos =
+           {{"utilvel consulta consulta.ini", "La sentencia, sus parámetros y sus valores."},
+            {"sqlite3 ventas.db < base.sql && utilvel consulta consulta.ini --base sqlite3://ventas.db",
+             "Una base de ejemplo y los renglones que la consulta encuentra en ella."},
+            {"utilvel consulta consulta.ini --base sqlite3://ventas.db --valor :var2=2024-05-01 --csv",
+             "Lo mismo desde mayo, para una hoja de cálculo."}}},
       [o] { return Corre(*o); });
   comando.add_option("DEFINICION", o->definicion, "Archivo INI de la consulta guardada")->required();
   comando.add_option("--numero", o->numero, "Número de la consulta en el archivo; sin él, la que no tiene")

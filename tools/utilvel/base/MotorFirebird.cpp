@@ -73,11 +73,11 @@ std::string MotorFirebird::Conexion(const DireccionBase& direccion, const std::s
 
 Enlazado MotorFirebird::Enlaza(soci::details::statement_backend& sentencia, std::size_t lugar,
                                const vel::TParam& parametro) const {
-  const XSQLDA* const descripcion = static_cast<soci::firebird_statement_backend&>(sentencia).sqlda2p_;
+  XSQLDA* const descripcion = static_cast<soci::firebird_statement_backend&>(sentencia).sqlda2p_;
   if (lugar >= static_cast<std::size_t>(descripcion->sqld)) {
     throw Falla(Codigo::Base, "La sentencia tiene menos parámetros que valores");
   }
-  XSQLVAR& v = const_cast<XSQLDA*>(descripcion)->sqlvar[lugar];
+  XSQLVAR& v = descripcion->sqlvar[lugar];
   const vel::Variant& valor = parametro.Value;
   const int tipo = Tipo(v);
   const bool esNumero = valor.GetKind() == vel::Variant::Kind::Integer ||

@@ -41,7 +41,7 @@ std::string EntreApostrofos(std::string_view texto) {
 std::string MotorPostgresql::Conexion(const DireccionBase& direccion, const std::string& clave) const {
   std::string texto =
       "postgresql:///?client_encoding=UTF8&application_name=utilvel&connect_timeout=10&options=" +
-      ConPorcentajes("-c default_transaction_read_only=on -c datestyle=ISO") +
+      ConPorcentajes("-c default_transaction_read_only=on -c datestyle=ISO -c cursor_tuple_fraction=1") +
       "&dbname=" + ConPorcentajes(direccion.base);
   if (!direccion.servidor.empty()) texto += "&host=" + ConPorcentajes(direccion.servidor);
   if (direccion.puerto != 0) texto += "&port=" + std::to_string(direccion.puerto);
