@@ -151,6 +151,20 @@ TEST_P(EnBases, SayWhereTheyFail) {
   EXPECT_EQ(std::count(c.errores.begin(), c.errores.end(), '\n'), 1) << c.errores;
   EXPECT_EQ(programa.Corre("utilvel consulta c.ini --csv --salida r.csv --base " + direccion_).codigo, 6);
   EXPECT_FALSE(carpeta_.Existe("r.csv"));
+  if (std::string(GetParam().nombre) != "postgresql") return;
+  TParametrosFiltro larga(u"generate_series(1,1000000) X(N)");
+  GuardaConsulta(larga, carpeta_.Archivo("c.ini"));
+  const Corrida cortada = programa.Corre("utilvel consulta c.ini --csv --base " + direccion_ +
+                                         " | { head -3; PGPASSWORD=$UTILVEL_CLAVE psql -qAt " + direccion_ +
+                                         " -c \"SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE "
+                                         "application_name = 'utilvel'\"; tail -1; }; "
+                                         "exit ${PIPESTATUS[0]}");
+  EXPECT_EQ(cortada.codigo, 6);
+  EXPECT_EQ(cortada.salida.substr(0, 8), "n\n1\n2\nt\n");
+  // What came before the cut is whole.
+  const std::string ultimo = cortada.salida.substr(8, cortada.salida.size() - 9);
+  EXPECT_NE(cortada.errores.find("falló después de " + ultimo + " renglones: "), std::string::npos)
+      << cortada.errores;
 }
 
 TEST_P(EnBases, EndWithTheirReaderAndOnCtrlC) {
@@ -173,8 +187,9 @@ TEST_P(EnBases, EndWithTheirReaderAndOnCtrlC) {
     EXPECT_EQ(c.codigo, 141);
     EXPECT_EQ(c.errores, "");
   }
-  // Rows that never come: the engine itself is at work when the signal does.
-  filtro.AgregaFiltro(suma, TFieldType::ftInteger, Variant(0), Op::MENOR, AND, NADA, true);
+  // After one row no other comes: the engine itself is at work when the signal does.
+  filtro.AgregaFiltro(suma, TFieldType::ftInteger, Variant(motor == "mysql" ? 8 : 9), Op::MENOR, AND, NADA,
+                      true);
   GuardaConsulta(filtro, carpeta_.Archivo("c.ini"));
   const Corrida c = programa.Corre("timeout -s INT --preserve-status -k 20 0.5 '" UTILVEL "'" + orden +
                                    " --salida r.csv; codigo=$?; ls r.csv*; exit $codigo");
