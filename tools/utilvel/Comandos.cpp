@@ -3,6 +3,7 @@
 namespace utilvel {
 
 void AgregaComandos(Programa& programa) {
+  AgregaConsulta(programa);
   AgregaTotales(programa);
   AgregaFormula(programa);
   AgregaFechas(programa);

@@ -10,6 +10,7 @@ void AgregaFormula(Programa& programa);
 void AgregaFechas(Programa& programa);
 void AgregaConfig(Programa& programa);
 void AgregaInstala(Programa& programa);
+void AgregaConsulta(Programa& programa);
 void AgregaEmpresas(Programa& programa);
 void AgregaRutas(Programa& programa);
 void AgregaCertificado(Programa& programa);
