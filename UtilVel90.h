@@ -8,6 +8,7 @@
 #include "Ucalculocfdi/Ucalculocfdi.h"
 #include "Uformula/Uformula.h"
 #include "Uutilext/Uutilext.h"
+#include "Uutilext/time/ConversionZonas.h"
 #include "facil/facil.h"
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <span>
 
+#include "Paramsql/TParametrosFiltro.h"
 #include "framework/Excepciones.h"
 
 namespace vel::facil {
@@ -169,6 +170,8 @@ Grupo& Grupo::existe(const Sql& subconsulta) {
                   ENUM_GRUPO::NADA, true));
   return *this;
 }
+
+CondicionAbierta::CondicionAbierta(Grupo& grupo, const Texto& campo) : grupo_(grupo), campo_(campo.Vista()) {}
 
 void CondicionAbierta::Agrega(TFieldType tipo, Variant&& valor, ENUM_OPERADOR op, bool sensitive) {
   grupo_.Agrega(Registro(std::move(campo_), tipo, std::move(valor), op, ENUM_GRUPO::NADA, sensitive));

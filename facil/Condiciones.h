@@ -6,12 +6,19 @@
 #include <optional>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
-#include "Paramsql/TParametrosFiltro.h"
+#include "Paramsql/Enumeraciones.h"
+#include "Uutilext/config/Configuracion.h"
 #include "facil/Texto.h"
 #include "facil/Valor.h"
 #include "framework/Texto.h"
 #include "utilvel90_export.h"
+
+namespace vel {
+class TParametrosFiltro;
+class TParamWhereSimple;
+}  // namespace vel
 
 namespace vel::facil {
 
@@ -27,7 +34,7 @@ class UTILVEL90_EXPORT CondicionAbierta {
   CondicionAbierta& operator=(const CondicionAbierta&) = delete;
 
  protected:
-  CondicionAbierta(Grupo& grupo, const Texto& campo) : grupo_(grupo), campo_(campo.Vista()) {}
+  CondicionAbierta(Grupo& grupo, const Texto& campo);
   ~CondicionAbierta() = default;
 
   void Solo(bool hay) noexcept { hay_ = hay_ && hay; }
@@ -150,6 +157,7 @@ class UTILVEL90_EXPORT Grupo {
   friend class Consulta;
   friend class CondicionAbierta;
   enum class Clausula : bool { Where, Having };
+  using Lista = std::vector<std::unique_ptr<TParamWhereSimple>>;
 
   /// The outermost one of a clause, of AND.
   Grupo(TParametrosFiltro& filtro, Clausula clausula, TiposDeDriver driver) noexcept
@@ -173,9 +181,9 @@ class UTILVEL90_EXPORT Grupo {
   void Agrega(std::unique_ptr<TParamWhereSimple> condicion);
   void AgregaPatron(const UnicodeString& campo, ENUM_COINCIDENCIA donde, const Texto& texto, Letras letras);
   /// What was there before the front came, when what stands from `inicio` on is the first that it adds.
-  void Junta(TParamWhereSimpleArray& lista, std::size_t inicio);
+  void Junta(Lista& lista, std::size_t inicio);
   /// The list, to which something is about to be added.
-  TParamWhereSimpleArray& Abierta();
+  Lista& Abierta();
 
   TParametrosFiltro* filtro_;
   Clausula clausula_;

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <utility>
 
+#include "Paramsql/ConsultaGuardada.h"
+#include "Paramsql/TParametrosFiltro.h"
 #include "framework/Excepciones.h"
 
 namespace vel::facil {
@@ -70,6 +72,8 @@ void Agrega(UnicodeString& columnas, std::u16string_view otras) {
 
 }  // namespace
 
+std::string Sentencia::utf8() const { return UTF8Encode(texto); }
+
 Consulta::Consulta(const Texto& tabla, TiposDeDriver driver)
     : Consulta(std::make_unique<TParametrosFiltro>(tabla), driver) {}
 
@@ -77,6 +81,10 @@ Consulta::Consulta(std::unique_ptr<TParametrosFiltro> definicion, TiposDeDriver 
     : definicion_(Exige(std::move(definicion))),
       where_(*definicion_, Grupo::Clausula::Where, driver),
       having_(*definicion_, Grupo::Clausula::Having, driver) {}
+
+Consulta::Consulta(Consulta&&) noexcept = default;
+Consulta& Consulta::operator=(Consulta&&) noexcept = default;
+Consulta::~Consulta() = default;
 
 TParametrosFiltro& Consulta::Definicion() {
   if (definicion_ == nullptr) throw EInvalidOperation(u"La consulta ya se entregó");
@@ -96,6 +104,12 @@ const TParametrosFiltro& Consulta::filtro() const {
 }
 
 std::unique_ptr<TParametrosFiltro> Consulta::suelta() && { return Exige(std::move(definicion_)); }
+
+void Consulta::guarda(const Texto& archivo) const { GuardaConsulta(filtro(), archivo); }
+
+Consulta Consulta::lee(const Texto& archivo, TiposDeDriver driver) {
+  return Consulta(LeeConsulta(archivo), driver);
+}
 
 Consulta& Consulta::campo(const Texto& expresion, const Texto& alias, bool visible) {
   Definicion().AgregaCampoSelect(expresion, alias, visible);

@@ -3,11 +3,9 @@
 #include <memory>
 #include <string>
 
-#include "Paramsql/ConsultaGuardada.h"
-#include "Paramsql/TParametrosFiltro.h"
+#include "Paramsql/Enumeraciones.h"
 #include "facil/Condiciones.h"
 #include "facil/Texto.h"
-#include "framework/Excepciones.h"
 #include "framework/TParams.h"
 #include "framework/Texto.h"
 #include "utilvel90_export.h"
@@ -19,7 +17,7 @@ struct UTILVEL90_EXPORT Sentencia {
   UnicodeString texto;
   TParams parametros;
   /// The text in UTF-8.
-  std::string utf8() const { return UTF8Encode(texto); }
+  std::string utf8() const;
 };
 
 /// A SELECT statement in words. It builds a TParametrosFiltro, so that what it gives is what AgregaFiltro and
@@ -53,9 +51,9 @@ class UTILVEL90_EXPORT Consulta {
   /// that it has (AND). Raises EInvalidOperation for null.
   explicit Consulta(std::unique_ptr<TParametrosFiltro> definicion,
                     TiposDeDriver driver = TiposDeDriver::DEVARTINTERBASE);
-  Consulta(Consulta&&) noexcept = default;
-  Consulta& operator=(Consulta&&) noexcept = default;
-  ~Consulta() = default;
+  Consulta(Consulta&&) noexcept;
+  Consulta& operator=(Consulta&&) noexcept;
+  ~Consulta();
 
   // --- What is selected. Without fields, "*".
 
@@ -106,12 +104,11 @@ class UTILVEL90_EXPORT Consulta {
   UnicodeString literal();
 
   /// Saves the query whole, and reads it: GuardaConsulta and LeeConsulta.
-  void guarda(const Texto& archivo) const { GuardaConsulta(filtro(), archivo); }
-  static Consulta lee(const Texto& archivo, TiposDeDriver driver = TiposDeDriver::DEVARTINTERBASE) {
-    return Consulta(LeeConsulta(archivo), driver);
-  }
+  void guarda(const Texto& archivo) const;
+  static Consulta lee(const Texto& archivo, TiposDeDriver driver = TiposDeDriver::DEVARTINTERBASE);
 
-  /// The definition itself, owned by this object and valid as long as it, moved or not.
+  /// The definition itself, owned by this object and valid as long as it, moved or not. Who works with it
+  /// includes Paramsql/TParametrosFiltro.h, which is left out here to spare the others its compile time.
   TParametrosFiltro& filtro() { return Definicion(); }
   const TParametrosFiltro& filtro() const;
   /// The definition, given away.

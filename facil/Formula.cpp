@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "Uformula/TFormula.h"
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
 
@@ -15,6 +16,8 @@ using Valor = ValoresFormula::Valor;
 bool VaAntes(const Valor& a, std::u16string_view nombre) { return CompareText(a.nombre, nombre) < 0; }
 
 }  // namespace
+
+ValoresFormula::ValoresFormula(std::initializer_list<Valor> valores) : valores_(valores) { Ordena(); }
 
 void ValoresFormula::Ordena() {
   std::stable_sort(valores_.begin(), valores_.end(),
@@ -36,7 +39,17 @@ std::optional<double> ValoresFormula::Busca(std::u16string_view nombre) const no
   return lugar->numero;
 }
 
-Formula::Formula(const Texto& texto) : formula_(std::make_unique<TFormula>()) {
+struct Formula::Motor {
+  TFormula formula;
+  /// Of `formula`, in the order of the variables.
+  std::vector<TVariableEnlazada> enlaces;
+};
+
+Formula::Formula(Formula&&) noexcept = default;
+Formula& Formula::operator=(Formula&&) noexcept = default;
+Formula::~Formula() = default;
+
+Formula::Formula(const Texto& texto) : motor_(std::make_unique<Motor>()) {
   RevisionFormula revision = Revisa(texto);
   if (!revision.Sirve()) {
     const NotaFormula& problema = revision.problemas.front();
@@ -44,23 +57,25 @@ Formula::Formula(const Texto& texto) : formula_(std::make_unique<TFormula>()) {
                             u": " + problema.mensaje);
   }
   variables_ = std::move(revision.variables);
-  for (const UnicodeString& nombre : variables_) enlaces_.push_back(formula_->EnlazaVariable(nombre));
+  for (const UnicodeString& nombre : variables_)
+    motor_->enlaces.push_back(motor_->formula.EnlazaVariable(nombre));
   try {
-    formula_->NewFormula(texto);
+    motor_->formula.NewFormula(texto);
   } catch (const Exception&) {
     // It is built: only its first evaluation failed, as its variables have no values yet.
   }
 }
 
 double Formula::Evalua(const ValoresFormula& valores) {
+  if (motor_ == nullptr) throw EInvalidOperation(u"La fórmula ya se entregó");
   for (std::size_t i = 0; i < variables_.size(); ++i) {
     const std::optional<double> valor = valores.Busca(variables_[i]);
     if (!valor.has_value()) throw EInvalidOperation(u"Falta el valor de la variable " + variables_[i]);
     if (!std::isfinite(*valor))
       throw EConvertError(u"El valor de la variable " + variables_[i] + u" no es un número");
-    enlaces_[i].Asigna(*valor);
+    motor_->enlaces[i].Asigna(*valor);
   }
-  return formula_->Execute();
+  return motor_->formula.Execute();
 }
 
 double Evalua(const Texto& formula, const ValoresFormula& valores) {

@@ -8,7 +8,6 @@
 #include <utility>
 #include <vector>
 
-#include "Uformula/TFormula.h"
 #include "facil/RevisionFormula.h"
 #include "facil/Texto.h"
 #include "framework/Texto.h"
@@ -33,7 +32,7 @@ class UTILVEL90_EXPORT ValoresFormula {
   };
 
   ValoresFormula() = default;
-  ValoresFormula(std::initializer_list<Valor> valores) : valores_(valores) { Ordena(); }
+  ValoresFormula(std::initializer_list<Valor> valores);
   template <class Mapa>
   requires requires(const Mapa& mapa) { Valor(mapa.begin()->first, mapa.begin()->second); }
   ValoresFormula(const Mapa& mapa) {
@@ -65,6 +64,9 @@ class UTILVEL90_EXPORT Formula {
   /// EInvalidOperation with the place and the message of the first thing that Revisa(texto) finds ("Fórmula,
   /// posición 9: Falta un operando después de +").
   explicit Formula(const Texto& texto);
+  Formula(Formula&&) noexcept;
+  Formula& operator=(Formula&&) noexcept;
+  ~Formula();
 
   /// The variables that it uses, once each, as first spelled.
   const std::vector<UnicodeString>& Variables() const noexcept { return variables_; }
@@ -75,10 +77,10 @@ class UTILVEL90_EXPORT Formula {
   double Evalua(const ValoresFormula& valores);
 
  private:
-  std::unique_ptr<TFormula> formula_;
+  struct Motor;
+
+  std::unique_ptr<Motor> motor_;
   std::vector<UnicodeString> variables_;
-  /// In the same order; of formula_.
-  std::vector<TVariableEnlazada> enlaces_;
 };
 
 /// The value of a formula that is used once.

@@ -192,6 +192,11 @@ UnicodeString EnLetra(const Decimal& d, const Moneda& moneda) {
 
 }  // namespace
 
+Moneda::Moneda() : Moneda(u"PESO", u"PESOS", u"M.N.") {}
+
+Moneda::Moneda(const Texto& singular, const Texto& plural, const Texto& sufijo, bool femenina)
+    : Singular(singular.Vista()), Plural(plural.Vista()), Sufijo(sufijo.Vista()), Femenina(femenina) {}
+
 UnicodeString FormateaMonto(double valor, int decimales) { return ConComas(Redondeado(valor, decimales)); }
 
 UnicodeString FormateaMonto(const TMontoFiscal& monto) { return FormateaMonto(monto, monto.Decimales); }

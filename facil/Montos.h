@@ -24,9 +24,8 @@ UTILVEL90_EXPORT UnicodeString FormateaMonto(const TMontoFiscal& monto, int deci
 /// The words of a currency, in capitals; what follows the cents may be empty.
 struct UTILVEL90_EXPORT Moneda {
   /// Pesos: "UN PESO 00/100 M.N."
-  Moneda() : Moneda(u"PESO", u"PESOS", u"M.N.") {}
-  Moneda(const Texto& singular, const Texto& plural, const Texto& sufijo, bool femenina = false)
-      : Singular(singular.Vista()), Plural(plural.Vista()), Sufijo(sufijo.Vista()), Femenina(femenina) {}
+  Moneda();
+  Moneda(const Texto& singular, const Texto& plural, const Texto& sufijo, bool femenina = false);
 
   UnicodeString Singular;
   UnicodeString Plural;

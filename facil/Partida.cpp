@@ -212,6 +212,9 @@ constexpr Columna kColumnas[] = {
 
 }  // namespace
 
+ImpuestoLocal::ImpuestoLocal(const Texto& nombre, double tasa, bool retenido)
+    : Nombre(nombre.Vista()), Tasa(tasa), Retenido(retenido) {}
+
 Traduccion Traduce(std::span<const Partida> partidas, ENUM_MODULO modulo) {
   Traduccion traduccion;
   traduccion.Lineas.reserve(partidas.size());

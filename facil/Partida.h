@@ -27,8 +27,7 @@ struct CuotaIeps {
 
 /// A local tax, on the amount less discounts: of lodging, say, or withheld on fees. Its name identifies it.
 struct UTILVEL90_EXPORT ImpuestoLocal {
-  ImpuestoLocal(const Texto& nombre, double tasa, bool retenido = false)
-      : Nombre(nombre.Vista()), Tasa(tasa), Retenido(retenido) {}
+  ImpuestoLocal(const Texto& nombre, double tasa, bool retenido = false);
 
   UnicodeString Nombre;
   double Tasa;

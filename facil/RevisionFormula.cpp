@@ -505,6 +505,8 @@ class Revisor {
 
 }  // namespace
 
+void NombresVariables::Agrega(const Texto& nombre) { nombres_.emplace_back(nombre.Vista()); }
+
 NombresVariables::NombresVariables(std::initializer_list<Texto> nombres) {
   for (const Texto& nombre : nombres) Agrega(nombre);
 }

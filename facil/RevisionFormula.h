@@ -44,7 +44,7 @@ class UTILVEL90_EXPORT NombresVariables {
   const std::vector<UnicodeString>& Lista() const noexcept { return nombres_; }
 
  private:
-  void Agrega(const Texto& nombre) { nombres_.emplace_back(nombre.Vista()); }
+  void Agrega(const Texto& nombre);
 
   std::vector<UnicodeString> nombres_;
 };

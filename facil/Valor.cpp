@@ -29,7 +29,13 @@ TFieldType TipoDe(const Variant& valor) {
 
 }  // namespace
 
+Sql::Sql(const Texto& sql) : texto(sql.Vista()) {}
+
+Valor::Valor(TFieldType tipo, Variant valor) noexcept : tipo_(tipo), valor_(std::move(valor)) {}
+
 Valor::Valor(const Variant& valor) : Valor(TipoDe(valor), valor) {}
+
+Valor::Valor(const Sql& sql) : Valor(TFieldType::ftDataSet, Variant(sql.texto)) {}
 
 TFieldType Valor::TipoComun(TFieldType uno, TFieldType otro) {
   const auto esNumero = [](TFieldType tipo) {

@@ -22,7 +22,7 @@ namespace vel::facil {
 ///
 ///     donde("F.IMPORTE").mayor(Sql("F.SALDO"))    donde("F.CVE").en(Sql("SELECT CVE FROM VIP"))
 struct UTILVEL90_EXPORT Sql {
-  explicit Sql(const Texto& sql) : texto(sql.Vista()) {}
+  explicit Sql(const Texto& sql);
   UnicodeString texto;
 };
 
@@ -53,9 +53,9 @@ concept TipoPuntero = std::is_null_pointer_v<T> ||(std::is_pointer_v<T> && !Tipo
 class UTILVEL90_EXPORT Valor {
  public:
   /// A value of any other field type: Valor(TFieldType::ftDate, Variant(dia)).
-  Valor(TFieldType tipo, Variant valor) noexcept : tipo_(tipo), valor_(std::move(valor)) {}
+  Valor(TFieldType tipo, Variant valor) noexcept;
   Valor(const Variant& valor);
-  Valor(const Sql& sql) : Valor(TFieldType::ftDataSet, Variant(sql.texto)) {}
+  Valor(const Sql& sql);
   template <typename T>
   Valor(const T& valor) : tipo_(kTipoDe<T>), valor_(De(valor)) {}
   template <typename T>

@@ -19,3 +19,4 @@
 #include "facil/Texto.h"
 #include "facil/Valor.h"
 #include "facil/Zonas.h"
+#include "framework/Excepciones.h"

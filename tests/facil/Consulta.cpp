@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+#include "Paramsql/ConsultaGuardada.h"
+#include "Paramsql/TParametrosFiltro.h"
 #include "facil/facil.h"
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
