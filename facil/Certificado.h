@@ -27,6 +27,7 @@ struct Certificado {
   UnicodeString nombre;
   UnicodeString emisor;
 
+  /// Both ends included. Now is floor<seconds>(system_clock::now()), of std::chrono.
   bool VigenteEn(std::chrono::sys_seconds momento) const noexcept {
     return inicio <= momento && momento <= fin;
   }
@@ -35,7 +36,7 @@ struct Certificado {
 /// Reads a certificate file in DER form; the path is one of the suite or of the system. EStreamError ("No se
 /// puede leer el certificado C:\\sello.cer: el archivo no existe") when it cannot be read; Exception ("No se
 /// pudo extraer la llave pública.") when it holds none, or ("La vigencia del certificado no es válida.") when
-/// one of its moments is none.
+/// one of its moments is none. A certificate in PEM form holds none.
 UTILVEL90_EXPORT Certificado LeeCertificado(const Texto& ruta);
 
 /// The same of the file's bytes.

@@ -12,7 +12,8 @@ namespace vel::facil {
 /// stay UTF-16. It lasts for one call and keeps no copy of a UTF-16 text.
 ///
 /// Bytes that are not UTF-8 raise EConvertError ("El texto no está en UTF-8"): a text in another encoding is
-/// never taken for one with damaged letters.
+/// never taken for one with damaged letters. A pointer must point to a text: what may be null, as getenv
+/// gives it, is asked about before.
 ///
 ///     Consulta(u"CLIENTES")    Consulta("CLIENTES")    Consulta(nombreEnUtf8)
 class UTILVEL90_EXPORT Texto {
