@@ -9,10 +9,11 @@ namespace vel {
 
 namespace {
 
-UnicodeString Sentencia(const TParametrosFiltro& definicion, bool conParametros) {
+// With parameters: not every value has a literal.
+UnicodeString Sentencia(const TParametrosFiltro& definicion) {
   UnicodeString texto;
   int numero = 0;
-  Redactor(texto, conParametros, numero).Sentencia(definicion);
+  Redactor(texto, true, numero).Sentencia(definicion);
   return texto;
 }
 
@@ -23,8 +24,7 @@ void GuardaConsulta(const TParametrosFiltro& definicion, std::u16string_view arc
   CambiaIni(archivo, kNoSePuedeActualizar, [&](TextoIni& texto) {
     PonDefinicion(texto, definicion, 0, persistencia::Alcance::Entera);
     const auto leida = LeeDefinicion(texto, 0, persistencia::Alcance::Entera);
-    for (const bool conParametros : {true, false}) {
-      if (Sentencia(*leida, conParametros) == Sentencia(definicion, conParametros)) continue;
+    if (Sentencia(*leida) != Sentencia(definicion)) {
       throw EInvalidOperation(
           u"La consulta sería otra al leerla del archivo: quite los espacios alrededor de sus nombres");
     }

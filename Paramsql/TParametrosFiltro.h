@@ -275,7 +275,8 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   // "True", "15/05/2024"): it becomes that value in a field whose type says nothing of it (ftUnknown), as a
   // bound of a BETWEEN in a field that holds no text, and, for a date, in a date field. Order,
   // DISTINCT and ParamPers are not part of it: a caller keeps the order in section "Vista1" ("OrdenadoPor",
-  // and "Descendente" as "TRUE" or "FALSE"), which the reader of number 0 applies.
+  // and "Descendente" as "TRUE" or "FALSE"), which the reader of number 0 applies; or saves the definition
+  // with GuardaConsulta (ConsultaGuardada.h), which keeps order, DISTINCT and HAVING's Sensitive as well.
 
   void SaveToIni(std::u16string_view archivo, int numero = 0) const;
   /// The WHERE conditions and the personalised ones into one section.

@@ -39,13 +39,24 @@ class TResumenFiscal;
 ///     DESC1 to DESC3        discounts of a sale in percent
 ///     DESCU                 discount of a purchase in percent
 ///     IMPU1 to IMPU8        rates of the taxes in percent
-///     IMP1APLA to IMP8APLA  base of each tax: 0 the amount, 1 to 7 the taxes 1 to n too; 4 and 6: no tax
+///     IMP1APLA to IMP8APLA  base code of each tax: 0 the amount less discounts, 1 to 7 the taxes 1 to n too;
+///                           4 and 6: the tax does not apply, nor does it when the field is missing, whatever
+///                           its rate
 ///     MAN_IEPS              "S" when one tax is an excise quota: APL_MAN_IMP is its number (1 to 8),
 ///                           APL_MAN_IEPS its mode (see AplicaImpuAdicIEPS), MTO_CUOTA the quota
 ///     CVE_DOC               key of the document
 ///     TIPO_PROD, TIPO_ELEM  kinds of product and element: "P" or "S" with "K", and "G" with "N", do not
 ///                           count
 ///     MUESTRA_PAR           "N" or empty on a line that is taxed
+///
+/// The engine does not know which taxes its eight numbers are. The suite's usual meaning is 1 IEPS, 2 ISR
+/// withheld, 3 IVA withheld and 4 IVA (AsignacionUsual); 5 to 8 are free, for local taxes say. IVA that falls
+/// on the IEPS too has code 1. It adds all of them: a withholding is a tax at a negative rate (-10), which
+/// enters no list.
+///
+/// A line that no tax applies to, is hidden or does not count has no discounts of its own: it adds those of
+/// the line before once more (AcumulaDescuentosPar). facil/Documento.h builds lines that avoid what can be
+/// avoided, and tells of the rest.
 ///
 /// A field that is missing raises EDatabaseError naming it when it is first read ("IMP1APLA" to "IMP8APLA"
 /// and "MUESTRA_PAR" are optional); a text that is no number raises EConvertError. Totals are then partial;
@@ -127,6 +138,7 @@ class UTILVEL90_EXPORT TCalculoCFDI {
   double Subtotal;
   /// Sum of the taxes while calculating; then the document total: taxes plus subtotal less discounts.
   double TotalImpuestos;
+  /// Sum of the taxes, rounded to DecimalesTotales: what most callers mean by total taxes.
   double TotalImpuestosRedondeado;
   double SumaDescuentos;
   int DecimalesTotales;

@@ -24,6 +24,7 @@
 #include "Uutilext/text/Limpieza.h"
 #include "Uutilext/text/Listas.h"
 #include "Uutilext/text/Mascaras.h"
+#include "Uutilext/time/ConversionZonas.h"
 #include "Uutilext/time/Reloj.h"
 #include "Uutilext/time/ZonasHorarias.h"
 #include "framework/Excepciones.h"

@@ -23,8 +23,9 @@ constexpr std::size_t kLineas = 30;
 /// What a program reads of a document: its totals, and base and tax of each rate.
 using Cifras = std::vector<double>;
 
-/// Lines of an invoice; with withholdings, or with rates that the engine lists alone.
-std::vector<Partida> Sortea(bool conRetenciones) {
+/// Lines of an invoice with IVA alone, or with IEPS below it and a withholding too, which the engine's lists
+/// tell less of than the front does.
+std::vector<Partida> Sortea(bool conTodo) {
   std::mt19937 azar(11);
   std::vector<Partida> partidas;
   for (std::size_t r = 0; r < kLineas; ++r) {
@@ -33,8 +34,9 @@ std::vector<Partida> Sortea(bool conRetenciones) {
     p.Precio = static_cast<double>(azar() % 1'000'000'000) / 1e6;
     p.Descuentos = {static_cast<double>(azar() % 20), 2.5, 0};
     p.Iva = azar() % 4 == 0 ? 8 : 16;
+    if (!conTodo) continue;
     if (azar() % 3 == 0) p.Ieps = 26.5;
-    if (conRetenciones) p.RetencionIsr = 10;
+    p.RetencionIsr = 10;
   }
   return partidas;
 }
@@ -122,29 +124,34 @@ void ExigeBits(const Cifras& a, const Cifras& b) {
 
 int main(int argc, char** argv) {
   const std::vector<Partida> comunes = Sortea(false);
-  const std::vector<Partida> retenidas = Sortea(true);
-  const vel::TClientDataSet datos = Llena(comunes);
-  for (const auto* partidas : {&comunes, &retenidas})
+  const std::vector<Partida> varios = Sortea(true);
+  const vel::TClientDataSet datos = Llena(varios);
+  for (const auto* partidas : {&comunes, &varios})
     ExigeBits(PorElFrente(Documento(*partidas), true), Directo(Llena(*partidas), true));
   ExigeBits(PorElFrente(Documento(datos), true), Directo(datos, true));
-  const auto compara = [](const char* nombre, auto propio, auto par) {
-    return medicion::Comparacion{nombre, propio, par, 1.1, "direct", kLineas};
+  const auto compara = [](const char* nombre, double limite, auto propio, auto par) {
+    return medicion::Comparacion{nombre, propio, par, limite, "direct", kLineas};
   };
+  constexpr double kLimite = 1.1;
   return medicion::Ejecuta(
       argc, argv,
       {compara(
-           "30 lines in words, totals", [&] { PorElFrente(Documento(comunes), false); },
+           "30 lines with IVA, totals", kLimite, [&] { PorElFrente(Documento(comunes), false); },
            [&] { Directo(Llena(comunes), false); }),
        compara(
-           "30 lines in words, totals and rates", [&] { PorElFrente(Documento(comunes), true); },
+           "30 lines with IVA, totals and rates", kLimite, [&] { PorElFrente(Documento(comunes), true); },
            [&] { Directo(Llena(comunes), true); }),
        compara(
-           "30 lines in words, withheld", [&] { PorElFrente(Documento(retenidas), false); },
-           [&] { Directo(Llena(retenidas), false); }),
+           "30 lines with 3 taxes, totals", kLimite, [&] { PorElFrente(Documento(varios), false); },
+           [&] { Directo(Llena(varios), false); }),
        compara(
-           "30 lines of a data set, totals", [&] { PorElFrente(Documento(datos), false); },
+           "30 lines of a data set, totals", kLimite, [&] { PorElFrente(Documento(datos), false); },
            [&] { Directo(datos, false); }),
+       // More than the lists tell: taxable bases, withholdings, rates of 0 %.
        compara(
-           "30 lines of a data set, totals and rates", [&] { PorElFrente(Documento(datos), true); },
+           "30 lines with 3 taxes, totals and rates", 0, [&] { PorElFrente(Documento(varios), true); },
+           [&] { Directo(Llena(varios), true); }),
+       compara(
+           "30 lines of a data set, totals and rates", 0, [&] { PorElFrente(Documento(datos), true); },
            [&] { Directo(datos, true); })});
 }

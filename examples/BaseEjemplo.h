@@ -7,12 +7,12 @@
 #include <string>
 #include <string_view>
 
-#include "Paramsql/Paramsql.h"
 #include "examples/Salida.h"
+#include "facil/Consulta.h"
 #include "framework/TParams.h"
 #include "platform/Caracteres.h"
 
-// A database in memory made from a script, and the running of a definition on it.
+// A database in memory made from a script, and the running of a query on it.
 namespace ejemplo {
 
 class Base {
@@ -27,16 +27,14 @@ class Base {
     if (sqlite3_exec(base, script.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) Falla();
   }
 
-  /// Runs the definition with its parameters bound, and prints its rows.
-  void Imprime(vel::TParametrosFiltro& filtro) {
-    vel::TParams parametros;
-    const std::string sql =
-        vel::UTF8Encode(filtro.DameSentenciaSQL(vel::ENUM_MARCADOR::INTERROGACION, 0, parametros));
+  /// Runs a statement, whose parameters are marked with "?", and prints its rows.
+  void Imprime(const vel::facil::Sentencia& consulta) {
+    const std::string sql = consulta.utf8();
     sqlite3_stmt* cruda = nullptr;
     if (sqlite3_prepare_v2(base_.get(), sql.c_str(), -1, &cruda, nullptr) != SQLITE_OK) Falla();
     const std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)> sentencia(cruda, sqlite3_finalize);
     int lugar = 0;
-    for (const vel::TParam& p : parametros) Enlaza(cruda, ++lugar, p);
+    for (const vel::TParam& p : consulta.parametros) Enlaza(cruda, ++lugar, p);
     int paso = SQLITE_ROW;
     while ((paso = sqlite3_step(cruda)) == SQLITE_ROW) {
       for (int i = 0; i < sqlite3_column_count(cruda); ++i) {

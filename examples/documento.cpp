@@ -4,16 +4,21 @@
 #include <cstdio>
 #include <string>
 #include <string_view>
+#include <utility>
 
-#include "Ucalculocfdi/Ucalculocfdi.h"
-#include "Uutilext/documents/Redondeo.h"
 #include "examples/Salida.h"
+#include "facil/facil.h"
 #include "framework/Numeros.h"
 
 namespace {
 
 using ejemplo::Columna;
-using ejemplo::Monto;
+using vel::facil::Documento;
+using vel::facil::FormateaMonto;
+using vel::facil::ImpuestoPorTasa;
+using vel::facil::MontoEnLetra;
+
+std::string Monto(double valor, int ancho = 12) { return Columna(FormateaMonto(valor), -ancho); }
 
 vel::TClientDataSet Carga(const std::string& carpeta, const std::string& nombre) {
   vel::TClientDataSet datos;
@@ -22,68 +27,47 @@ vel::TClientDataSet Carga(const std::string& carpeta, const std::string& nombre)
 }
 
 // The lines one by one, each computed alone.
-void ImprimePartidas(const vel::TClientDataSet& cabecera, const vel::TClientDataSet& partidas) {
-  vel::TCalculoCFDI calculo(vel::ENUM_MODULO::MODULO_VENTAS, vel::ENUM_PROC_FACTCOMP::PROC_NORMAL,
-                            vel::TIPO_DOCTO::TD_FACTURA);
-  calculo.SetCabecera(cabecera);
-  calculo.SetPartidas(partidas);
-  vel::TClientDataSet& p = calculo.Partidas;
+void ImprimePartidas(const Documento& factura, vel::TClientDataSet& partidas) {
   std::printf("%s%s%s%s%s%s%s\n", Columna(u"Partida", 34).c_str(), Columna(u"Cantidad", -9).c_str(),
               Columna(u"Precio", -12).c_str(), Columna(u"Importe", -12).c_str(),
               Columna(u"Descuentos", -12).c_str(), Columna(u"IEPS", -12).c_str(),
               Columna(u"IVA", -12).c_str());
-  for (p.First(); !p.Eof(); p.Next()) {
-    for (std::size_t i = 0; i < 3; ++i) {
-      calculo.PorcDescuento[i] = p.FieldByName(u"DESC" + vel::IntToStr(static_cast<int>(i) + 1)).AsFloat();
-    }
-    calculo.DescuentoPartida.fill(0);
-    calculo.CalculaImpDescPar();
+  const vel::TField& descripcion = partidas.FieldByName(u"DESCR");
+  partidas.First();
+  for (const vel::facil::PartidaCalculada& p : factura.Partidas()) {
     double descuentos = 0;
-    for (const double d : calculo.DescuentoPartida) descuentos += d;
-    const auto real = [&p](std::u16string_view campo) { return p.FieldByName(campo).AsFloat(); };
-    const double importe = vel::g_redoTo(real(u"CANT") * real(u"PREC") / real(u"TIP_CAM"), 6);
-    std::printf("%s%s%s%s%s%s%s%s\n", Columna(p.FieldByName(u"DESCR").AsString(), 34).c_str(),
-                Monto(real(u"CANT"), 9).c_str(), Monto(real(u"PREC")).c_str(), Monto(importe).c_str(),
-                Monto(descuentos).c_str(), Monto(calculo.ImpuestoPartida[0]).c_str(),
-                Monto(calculo.ImpuestoPartida[3]).c_str(),
-                p.FieldByName(u"TIPO_ELEM").AsString() == u"K" ? "  (componente de kit: no cuenta)" : "");
+    for (const double d : p.Montos.Descuento) descuentos += d;
+    std::printf("%s%s%s%s%s%s%s%s\n", Columna(descripcion.AsString(), 34).c_str(),
+                Monto(p.Datos.Cantidad, 9).c_str(), Monto(p.Datos.Precio).c_str(),
+                Monto(p.Montos.Importe).c_str(), Monto(descuentos).c_str(),
+                Monto(p.Montos.Impuesto[0]).c_str(), Monto(p.Montos.Impuesto[3]).c_str(),
+                p.Cuenta ? "" : "  (componente de kit: no cuenta)");
+    partidas.Next();
   }
 }
 
-void ImprimeTotales(vel::TCalculoCFDI& calculo) {
-  const char* const nombres[] = {"IEPS", "ISR retenido", "IVA retenido", "IVA"};
-  for (int n = 1; n <= 4; ++n) {
-    vel::TStringList* lista = nullptr;
-    calculo.DameListImpuestos(lista, n);
-    for (std::size_t i = 0; i < lista->Count(); ++i) {
-      const auto& montos = dynamic_cast<const vel::TStringList&>(*lista->Objects(i));
-      std::printf("  %-14s %s %%   base %s   impuesto %s\n", nombres[n - 1],
-                  Columna(lista->Strings(i), -6).c_str(), Columna(montos[0], -14).c_str(),
-                  Columna(montos[1], -14).c_str());
-    }
+void ImprimeTotales(const Documento& factura) {
+  for (const ImpuestoPorTasa& i : factura.PorTasa()) {
+    std::printf("  %-14s %s %%   base %s   impuesto %s\n", vel::UTF8Encode(i.Nombre).c_str(),
+                Columna(vel::FloatToStr(i.Tasa), -6).c_str(), Monto(i.Base, 14).c_str(),
+                Monto(i.Importe, 14).c_str());
   }
   std::printf("\n");
-  const struct {
-    const char* nombre;
-    double valor;
-  } totales[] = {{"Subtotal", calculo.Subtotal},
-                 {"Descuento 1", calculo.GetTotalDescuento(0)},
-                 {"Descuento 2", calculo.GetTotalDescuento(1)},
-                 {"Descuento 3", calculo.GetTotalDescuento(2)},
-                 {"Impuestos", calculo.TotalImpuestosRedondeado},
-                 {"Total", calculo.TotalImpuestos}};
-  for (const auto& t : totales) std::printf("  %-14s %s\n", t.nombre, Monto(t.valor, 14).c_str());
+  const std::pair<const char*, double> totales[] = {{"Subtotal", factura.Subtotal()},
+                                                    {"Descuentos", factura.Descuentos()},
+                                                    {"Trasladados", factura.ImpuestosTrasladados()},
+                                                    {"Retenidos", factura.ImpuestosRetenidos()},
+                                                    {"Total", factura.Total()}};
+  for (const auto& [nombre, valor] : totales) std::printf("  %-14s %s\n", nombre, Monto(valor, 14).c_str());
+  for (const vel::UnicodeString& aviso : factura.Avisos())
+    std::printf("  %s\n", vel::UTF8Encode(aviso).c_str());
 }
 
 std::string Celda(const vel::TMontoFiscal& monto, int ancho = 12) { return Columna(monto.Texto(), -ancho); }
 
 // What the electronic invoice prints: its parts add up to its total.
-void ImprimeFactura(vel::TCalculoCFDI& calculo) {
-  vel::TDatosFiscales datos;
-  datos.DecimalesLinea = 4;
-  // The quota of the 24 bottles is for their 14.4 litres.
-  datos.Notas = {{.Renglon = 6, .Exento = {}, .Unidades = 14.4}};
-  const vel::TResumenFiscal resumen(calculo, datos);
+void ImprimeFactura(const Documento& factura) {
+  const vel::TResumenFiscal resumen = factura.Resumen({.DecimalesLinea = 4});
   std::printf("%s%s%s  %s%s%s%s\n", Columna(u"Renglón", 8).c_str(), Columna(u"Importe", -12).c_str(),
               Columna(u"Descuento", -12).c_str(), Columna(u"Impuesto", 22).c_str(),
               Columna(u"Base", -12).c_str(), Columna(u"Tasa/cuota", -12).c_str(),
@@ -107,10 +91,22 @@ void ImprimeFactura(vel::TCalculoCFDI& calculo) {
                 Celda(t.Importe, 14).c_str(), Celda(t.Base).c_str(), vel::UTF8Encode(t.Tasa.Texto()).c_str());
   }
   std::printf("  %-24s %s\n", "= Total", Celda(resumen.Total, 14).c_str());
-  std::printf("  Difiere %s del total del motor, que no lista la cuota de tasa 0.\n",
-              vel::UTF8Encode(vel::TMontoFiscal{resumen.Diferencia.value_or(0), 2}.Texto()).c_str());
+  std::printf("  %s\n", vel::UTF8Encode(MontoEnLetra(resumen.Total)).c_str());
+  std::printf("  Difiere %s del total del motor.\n",
+              vel::UTF8Encode(FormateaMonto(vel::TMontoFiscal{resumen.Diferencia.value_or(0), 2})).c_str());
   for (const vel::TMotivoFiscal& m : resumen.Motivos)
     std::printf("  %s\n", vel::UTF8Encode(m.Mensaje).c_str());
+}
+
+// An invoice without packets: lines in words.
+void ImprimeHonorarios() {
+  const Documento factura({{.Precio = 1234.56, .Iva = 16, .RetencionIsr = 10, .RetencionIva = 10.6667},
+                           {.Cantidad = 3, .Precio = 1500, .Descuentos = {10}, .Iva = 16}});
+  for (const ImpuestoPorTasa& i : factura.PorTasa()) {
+    std::printf("  %s %s %s %%: %s\n", i.Retenido ? "-" : "+", vel::UTF8Encode(i.Nombre).c_str(),
+                vel::UTF8Encode(vel::FloatToStr(i.Tasa)).c_str(), Monto(i.Importe).c_str());
+  }
+  std::printf("  %s\n", vel::UTF8Encode(MontoEnLetra(factura.Total())).c_str());
 }
 
 }  // namespace
@@ -118,21 +114,20 @@ void ImprimeFactura(vel::TCalculoCFDI& calculo) {
 int main(int argc, char** argv) {
   return ejemplo::Principal(argc, argv, [](const std::string& carpeta) {
     const vel::TClientDataSet cabecera = Carga(carpeta, "documento_cabecera.xml");
-    const vel::TClientDataSet partidas = Carga(carpeta, "documento_partidas.xml");
+    vel::TClientDataSet partidas = Carga(carpeta, "documento_partidas.xml");
+    // The quota of the 24 bottles is for their 14.4 litres.
+    const Documento factura(partidas, {.Notas = {{.Renglon = 6, .Unidades = 14.4}}});
     std::printf("%s %s   %s   %s\n\n",
                 vel::UTF8Encode(vel::DameTipoDoctoStr(vel::TIPO_DOCTO::TD_FACTURA, 1)).c_str(),
                 vel::UTF8Encode(cabecera.FieldByName(u"CVE_DOC").AsString()).c_str(),
                 vel::UTF8Encode(cabecera.FieldByName(u"FECHA").AsString()).c_str(),
                 vel::UTF8Encode(cabecera.FieldByName(u"CLIENTE").AsString()).c_str());
-    ImprimePartidas(cabecera, partidas);
-    vel::TCalculoCFDI calculo(vel::ENUM_MODULO::MODULO_VENTAS, vel::ENUM_PROC_FACTCOMP::PROC_NORMAL,
-                              vel::TIPO_DOCTO::TD_FACTURA);
-    calculo.SetCabecera(cabecera);
-    calculo.SetPartidas(partidas);
-    calculo.CalculaTotales();
+    ImprimePartidas(factura, partidas);
     std::printf("\nImpuestos por tasa\n");
-    ImprimeTotales(calculo);
+    ImprimeTotales(factura);
     std::printf("\nLo que imprime la factura\n");
-    ImprimeFactura(calculo);
+    ImprimeFactura(factura);
+    std::printf("\nHonorarios, sin paquetes de datos\n");
+    ImprimeHonorarios();
   });
 }

@@ -1,30 +1,24 @@
 // Lists the companies of an example catalog and their folders.
 
-#include "Uutilext/config/Empresas.h"
-
 #include <cstdio>
-#include <memory>
 #include <string>
 
 #include "Uutilext/config/Rutas.h"
 #include "examples/Salida.h"
-#include "framework/TClientDataSet.h"
+#include "facil/Catalogo.h"
 
 int main(int argc, char** argv) {
   return ejemplo::Principal(argc, argv, [](const std::string& carpeta) {
-    std::unique_ptr<vel::TClientDataSet> empresas;
-    vel::AbreArchivoEmpresa(empresas, vel::UTF8ToString(carpeta + "/Empresas.xml"));
-    for (empresas->First(); !empresas->Eof(); empresas->Next()) {
-      const int numero = empresas->FieldByName(u"NumEmp").AsInteger();
-      const auto texto = [&](std::u16string_view campo) {
-        return vel::UTF8Encode(empresas->FieldByName(campo).AsString());
+    for (const vel::facil::Empresa& empresa : vel::facil::ListaEmpresas(carpeta + "/Empresas.xml")) {
+      std::printf("%s  %s\n", vel::UTF8Encode(vel::DameNumEmpFormat(empresa.numero)).c_str(),
+                  vel::UTF8Encode(empresa.nombre).c_str());
+      const auto linea = [](const char* rotulo, std::u16string_view texto) {
+        std::printf("    %-14s%s\n", rotulo, vel::UTF8Encode(texto).c_str());
       };
-      std::printf(
-          "%s  %s\n    controlador   %s\n    datos         %s\n    respaldos     %s\n    certificados  %s\n",
-          vel::UTF8Encode(vel::DameNumEmpFormat(numero)).c_str(), texto(u"Nombre_Empresa").c_str(),
-          texto(u"Driver").c_str(), texto(u"RutaDatos").c_str(),
-          vel::UTF8Encode(vel::DameRutaRespaldosEmpresa(numero)).c_str(),
-          vel::UTF8Encode(vel::DameRutaCertificados(numero)).c_str());
+      linea("controlador", empresa.driver);
+      linea("datos", empresa.rutaDatos);
+      linea("respaldos", vel::DameRutaRespaldosEmpresa(empresa.numero));
+      linea("certificados", vel::DameRutaCertificados(empresa.numero));
     }
   });
 }

@@ -1,15 +1,19 @@
-// Evaluates a table of user formulas, each built once and executed with the variables of several cases.
+// Evaluates a table of user formulas, each built once and evaluated with the variables of several cases. What
+// is wrong with one is told with its place.
 
 #include <cstdio>
+#include <map>
 #include <string>
 
-#include "Uformula/Uformula.h"
 #include "examples/Salida.h"
+#include "facil/facil.h"
 #include "framework/Excepciones.h"
+#include "framework/Numeros.h"
 #include "framework/TStringList.h"
 
 namespace {
 
+namespace facil = vel::facil;
 using ejemplo::Columna;
 using vel::UnicodeString;
 
@@ -21,27 +25,28 @@ UnicodeString Toma(std::u16string_view& resto, char16_t corte) {
   return parte;
 }
 
-vel::TStringList Variables(std::u16string_view pares) {
-  vel::TStringList variables;
-  while (!pares.empty()) variables.Add(Toma(pares, u','));
-  return variables;
+std::map<UnicodeString, double> Valores(std::u16string_view pares) {
+  std::map<UnicodeString, double> valores;
+  while (!pares.empty()) {
+    const UnicodeString par = Toma(pares, u',');
+    const std::size_t igual = par.find(u'=');
+    valores[par.substr(0, igual)] = vel::StrToFloat(par.substr(igual + 1));
+  }
+  return valores;
 }
 
-// The first build evaluates without variables: a name that has no value yet is no reason to stop.
-void Construye(vel::TFormula& formula, const UnicodeString& texto) {
+void Muestra(facil::Formula& formula, const UnicodeString& caso) {
+  std::printf("    %s", Columna(caso, 40).c_str());
   try {
-    formula.NewFormula(texto);
-  } catch (const vel::EConvertError&) {
+    std::printf("%s\n", ejemplo::Monto(formula.Evalua(Valores(caso)), 14).c_str());
+  } catch (const vel::Exception& e) {
+    std::printf("  %s\n", e.what());
   }
 }
 
-void Muestra(vel::TFormula& formula, const UnicodeString& caso) {
-  formula.SetVariables(Variables(caso));
-  std::printf("    %s", Columna(caso, 40).c_str());
-  try {
-    std::printf("%s\n", ejemplo::Monto(formula.Execute(), 14).c_str());
-  } catch (const vel::Exception& e) {
-    std::printf("  %s\n", e.what());
+void MuestraNotas(const std::vector<facil::NotaFormula>& notas) {
+  for (const facil::NotaFormula& nota : notas) {
+    std::printf("    posición %zu: %s\n", nota.posicion, vel::UTF8Encode(nota.mensaje).c_str());
   }
 }
 
@@ -57,8 +62,11 @@ int main(int argc, char** argv) {
       const UnicodeString nombre = Toma(resto, u';');
       const UnicodeString texto = Toma(resto, u';');
       std::printf("%s%s\n", Columna(nombre, 22).c_str(), vel::UTF8Encode(texto).c_str());
-      vel::TFormula formula;
-      Construye(formula, texto);
+      const facil::RevisionFormula revision = facil::Revisa(texto);
+      MuestraNotas(revision.problemas);
+      MuestraNotas(revision.avisos);
+      if (!revision.Sirve()) continue;
+      facil::Formula formula(texto);
       while (!resto.empty()) Muestra(formula, Toma(resto, u'|'));
     }
   });

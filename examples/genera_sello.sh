@@ -14,7 +14,8 @@ password=$(printf 'Sello de a\361o 1')
 
 printf '[req]\ndistinguished_name = name\n[name]\n' >"$work/req.cnf"
 openssl genrsa -out "$work/key.pem" 2048 2>/dev/null
-openssl req -new -x509 -config "$work/req.cnf" -key "$work/key.pem" -subj '/CN=Comercializadora de Ejemplo' \
+openssl req -new -x509 -config "$work/req.cnf" -key "$work/key.pem" -utf8 \
+  -subj '/CN=Comercializadora de Ejemplo/x500UniqueIdentifier=CEJ010203AB1 \/ XEXX010101000' \
   -set_serial "$serial" -days 1460 -outform DER -out "$folder/sello.cer"
 openssl pkcs8 -topk8 -in "$work/key.pem" -v2 aes-256-cbc -passout "pass:$password" \
   -outform DER -out "$folder/sello.key"

@@ -111,7 +111,7 @@ bool CreaCatalogo() {
   return true;
 }
 
-std::vector<Empresa> ListaEmpresas() { return Lee(DameRutaArchEmpresas()); }
+std::vector<Empresa> ListaEmpresas(const Texto& archivo) { return Lee(archivo); }
 
 void AgregaEmpresa(const Empresa& empresa) {
   ExigeNombre(empresa.nombre);

@@ -34,8 +34,9 @@ struct Empresa {
 /// cannot be written.
 UTILVEL90_EXPORT bool CreaCatalogo();
 
-/// The companies in the catalog's order. Raises as AbreArchivoEmpresa does.
-UTILVEL90_EXPORT std::vector<Empresa> ListaEmpresas();
+/// The companies of the installation's catalog, or of the one in `archivo`, in its order. Raises as
+/// AbreArchivoEmpresa does.
+UTILVEL90_EXPORT std::vector<Empresa> ListaEmpresas(const Texto& archivo = u"");
 
 /// Appends a company. Raises EInvalidOperation, and changes nothing, when the catalog holds its number
 /// ("El catálogo ya contiene la empresa 3."), or when the number is negative or the name empty.

@@ -31,18 +31,24 @@ class UTILVEL90_EXPORT CondicionAbierta {
   ~CondicionAbierta() = default;
 
   void Solo(bool hay) noexcept { hay_ = hay_ && hay; }
-  void Compara(ENUM_OPERADOR op, Valor valor);
-  void Limita(Valor bajo, Valor alto);
-  void Busca(ENUM_OPERADOR op, Valores valores);
+  void Compara(ENUM_OPERADOR op, Valor&& valor);
+  void Limita(Valor&& bajo, Valor&& alto);
+  void Busca(ENUM_OPERADOR op, Valores&& valores);
   void PruebaNulo(ENUM_OPERADOR op);
-  void Coincide(ENUM_COINCIDENCIA donde, const Texto& texto, Letras letras);
+  template <typename T>
+  void Coincide(ENUM_COINCIDENCIA donde, const T& texto, Letras letras) {
+    constexpr bool kEsTexto = TipoTexto<T>;
+    static_assert(kEsTexto, "contiene, empieza and termina take a text");
+    if constexpr (kEsTexto) CoincideTexto(donde, Texto(texto), letras);
+  }
   template <typename T>
   void Coincide(ENUM_COINCIDENCIA donde, const std::optional<T>& texto, Letras letras) {
-    if (texto.has_value()) Coincide(donde, Texto(*texto), letras);
+    if (texto.has_value()) Coincide(donde, *texto, letras);
   }
 
  private:
-  void Agrega(TFieldType tipo, Variant valor, ENUM_OPERADOR op, bool sensitive);
+  void CoincideTexto(ENUM_COINCIDENCIA donde, const Texto& texto, Letras letras);
+  void Agrega(TFieldType tipo, Variant&& valor, ENUM_OPERADOR op, bool sensitive);
 
   Grupo& grupo_;
   UnicodeString campo_;
@@ -155,9 +161,9 @@ class UTILVEL90_EXPORT Grupo {
 
   template <typename Llena>
   void Llenado(ENUM_CONECTOR conector, Llena& llena) {
-    static_assert(std::is_invocable_v<Llena&, Grupo&>,
-                  "a group is filled by a function that takes it: [&](auto& g) { g.donde(...)... }");
-    if constexpr (std::is_invocable_v<Llena&, Grupo&>) {
+    constexpr bool kLaToma = std::is_invocable_v<Llena&, Grupo&>;
+    static_assert(kLaToma, "a group is filled by a function that takes it: [&](auto& g) { g.donde(...)... }");
+    if constexpr (kLaToma) {
       const auto llama = [&llena](Grupo& grupo) { llena(grupo); };
       Subgrupo(conector, &llama,
                [](const void* f, Grupo& grupo) { (*static_cast<decltype(&llama)>(f))(grupo); });
@@ -166,6 +172,8 @@ class UTILVEL90_EXPORT Grupo {
   void Subgrupo(ENUM_CONECTOR conector, const void* llama, void (*llena)(const void*, Grupo&));
   void Agrega(std::unique_ptr<TParamWhereSimple> condicion);
   void AgregaPatron(const UnicodeString& campo, ENUM_COINCIDENCIA donde, const Texto& texto, Letras letras);
+  /// What was there before the front came, when what stands from `inicio` on is the first that it adds.
+  void Junta(TParamWhereSimpleArray& lista, std::size_t inicio);
   /// The list, to which something is about to be added.
   TParamWhereSimpleArray& Abierta();
 

@@ -7,6 +7,7 @@
 #include "Paramsql/TParametrosFiltro.h"
 #include "facil/Condiciones.h"
 #include "facil/Texto.h"
+#include "framework/Excepciones.h"
 #include "framework/TParams.h"
 #include "framework/Texto.h"
 #include "utilvel90_export.h"

@@ -88,10 +88,10 @@ class UTILVEL90_EXPORT Documento {
   ///     a tax n        IMPUn and IMPnAPLA, both or none: a rate without its base code would be no tax at all
   ///     a quota        APL_MAN_IMP, APL_MAN_IEPS and MTO_CUOTA when a line holds "S" in MAN_IEPS
   ///
-  /// An IMPUn that holds zeros needs no IMPnAPLA. Raises it too, naming line and field, for a rate whose base
-  /// code is none (0 to 7) and for an exchange rate that divides by zero; EConvertError, naming the line, for
-  /// a text that is no number.
-  explicit Documento(const TClientDataSet& partidas, const OpcionesDocumento& opciones = {});
+  /// An IMPUn that holds zeros alone needs no IMPnAPLA. Raises it too for a total that is no number, naming
+  /// the line that an exchange rate of zero divides; EConvertError, naming the line, for a text that is no
+  /// number.
+  explicit Documento(const TClientDataSet& partidas, OpcionesDocumento opciones = {});
 
   /// Quantity by price by exchange rate, of the lines that count; to two decimals.
   double Subtotal() const;
@@ -114,8 +114,8 @@ class UTILVEL90_EXPORT Documento {
   std::vector<ImpuestoPorTasa> PorTasa() const;
   /// What the invoice prints; raises as TResumenFiscal.
   TResumenFiscal Resumen(const OpcionesResumen& opciones = {}) const;
-  /// For the user, in Spanish: discounts or taxes of the engine that are not the sum of the lines'. Empty for
-  /// most documents.
+  /// For the user, in Spanish: discounts or taxes of the engine that are not the sum of the lines', and rates
+  /// of a data set that do not apply because their base code is none (0 to 7). Empty for most documents.
   std::vector<UnicodeString> Avisos() const;
 
   /// Which taxes the eight numbers are.
@@ -125,11 +125,16 @@ class UTILVEL90_EXPORT Documento {
 
  private:
   double SumaImpuestos(bool retenidos) const;
+  bool BastanListas() const;
+  std::vector<ImpuestoPorTasa> DeListas() const;
+  std::vector<ImpuestoPorTasa> DePartidas() const;
 
   // On the heap: it is neither copied nor moved.
   std::unique_ptr<TCalculoCFDI> motor_;
   TAsignacionFiscal asignacion_;
   std::vector<TNotaPartida> notas_;
+  /// Of a document in words.
+  std::vector<TDatosPartida> lineas_;
 };
 
 }  // namespace vel::facil

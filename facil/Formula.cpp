@@ -1,11 +1,10 @@
 #include "facil/Formula.h"
 
 #include <algorithm>
+#include <cmath>
 
-#include "Uformula/TFormula.h"
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
-#include "framework/TStringList.h"
 
 namespace vel::facil {
 
@@ -31,9 +30,10 @@ void ValoresFormula::Ordena() {
   }
 }
 
-bool ValoresFormula::Contiene(std::u16string_view nombre) const noexcept {
+std::optional<double> ValoresFormula::Busca(std::u16string_view nombre) const noexcept {
   const auto lugar = std::lower_bound(valores_.begin(), valores_.end(), nombre, VaAntes);
-  return lugar != valores_.end() && SameText(lugar->nombre, nombre);
+  if (lugar == valores_.end() || !SameText(lugar->nombre, nombre)) return {};
+  return lugar->numero;
 }
 
 Formula::Formula(const Texto& texto) : formula_(std::make_unique<TFormula>()) {
@@ -44,6 +44,7 @@ Formula::Formula(const Texto& texto) : formula_(std::make_unique<TFormula>()) {
                             u": " + problema.mensaje);
   }
   variables_ = std::move(revision.variables);
+  for (const UnicodeString& nombre : variables_) enlaces_.push_back(formula_->EnlazaVariable(nombre));
   try {
     formula_->NewFormula(texto);
   } catch (const Exception&) {
@@ -51,17 +52,14 @@ Formula::Formula(const Texto& texto) : formula_(std::make_unique<TFormula>()) {
   }
 }
 
-Formula::Formula(Formula&&) noexcept = default;
-Formula& Formula::operator=(Formula&&) noexcept = default;
-Formula::~Formula() = default;
-
 double Formula::Evalua(const ValoresFormula& valores) {
-  for (const UnicodeString& nombre : variables_) {
-    if (!valores.Contiene(nombre)) throw EInvalidOperation(u"Falta el valor de la variable " + nombre);
+  for (std::size_t i = 0; i < variables_.size(); ++i) {
+    const std::optional<double> valor = valores.Busca(variables_[i]);
+    if (!valor.has_value()) throw EInvalidOperation(u"Falta el valor de la variable " + variables_[i]);
+    if (!std::isfinite(*valor))
+      throw EConvertError(u"El valor de la variable " + variables_[i] + u" no es un número");
+    enlaces_[i].Asigna(*valor);
   }
-  TStringList lineas;
-  for (const Valor& valor : valores.Lista()) lineas.Add(valor.nombre + u'=' + FloatToStr(valor.numero));
-  formula_->SetVariables(lineas);
   return formula_->Execute();
 }
 

@@ -2,19 +2,17 @@
 
 #include <initializer_list>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <type_traits>
 #include <utility>
 #include <vector>
 
+#include "Uformula/TFormula.h"
 #include "facil/RevisionFormula.h"
 #include "facil/Texto.h"
 #include "framework/Texto.h"
 #include "utilvel90_export.h"
-
-namespace vel {
-class TFormula;
-}
 
 namespace vel::facil {
 
@@ -44,7 +42,8 @@ class UTILVEL90_EXPORT ValoresFormula {
   }
 
   const std::vector<Valor>& Lista() const noexcept { return valores_; }
-  bool Contiene(std::u16string_view nombre) const noexcept;
+  /// The number of a variable, if it was given.
+  std::optional<double> Busca(std::u16string_view nombre) const noexcept;
 
  private:
   void Ordena();
@@ -66,21 +65,20 @@ class UTILVEL90_EXPORT Formula {
   /// EInvalidOperation with the place and the message of the first thing that Revisa(texto) finds ("Fórmula,
   /// posición 9: Falta un operando después de +").
   explicit Formula(const Texto& texto);
-  Formula(Formula&&) noexcept;
-  Formula& operator=(Formula&&) noexcept;
-  ~Formula();
 
   /// The variables that it uses, once each, as first spelled.
   const std::vector<UnicodeString>& Variables() const noexcept { return variables_; }
 
   /// Its value. Variables that it does not use may be given. Raises EInvalidOperation ("Falta el valor de la
-  /// variable META") when one that it uses is not, and EConvertError where a value on the way is no finite
-  /// number, as after 1/0, or one given is none.
+  /// variable META") when one that it uses is not, and EConvertError where the one given or a value on the
+  /// way, as after 1/0, is no finite number.
   double Evalua(const ValoresFormula& valores);
 
  private:
   std::unique_ptr<TFormula> formula_;
   std::vector<UnicodeString> variables_;
+  /// In the same order; of formula_.
+  std::vector<TVariableEnlazada> enlaces_;
 };
 
 /// The value of a formula that is used once.

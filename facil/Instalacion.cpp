@@ -127,7 +127,7 @@ bool InformeInstalacion::HuboCambios() const noexcept {
 UnicodeString InformeInstalacion::Lineas() const {
   UnicodeString lineas;
   for (const ObraInstalacion& obra : obras)
-    lineas.append(obra.nueva ? u"Creada: " : u"Ya estaba: ").append(obra.nombre).append(u"\n");
+    lineas.append(obra.nueva ? u"Hecho: " : u"Ya estaba: ").append(obra.nombre).append(u"\n");
   return lineas;
 }
 

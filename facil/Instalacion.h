@@ -32,7 +32,7 @@ struct InformeInstalacion {
 
   /// Whether the call changed anything.
   UTILVEL90_EXPORT bool HuboCambios() const noexcept;
-  /// A line for each piece of work, "Creada: " or "Ya estaba: " and its name, ended by "\n".
+  /// A line for each piece of work, "Hecho: " or "Ya estaba: " and its name, ended by "\n".
   UTILVEL90_EXPORT UnicodeString Lineas() const;
 };
 

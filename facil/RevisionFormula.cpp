@@ -271,7 +271,7 @@ class Revisor {
     return fin != kNinguna ? OperadorTras(fin) : OperadorAntes(Principio(derecho));
   }
 
-  // Walks the steps that the root reaches, as evaluation does.
+  // Walks the steps that the root reaches, as evaluation does, and those that only a problem keeps it from.
   void Recorre() {
     estados_.assign(arbol_.Nodos() + arbol_.Internas(), Estado::pendiente);
     Abre(arbol_.Nodos() - 1);
@@ -305,7 +305,7 @@ class Revisor {
     FUNCTION_INTERNA prueba{unidades_[llamadas_[llamada]].texto, {}};
     for (std::size_t i = 0; i < cuenta; ++i) prueba.argumentos.Add(u"1");
     try {
-      TFormula().ResuelveFuncionIn(&prueba);
+      arbol_.ResuelveFuncionIn(&prueba);
     } catch (const EInvalidOperation& e) {
       Problema(llamadas_[llamada], e.Message());
     }
@@ -321,6 +321,10 @@ class Revisor {
     const std::optional<std::size_t> paso = BuscaPaso(o.texto);
     if (!paso) {
       Explica(o, marco);
+      // Evaluation ends here; who corrects the formula wants to know what else is wrong.
+      for (const Operando::Parte& parte : o.partes) {
+        if (parte.esPaso && estados_[parte.lugar] == Estado::pendiente) Abre(parte.lugar);
+      }
     } else if (estados_[*paso] == Estado::abierto) {
       Problema(Principio(o), u"La fórmula se refiere a sí misma en " + o.texto);
     } else if (estados_[*paso] == Estado::pendiente) {

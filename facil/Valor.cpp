@@ -31,8 +31,6 @@ TFieldType TipoDe(const Variant& valor) {
 
 Valor::Valor(const Variant& valor) : Valor(TipoDe(valor), valor) {}
 
-Valor Valor::DeTexto(const Texto& texto) { return {TFieldType::ftString, Variant(texto.Vista())}; }
-
 TFieldType Valor::TipoComun(TFieldType uno, TFieldType otro) {
   const auto esNumero = [](TFieldType tipo) {
     return tipo == TFieldType::ftInteger || tipo == TFieldType::ftFloat;

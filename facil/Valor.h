@@ -2,6 +2,7 @@
 
 #include <concepts>
 #include <initializer_list>
+#include <iterator>
 #include <optional>
 #include <type_traits>
 #include <utility>
@@ -56,7 +57,7 @@ class UTILVEL90_EXPORT Valor {
   Valor(const Variant& valor);
   Valor(const Sql& sql) : Valor(TFieldType::ftDataSet, Variant(sql.texto)) {}
   template <typename T>
-  Valor(const T& valor) : Valor(De(valor)) {}
+  Valor(const T& valor) : tipo_(kTipoDe<T>), valor_(De(valor)) {}
   template <typename T>
   Valor(const std::optional<T>& valor) : Valor(valor.has_value() ? Valor(*valor) : Valor()) {}
 
@@ -64,31 +65,36 @@ class UTILVEL90_EXPORT Valor {
   bool Hay() const noexcept { return hay_; }
   TFieldType Tipo() const noexcept { return tipo_; }
   /// The value itself, for one use.
-  Variant Saca() noexcept { return std::move(valor_); }
+  Variant&& Saca() noexcept { return std::move(valor_); }
   /// The type that both are of, whole and floating numbers being floating ones together. Raises
   /// EInvalidOperation ("Los valores de una condición son de tipos distintos") when there is none.
   static TFieldType TipoComun(TFieldType uno, TFieldType otro);
 
  private:
   Valor() noexcept : hay_(false) {}
-  static Valor DeTexto(const Texto& texto);
   template <typename T>
-  static Valor De(const T& valor) {
-    static_assert(!TipoCaracter<T>, "a character is no value of a condition: write a text, \"E\"");
-    static_assert(!TipoPuntero<T>,
-                  "a pointer is no value of a condition: give what it points to, or esNulo()");
+  static constexpr TFieldType kTipoDe = std::same_as<T, bool>    ? TFieldType::ftBoolean
+                                        : TipoEntero<T>          ? TFieldType::ftInteger
+                                        : std::floating_point<T> ? TFieldType::ftFloat
+                                        : TipoFecha<T>           ? TFieldType::ftDateTime
+                                                                 : TFieldType::ftString;
+  template <typename T>
+  static Variant De(const T& valor) {
+    constexpr bool kEsCaracter = TipoCaracter<T>;
+    constexpr bool kEsPuntero = TipoPuntero<T>;
+    constexpr bool kEsOtro = !kEsCaracter && !kEsPuntero && !TipoNumero<T> && !TipoFecha<T> && !TipoTexto<T>;
+    static_assert(!kEsCaracter, "a character is no value of a condition: write a text, \"E\"");
+    static_assert(!kEsPuntero, "a pointer is no value of a condition: what it points to may be, or esNulo()");
+    static_assert(
+        !kEsOtro,
+        "no value of a condition: numbers, bool, texts, dates and Sql are; a universal time needs its zone");
     if constexpr (TipoNumero<T>) {
-      constexpr TFieldType kTipo = std::same_as<T, bool> ? TFieldType::ftBoolean
-                                   : TipoEntero<T>       ? TFieldType::ftInteger
-                                                         : TFieldType::ftFloat;
-      return {kTipo, Variant(valor)};
+      return valor;
     } else if constexpr (TipoFecha<T>) {
-      return {TFieldType::ftDateTime, Variant(TDateTime(Momento(valor)))};
+      return TDateTime(Momento(valor));
     } else if constexpr (TipoTexto<T>) {
-      return DeTexto(Texto(valor));
+      return Texto(valor).Vista();
     } else {
-      static_assert(TipoCaracter<T> || TipoPuntero<T>,
-                    "this type is no value of a condition: give a number, bool, text, date or Sql");
       return {};
     }
   }
@@ -108,17 +114,12 @@ class UTILVEL90_EXPORT Valores {
   Valores(const Sql& subconsulta);
   template <typename Lista>
   Valores(const Lista& lista) {
-    static_assert(
-        !TipoTexto<Lista> &&
-            requires {
-              lista.begin();
-              lista.end();
-            },
-        "en and noEn take a list: {\"A\", \"B\"}, a vector...");
-    if constexpr (!TipoTexto<Lista> && requires {
-                    lista.begin();
-                    lista.end();
-                  }) {
+    constexpr bool kEsLista = !TipoTexto<Lista> && requires {
+      std::begin(lista);
+      std::end(lista);
+    };
+    static_assert(kEsLista, "en and noEn take a list: {\"A\", \"B\"}, a vector...");
+    if constexpr (kEsLista) {
       for (const auto& valor : lista) Agrega(valor);
     }
   }

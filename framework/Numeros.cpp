@@ -103,17 +103,18 @@ bool Desborda(std::string_view numero) noexcept {
 // Reads what most texts are: up to 15 digits, a point among them perhaps, a "-" before. Such a number is a
 // whole number over a power of ten, both exact in a double, so one division rounds it correctly. False for
 // any other text, number or not.
-bool LeeCorto(std::u16string_view texto, double& valor) noexcept {
-  const bool negativo = !texto.empty() && texto.front() == u'-';
+template <typename Letra>
+bool LeeCorto(std::basic_string_view<Letra> texto, double& valor) noexcept {
+  const bool negativo = !texto.empty() && texto.front() == Letra{'-'};
   if (negativo) texto.remove_prefix(1);
   if (texto.empty() || texto.size() > kDigitos) return false;
   std::int64_t entero = 0;
   std::size_t punto = texto.size();
   for (std::size_t i = 0; i < texto.size(); ++i) {
-    const char16_t c = texto[i];
-    if (c >= u'0' && c <= u'9') {
-      entero = entero * 10 + (c - u'0');
-    } else if (c == u'.' && punto == texto.size() && texto.size() > 1) {
+    const Letra c = texto[i];
+    if (c >= Letra{'0'} && c <= Letra{'9'}) {
+      entero = entero * 10 + (c - Letra{'0'});
+    } else if (c == Letra{'.'} && punto == texto.size() && texto.size() > 1) {
       punto = i;
     } else {
       return false;
@@ -232,6 +233,7 @@ double RoundToText(double valor) noexcept {
 }
 
 bool TryStrToFloat(std::string_view texto, double& valor) noexcept {
+  if (LeeCorto(texto, valor)) return true;
   const auto blanco = [](char c) { return c >= '\0' && c <= ' '; };
   while (!texto.empty() && blanco(texto.front())) texto.remove_prefix(1);
   while (!texto.empty() && blanco(texto.back())) texto.remove_suffix(1);

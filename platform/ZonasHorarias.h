@@ -65,4 +65,8 @@ UTILVEL90_EXPORT std::shared_ptr<const ZonaHoraria> DameZonaActiva();
 /// Zones are read once and kept: they do not change while a program runs.
 UTILVEL90_EXPORT std::shared_ptr<const ZonaHoraria> DameZonaWindows(std::u16string_view nombre);
 
+/// The zone of a name of the tz database ("America/Tijuana"), in its own capitals; null when there is none.
+/// Kept likewise.
+UTILVEL90_EXPORT std::shared_ptr<const ZonaHoraria> DameZonaIana(std::u16string_view nombre);
+
 }  // namespace vel

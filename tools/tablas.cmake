@@ -1,7 +1,8 @@
 # Checks that what is public of a table names all its rows: cmake -DRAIZ=<source folder> -P tools/tablas.cmake
 #  - the built-ins of the formulas stand in their header's text, and each has a case;
 #  - the kinds of company folders stand in their header's table;
-#  - what the set-up of a machine creates, and the environment variables, stand in their page.
+#  - what the set-up of a machine creates, and the environment variables, stand in their page;
+#  - README's table of what to call names what the headers beside it have.
 
 set(faltas "")
 
@@ -42,6 +43,33 @@ exige(docs/installation.md "`[^`]*@/`" ${creadas})
 foreach(archivo Carpetas Registro Rutas ZonasHorarias)
   filas(platform/posix/${archivo}.cpp "[(]\"([A-Z_]+)\"[)]" variables)
   exige(docs/installation.md "`@`" ${variables})
+endforeach()
+
+# Rows of README: | quiero ... | `Function`, `Class::Function` | `folder/Header.h` |
+file(STRINGS ${RAIZ}/README.md quiero REGEX "\\| `[^|]+` *[.]* \\| `[^|]+[.]h` \\|$")
+if(NOT quiero)
+  message(FATAL_ERROR "README.md: no table of what to call")
+endif()
+foreach(fila ${quiero})
+  string(REGEX MATCH "\\| ([^|]+) \\| ([^|]+) \\|$" _ "${fila}")
+  set(columna ${CMAKE_MATCH_2})
+  string(REGEX MATCHALL "[A-Za-z0-9_]+`" nombres "${CMAKE_MATCH_1}")
+  string(REGEX MATCHALL "[A-Za-z0-9_/]+[.]h" encabezados "${columna}")
+  set(texto "")
+  foreach(encabezado ${encabezados})
+    if(EXISTS ${RAIZ}/${encabezado})
+      file(READ ${RAIZ}/${encabezado} suyo)
+      string(APPEND texto "${suyo}")
+    else()
+      list(APPEND faltas "README.md: there is no ${encabezado}")
+    endif()
+  endforeach()
+  foreach(nombre ${nombres})
+    string(REPLACE "`" "" nombre ${nombre})
+    if(NOT texto MATCHES "[^A-Za-z0-9_]${nombre}[^A-Za-z0-9_]")
+      list(APPEND faltas "README.md: ${nombre} does not stand in ${encabezados}")
+    endif()
+  endforeach()
 endforeach()
 
 if(faltas)

@@ -1,15 +1,18 @@
 #include "Uutilext/crypto/Certificados.h"
 
 #include <algorithm>
+#include <array>
 #include <climits>
 #include <memory>
 #include <openssl/asn1.h>
 #include <openssl/bio.h>
 #include <openssl/crypto.h>
+#include <openssl/objects.h>
 #include <openssl/x509.h>
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "Uutilext/crypto/Borrador.h"
 #include "Uutilext/crypto/ColaErrores.h"
@@ -99,6 +102,28 @@ UnicodeString Momento(const ASN1_TIME* momento) {
 
 UnicodeString Numero(const X509& certificado) { return DeCp1252(OctetosSerie(certificado)); }
 
+// Texts of every kind become one. What is no text (a unique identifier may be a string of bits) holds its
+// characters as they are.
+UnicodeString ATexto(const ASN1_STRING& valor) {
+  unsigned char* utf8 = nullptr;
+  const int largo = ASN1_STRING_to_UTF8(&utf8, &valor);
+  const std::unique_ptr<unsigned char, Libera> dueno(utf8);
+  if (largo >= 0) return UTF8ToString(std::string(utf8, utf8 + largo));
+  const unsigned char* const bytes = ASN1_STRING_get0_data(&valor);
+  return DeCp1252(std::string(bytes, bytes + ASN1_STRING_length(&valor)));
+}
+
+std::vector<TParteNombre> Partes(const X509_NAME* nombre) {
+  std::vector<TParteNombre> partes;
+  for (int i = 0; i < X509_NAME_entry_count(nombre); ++i) {
+    const X509_NAME_ENTRY* const parte = X509_NAME_get_entry(nombre, i);
+    std::array<char, 128> tipo{};
+    OBJ_obj2txt(tipo.data(), static_cast<int>(tipo.size()), X509_NAME_ENTRY_get_object(parte), 1);
+    partes.push_back({tipo.data(), ATexto(*X509_NAME_ENTRY_get_data(parte))});
+  }
+  return partes;
+}
+
 int ValidaLlave(std::u16string_view rutaCertificado, std::u16string_view rutaLlave,
                 std::u16string_view contrasena) {
   const std::optional<LlavePrivada> llave = LeePrivKey(rutaLlave, contrasena);
@@ -133,7 +158,8 @@ TDatosCertificado CertDameDatos(std::string_view der) {
   logInter(u"UUTIL::CertDameDatos");
   const Certificado certificado = ExigeCert(der);
   return {Numero(*certificado), Momento(X509_get0_notBefore(certificado.get())),
-          Momento(X509_get0_notAfter(certificado.get()))};
+          Momento(X509_get0_notAfter(certificado.get())), Partes(X509_get_subject_name(certificado.get())),
+          Partes(X509_get_issuer_name(certificado.get()))};
 }
 
 int ValPrivKey(std::u16string_view rutaCertificado, std::u16string_view rutaLlave,

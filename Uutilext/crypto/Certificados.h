@@ -1,6 +1,8 @@
 #pragma once
 
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "framework/Texto.h"
 #include "utilvel90_export.h"
@@ -28,6 +30,14 @@ UTILVEL90_EXPORT UnicodeString CertGetNumSer(std::u16string_view rutaCertificado
 /// untouched, when the file cannot be read.
 UTILVEL90_EXPORT bool CertGetFechaHora(std::u16string_view rutaCertificado, bool fin, UnicodeString& fecha);
 
+/// A part of a name in a certificate: the dotted object identifier of its type ("2.5.4.3" is the common name,
+/// "2.5.4.45" the unique identifier; ITU-T X.520) and its text.
+struct TParteNombre {
+  std::string Tipo;
+  UnicodeString Texto;
+  friend bool operator==(const TParteNombre&, const TParteNombre&) = default;
+};
+
 /// What a certificate says of itself.
 struct TDatosCertificado {
   /// As CertGetNumSer gives it.
@@ -35,6 +45,9 @@ struct TDatosCertificado {
   /// First and last moment of its validity, as CertGetFechaHora gives them.
   UnicodeString Desde;
   UnicodeString Hasta;
+  /// Names in the order of the certificate; a type may come more than once.
+  std::vector<TParteNombre> Sujeto;
+  std::vector<TParteNombre> Emisor;
   friend bool operator==(const TDatosCertificado&, const TDatosCertificado&) = default;
 };
 

@@ -239,6 +239,15 @@ AnsiString Hexadecimal(const std::array<unsigned char, N>& bytes) {
   return {texto.data(), texto.size()};
 }
 
+template <std::size_t N>
+AnsiString ResumeEn(Almacen& almacen, std::string_view bytes) {
+  Resumen resumen(almacen);
+  std::array<unsigned char, N> resultado;
+  if (!resumen.Inicia()) return {};
+  resumen.Agrega(bytes);
+  return resumen.Termina(resultado) ? AnsiString(resultado.begin(), resultado.end()) : AnsiString();
+}
+
 }  // namespace
 
 AnsiString Hash256(const char* texto) {
@@ -301,6 +310,26 @@ const unsigned char* EncriptaHmacSha256(std::u16string_view datos, const char* l
     return cero == std::string_view::npos;
   });
   return hmac.Termina(resultado) ? resultado.data() : nullptr;
+}
+
+AnsiString ResumeBytes(AlgoritmoResumen algoritmo, std::string_view bytes) {
+  switch (algoritmo) {
+    case AlgoritmoResumen::MD5:
+      return ResumeEn<16>(contextosMd5, bytes);
+    case AlgoritmoResumen::SHA1:
+      return ResumeEn<20>(contextosSha1, bytes);
+    case AlgoritmoResumen::SHA256:
+      return ResumeEn<32>(contextosSha256, bytes);
+  }
+  return {};
+}
+
+AnsiString HmacSha256DeBytes(std::string_view llave, std::string_view bytes) {
+  Hmac hmac;
+  if (!hmac.Inicia(llave)) return {};
+  hmac.Agrega(bytes);
+  Hmac::Resultado resultado;
+  return hmac.Termina(resultado) ? AnsiString(resultado.begin(), resultado.end()) : AnsiString();
 }
 
 }  // namespace vel

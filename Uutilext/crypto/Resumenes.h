@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string_view>
 
 #include "framework/Texto.h"
@@ -7,11 +8,11 @@
 
 namespace vel {
 
-/// These functions report no errors: should libcrypto fail (no memory) the texts come back empty, and the raw
-/// digest as a null pointer. The library uses libcrypto in a context of its own, so that no configuration of
-/// the machine or of the program changes a result. It keeps a few small working areas for each algorithm, for
-/// the life of the process; none belongs to a thread, so all may be called while a thread or the program
-/// ends.
+/// These functions report no errors: should libcrypto fail (no memory) texts and bytes come back empty, and
+/// the digest by pointer as a null one. The library uses libcrypto in a context of its own, so that no
+/// configuration of the machine or of the program changes a result. It keeps a few small working areas for
+/// each algorithm, for the life of the process; none belongs to a thread, so all may be called while a thread
+/// or the program ends.
 
 /// SHA-256 (FIPS 180-4) of the bytes of `texto` up to its terminating zero, as 64 hexadecimal digits in
 /// small letters. Null counts as the empty text.
@@ -43,5 +44,12 @@ UTILVEL90_EXPORT UnicodeString EncriptaMD5(std::u16string_view texto);
 /// encode it at once.
 UTILVEL90_EXPORT const unsigned char* EncriptaHmacSha256(std::u16string_view datos, const char* llave,
                                                          bool ampliaA32);
+
+/// The digests above of bytes as they stand, zeros too: 16, 20 or 32 raw bytes.
+enum class AlgoritmoResumen : std::uint8_t { MD5, SHA1, SHA256 };
+UTILVEL90_EXPORT AnsiString ResumeBytes(AlgoritmoResumen algoritmo, std::string_view bytes);
+
+/// HMAC-SHA-256 of bytes and with a key as they stand, zeros too: 32 raw bytes.
+UTILVEL90_EXPORT AnsiString HmacSha256DeBytes(std::string_view llave, std::string_view bytes);
 
 }  // namespace vel

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cmath>
-#include <optional>
 
 namespace vel {
 namespace {
@@ -11,11 +9,6 @@ namespace {
 namespace crono = std::chrono;
 
 constexpr std::int64_t kDia = 86400;
-constexpr std::int64_t kMilisPorDia = 86'400'000;
-// 30 December 1899, day 0 of a TDateTime, in days of 1970.
-constexpr std::int64_t kDiaCero = crono::sys_days{crono::year{1899} / 12 / 30}.time_since_epoch().count();
-constexpr double kPrimerDia = -693'593;
-constexpr double kUltimoDia = 2'958'465;
 // No offset of any zone reaches a day and two hours.
 constexpr std::int64_t kVentana = kDia + 7200;
 
@@ -37,23 +30,6 @@ DesfaseZona DesfasePorRegla(const ZonaHoraria& zona, std::int64_t utc) {
   const bool esVerano =
       comienza < termina ? utc >= comienza && utc < termina : utc >= comienza || utc < termina;
   return esVerano ? verano.desfase : zona.estandar;
-}
-
-// Milliseconds since day 0; nothing for what is no date. Before day 0 the fraction still counts forward.
-std::optional<std::int64_t> AMilis(TDateTime momento) {
-  if (!(momento.Val() >= kPrimerDia && momento.Val() < kUltimoDia + 1)) return std::nullopt;
-  const double dia = std::trunc(momento.Val());
-  const double hora = std::abs(momento.Val() - dia);
-  return static_cast<std::int64_t>(dia) * kMilisPorDia +
-         std::llround(hora * static_cast<double>(kMilisPorDia));
-}
-
-std::optional<TDateTime> DeMilis(std::int64_t milis) {
-  const std::int64_t dia = DivideHaciaAbajo(milis, kMilisPorDia);
-  if (dia < static_cast<std::int64_t>(kPrimerDia) || dia > static_cast<std::int64_t>(kUltimoDia))
-    return std::nullopt;
-  const double hora = static_cast<double>(milis - dia * kMilisPorDia) / static_cast<double>(kMilisPorDia);
-  return ComposeDateTime(TDateTime(static_cast<double>(dia)), TDateTime(hora));
 }
 
 }  // namespace
@@ -95,18 +71,6 @@ std::int64_t LocalAUtc(const ZonaHoraria& zona, std::int64_t local) {
   // and before a skipped one's, which is what the clock on the wall shows.
   if (antes.verano != despues.verano) return local - (antes.verano ? despues : antes).segundos;
   return local - (vale ? despues : antes).segundos;
-}
-
-bool ConvierteZona(const ZonaHoraria& de, const ZonaHoraria& a, TDateTime& momento) {
-  const std::optional<std::int64_t> milis = AMilis(momento);
-  if (!milis.has_value()) return false;
-  const std::int64_t segundos = DivideHaciaAbajo(*milis, 1000);
-  const std::int64_t utc = LocalAUtc(de, segundos + kDiaCero * kDia);
-  const std::int64_t local = utc + DesfaseEnUtc(a, utc).segundos - kDiaCero * kDia;
-  const std::optional<TDateTime> convertido = DeMilis(local * 1000 + (*milis - segundos * 1000));
-  if (!convertido.has_value()) return false;
-  momento = *convertido;
-  return true;
 }
 
 }  // namespace vel

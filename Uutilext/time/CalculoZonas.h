@@ -2,7 +2,6 @@
 
 #include <cstdint>
 
-#include "framework/TDateTime.h"
 #include "platform/ZonasHorarias.h"
 
 // The arithmetic of zones, on values: moments are seconds since 1 January 1970, in universal time or, where
@@ -15,10 +14,6 @@ DesfaseZona DesfaseEnUtc(const ZonaHoraria& zona, std::int64_t utc);
 /// The moment of universal time of a local one. One that occurs twice is taken in standard time, and one that
 /// does not occur as if standard time held.
 std::int64_t LocalAUtc(const ZonaHoraria& zona, std::int64_t local);
-
-/// The moment, local in the first zone, in the second one's local time; milliseconds are kept. False, with
-/// `momento` as it was, outside the years 1 to 9999.
-bool ConvierteZona(const ZonaHoraria& de, const ZonaHoraria& a, TDateTime& momento);
 
 /// The day of the rule in a year, and its time, as a local moment.
 std::int64_t MomentoDeRegla(const ReglaCambio& regla, int anio);

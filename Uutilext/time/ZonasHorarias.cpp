@@ -7,6 +7,7 @@
 #include <span>
 
 #include "Uutilext/time/CalculoZonas.h"
+#include "Uutilext/time/ConversionZonas.h"
 #include "framework/Numeros.h"
 #include "platform/ZonasHorarias.h"
 
@@ -78,7 +79,10 @@ bool GetInfoTimeZone(TIME_ZONE_INFORMATION& tzi, std::u16string_view nombre) {
 TDateTime ConvertTimeToTimeZone(TDateTime fecha, std::u16string_view zona) {
   const std::shared_ptr<const ZonaHoraria> destino =
       DameZonaWindows(zona.empty() ? kZonaPredeterminada : zona);
-  if (destino != nullptr) ConvierteZona(*DameZonaActiva(), *destino, fecha);
+  crono::sys_time<crono::milliseconds> universal;
+  if (destino != nullptr && LocalAUniversal(*DameZonaActiva(), fecha, universal)) {
+    UniversalALocal(*destino, universal, fecha);
+  }
   return fecha;
 }
 

@@ -1,7 +1,9 @@
 #include "platform/ZonasHorarias.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <map>
 #include <mutex>
 #include <string>
 
@@ -35,6 +37,17 @@ std::string ArchivoDeZona(const std::string& nombre) {
   std::string carpeta = VariableEntorno("TZDIR");
   if (carpeta.empty()) carpeta = "/usr/share/zoneinfo";
   return carpeta + "/" + nombre;
+}
+
+// Names begin with a capital: what does not is another file of the database's folder, or its copy with leap
+// seconds ("right/...").
+bool EsNombreIana(std::u16string_view nombre) {
+  const auto vale = [](char16_t c) {
+    return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9') || c == u'/' ||
+           c == u'_' || c == u'-' || c == u'+';
+  };
+  return !nombre.empty() && nombre.front() >= u'A' && nombre.front() <= u'Z' &&
+         std::all_of(nombre.begin(), nombre.end(), vale);
 }
 
 // The zone that TZ names, as the C library reads it: unset is the system's file, empty is universal time, and
@@ -101,6 +114,23 @@ Zona DameZonaWindows(std::u16string_view nombre) {
     }
   }
   return casilla.zona;
+}
+
+Zona DameZonaIana(std::u16string_view nombre) {
+  // As many as the database has names.
+  struct Leidas {
+    std::mutex candado;
+    std::map<std::string, Zona> zonas;
+  };
+  static SinDestruir<Leidas> leidas;
+  if (!EsNombreIana(nombre)) return nullptr;
+  const std::string archivo = ArchivoDeZona(UTF8Encode(nombre));
+  const std::lock_guard<std::mutex> guardia(leidas->candado);
+  const auto leida = leidas->zonas.find(archivo);
+  if (leida != leidas->zonas.end()) return leida->second;
+  Zona zona = LeeZona(archivo);
+  if (zona != nullptr) leidas->zonas.emplace(archivo, zona);
+  return zona;
 }
 
 }  // namespace vel

@@ -53,10 +53,14 @@ TEST_F(CatalogoFacil, HoldsRecordsWhole) {
   EXPECT_THROW(AgregaEmpresa({.numero = 5, .nombre = UnicodeString(201, u'x')}), EDatabaseError);
   EXPECT_EQ(Archivo("Empresas.xml"), catalogo);
   EXPECT_EQ(Archivo("Empresas.bak"), respaldo);
+  std::filesystem::remove_all(c_.Motor());
+  EXPECT_TRUE(CreaCatalogo()) << "and its folder";
 }
 
 TEST_F(CatalogoFacil, ComesBackFromItsBackup) {
   EXPECT_EQ(MensajeDe(RestauraCatalogo), "No hay respaldo del catálogo de empresas.");
+  std::string sinCampo = Archivo("Empresas.xml");
+  sinCampo.replace(sinCampo.find("DatosBD"), 7, "OtrosBD");
   AgregaEmpresa(tres_);
   RenombraEmpresa(3, "Equivocado");
   RestauraCatalogo();
@@ -66,10 +70,6 @@ TEST_F(CatalogoFacil, ComesBackFromItsBackup) {
 
   AgregaEmpresaXML(3, u"", u"", u"Otra vez", u"", u"");
   const std::string repetido = Archivo("Empresas.xml");
-  const std::string sinCampo = [&] {
-    std::string texto = Archivo("Empresas.bak");
-    return texto.replace(texto.find("DatosBD"), 7, "OtrosBD");
-  }();
   RevisionCatalogo revision = RevisaCatalogo();
   EXPECT_EQ(revision.catalogo.problema, u"La empresa 3 está más de una vez.");
   EXPECT_TRUE(revision.respaldo.Sirve());
@@ -83,7 +83,7 @@ TEST_F(CatalogoFacil, ComesBackFromItsBackup) {
   }
   EXPECT_NE(MensajeDe(RestauraCatalogo).find("no sirve: "), std::string::npos);
 
-  c_.Escribe(std::string(kMotor) + "Empresas.bak", repetido.substr(0));
+  c_.Escribe(std::string(kMotor) + "Empresas.bak", repetido);
   std::filesystem::remove(c_.Motor() / "Empresas.xml");
   revision = RevisaCatalogo();
   EXPECT_TRUE(!revision.catalogo.existe && revision.catalogo.problema.empty());

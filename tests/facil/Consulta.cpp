@@ -184,6 +184,7 @@ struct Pareja {
 
 Pareja Inventa(Azar& azar, bool conOrden) {
   Pareja p{Consulta("TABLA_Ñ T"), std::make_unique<TParametrosFiltro>(u"TABLA_Ñ T")};
+  p.enPalabras.filtro().FechaTrabajo = p.aMano->FechaTrabajo = TDateTime(conOrden ? 45425 : 1);
   for (int i = azar.De(3); i > 0; --i) {
     p.enPalabras.campo("SUM(Á)", u"A", i > 1);
     p.aMano->AgregaCampoSelect(u"SUM(Á)", u"A", i > 1);
@@ -217,6 +218,8 @@ Pareja Inventa(Azar& azar, bool conOrden) {
     Pareja otra = Inventa(azar, false);
     p.enPalabras.unionCon(std::move(otra.enPalabras));
     p.aMano->ParametrosUnion = std::move(otra.aMano);
+    for (TParametrosFiltro* f = p.aMano.get(); f != nullptr; f = f->ParametrosUnion.get())
+      f->FechaTrabajo = p.aMano->FechaTrabajo;
   }
   if (conOrden && azar.De(2) == 0) {
     p.enPalabras.ordena("A").ordenaDesc("B");
@@ -506,6 +509,7 @@ TEST(ConsultaGuardada, IsWholeOrRefused) {
   f.Distinct = true;
   f.OrdDesc = true;
   f.OrderBy = u"A, B";
+  f.AgregaHaving(u"MIN(N)", ftInteger, Variant::Null(), IGUAL, Y, SIN, true);
   f.AgregaHaving(u"MAX(N)", ftString, u"a%", LIKE, Y, SIN, true);
   TParametrosFiltro& u = *f.AgregaUnion(u"U");
   u.Distinct = true;
@@ -517,10 +521,12 @@ TEST(ConsultaGuardada, IsWholeOrRefused) {
   EXPECT_EQ(LeeConsulta(archivo)->DameSentenciaSQL(true, 0), texto);
   const std::string bytes = carpeta.Lee("consulta.ini");
   EXPECT_TRUE(bytes.starts_with("; mía\r\n[Vista1]\r\nAncho=7\r\nOrdenadoPor=A, B\r\nDescendente=TRUE\r\n"));
+  EXPECT_NE(bytes.find("\r\n[SELECT]\r\nDistinct=TRUE\r\n\r\n[TABLAPIV]"), std::string::npos) << bytes;
   // What another program saves over it keeps neither DISTINCT nor a partner's order.
   f.SaveToIni(archivo, 0);
   EXPECT_EQ(LeeConsulta(archivo)->DameSentenciaSQL(true, 0),
-            u"SELECT  *  from T  HAVING  UPPER( MAX(N))  LIKE  UPPER( :hav1)  UNION SELECT  *  from U  ORDER "
+            u"SELECT  *  from T  HAVING MIN(N)=:hav1 AND  UPPER( MAX(N))  LIKE  UPPER( :hav2)  UNION SELECT  "
+            u"*  from U  ORDER "
             u"BY A, B DESC");
   GuardaConsulta(f, archivo);
   EXPECT_EQ(carpeta.Lee("consulta.ini"), bytes);

@@ -42,6 +42,7 @@ TEST(RevisaFormula, ListsTheVariablesUsed) {
   EXPECT_EQ(Revisa("A+IVA*B", std::vector<std::string>{"iva", "b", "c"}).variables, (Nombres{u"IVA", u"B"}));
   EXPECT_EQ(Notas(Revisa("1A+SUMA*A").problemas),
             "1 1A no es un número | 4 Faltan los argumentos de la función SUMA");
+  EXPECT_TRUE(Revisa("AB+(A)B").Sirve()) << "A glued to B is AB, which is a variable";
   // Nesting and length cost neither stack nor more than time.
   const std::string hondo(100'000, '(');
   EXPECT_TRUE(Revisa(hondo + "A" + std::string(100'000, ')')).Sirve());
@@ -142,13 +143,14 @@ TEST(Formula, EvaluatesWithNumbersOfAnyKind) {
   EXPECT_EQ(comision.Evalua(std::map<std::string, double>{{"VENTA", 9999.99}, {"TASA", 0.05}}), 0);
   EXPECT_EQ(vel::facil::Evalua("A-0.3", {{"A", 0.1 + 0.2}}), 0) << "15 digits";
   EXPECT_EQ(vel::facil::Evalua("2*3"), 6);
+  EXPECT_EQ(vel::facil::Evalua("(A+1)*2", {{"A", 3}, {"FUN0", 50}}), 8) << "no variable takes a step's place";
   Formula otra = std::move(comision);
   const auto error = [&](const vel::facil::ValoresFormula& valores) {
     return pruebas::MensajeDe([&] { otra.Evalua(valores); });
   };
   EXPECT_EQ(error({{"VENTA", 1}}), "Falta el valor de la variable TASA");
   EXPECT_EQ(otra.Evalua({{"TASA", 1}, {"VENTA", 20000}}), 20000) << "it serves on after an error";
-  EXPECT_EQ(error({{"VENTA", 1e9}, {"TASA", HUGE_VAL}}), "'INF' no es un valor de punto flotante válido");
+  EXPECT_EQ(error({{"VENTA", 1e9}, {"TASA", HUGE_VAL}}), "El valor de la variable TASA no es un número");
   EXPECT_EQ(pruebas::MensajeDe([] { Formula("2*(VENTA+)"); }),
             "Fórmula, posición 9: Falta un operando después de +");
   EXPECT_EQ(pruebas::MensajeDe([&] { error({{"A", 1}, {"a", 2}}); }), "La variable a tiene dos valores");

@@ -31,6 +31,7 @@ std::map<std::string, std::string> Arbol(const pruebas::CarpetaTemporal& c) {
 
 TEST(Instalacion, MakesWhatTheGettersLeadTo) {
   const pruebas::CarpetaTemporal c;
+  EscribeDirectorioArchComun(u"");
   const InformeInstalacion informe = Instala(c.Archivo("C/"));
   EXPECT_EQ(informe.carpetaComun, c.Archivo("C") + u"\\");
   EXPECT_EQ(informe.carpetaComun, DameDirectorioArchComun());
@@ -38,7 +39,7 @@ TEST(Instalacion, MakesWhatTheGettersLeadTo) {
   for (const ObraInstalacion& obra : informe.obras) EXPECT_TRUE(obra.nueva) << UTF8Encode(obra.nombre);
   const auto arbol = Arbol(c);
   EXPECT_EQ(Instala(UTF8Encode(c.Archivo("C"))).Lineas(),
-            StringReplace(informe.Lineas(), u"Creada: ", u"Ya estaba: "));
+            StringReplace(informe.Lineas(), u"Hecho: ", u"Ya estaba: "));
   EXPECT_EQ(Arbol(c), arbol) << "the second time nothing changes";
 
   for (const UnicodeString& carpeta :
@@ -102,6 +103,7 @@ TEST(Instalacion, IsFinishedByASecondCall) {
     c.Escribe(nombre, "");
     const std::string texto = MensajeDe([&] { Instala(c.Archivo("C")); });
     EXPECT_NE(texto.find(UTF8Encode(mensaje)), std::string::npos) << nombre << ": " << texto;
+    EXPECT_TRUE(std::string_view(nombre) != "C" || !c.Existe("registro.reg")) << "it would lead nowhere";
     const std::string primera = std::string(nombre).ends_with("/x")
                                     ? std::string(nombre).substr(0, std::string(nombre).size() - 2)
                                     : nombre;

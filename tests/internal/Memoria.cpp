@@ -12,6 +12,7 @@
 #include "Ucalculocfdi/Ucalculocfdi.h"
 #include "Uformula/Uformula.h"
 #include "Uutilext/Uutilext.h"
+#include "facil/facil.h"
 #include "framework/Columnas.h"
 #include "framework/Numeros.h"
 #include "framework/TRemotable.h"
@@ -160,6 +161,46 @@ TEST(SinMemoria, LeavesDefinitionsWhole) {
   Prueba<E>("LoadFromIni de una sección", [&](E& e) { e.f.LoadFromIni(guardada, u"FILTRO"); });
   Prueba<E>("LeeRemotableXML",
             [xml = EscribeRemotableXML(Consulta().otra, u"f")](E& e) { LeeRemotableXML(e.f, xml); });
+}
+
+struct EnPalabras {
+  EnPalabras() {
+    Carpeta().Escribe("consulta.ini", "; mía\r\n[Vista1]\r\nOrdenadoPor=ANTES\r\n");
+    consulta.filtro().AgregaFiltro(u"CLIENTES.SALDO", TFieldType::ftInteger, 1, ENUM_OPERADOR::MAYOR,
+                                   ENUM_CONECTOR::OR, ENUM_GRUPO::NADA, true);
+    consulta.filtro().AgregaFiltro(u"CLIENTES.SALDO", TFieldType::ftInteger, 1, ENUM_OPERADOR::MENOR);
+    consulta.ordenaDesc(u"CLIENTES.NOMBRE");
+  }
+  UnicodeString Ve() {
+    return Bytes(EscribeRemotableXML(consulta.filtro(), u"f") + Carpeta().Lee("consulta.ini"));
+  }
+  facil::Consulta consulta{u"CLIENTES C"};
+  UnicodeString archivo = Carpeta().Archivo("consulta.ini");
+};
+
+TEST(SinMemoria, LeavesQueriesInWordsWhole) {
+  using E = EnPalabras;
+  Prueba<E>("igual", [](E& e) { e.consulta.donde("CLIENTES.CIUDAD").igual("Aguascalientes"); });
+  Prueba<E>("entre", [](E& e) { e.consulta.donde(u"CLIENTES.CIUDAD").entre("Aguascalientes", u"León"); });
+  Prueba<E>("en", [](E& e) { e.consulta.donde(u"CLIENTES.CIUDAD").en({"Aguascalientes", "Guadalajara"}); });
+  Prueba<E>("contiene", [](E& e) { e.consulta.donde("CLIENTES.CIUDAD").contiene("Aguascalientes"); });
+  Prueba<E>("alguna", [](E& e) {
+    e.consulta.alguna([](auto& g) {
+      g.todas([](auto& h) {
+        h.alguna([](auto& i) { i.donde(u"A").igual(1).donde(u"B").igual(2); });
+        h.donde(u"CLIENTES.CIUDAD").empieza("Aguascalientes");
+      });
+      g.existe(facil::Sql("SELECT * FROM CLIENTES_NUEVOS"));
+    });
+  });
+  Prueba<E>("sql", [](E& e) { e.consulta.sql("CLIENTES.SALDO > CLIENTES.LIMITE"); });
+  Prueba<E>("ordena", [](E& e) { e.consulta.ordena("CLIENTES.CIUDAD, CLIENTES.SALDO"); });
+  Prueba<E>("unionCon", [](E& e) { e.consulta.unionCon(facil::Consulta("CLIENTES_NUEVOS N")); });
+  Prueba<E>("sentencia", [](E& e) { return e.consulta.sentencia().texto; });
+  Prueba<E>("guarda", [](E& e) { e.consulta.guarda(e.archivo); });
+  const UnicodeString guardada = Carpeta().Archivo("guardada.ini");
+  facil::Consulta("CLIENTES_NUEVOS").ordena("SALDO").guarda(guardada);
+  Prueba<E>("lee", [&](E& e) { e.consulta = facil::Consulta::lee(guardada); });
 }
 
 struct Datos {
@@ -380,6 +421,13 @@ TEST(SinMemoria, LeavesDocumentsWhole) {
   Prueba<E>("SetPartidas", [](E& e) { e.c.SetPartidas(e.lineas); });
   Prueba<E>("CalculaTotales", [](E& e) { e.c.CalculaTotales(); });
   Prueba<E>("CalculaImpDescPar", [](E& e) { e.c.CalculaImpDescPar(); });
+  Prueba<E>("facil::Documento", [](E& e) {
+    const facil::Documento enPalabras(
+        {{.Precio = 100, .Iva = 16, .RetencionIsr = 10, .Locales = {{"ISH", 3}}}});
+    const facil::Documento conjunto(e.lineas);
+    return FloatToStr(enPalabras.PorTasa().back().Importe) + enPalabras.Resumen().Total.Texto() +
+           facil::MontoEnLetra(conjunto.Total()) + IntToStr(static_cast<int>(conjunto.Avisos().size()));
+  });
   Prueba<E>("LlenaListImpuestos", [](E& e) { e.c.LlenaListImpuestos(123.456789, 10.6666667, 13.1, 2); });
 }
 
@@ -394,9 +442,11 @@ struct Instalacion {
     std::filesystem::copy_file(Entrada("Empresas.xml"), c.Motor() / "Empresas.xml");
     std::filesystem::copy_file(Entrada("../catalogo/EtiqVEL.xml"), c.Motor() / "EtiqVEL.xml");
     lista.Add(u"Lo que había en la lista");
+    datos.CreateDataSet({{.Name = u"LO_QUE_HABIA", .DataType = TFieldType::ftInteger}});
   }
   UnicodeString Ve() {
-    UnicodeString todo = lista.Text() + texto + rangos->Nombres(0) + rangos->FechaComoString(0, 1);
+    UnicodeString todo =
+        lista.Text() + texto + Bytes(datos.SaveToXML()) + rangos->Nombres(0) + rangos->FechaComoString(0, 1);
     for (const char* nombre : {"fechas.ini", "registro.reg", "C/Sistemas Tavex/VEL9.00/Empresas.xml"})
       todo += Bytes(c.Lee(nombre));
     for (const auto& archivo : std::filesystem::directory_iterator(c.Ruta()))
@@ -407,7 +457,9 @@ struct Instalacion {
   std::unique_ptr<TConfigVEL> rangos;
   TStringList lista;
   UnicodeString texto = u"Lo que había en el texto";
+  TClientDataSet datos;
   UnicodeString ini = c.Archivo("fechas.ini");
+  UnicodeString catalogo = UTF8ToString((c.Motor() / "Empresas.xml").string());
 };
 
 TEST(SinMemoria, LeavesFilesAndWhatIsReadFromThemWhole) {
@@ -424,6 +476,9 @@ TEST(SinMemoria, LeavesFilesAndWhatIsReadFromThemWhole) {
   });
   Prueba<E>("ActualizaXMLNombreEmpresa",
             [](E&) { ActualizaXMLNombreEmpresa(1, u"Otro nombre de la empresa"); });
+  Prueba<E>("facil::ListaEmpresas", [](E& e) { return facil::ListaEmpresas(e.catalogo).back().nombre; });
+  Prueba<E>("SaveToFile", [](E& e) { e.datos.SaveToFile(e.ini); });
+  Prueba<E>("LoadFromFile", [](E& e) { e.datos.LoadFromFile(e.catalogo); });
   Prueba<E>("DameEmpresasVEL", [](E& e) { DameEmpresasVEL(e.lista); });
   Prueba<E>("DameRutaTrabajoEmpresa", [](E& e) { return DameRutaTrabajoEmpresa(u"1", e.texto); });
   Prueba<E>("LeeXMLCamposTablasSistema",

@@ -32,6 +32,17 @@ void RevisaInterrupcion();
 [[noreturn]] void TerminaPorInterrupcion();
 [[noreturn]] void TerminaPorTuberia();
 
+/// While one lives, Ctrl-C ends the program at once: around calls of other libraries that wait and take no
+/// notice. The file that an Escritor has not finished is deleted even so.
+class EsperaLarga {
+ public:
+  EsperaLarga() noexcept;
+  EsperaLarga(const EsperaLarga&) = delete;
+  EsperaLarga& operator=(const EsperaLarga&) = delete;
+  /// Raises nothing; a Ctrl-C that came before it is noticed by RevisaInterrupcion.
+  ~EsperaLarga();
+};
+
 /// A file open to be read in pieces. Paths are the system's or the suite's (vel::RutaNativa).
 class Lector {
  public:

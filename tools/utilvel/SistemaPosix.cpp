@@ -18,8 +18,11 @@
 namespace utilvel {
 namespace {
 
-// The only thing that a signal's handler may touch.
+// All that a signal's handler may touch: what came, whether it is to end the program at once, and the file
+// that goes with it.
 volatile std::sig_atomic_t interrumpido = 0;
+volatile std::sig_atomic_t esperaLarga = 0;
+const char* volatile porBorrar = nullptr;
 
 int Descriptor(Flujo flujo) {
   switch (flujo) {
@@ -103,9 +106,14 @@ bool ConColor(Flujo flujo) {
 
 void AtiendeSenales() {
   struct sigaction accion {};
-  accion.sa_handler = [](int senal) { interrumpido = senal; };
+  accion.sa_handler = [](int senal) {
+    interrumpido = senal;
+    if (esperaLarga == 0) return;
+    if (porBorrar != nullptr) unlink(porBorrar);
+    Muere(senal);
+  };
   // Without SA_RESTART: who waits for input must notice. A second signal ends the program at once.
-  accion.sa_flags = static_cast<int>(SA_RESETHAND);
+  accion.sa_flags = static_cast<int>(SA_RESETHAND | SA_NODEFER);
   for (const int senal : {SIGINT, SIGTERM, SIGHUP}) {
     struct sigaction previa {};
     // What whoever started the program wants ignored (nohup) stays so.
@@ -121,6 +129,9 @@ bool HuboInterrupcion() noexcept { return interrumpido != 0; }
 void RevisaInterrupcion() {
   if (HuboInterrupcion()) throw Interrumpido();
 }
+
+EsperaLarga::EsperaLarga() noexcept { esperaLarga = 1; }
+EsperaLarga::~EsperaLarga() { esperaLarga = 0; }
 
 void TerminaPorInterrupcion() { Muere(interrumpido); }
 
@@ -173,6 +184,7 @@ Escritor::Escritor(const std::string& ruta) : ruta_(ruta == "-" ? "" : Nativa(ru
     if (real != nullptr) ruta_ = real.get();
     temporal_ = ruta_ + ".XXXXXX";
     descriptor_ = mkostemp(temporal_.data(), O_CLOEXEC);
+    if (descriptor_ >= 0) porBorrar = temporal_.c_str();
   }
   if (descriptor_ < 0) {
     const int error = errno;
@@ -197,7 +209,9 @@ Escritor::~Escritor() {
     return;
   }
   if (descriptor_ >= 0) close(descriptor_);
-  if (!temporal_.empty()) unlink(temporal_.c_str());
+  if (temporal_.empty()) return;
+  unlink(temporal_.c_str());
+  porBorrar = nullptr;
 }
 
 void Escritor::Lanza(int error) const {
@@ -229,6 +243,7 @@ void Escritor::Termina() {
   Vacia();
   if (temporal_.empty()) return;
   if (fsync(descriptor_) != 0 || rename(temporal_.c_str(), ruta_.c_str()) != 0) Lanza(errno);
+  porBorrar = nullptr;
   temporal_.clear();
 }
 
@@ -255,7 +270,9 @@ std::string LeeContrasena(std::string_view pregunta) {
   // Kept from moving, so that no copy stays behind in memory that is given back.
   contrasena.reserve(4096);
   char c = 0;
-  while (contrasena.size() < 4096 && entrada.Lee(&c, 1) == 1 && c != '\n') contrasena += c;
+  std::size_t leidos = entrada.Lee(&c, 1);
+  if (leidos == 0) throw Falla(Codigo::Datos, "Falta la contraseña");
+  for (; leidos == 1 && c != '\n' && contrasena.size() < 4096; leidos = entrada.Lee(&c, 1)) contrasena += c;
   if (terminal) std::fputc('\n', stderr);
   if (!contrasena.empty() && contrasena.back() == '\r') contrasena.pop_back();
   return contrasena;

@@ -30,8 +30,10 @@ TEST(Certificados, GiveTheirDatesAsWritten) {
   EXPECT_EQ(fecha, u"240102030405Z");
   EXPECT_TRUE(CertGetFechaHora(Dato("sello.cer"), true, fecha));
   EXPECT_EQ(fecha, u"20551231235959Z");
-  EXPECT_EQ(CertDameDatos(*LeeArchivo(Dato("sello.cer")) + "resto"),
-            (TDatosCertificado{u"00001000000509876543", u"240102030405Z", u"20551231235959Z"}));
+  const std::vector<TParteNombre> nombre = {{"2.5.4.3", u"Sello de prueba"}};
+  EXPECT_EQ(
+      CertDameDatos(*LeeArchivo(Dato("sello.cer")) + "resto"),
+      (TDatosCertificado{u"00001000000509876543", u"240102030405Z", u"20551231235959Z", nombre, nombre}));
 }
 
 TEST(Certificados, ReadNamesOutsideTheCodePageAndWhatCarelessIssuersWrite) {

@@ -49,6 +49,25 @@ certificate ajeno.cer "$work/other.pem" 80314145 20491230000000Z 20491231235959Z
 certificate cero.cer "$work/own.pem" 3132003334 20240102030405Z 20341231235959Z
 openssl x509 -inform DER -in sello.cer -out sello.pem
 
+# A taxpayer's, as the tax authority writes names, of an issuer of its own.
+cat >>"$work/ca.cnf" <<CONF
+[taxpayer]
+name = supplied
+organizationName = supplied
+commonName = supplied
+x500UniqueIdentifier = supplied
+serialNumber = supplied
+CONF
+openssl req -new -x509 -newkey rsa:2048 -nodes -keyout "$work/ca.pem" -out "$work/ca_cert.pem" -days 9999 \
+  -subj "/CN=AC de prueba/O=Autoridad de prueba" 2>/dev/null
+openssl req -new -utf8 -key "$work/other.pem" -out "$work/request.pem" -subj "/CN=Seis palabras/name=Peña y Ñu SA\
+/O=Tercer nombre/x500UniqueIdentifier=PEN010203AB1 \/ XEXX010101000/serialNumber= \/ XEXX010101HDFXXX04"
+echo 3030303031303030303030353039383736353434 >"$work/serial"
+openssl ca -batch -notext -utf8 -config "$work/ca.cnf" -policy taxpayer -cert "$work/ca_cert.pem" \
+  -keyfile "$work/ca.pem" -in "$work/request.pem" -startdate 20240102030405Z -enddate 20551231235959Z \
+  -out "$work/cert.pem" 2>/dev/null
+openssl x509 -in "$work/cert.pem" -outform DER -out contribuyente.cer
+
 # The password is "Contraseña€ Ü" in Windows-1252.
 accents=$(printf 'Contrase\xf1a\x80 \xdc')
 key aes256.key DER "$accents" -v2 aes-256-cbc

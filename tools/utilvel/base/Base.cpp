@@ -1,5 +1,7 @@
 #include "tools/utilvel/base/Base.h"
 
+#include <algorithm>
+#include <ctime>
 #include <deque>
 #include <optional>
 #include <soci/soci.h>
@@ -11,15 +13,23 @@
 namespace utilvel {
 namespace {
 
-// What the engine says, without the names of SOCI's functions.
+// What the engine says, in one line and without what SOCI says before it.
 std::string Motivo(const soci::soci_error& error) {
   std::string texto = error.get_error_message();
-  const std::size_t dosPuntos = texto.find(": ");
-  if (texto.starts_with("sqlite3_statement_backend::") && dosPuntos != std::string::npos) {
-    texto.erase(0, dosPuntos + 2);
+  for (const std::string_view previo :
+       {"sqlite3_statement_backend::prepare: ", "sqlite3_statement_backend::loadOne: ",
+        "Cannot establish connection to the database.", "Cannot execute query.", " Fatal error.",
+        " ERROR:"}) {
+    if (texto.starts_with(previo)) texto.erase(0, previo.size());
   }
-  texto.erase(texto.find_last_not_of(" \n") + 1);
-  return texto;
+  std::string linea;
+  for (const char c : texto) {
+    const bool blanco = c == ' ' || c == '\n' || c == '\t';
+    if (!blanco) linea += c;
+    if (blanco && !linea.empty() && linea.back() != ' ') linea += ' ';
+  }
+  if (!linea.empty() && linea.back() == ' ') linea.pop_back();
+  return linea;
 }
 
 // The fraction of a time without the zeros at its end; the fraction itself when it has nothing else.
@@ -65,6 +75,9 @@ class Renglon : public soci::details::into_type_base {
         case Lectura::Bytes:
           hueco.lector->define_by_pos(lugar, &hueco.largo, soci::details::x_longstring);
           break;
+        case Lectura::Momento:
+          hueco.lector->define_by_pos(lugar, &hueco.momento, soci::details::x_stdtm);
+          break;
         default:
           hueco.lector->define_by_pos(lugar, &hueco.texto, soci::details::x_stdstring);
       }
@@ -92,6 +105,7 @@ class Renglon : public soci::details::into_type_base {
     soci::indicator nulo = soci::i_null;
     std::string texto;
     double numero = 0;
+    std::tm momento{};
     soci::long_string largo;
   };
 
@@ -100,6 +114,10 @@ class Renglon : public soci::details::into_type_base {
     if (hueco.lectura == Lectura::Propia) return motor_.LeeCelda(*sentencia_->get_backend(), columna);
     if (hueco.nulo == soci::i_null) return std::nullopt;
     switch (hueco.lectura) {
+      case Lectura::Momento:
+        hueco.texto = motor_.LeeCelda(*sentencia_->get_backend(), columna).value_or("");
+        QuitaCeros(hueco.texto);
+        return hueco.texto;
       case Lectura::Flotante:
         return TextoFlotante(hueco.numero);
       case Lectura::Largo:
@@ -156,7 +174,7 @@ struct Base::Sesion {
   }
 };
 
-struct Renglones::Estado {
+struct Resultado::Estado {
   Base::Sesion& sesion;
   std::deque<Enlazado> valores;
   std::deque<soci::indicator> nulos;
@@ -242,8 +260,8 @@ Base::Base(const DireccionBase& direccion, const std::string& clave)
 
 Base::~Base() = default;
 
-Renglones Base::Consulta(std::u16string_view sql, const vel::TParams& parametros) {
-  auto estado = std::make_unique<Renglones::Estado>(*sesion_);
+Resultado Base::Consulta(std::u16string_view sql, const vel::TParams& parametros) {
+  auto estado = std::make_unique<Resultado::Estado>(*sesion_);
   try {
     estado->Abre(vel::UTF8Encode(sql), parametros);
   } catch (const soci::soci_error& error) {
@@ -251,16 +269,16 @@ Renglones Base::Consulta(std::u16string_view sql, const vel::TParams& parametros
     sesion_->Abandona(estado->sentencia);
     throw Falla(Codigo::Base, "La base rechaza la consulta: " + motivo);
   }
-  return Renglones(std::move(estado));
+  return Resultado(std::move(estado));
 }
 
-Renglones::Renglones(std::unique_ptr<Estado> estado) : estado_(std::move(estado)) {}
-Renglones::Renglones(Renglones&&) noexcept = default;
-Renglones::~Renglones() = default;
+Resultado::Resultado(std::unique_ptr<Estado> estado) : estado_(std::move(estado)) {}
+Resultado::Resultado(Resultado&&) noexcept = default;
+Resultado::~Resultado() = default;
 
-const std::vector<Columna>& Renglones::Columnas() const noexcept { return estado_->renglon->Columnas(); }
+const std::vector<Columna>& Resultado::Columnas() const noexcept { return estado_->renglon->Columnas(); }
 
-bool Renglones::Siguiente(std::vector<Celda>& fila) {
+bool Resultado::Siguiente(std::vector<Celda>& fila) {
   try {
     return estado_->Siguiente(fila);
   } catch (const soci::soci_error& error) {

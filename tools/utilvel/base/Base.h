@@ -15,7 +15,7 @@
 namespace utilvel {
 
 class Motor;
-class Renglones;
+class Resultado;
 
 /// A database open for reading: what writes is refused by SQLite, PostgreSQL and MariaDB.
 ///
@@ -34,22 +34,22 @@ class Base {
   /// their names, or with "?" where the engine takes that, and are bound in the order of the list. One
   /// statement runs at a time: its rows end before the next begins. Raises Falla (Base) with what the engine
   /// says.
-  Renglones Consulta(std::u16string_view sql, const vel::TParams& parametros);
+  Resultado Consulta(std::u16string_view sql, const vel::TParams& parametros);
 
  private:
-  friend class Renglones;
+  friend class Resultado;
   struct Sesion;
   std::unique_ptr<Sesion> sesion_;
 };
 
 /// The rows of a statement, in constant memory but for MariaDB, whose library reads all of them first.
-class Renglones {
+class Resultado {
  public:
-  Renglones(Renglones&&) noexcept;
-  Renglones(const Renglones&) = delete;
-  Renglones& operator=(const Renglones&) = delete;
-  Renglones& operator=(Renglones&&) = delete;
-  ~Renglones();
+  Resultado(Resultado&&) noexcept;
+  Resultado(const Resultado&) = delete;
+  Resultado& operator=(const Resultado&) = delete;
+  Resultado& operator=(Resultado&&) = delete;
+  ~Resultado();
 
   /// Names as the engine gives them, and whether each holds numbers (Monto) or not (Texto).
   const std::vector<Columna>& Columnas() const noexcept;
@@ -64,7 +64,7 @@ class Renglones {
  private:
   friend class Base;
   struct Estado;
-  explicit Renglones(std::unique_ptr<Estado> estado);
+  explicit Resultado(std::unique_ptr<Estado> estado);
   std::unique_ptr<Estado> estado_;
 };
 

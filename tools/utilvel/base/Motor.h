@@ -30,7 +30,9 @@ enum class Lectura : std::uint8_t {
   Largo,
   /// Bytes, likewise.
   Bytes,
-  /// By Motor::LeeCelda.
+  /// A date with its time, which SOCI would cut to seconds: it only makes room for Motor::LeeCelda to read.
+  Momento,
+  /// By Motor::LeeCelda, which tells nulls too.
   Propia,
 };
 
@@ -63,7 +65,7 @@ class Motor {
                           const vel::TParam& parametro) const;
   /// The columns of the statement that is about to run.
   virtual std::vector<ColumnaLeida> Describe(soci::details::statement_backend& sentencia) const;
-  /// The cell of a column whose reading is Propia.
+  /// The cell of a column whose reading is Propia, or Momento and not null.
   virtual Celda LeeCelda(soci::details::statement_backend& sentencia, std::size_t columna) const;
 };
 

@@ -2,6 +2,9 @@
 // fractions. The engine itself converts texts exactly, both ways, when the description is changed to a text
 // before SOCI makes its buffers; so everything but floating point travels as a text.
 
+#include <array>
+#include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <ibase.h>
 #include <soci/firebird/soci-firebird.h>
@@ -70,11 +73,11 @@ std::string MotorFirebird::Conexion(const DireccionBase& direccion, const std::s
 
 Enlazado MotorFirebird::Enlaza(soci::details::statement_backend& sentencia, std::size_t lugar,
                                const vel::TParam& parametro) const {
-  const XSQLDA* const descripcion = static_cast<soci::firebird_statement_backend&>(sentencia).sqlda2p_;
+  XSQLDA* const descripcion = static_cast<soci::firebird_statement_backend&>(sentencia).sqlda2p_;
   if (lugar >= static_cast<std::size_t>(descripcion->sqld)) {
     throw Falla(Codigo::Base, "La sentencia tiene menos parámetros que valores");
   }
-  XSQLVAR& v = const_cast<XSQLDA*>(descripcion)->sqlvar[lugar];
+  XSQLVAR& v = descripcion->sqlvar[lugar];
   const vel::Variant& valor = parametro.Value;
   const int tipo = Tipo(v);
   const bool esNumero = valor.GetKind() == vel::Variant::Kind::Integer ||
@@ -120,6 +123,9 @@ std::vector<ColumnaLeida> MotorFirebird::Describe(soci::details::statement_backe
     } else if (tipo == SQL_TEXT) {
       // Read so, a text of fixed length keeps its own length and not that of its buffer.
       HazTexto(v, static_cast<std::size_t>(v.sqllen));
+    } else if (tipo == SQL_TIMESTAMP) {
+      // As a text the engine would write "13-MAY-2024 14:30".
+      columna.lectura = Lectura::Momento;
     } else if (tipo != SQL_VARYING) {
       columna.esFecha = true;
       v.sqlsubtype = 0;
@@ -127,6 +133,21 @@ std::vector<ColumnaLeida> MotorFirebird::Describe(soci::details::statement_backe
     }
   }
   return columnas;
+}
+
+Celda MotorFirebird::LeeCelda(soci::details::statement_backend& sentencia, std::size_t columna) const {
+  const XSQLVAR& v = static_cast<soci::firebird_statement_backend&>(sentencia).sqldap_->sqlvar[columna];
+  ISC_TIMESTAMP momento{};
+  std::memcpy(&momento, v.sqldata, sizeof momento);
+  // Days since 17 November 1858 and ten-thousandths of a second.
+  const vel::CivilDate dia = vel::DecodeDate(vel::TDateTime(momento.timestamp_date - 15018.0));
+  const unsigned diezmilesimos = momento.timestamp_time;
+  const unsigned segundos = diezmilesimos / 10000;
+  std::array<char, 64> texto{};
+  const int largo =
+      std::snprintf(texto.data(), texto.size(), "%04d-%02d-%02d %02u:%02u:%02u.%04u", dia.anio, dia.mes,
+                    dia.dia, segundos / 3600, segundos / 60 % 60, segundos % 60, diezmilesimos % 10000);
+  return std::string(texto.data(), static_cast<std::size_t>(largo));
 }
 
 }  // namespace utilvel

@@ -41,13 +41,20 @@ std::string EntreApostrofos(std::string_view texto) {
 std::string MotorPostgresql::Conexion(const DireccionBase& direccion, const std::string& clave) const {
   std::string texto =
       "postgresql:///?client_encoding=UTF8&application_name=utilvel&connect_timeout=10&options=" +
-      ConPorcentajes("-c default_transaction_read_only=on -c datestyle=ISO") +
+      ConPorcentajes("-c default_transaction_read_only=on -c datestyle=ISO -c cursor_tuple_fraction=1") +
       "&dbname=" + ConPorcentajes(direccion.base);
   if (!direccion.servidor.empty()) texto += "&host=" + ConPorcentajes(direccion.servidor);
   if (direccion.puerto != 0) texto += "&port=" + std::to_string(direccion.puerto);
   if (!direccion.usuario.empty()) texto += "&user=" + ConPorcentajes(direccion.usuario);
   if (!clave.empty()) texto += "&password=" + ConPorcentajes(clave);
   return texto;
+}
+
+std::vector<std::string> MotorPostgresql::Inicio() const {
+  // A server that knows how (14 and later) leaves the query of a program that ended.
+  return {
+      "SELECT set_config(name, '1000', false) FROM pg_settings WHERE name = "
+      "'client_connection_check_interval'"};
 }
 
 Enlazado MotorPostgresql::Enlaza(soci::details::statement_backend& sentencia, std::size_t lugar,

@@ -20,12 +20,14 @@ class MotorFirebird : public Motor {
   Enlazado Enlaza(soci::details::statement_backend& sentencia, std::size_t lugar,
                   const vel::TParam& parametro) const override;
   std::vector<ColumnaLeida> Describe(soci::details::statement_backend& sentencia) const override;
+  Celda LeeCelda(soci::details::statement_backend& sentencia, std::size_t columna) const override;
 };
 
 class MotorPostgresql : public Motor {
  public:
   const char* Nombre() const noexcept override { return "postgresql"; }
   std::string Conexion(const DireccionBase& direccion, const std::string& clave) const override;
+  std::vector<std::string> Inicio() const override;
   std::size_t Lote() const noexcept override { return 1000; }
   Enlazado Enlaza(soci::details::statement_backend& sentencia, std::size_t lugar,
                   const vel::TParam& parametro) const override;

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "utilvel90_export.h"
+
+namespace vel::facil {
+
+/// A digest, as bytes or as text.
+///
+///     Sha256("abc").Hex() == "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad"
+class UTILVEL90_EXPORT Resumen {
+ public:
+  explicit Resumen(std::string bytes) noexcept : bytes_(static_cast<std::string&&>(bytes)) {}
+  const std::string& Bytes() const noexcept { return bytes_; }
+  /// Two digits a byte, in small letters.
+  std::string Hex() const;
+  std::string Base64() const;
+  friend bool operator==(const Resumen&, const Resumen&) = default;
+
+ private:
+  std::string bytes_;
+};
+
+/// Digests of bytes as they stand, to the length of the view, zeros too; of a text UTF8Encode gives the
+/// bytes. MD5 and SHA-1 no longer withstand forgers: use them only where a receiver asks for them. Exception
+/// ("No se pudo calcular el resumen.") should libcrypto fail.
+UTILVEL90_EXPORT Resumen Sha256(std::string_view datos);
+UTILVEL90_EXPORT Resumen Sha1(std::string_view datos);
+UTILVEL90_EXPORT Resumen Md5(std::string_view datos);
+/// HMAC-SHA-256 (RFC 2104); a key of any length, zeros too.
+UTILVEL90_EXPORT Resumen HmacSha256(std::string_view llave, std::string_view datos);
+
+/// Base64 (RFC 4648, section 4) of bytes, in one line, and the bytes behind such a text, whose end may have
+/// blanks and line breaks. EConvertError ("El texto no está en Base64") for any other text, EInvalidOperation
+/// for more than a gigabyte.
+///
+///     ABase64("abcd") == "YWJjZA=="    DeBase64("YWJjZA==\n") == "abcd"
+UTILVEL90_EXPORT std::string ABase64(std::string_view bytes);
+UTILVEL90_EXPORT std::string DeBase64(std::string_view texto);
+
+}  // namespace vel::facil

@@ -1,0 +1,31 @@
+# Compiles Deslices.cpp for each slip and checks that the compiler refuses it, in its words and in few lines:
+#   cmake -DCXX=<compiler> -DRAIZ=<source folder> -P tests/facil/deslices.cmake
+set(archivo ${RAIZ}/tests/facil/Deslices.cpp)
+set(lineas_maximas 16)
+file(STRINGS ${archivo} deslices REGEX "DESLIZ == [1-9]")
+
+function(compila numero resultado salida)
+  execute_process(COMMAND ${CXX} -std=c++20 -fsyntax-only -Werror -I${RAIZ} -DDESLIZ=${numero} ${archivo}
+    RESULT_VARIABLE codigo ERROR_VARIABLE texto)
+  set(${resultado} ${codigo} PARENT_SCOPE)
+  set(${salida} "${texto}" PARENT_SCOPE)
+endfunction()
+
+compila(0 codigo texto)
+if(codigo)
+  message(FATAL_ERROR "without a slip:\n${texto}")
+endif()
+foreach(desliz ${deslices})
+  string(REGEX MATCH "DESLIZ == ([0-9]+) +// (.+)$" _ "${desliz}")
+  set(palabras "${CMAKE_MATCH_2}")
+  compila(${CMAKE_MATCH_1} codigo texto)
+  string(REGEX MATCHALL "\n" lineas "${texto}")
+  list(LENGTH lineas cuantas)
+  if(NOT codigo OR NOT texto MATCHES "${palabras}" OR cuantas GREATER lineas_maximas)
+    message(SEND_ERROR "${desliz}: ${cuantas} lines\n${texto}")
+  endif()
+endforeach()
+list(LENGTH deslices cuantos)
+if(cuantos LESS 5)
+  message(FATAL_ERROR "${archivo}: ${cuantos} slips")
+endif()
