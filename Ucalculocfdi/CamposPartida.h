@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <memory>
 #include <string_view>
 
 #include "Ucalculocfdi/Cascada.h"
@@ -52,6 +53,13 @@ struct TCalculoCFDI::CamposPartida {
   Campo documento, tipoProducto, tipoElemento, muestra;
   std::array<Campo, kDescuentos> descuento;
   Campo descuentoCompra;
+};
+
+/// The fields as they were last looked up, and what they were looked up in.
+struct TCalculoCFDI::CamposBuscados {
+  CamposPartida campos;
+  std::shared_ptr<const void> estructura;
+  ENUM_MODULO modulo;
 };
 
 }  // namespace vel

@@ -5,6 +5,7 @@
 #include "Ucalculocfdi/Listas.h"
 #include "Ucalculocfdi/TCalculoCFDI.h"
 #include "Uutilext/documents/Redondeo.h"
+#include "framework/Columnas.h"
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
 
@@ -50,6 +51,15 @@ TCalculoCFDI::CamposPartida::CamposPartida(const TClientDataSet& p, ENUM_MODULO 
       descuento{{{p, u"DESC1"}, {p, u"DESC2"}, {p, u"DESC3"}}},
       descuentoCompra(p, u"DESCU") {}
 
+// Small documents cost more in looking up their fields than in computing them.
+const TCalculoCFDI::CamposPartida& TCalculoCFDI::Campos() {
+  const auto& estructura = conjunto::Estado::De(Partidas).estructura;
+  if (campos_ == nullptr || campos_->estructura != estructura || campos_->modulo != Modulo) {
+    campos_.reset(new CamposBuscados{CamposPartida(Partidas, Modulo), estructura, Modulo});
+  }
+  return campos_->campos;
+}
+
 bool TCalculoCFDI::CamposPartida::Campo::Es(std::u16string_view texto) const {
   const TField& campo = **this;
   switch (campo.DataType()) {
@@ -72,7 +82,7 @@ bool TCalculoCFDI::CamposPartida::ConCuota(std::size_t impuesto) const {
 double TCalculoCFDI::RedondeaPartida(double valor) const { return g_redoTo(valor, DecimalesPartida); }
 
 void TCalculoCFDI::CalculaImpDescPar() {
-  ConListas([this] { ImpuestosDePartida(CamposPartida(Partidas, Modulo), nullptr); });
+  ConListas([this] { ImpuestosDePartida(Campos(), nullptr); });
 }
 
 // `leidos` are the line's factors when the caller has read them: those of its sale. A purchase is taxed on

@@ -3,8 +3,10 @@
 #include "Ucalculocfdi/Listas.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 #include <memory>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -29,6 +31,21 @@ double DeMonto(const UnicodeString& texto) {
   return texto == u"NAN" ? std::numeric_limits<double>::quiet_NaN() : StrToFloat(texto);
 }
 
+/// FloatToStr without a text of its own: the lists keep their copy.
+class TextoMonto {
+ public:
+  explicit TextoMonto(double valor) noexcept {
+    std::array<char, kMaxFloatText> texto;
+    largo_ = FloatToChars(valor, texto);
+    std::copy_n(texto.begin(), largo_, texto_.begin());
+  }
+  std::u16string_view Vista() const noexcept { return {texto_.data(), largo_}; }
+
+ private:
+  std::array<char16_t, kMaxFloatText> texto_;
+  std::size_t largo_;
+};
+
 /// A text of an entry that changes.
 struct Cambio {
   TStringList* montos;
@@ -37,20 +54,20 @@ struct Cambio {
 };
 
 void Anota(std::vector<Cambio>& cambios, TStringList& montos, std::size_t renglon, double valor) {
-  UnicodeString texto = FloatToStr(valor);
-  if (montos[renglon] != texto) cambios.push_back({&montos, renglon, std::move(texto)});
+  const TextoMonto texto(valor);
+  if (montos[renglon] != texto.Vista()) cambios.push_back({&montos, renglon, UnicodeString(texto.Vista())});
 }
 
 }  // namespace
 
 void TCalculoCFDI::LeeLista(std::size_t impuesto) {
   const TStringList& lista = ListaImpuesto[impuesto];
-  std::vector<Gravado> leidos;
+  std::vector<Gravado>& leidos = gravados_[impuesto];
+  leidos.clear();
   for (std::size_t i = 0; i < lista.Count(); ++i) {
     const TStringList& montos = Montos(lista, i);
     leidos.push_back({DeMonto(lista[i]), DeMonto(montos[0]), DeMonto(montos[1])});
   }
-  gravados_[impuesto] = std::move(leidos);
 }
 
 // All texts are made, and have room, before the first list changes.
@@ -65,11 +82,13 @@ void TCalculoCFDI::EscribeListas(std::size_t primera, std::size_t fin) {
       Anota(cambios, montos, 0, gravados[i].base);
       Anota(cambios, montos, 1, gravados[i].impuesto);
     }
+    nuevas[k].SetCapacity(gravados.size() - habia);
     for (std::size_t i = habia; i < gravados.size(); ++i) {
       auto montos = std::make_unique<TStringList>();
-      montos->Add(FloatToStr(gravados[i].base));
-      montos->Add(FloatToStr(gravados[i].impuesto));
-      nuevas[k].AddObject(FloatToStr(gravados[i].tasa), std::move(montos));
+      montos->SetCapacity(2);
+      montos->Add(TextoMonto(gravados[i].base).Vista());
+      montos->Add(TextoMonto(gravados[i].impuesto).Vista());
+      nuevas[k].AddObject(TextoMonto(gravados[i].tasa).Vista(), std::move(montos));
     }
     ListaImpuesto[k].SetCapacity(gravados.size());
   }

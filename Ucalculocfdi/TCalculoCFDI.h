@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -154,8 +155,10 @@ class UTILVEL90_EXPORT TCalculoCFDI {
   friend UTILVEL90_EXPORT TDatosPartida LeePartida(const TClientDataSet& partidas, ENUM_MODULO modulo,
                                                    bool ignoraTipoCambio);
   struct CamposPartida;
+  struct CamposBuscados;
   struct Gravado;
 
+  const CamposPartida& Campos();
   double RedondeaPartida(double valor) const;
   double RedondeaTotal(double valor) const;
   void RecorrePartidas();
@@ -171,6 +174,8 @@ class UTILVEL90_EXPORT TCalculoCFDI {
 
   /// What the lists hold, as numbers and in their order, while an operation works on them.
   std::array<std::vector<Gravado>, kImpuestos> gravados_;
+  /// The fields of the lines, while their structure stays.
+  std::unique_ptr<CamposBuscados> campos_;
 };
 
 }  // namespace vel

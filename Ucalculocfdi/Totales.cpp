@@ -53,7 +53,7 @@ bool TCalculoCFDI::CamposPartida::SeMuestra() const {
 
 void TCalculoCFDI::RecorrePartidas() {
   InicializaValores();
-  const CamposPartida campos(Partidas, Modulo);
+  const CamposPartida& campos = Campos();
   Partidas.First();
   UnicodeString documento = Partidas.IsEmpty() ? UnicodeString() : (*campos.documento).AsString();
   while (!Partidas.Eof()) {

@@ -1,12 +1,11 @@
 #pragma once
 
-#include <array>
-#include <bit>
 #include <cmath>
 #include <cstddef>
-#include <cstdint>
 
+#include "framework/Pares.h"
 #include "framework/PotenciasDiez.h"
+#include "framework/QuinceDigitos.h"
 
 namespace vel::formula {
 
@@ -17,79 +16,73 @@ bool AcarreaTexto(double resultado, double& acarreado) noexcept;
 
 namespace acarreo {
 
-inline constexpr int kMenorExponente = -24;
-inline constexpr int kMayorExponente = 49;
-
-/// For each binary exponent the decimals k that take 2^exponent to 15 digits: 1E14 <= 2^exponent * 10^k <
-/// 1E15.
-inline constexpr auto kDecimales = [] {
-  std::array<std::uint8_t, kMayorExponente - kMenorExponente + 1> tabla{};
-  for (int e = kMenorExponente; e <= kMayorExponente; ++e) {
-    const double potencia = e < 0 ? 1.0 / static_cast<double>(1LL << -e) : static_cast<double>(1LL << e);
-    std::uint8_t k = 0;
-    while (potencia * diez::kPotencias[k] < 1e14) ++k;
-    tabla[static_cast<std::size_t>(e - kMenorExponente)] = k;
-  }
-  return tabla;
-}();
-
-/// What a * b has more than its rounded product, exactly (T. J. Dekker, "A floating-point technique for
-/// extending the available precision", 1971).
-inline double ErrorProducto(double a, double b, double producto) noexcept {
-  constexpr double kCorte = 134217729;  // 2^27 + 1: parts the 53 bits in two halves.
-  const double a1 = a * kCorte - (a * kCorte - a);
-  const double b1 = b * kCorte - (b * kCorte - b);
-  const double a2 = a - a1;
-  const double b2 = b - b1;
-  return ((a1 * b1 - producto) + a1 * b2 + a2 * b1) + a2 * b2;
-}
+/// How near to a decimal a value is that decimal, as a part of it.
+inline constexpr double kCerca = 3.5e-16;
 
 }  // namespace acarreo
 
-/// AcarreaTexto without making the text where its outcome is known.
+/// Acarrea of the values that it leaves. `potencia` is a power of ten, the one of the caller's last value:
+/// the next mostly has as many digits before the point, so that none is looked for.
+bool AcarreaLargo(double resultado, double& potencia, double& acarreado) noexcept;
+
+/// AcarreaTexto without making the text where its outcome is known: n / 10^k for a whole number n of at most
+/// 15 digits is the double nearest to that decimal, since both are exact, which is what reading its text
+/// gives.
 ///
-/// A whole number below 1E15 has at most 15 digits: its text is exact. Zero of either sign is "0".
-///
-/// Other values: the text holds n * 10^-k, n being the whole number nearest to value * 10^k, of 15 digits.
-/// Both n and 10^k are exact in a double, so n / 10^k is the double nearest to the text, which is what
-/// reading it gives. The product is below 2^50 and rounded once: it lies within 1/16 of the true one, so n is
-/// certain while the product lies within 7/16 of it; nearer to a half, the product's own error decides, and a
-/// true half goes the way of the text. Where rounding takes the product up to 1E15 or down to 1E14, either
-/// count of decimals gives the same value.
-inline bool Acarrea(double resultado, double& acarreado) noexcept {
-  const double magnitud = std::abs(resultado);
-  if (!(magnitud < 1e15)) [[unlikely]]
-    return AcarreaTexto(resultado, acarreado);
-  const auto entero = static_cast<double>(static_cast<std::int64_t>(resultado));
-  if (entero == resultado) {
-    acarreado = entero;
-    return true;
-  }
-  const int exponente = static_cast<int>(std::bit_cast<std::uint64_t>(magnitud) >> 52) - 1023;
-  if (exponente < acarreo::kMenorExponente) [[unlikely]]
-    return AcarreaTexto(resultado, acarreado);
-  std::size_t k = acarreo::kDecimales[static_cast<std::size_t>(exponente - acarreo::kMenorExponente)];
-  double producto = magnitud * diez::kPotencias[k];
-  if (producto >= 1e15) producto = magnitud * diez::kPotencias[--k];
+/// Here amounts: with a = |value| below 1E9, s = a * 10^6 and n the whole number nearest to s, the text is
+/// the decimal n / 10^6 when that lies nearer to the value than half a unit of its 15th digit, which is at
+/// least 0.5e-15 of the value; the product errs by 1.2e-16 of it. Zero of either sign is "0" and goes the
+/// long way.
+inline bool Acarrea(double resultado, double& potencia, double& acarreado) noexcept {
   // Adding 2^52 leaves no bits for a fraction.
   constexpr double kSinFraccion = 4503599627370496.0;
-  double n = (producto + kSinFraccion) - kSinFraccion;
-  const double fraccion = producto - n;
-  if (std::abs(fraccion) >= 0.4375) [[unlikely]] {
-    const double error = acarreo::ErrorProducto(magnitud, diez::kPotencias[k], producto);
-    const double falta = std::copysign(0.5, fraccion) - fraccion;
-    if (error == falta) return AcarreaTexto(resultado, acarreado);
-    if (fraccion > 0 && error > falta) n += 1;
-    if (fraccion < 0 && error < falta) n -= 1;
-  }
-  const double leido = n / diez::kPotencias[k];
+  const double a = std::abs(resultado);
+  const double s = a * 1e6;
+  const double n = (s + kSinFraccion) - kSinFraccion;
+  if (!(s < 1e15 && std::abs(s - n) < acarreo::kCerca * s))
+    return AcarreaLargo(resultado, potencia, acarreado);
+  const double leido = n / 1e6;
   // Amounts nearly always survive; a predicted branch lets the next operation start before the division ends.
-  if (leido == magnitud) [[likely]] {
+  if (leido == a) [[likely]] {
     acarreado = resultado;
   } else {
     acarreado = std::copysign(leido, resultado);
   }
   return true;
+}
+
+/// Acarrea of two values, as above, with any power of ten up to 10^22 in place of 10^6: the greater, the more
+/// decimals they may have, and the smaller they must be. What it gives counts where `hechos` holds.
+inline pares::Par Acarrea(pares::Par resultado, double escala, pares::Mascara& hechos) noexcept {
+  const pares::Par s = resultado * escala;
+  const pares::Par n = pares::Entero(s);
+  const pares::Par a = pares::Abs(s);
+  hechos = pares::De(a < 1e15) & pares::De(pares::Abs(s - n) <= acarreo::kCerca * a);
+  return n / escala;
+}
+
+/// AcarreaLargo of two values, each by its own power of ten; what `hechos` leaves out AcarreaLargo has. The
+/// error of each product always decides (quince::Entero): where only some lanes need it, asking costs more.
+inline pares::Par AcarreaLargo(pares::Par resultado, pares::Mascara& hechos) noexcept {
+  const pares::Par a = pares::Abs(resultado);
+  std::size_t k0 = 0;
+  std::size_t k1 = 0;
+  const bool conDigitos = quince::Decimales(a[0], k0) && quince::Decimales(a[1], k1);
+  const pares::Par potencia{diez::kPotencias[k0], diez::kPotencias[k1]};
+  const pares::Par s = a * potencia;
+  const pares::Par n = pares::Entero(s);
+  const pares::Par error = quince::ErrorProducto(a, potencia, s);
+  const pares::Par arriba = 0.5 - (s - n);
+  const pares::Par abajo = -0.5 - (s - n);
+  const pares::Par m =
+      n + pares::UnoOCero(pares::De(error > arriba)) - pares::UnoOCero(pares::De(error < abajo));
+  hechos = conDigitos ? pares::De(error != arriba) & pares::De(error != abajo) : pares::Mascara{};
+  return pares::ConSignoDe(m / potencia, resultado);
+}
+
+inline bool Acarrea(double resultado, double& acarreado) noexcept {
+  double potencia = 1;
+  return Acarrea(resultado, potencia, acarreado);
 }
 
 }  // namespace vel::formula

@@ -16,19 +16,68 @@ double AcarreaOLanza(double valor) {
 
 }  // namespace
 
+// False when a value does not survive as text: then the walk decides.
+inline bool Evaluador::EjecutaDirecto(double& valor) {
+  double* const casillas = casillas_.data();
+  for (DeEnlace& e : deEnlace_) {
+    if (!Acarrea(e.enlazada->valor, e.potencia, casillas[e.casilla])) return false;
+  }
+  Instruccion* const programa = programa_.data();
+  const std::uint32_t raiz = arbol_->Raiz();
+  for (std::uint32_t i = 0; i < raiz; ++i) {
+    Instruccion& in = programa[i];
+    const double a = casillas[in.izquierdo];
+    const double b = casillas[in.derecho];
+    double resultado = 0;
+    switch (in.operacion) {
+      case Operacion::entre:
+        resultado = a / b;
+        break;
+      case Operacion::por:
+        resultado = a * b;
+        break;
+      case Operacion::menos:
+        resultado = a - b;
+        break;
+      case Operacion::mas:
+        resultado = a + b;
+        break;
+      case Operacion::compara:
+        casillas[i] = Aplica(in.operador, a, b);
+        continue;
+      case Operacion::llama:
+        resultado = Llama(in);
+        break;
+    }
+    if (!Acarrea(resultado, in.potencia, casillas[i])) return false;
+  }
+  const Instruccion& ultima = programa[raiz];
+  valor = Aplica(ultima.operador, casillas[ultima.izquierdo], casillas[ultima.derecho]);
+  return true;
+}
+
 double Evaluador::Ejecuta() {
-  if (versionArbol_ != arbol_->Version() || versionVariables_ != variables_.Version() ||
+  if (!preparado_ || version_ != Version()) Actualiza();
+  double valor = 0;
+  if (directo_ && EjecutaDirecto(valor)) return valor;
+  if (arbol_->Raiz() == kNinguno) throw EInvalidOperation(u"No hay fórmula que evaluar");
+  return Evalua(arbol_->Raiz());
+}
+
+void Evaluador::Actualiza() {
+  directo_ = false;
+  if (arbol_->Raiz() == kNinguno) return;
+  if (!preparado_ || versionArbol_ != arbol_->Version() || versionVariables_ != variables_.Version() ||
       versionEnlazadas_ != enlazadas_.Version()) {
-    directo_ = Prepara();
+    preparado_ = false;
+    enOrden_ = Prepara();
+    preparado_ = true;
     versionArbol_ = arbol_->Version();
     versionVariables_ = variables_.Version();
     versionEnlazadas_ = enlazadas_.Version();
-    numericas_ = LeeVariables();
-  } else if (versionValores_ != variables_.VersionValores()) {
-    numericas_ = LeeVariables();
   }
-  double valor = 0;
-  return directo_ && numericas_ && EjecutaDirecto(valor) ? valor : Evalua(arbol_->Raiz());
+  directo_ = enOrden_ && LeeVariables();
+  version_ = Version();
 }
 
 // Makes the program. False when a step cannot be run in its turn.
@@ -43,17 +92,20 @@ bool Evaluador::Prepara() {
   for (std::uint32_t i = 0; i <= raiz; ++i) {
     const Paso& p = arbol_->Pasos()[i];
     Instruccion& in = programa_[i];
-    in.operador = p.operador;
-    in.funcion = p.funcion;
     if (!p.esLlamada) {
+      in.operacion = OperacionDe(p.operador);
+      in.operador = p.operador;
       in.izquierdo = Casilla(operandos[p.primero], i);
       in.derecho = Casilla(operandos[p.primero + 1], i);
       if (in.izquierdo == kNinguno || in.derecho == kNinguno || p.operador == Operador::igual) return false;
       continue;
     }
     if (p.funcion == nullptr || p.cuenta < p.funcion->argumentos) return false;
-    in.izquierdo = static_cast<std::uint32_t>(lugares_.size());
-    in.derecho = p.cuenta;
+    in.operacion = Operacion::llama;
+    in.izquierdo = in.derecho = 0;
+    in.primero = static_cast<std::uint32_t>(lugares_.size());
+    in.cuenta = p.cuenta;
+    in.funcion = p.funcion;
     for (std::uint32_t j = p.primero; j < p.primero + p.cuenta; ++j) {
       lugares_.push_back(Casilla(operandos[j], i));
       if (lugares_.back() == kNinguno) return false;
@@ -61,6 +113,21 @@ bool Evaluador::Prepara() {
     if (argumentos_.size() < p.cuenta) argumentos_.resize(p.cuenta);
   }
   return true;
+}
+
+Evaluador::Operacion Evaluador::OperacionDe(Operador operador) noexcept {
+  switch (operador) {
+    case Operador::entre:
+      return Operacion::entre;
+    case Operador::por:
+      return Operacion::por;
+    case Operador::menos:
+      return Operacion::menos;
+    case Operador::mas:
+      return Operacion::mas;
+    default:
+      return Operacion::compara;
+  }
 }
 
 // The place where the operand's value stands when the step's turn comes; kNinguno when it has none by then.
@@ -116,7 +183,6 @@ Evaluador::Enlace Evaluador::Enlaza(const Operando& operando) const {
 
 // Takes the values of the list's variables. False when one that the program reads is no number.
 bool Evaluador::LeeVariables() {
-  versionValores_ = variables_.VersionValores();
   bool numericas = true;
   for (const DeLista& v : deLista_) {
     casillas_[v.casilla] = variables_[v.lugar].numero;
@@ -125,27 +191,11 @@ bool Evaluador::LeeVariables() {
   return numericas;
 }
 
-// False when a value does not survive as text: then the walk decides.
-bool Evaluador::EjecutaDirecto(double& valor) {
-  double* const casillas = casillas_.data();
-  for (const DeEnlace& e : deEnlace_) {
-    if (!Acarrea(e.enlazada->valor, casillas[e.casilla])) return false;
+double Evaluador::Llama(const Instruccion& llamada) {
+  for (std::uint32_t j = 0; j < llamada.cuenta; ++j) {
+    argumentos_[j] = casillas_[lugares_[llamada.primero + j]];
   }
-  const Instruccion* const programa = programa_.data();
-  const std::uint32_t raiz = arbol_->Raiz();
-  for (std::uint32_t i = 0; i < raiz; ++i) {
-    if (!Acarrea(Aplica(programa[i]), casillas[i])) return false;
-  }
-  valor = Aplica(programa[raiz]);
-  return true;
-}
-
-inline double Evaluador::Aplica(const Instruccion& in) {
-  if (in.funcion == nullptr) {
-    return formula::Aplica(in.operador, casillas_[in.izquierdo], casillas_[in.derecho]);
-  }
-  for (std::uint32_t j = 0; j < in.derecho; ++j) argumentos_[j] = casillas_[lugares_[in.izquierdo + j]];
-  return in.funcion->valor({argumentos_.data(), in.derecho});
+  return llamada.funcion->valor({argumentos_.data(), llamada.cuenta});
 }
 
 // The walk by definition, from the step down, with a stack of its own. A step is resolved once, however often
@@ -184,7 +234,7 @@ double Evaluador::Resuelve(std::uint32_t paso) {
   const Paso& p = arbol_->Pasos()[paso];
   if (argumentos_.size() < p.cuenta) argumentos_.resize(p.cuenta);
   for (std::uint32_t j = 0; j < p.cuenta; ++j) argumentos_[j] = Convierte(arbol_->Operandos()[p.primero + j]);
-  if (p.esLlamada) return Llama(*p.funcion, {argumentos_.data(), p.cuenta});
+  if (p.esLlamada) return formula::Llama(*p.funcion, {argumentos_.data(), p.cuenta});
   if (p.operador == Operador::igual) LanzaOperadorDesconocido();
   return formula::Aplica(p.operador, argumentos_[0], argumentos_[1]);
 }

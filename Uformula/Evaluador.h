@@ -1,9 +1,12 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "Uformula/Arbol.h"
+#include "Uformula/TFormula.h"
 #include "Uformula/Variables.h"
 
 namespace vel::formula {
@@ -23,11 +26,18 @@ class Evaluador {
   /// Goes over to another tree.
   void Usa(const Arbol& arbol) noexcept {
     arbol_ = &arbol;
-    versionArbol_ = 0;  // No tree that was ever built has it.
+    preparado_ = false;
   }
 
-  /// Value of the root, which must be there.
+  /// Value of the root; EInvalidOperation when there is none.
   double Ejecuta();
+  /// The root's value for each row of the columns, as Ejecuta gives it with their values assigned, which none
+  /// of the variables keeps. Every column belongs to another variable and is as long as `salida`.
+  struct Columna {
+    Enlazada* variable;
+    const double* valores;
+  };
+  std::vector<TFallaRenglon> Ejecuta(std::span<const Columna> columnas, std::span<double> salida);
   /// Value of any step.
   double Evalua(std::uint32_t paso);
 
@@ -40,14 +50,22 @@ class Evaluador {
     std::uint32_t lugar = 0;
     const Enlazada* enlazada = nullptr;
   };
+  /// What a step of the program does; each comparison gives 1 or 0, which needs no carrying.
+  enum class Operacion : std::uint8_t { entre, por, menos, mas, compara, llama };
   /// A step of the program. Its value goes to the place of its own number.
   struct Instruccion {
-    /// Of a call; null for a node.
-    const FuncionInterna* funcion = nullptr;
-    /// Places of a node's operands; of a call, where its arguments' places begin, and how many they are.
+    Operacion operacion = Operacion::compara;
+    Operador operador = Operador::igual;
+    /// Places of a node's operands.
     std::uint32_t izquierdo = 0;
     std::uint32_t derecho = 0;
-    Operador operador = Operador::igual;
+    /// Of a call: where its arguments' places begin, and how many they are.
+    std::uint32_t primero = 0;
+    std::uint32_t cuenta = 0;
+    const FuncionInterna* funcion = nullptr;
+    /// Of the last value, and of the last block of values (Acarrea).
+    double potencia = 1;
+    double escala = 1e6;
   };
   /// A variable of the list, or a bound one, and the place that the program reads it from.
   struct DeLista {
@@ -57,12 +75,18 @@ class Evaluador {
   struct DeEnlace {
     const Enlazada* enlazada;
     std::uint32_t casilla;
+    double potencia = 1;
   };
   struct Marco {
     std::uint32_t paso;
     std::uint32_t resueltos = 0;
   };
 
+  /// Grows whenever the tree or a variable of the list changes, or a bound one is made.
+  std::uint64_t Version() const noexcept {
+    return arbol_->Version() + variables_.Version() + variables_.VersionValores() + enlazadas_.Version();
+  }
+  void Actualiza();
   bool Prepara();
   std::uint32_t Casilla(const Operando& operando, std::uint32_t paso);
   std::uint32_t CasillaDe(Enlazada& enlazada);
@@ -70,7 +94,10 @@ class Evaluador {
   Enlace Enlaza(const Operando& operando) const;
   bool LeeVariables();
   bool EjecutaDirecto(double& valor);
-  double Aplica(const Instruccion& instruccion);
+  // PorColumnas.cpp
+  class Bloque;
+  static Operacion OperacionDe(Operador operador) noexcept;
+  double Llama(const Instruccion& llamada);
   double Resuelve(std::uint32_t paso);
   double Convierte(const Operando& operando) const;
 
@@ -80,11 +107,13 @@ class Evaluador {
   std::uint64_t versionArbol_ = 0;
   std::uint64_t versionVariables_ = 0;
   std::uint64_t versionEnlazadas_ = 0;
-  std::uint64_t versionValores_ = 0;
+  std::uint64_t version_ = 0;
 
-  /// Whether the steps up to the root can be run in their order, and the list's variables are numbers.
+  /// Whether the program is that of this tree.
+  bool preparado_ = false;
+  /// Whether the steps up to the root can be run in their order, and the list's variables are numbers too.
+  bool enOrden_ = false;
   bool directo_ = false;
-  bool numericas_ = false;
   /// One for each step up to the root.
   std::vector<Instruccion> programa_;
   /// The places: values of the steps up to the root, then what they read besides.

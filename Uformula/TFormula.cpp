@@ -89,9 +89,25 @@ TVariableEnlazada TFormula::EnlazaVariable(std::u16string_view nombre) {
   return TVariableEnlazada(&interior_->enlazadas.Enlaza(nombre).valor);
 }
 
-double TFormula::Execute() {
-  if (interior_->arbol->Raiz() == formula::kNinguno) throw EInvalidOperation(u"No hay fórmula que evaluar");
-  return interior_->evaluador.Ejecuta();
+double TFormula::Execute() { return interior_->evaluador.Ejecuta(); }
+
+std::vector<TFallaRenglon> TFormula::Ejecuta(std::span<const TColumnaFormula> columnas,
+                                             std::span<double> salida) {
+  std::vector<formula::Evaluador::Columna> propias;
+  for (const TColumnaFormula& c : columnas) {
+    const auto falla = [&propias](std::u16string_view que) {
+      throw EInvalidOperation(u"La columna " + IntToStr(static_cast<std::int64_t>(propias.size()) + 1) +
+                              u" de la fórmula " + UnicodeString(que));
+    };
+    formula::Enlazada* const variable = interior_->enlazadas.De(c.Variable.valor_);
+    if (variable == nullptr) falla(u"no es de una variable suya");
+    if (c.Valores.size() != salida.size()) falla(u"no tiene tantos valores como la salida");
+    for (const auto& otra : propias) {
+      if (otra.variable == variable) falla(u"es de una variable que ya tiene otra");
+    }
+    propias.push_back({variable, c.Valores.data()});
+  }
+  return interior_->evaluador.Ejecuta(propias, salida);
 }
 
 bool TFormula::EsOperador(std::u16string_view texto) noexcept {

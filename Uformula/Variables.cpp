@@ -1,5 +1,6 @@
 #include "Uformula/Variables.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstring>
 #include <utility>
@@ -137,6 +138,12 @@ Enlazada& Enlazadas::Enlaza(std::u16string_view nombre) {
 
 Enlazada* Enlazadas::Busca(std::u16string_view nombre) noexcept {
   const auto it = enlazadas_.find(nombre);
+  return it == enlazadas_.end() ? nullptr : &it->second;
+}
+
+Enlazada* Enlazadas::De(const double* valor) noexcept {
+  const auto it = std::find_if(enlazadas_.begin(), enlazadas_.end(),
+                               [valor](const auto& e) { return &e.second.valor == valor; });
   return it == enlazadas_.end() ? nullptr : &it->second;
 }
 

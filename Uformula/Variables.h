@@ -87,6 +87,8 @@ class Enlazadas {
   Enlazada& Enlaza(std::u16string_view nombre);
   /// Null when no variable of that name is bound.
   Enlazada* Busca(std::u16string_view nombre) noexcept;
+  /// The variable whose value stands there; null when none of these does.
+  Enlazada* De(const double* valor) noexcept;
 
   bool Hay() const noexcept { return !enlazadas_.empty(); }
   /// Changes whenever a variable is made.

@@ -1,10 +1,13 @@
 // Formulas that our evaluator, muParser and FParser take with the same meaning: building and evaluating a
 // formula, evaluating a built one, and the scale of building.
+#include <bit>
 #include <cmath>
 #include <cstdint>
 #include <fparser.hh>
 #include <memory>
 #include <muParser.h>
+#include <omp.h>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -91,6 +94,11 @@ struct Banco {
     }
     propia.SetVariables(listas[0]);
     propia.NewFormula(texto);
+    for (const std::size_t i : usadas) {
+      enlaces.push_back(enlazada.EnlazaVariable(vel::UTF8ToString(kDatos[i].nombre)));
+    }
+    Asigna(0);
+    enlazada.NewFormula(texto);
     mu.SetExpr(f.Mu());
     fp.Parse(f.Fp(), nombres);
     for (const int juego : {1, 0}) {
@@ -98,7 +106,12 @@ struct Banco {
       propia.SetVariables(listas[juego]);
       const double v = propia.Execute();
       medicion::Exige(Cerca(v, mu.Eval()) && Cerca(v, fp.Eval(valores)), f.propia);
+      Asigna(juego);
+      medicion::Exige(v == enlazada.Execute(), f.propia);
     }
+  }
+  void Asigna(int juego) {
+    for (std::size_t j = 0; j < usadas.size(); ++j) enlaces[j].Asigna(Valor(usadas[j], juego));
   }
   static double Valor(std::size_t i, int juego) {
     return juego == 0 ? kDatos[i].valor : kDatos[i].valor * 1.5;
@@ -111,8 +124,69 @@ struct Banco {
   std::vector<std::size_t> usadas;
   vel::TStringList listas[2];
   vel::TFormula propia;
+  vel::TFormula enlazada;
+  std::vector<vel::TVariableEnlazada> enlaces;
   mu::Parser mu;
   FunctionParser fp;
+};
+
+// The formulas over columns of amounts, against the peer's own form for many rows, on one thread. The rows
+// are the same for all formulas.
+class PorColumnas {
+ public:
+  explicit PorColumnas(std::size_t renglones) : salida_(renglones) {
+    std::mt19937 azar(3);
+    for (std::size_t i = 0; i < kCuenta; ++i) {
+      for (std::size_t r = 0; r < renglones; ++r) {
+        const double factor = 0.5 + static_cast<double>(azar() % 10'000) / 10'000;
+        columnas_[i].push_back(std::round(kDatos[i].valor * factor * 1e4) / 1e4);
+      }
+    }
+    for (const Formula& f : kFormulas) {
+      formulas_.push_back(std::make_unique<Una>());
+      Una& una = *formulas_.back();
+      for (std::size_t i = 0; i < kCuenta; ++i) {
+        una.mu.DefineVar(kDatos[i].nombre, columnas_[i].data());
+        if (std::string(f.propia).find(kDatos[i].nombre) == std::string::npos) continue;
+        una.columnas.push_back(
+            {una.propia.EnlazaVariable(vel::UTF8ToString(kDatos[i].nombre)), columnas_[i]});
+        una.columnas.back().Variable.Asigna(kDatos[i].valor);
+      }
+      una.propia.NewFormula(vel::UTF8ToString(f.propia));
+      una.mu.SetExpr(f.Mu());
+      Compara(una, f.propia);
+    }
+  }
+  void Propio() {
+    for (const auto& f : formulas_) f->propia.Ejecuta(f->columnas, salida_);
+  }
+  void Mu() {
+    for (const auto& f : formulas_) f->mu.Eval(salida_.data(), static_cast<int>(salida_.size()));
+  }
+  double Unidades() const { return static_cast<double>(formulas_.size() * salida_.size()); }
+
+ private:
+  struct Una {
+    vel::TFormula propia;
+    std::vector<vel::TColumnaFormula> columnas;
+    mu::Parser mu;
+  };
+
+  void Compara(Una& una, const char* texto) {
+    std::vector<double> suya(salida_.size());
+    una.mu.Eval(suya.data(), static_cast<int>(suya.size()));
+    medicion::Exige(una.propia.Ejecuta(una.columnas, salida_).empty(), texto);
+    for (std::size_t r = 0; r < salida_.size(); ++r) {
+      for (vel::TColumnaFormula& c : una.columnas) c.Variable.Asigna(c.Valores[r]);
+      const bool mismos =
+          std::bit_cast<std::uint64_t>(salida_[r]) == std::bit_cast<std::uint64_t>(una.propia.Execute());
+      medicion::Exige(mismos && Cerca(salida_[r], suya[r]), texto);
+    }
+  }
+
+  std::vector<double> columnas_[kCuenta];
+  std::vector<double> salida_;
+  std::vector<std::unique_ptr<Una>> formulas_;
 };
 
 // Building with every variable known, on one object of each side, as a program that reads formulas would.
@@ -158,6 +232,7 @@ std::function<void()> Construye(vel::UnicodeString texto) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  omp_set_num_threads(1);
   std::vector<std::unique_ptr<Banco>> bancos;
   for (const Formula& f : kFormulas) bancos.push_back(std::make_unique<Banco>(f));
   Lectores lectores(bancos);
@@ -173,6 +248,13 @@ int main(int argc, char** argv) {
     juego = 1 - juego;
     for (const auto& b : bancos) b->propia.SetVariables(b->listas[juego]);
   };
+  const auto asigna = [&] {
+    juego = 1 - juego;
+    for (const auto& b : bancos) b->Asigna(juego);
+  };
+  const auto ejecutaEnlazada = [&] {
+    for (const auto& b : bancos) suma += b->enlazada.Execute();
+  };
   // Its variables are read through pointers, so that changing them is a plain assignment.
   const auto ponMu = [&] {
     juego = 1 - juego;
@@ -184,6 +266,9 @@ int main(int argc, char** argv) {
     for (const auto& b : bancos) suma += b->mu.Eval();
   };
 
+  PorColumnas mil(1'000);
+  PorColumnas millon(1'000'000);
+
   return medicion::Ejecuta(
       argc, argv,
       {
@@ -192,7 +277,13 @@ int main(int argc, char** argv) {
           {"Execute | Eval", ejecuta, evaluaMu, 3, "muParser", cuenta},
           {"SetVariables + Execute | assign + Eval", [&] { pon(), ejecuta(); }, [&] { ponMu(), evaluaMu(); },
            0, "muParser", cuenta},
-          // The row above less this one is Execute with changed variables.
+          {"bound assign + Execute | assign + Eval", [&] { asigna(), ejecutaEnlazada(); },
+           [&] { ponMu(), evaluaMu(); }, 1.2, "muParser", cuenta},
+          {"Ejecuta, 1,000 rows | Eval, bulk", [&] { mil.Propio(); }, [&] { mil.Mu(); }, 1, "muParser",
+           mil.Unidades()},
+          {"Ejecuta, 1,000,000 rows | Eval, bulk", [&] { millon.Propio(); }, [&] { millon.Mu(); }, 1,
+           "muParser", millon.Unidades()},
+          // SetVariables + Execute less this one is Execute with changed variables.
           {"SetVariables | assign", pon, ponMu, 0, "muParser", cuenta},
       },
       {

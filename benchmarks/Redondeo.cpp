@@ -10,6 +10,7 @@
 #include <cstring>
 #include <limits>
 #include <random>
+#include <span>
 #include <vector>
 
 #include "benchmarks/Medicion.h"
@@ -104,6 +105,34 @@ int main(int argc, char** argv) {
     };
   };
   const auto unidades = static_cast<double>(valores.size());
+  // Amounts, and the whole mixture; half of each at six decimals and half at two, as above.
+  std::vector<double> montos;
+  for (std::size_t i = 0; i < valores.size(); ++i) montos.push_back(generador.Valor(4));
+  std::vector<double> salida(valores.size());
+  const auto columna = [&salida, &suma](const std::vector<double>& todos) {
+    return [&] {
+      const std::span<const double> desde(todos);
+      const std::size_t mitad = desde.size() / 2;
+      vel::g_redoTo(desde.first(mitad), 6, std::span(salida).first(mitad));
+      vel::g_redoTo(desde.subspan(mitad), 2, std::span(salida).subspan(mitad));
+      suma += salida.back();
+    };
+  };
+  const auto unoPorUno = [&salida, &suma](const std::vector<double>& todos) {
+    return [&] {
+      const std::size_t mitad = todos.size() / 2;
+      for (std::size_t i = 0; i < mitad; ++i) salida[i] = vel::g_redoTo(todos[i], 6);
+      for (std::size_t i = mitad; i < todos.size(); ++i) salida[i] = vel::g_redoTo(todos[i], 2);
+      suma += salida.back();
+    };
+  };
+  for (const auto* todos : {&montos, &valores}) {
+    columna (*todos)();
+    const std::vector<double> porColumna = salida;
+    unoPorUno (*todos)();
+    medicion::Exige(std::memcmp(porColumna.data(), salida.data(), salida.size() * sizeof(double)) == 0,
+                    "g_redoTo of a column");
+  }
   const int codigo = medicion::Ejecuta(
       argc, argv,
       {{.nombre = "g_redoTo",
@@ -111,6 +140,18 @@ int main(int argc, char** argv) {
         .par = corre([](double v, int n) { return PorTextoConPotencia(v, n, n == 6 ? 1e-6 : 1e-2); }),
         .limite = 1.0 / 12,
         .nombrePar = "snprintf/strtod",
+        .unidades = unidades},
+       {.nombre = "g_redoTo, column of amounts",
+        .propio = columna(montos),
+        .par = unoPorUno(montos),
+        .limite = 0.25,
+        .nombrePar = "single calls",
+        .unidades = unidades},
+       {.nombre = "g_redoTo, column of all kinds",
+        .propio = columna(valores),
+        .par = unoPorUno(valores),
+        .limite = 0.25,
+        .nombrePar = "single calls",
         .unidades = unidades}});
   std::printf("(sum %g)\n", suma);
   return codigo;

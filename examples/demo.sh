@@ -25,3 +25,11 @@ title 'Empresas del catálogo'
 "$programs/empresas" "$data"
 title 'Rangos de fechas'
 "$programs/rangos" "$data"
+
+# The command-line program stands beside the examples.
+utilvel=$programs/../tools/utilvel/utilvel
+title 'utilvel: el margen de cada venta de un CSV'
+# A row without its cost has no value: the program says so and ends with 5.
+"$utilvel" formula '(VENTA-COSTO)/VENTA*100' --csv "$data/ventas.csv" || [ $? -eq 5 ]
+title 'utilvel: el sello de arriba'
+printf 'Sello de año 1\n' | "$utilvel" certificado "$seal/sello.cer" --llave "$seal/sello.key"

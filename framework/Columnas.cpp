@@ -131,20 +131,33 @@ void Columna::Trae(std::size_t registro, Columna& guardado) noexcept {
 void Columna::AgregaCopias(const Columna& otra, std::size_t cuenta) {
   // Room first: the other column may be this one, whose values must not move while they are read.
   const auto copia = [cuenta](auto& hacia, const auto& desde) {
-    if (desde.empty()) return;
     HazLugar(hacia, cuenta);
+    if (&hacia != &desde) {
+      hacia.insert(hacia.end(), desde.begin(), desde.begin() + static_cast<std::ptrdiff_t>(cuenta));
+      return;
+    }
     for (std::size_t i = 0; i < cuenta; ++i) hacia.push_back(desde[i]);
   };
-  copia(enteros, otra.enteros);
-  copia(reales, otra.reales);
-  copia(textos, otra.textos);
-  if (clase == Clase::Anidado) {
-    HazLugar(anidados, cuenta);
-    for (std::size_t i = 0; i < cuenta; ++i) {
-      auto copiado = otra.anidados[i] == nullptr ? nullptr : std::make_unique<TClientDataSet>();
-      if (copiado != nullptr) copiado->AssignData(*otra.anidados[i]);
-      anidados.push_back(std::move(copiado));
-    }
+  switch (clase) {
+    case Clase::Entero:
+    case Clase::Booleano:
+      copia(enteros, otra.enteros);
+      break;
+    case Clase::Real:
+    case Clase::Fecha:
+      copia(reales, otra.reales);
+      break;
+    case Clase::Texto:
+      copia(textos, otra.textos);
+      break;
+    case Clase::Anidado:
+      HazLugar(anidados, cuenta);
+      for (std::size_t i = 0; i < cuenta; ++i) {
+        auto copiado = otra.anidados[i] == nullptr ? nullptr : std::make_unique<TClientDataSet>();
+        if (copiado != nullptr) copiado->AssignData(*otra.anidados[i]);
+        anidados.push_back(std::move(copiado));
+      }
+      break;
   }
   copia(conValor, otra.conValor);
 }

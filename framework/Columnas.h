@@ -81,6 +81,9 @@ struct Resto {
 struct Estado {
   enum class Modo : std::uint8_t { Lectura, Edicion, Alta };
 
+  /// Another one for each structure: who keeps a copy can tell whether the fields are still those it looked
+  /// up.
+  std::shared_ptr<const void> estructura = std::make_shared<char>();
   std::vector<TFieldDef> defs;
   std::vector<std::unique_ptr<TField>> campos;
   /// Indexes of `campos` in the order of their names.

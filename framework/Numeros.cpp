@@ -10,6 +10,7 @@
 
 #include "framework/Excepciones.h"
 #include "framework/PotenciasDiez.h"
+#include "framework/QuinceDigitos.h"
 
 namespace vel {
 namespace {
@@ -102,17 +103,18 @@ bool Desborda(std::string_view numero) noexcept {
 // Reads what most texts are: up to 15 digits, a point among them perhaps, a "-" before. Such a number is a
 // whole number over a power of ten, both exact in a double, so one division rounds it correctly. False for
 // any other text, number or not.
-bool LeeCorto(std::u16string_view texto, double& valor) noexcept {
-  const bool negativo = !texto.empty() && texto.front() == u'-';
+template <typename Letra>
+bool LeeCorto(std::basic_string_view<Letra> texto, double& valor) noexcept {
+  const bool negativo = !texto.empty() && texto.front() == Letra{'-'};
   if (negativo) texto.remove_prefix(1);
   if (texto.empty() || texto.size() > kDigitos) return false;
   std::int64_t entero = 0;
   std::size_t punto = texto.size();
   for (std::size_t i = 0; i < texto.size(); ++i) {
-    const char16_t c = texto[i];
-    if (c >= u'0' && c <= u'9') {
-      entero = entero * 10 + (c - u'0');
-    } else if (c == u'.' && punto == texto.size() && texto.size() > 1) {
+    const Letra c = texto[i];
+    if (c >= Letra{'0'} && c <= Letra{'9'}) {
+      entero = entero * 10 + (c - Letra{'0'});
+    } else if (c == Letra{'.'} && punto == texto.size() && texto.size() > 1) {
       punto = i;
     } else {
       return false;
@@ -122,6 +124,34 @@ bool LeeCorto(std::u16string_view texto, double& valor) noexcept {
   const double leido =
       punto == texto.size() ? magnitud : magnitud / diez::kPotencias[texto.size() - 1 - punto];
   valor = negativo ? -leido : leido;
+  return true;
+}
+
+// Half a unit of the 15th digit is at least 0.5e-15 of a value, and its product with a power of ten errs by
+// 1.2e-16 of it.
+constexpr double kCerca = 3.5e-16;
+
+// The text of a positive amount: below 1e9 and, to 15 digits, of at most six decimals. With s = valor * 10^6
+// and m the whole number nearest to s, the text is the decimal m / 10^6 when that, of at most 15 digits, lies
+// nearer to the value than half a unit of its 15th digit. False for any other value, and for those with an
+// exponent.
+bool PonMonto(double valor, char*& p) noexcept {
+  constexpr std::int64_t kMillon = 1'000'000;
+  if (!(valor < 1e9)) return false;
+  const double s = valor * 1e6;
+  // The comparison refuses an m that is not the nearest.
+  // NOLINTNEXTLINE(bugprone-incorrect-roundings)
+  const auto m = static_cast<std::int64_t>(s + 0.5);
+  if (m < 100 || std::abs(s - static_cast<double>(m)) > kCerca * s) return false;
+  p = std::to_chars(p, p + kDigitos, m / kMillon).ptr;
+  std::int64_t decimales = m % kMillon;
+  if (decimales == 0) return true;
+  *p = '.';
+  constexpr std::size_t kCuantos = 6;
+  for (std::size_t i = kCuantos; i > 0; --i, decimales /= 10) p[i] = static_cast<char>('0' + decimales % 10);
+  p += kCuantos;
+  while (*p == '0') --p;
+  ++p;
   return true;
 }
 
@@ -144,6 +174,7 @@ std::size_t FloatToChars(double valor, std::span<char, kMaxFloatText> salida) no
     pon("INF");
     return largo();
   }
+  if (PonMonto(std::abs(valor), p)) return largo();
   const Decimal d = ADecimal(std::abs(valor));
   const std::string_view digitos(d.digitos.data(), static_cast<std::size_t>(d.cuenta));
   if (d.exponente < -4 || d.exponente >= kDigitos) {
@@ -176,9 +207,10 @@ UnicodeString FloatToStr(double valor) {
   return Ensancha({buf.data(), FloatToChars(valor, buf)});
 }
 
-// Amounts seldom need the text. With a = |valor|, s = a * 10^6 and m the whole number nearest to s: the text
-// is the decimal m / 10^6 when that has at most 15 digits and lies nearer to the value than half a unit of
-// its 15th digit; the double nearest to it is m / 10^6, correctly rounded since both operands are exact.
+// The text is seldom needed. With a = |valor|, s = a * 10^6 and m the whole number nearest to s: the text is
+// the decimal m / 10^6 when that has at most 15 digits and lies nearer to the value than half a unit of its
+// 15th digit; the double nearest to it is m / 10^6, correctly rounded since both operands are exact. Other
+// values have 15 digits (QuinceDigitos.h), and the same holds for them.
 double RoundToText(double valor) noexcept {
   constexpr double kMillon = 1e6;
   const double a = std::abs(valor);
@@ -187,8 +219,12 @@ double RoundToText(double valor) noexcept {
     // The comparison refuses an m that is not the nearest.
     // NOLINTNEXTLINE(bugprone-incorrect-roundings)
     const auto m = static_cast<double>(static_cast<long long>(s + 0.5));
-    // Half a unit of the 15th digit is at least 0.5e-15 of the value; the product errs by 1.2e-16 of it.
-    if (std::abs(s - m) <= 3.5e-16 * s) return std::copysign(m / kMillon, m == 0 ? 1.0 : valor);
+    if (std::abs(s - m) <= kCerca * s) return std::copysign(m / kMillon, m == 0 ? 1.0 : valor);
+  }
+  std::size_t k = 0;
+  double n = 0;
+  if (quince::Decimales(a, k) && quince::Entero(a, diez::kPotencias[k], n)) {
+    return std::copysign(n / diez::kPotencias[k], valor);
   }
   std::array<char, kMaxFloatText> buf;
   double leido = valor;
@@ -197,6 +233,7 @@ double RoundToText(double valor) noexcept {
 }
 
 bool TryStrToFloat(std::string_view texto, double& valor) noexcept {
+  if (LeeCorto(texto, valor)) return true;
   const auto blanco = [](char c) { return c >= '\0' && c <= ' '; };
   while (!texto.empty() && blanco(texto.front())) texto.remove_prefix(1);
   while (!texto.empty() && blanco(texto.back())) texto.remove_suffix(1);

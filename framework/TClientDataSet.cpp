@@ -269,9 +269,15 @@ void TClientDataSet::AppendData(const TClientDataSet& otro) {
     return;
   }
   std::vector<Columna*> hacia;
+  hacia.reserve(otro.FieldCount());
   for (const TFieldDef& def : otro.FieldDefs()) {
-    FieldByName(def.Name);
-    hacia.push_back(&estado_->ColumnaDe(static_cast<std::size_t>(estado_->Busca(def.Name))));
+    // Mostly both have the same fields.
+    std::size_t campo = hacia.size();
+    if (campo >= estado_->defs.size() || estado_->defs[campo].Name != def.Name) {
+      FieldByName(def.Name);
+      campo = static_cast<std::size_t>(estado_->Busca(def.Name));
+    }
+    hacia.push_back(&estado_->ColumnaDe(campo));
   }
   estado_->ExigeCompleto();
   const std::size_t antes = estado_->registros;
@@ -295,7 +301,12 @@ void TClientDataSet::AppendData(const TClientDataSet& otro) {
         }
       }
     }
-    estado_->Dimensiona(antes + cuenta);
+    // The fields that the other has not are null.
+    if (hacia.size() < estado_->campos.size()) {
+      estado_->Dimensiona(antes + cuenta);
+    } else {
+      estado_->registros = antes + cuenta;
+    }
   } catch (...) {
     estado_->Dimensiona(antes);
     throw;

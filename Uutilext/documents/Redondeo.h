@@ -1,5 +1,7 @@
 #pragma once
 
+#include <span>
+
 #include "utilvel90_export.h"
 
 namespace vel {
@@ -41,5 +43,10 @@ UTILVEL90_EXPORT double Redondea4(double valor) noexcept;
 ///
 ///     g_redoTo(1.235, 2) == 1.24    g_redoTo(-1.235, 2) == -1.24    g_redoTo(1.5, 0) == 1.5
 UTILVEL90_EXPORT double g_redoTo(double valor, int decimales);
+
+/// g_redoTo of every value of a column, the same bits in less time: `salida[i]` is that of `valores[i]`. Both
+/// are as long, else EInvalidOperation; they may be the same memory, but not overlap otherwise. Whatever is
+/// raised leaves `salida` as it was.
+UTILVEL90_EXPORT void g_redoTo(std::span<const double> valores, int decimales, std::span<double> salida);
 
 }  // namespace vel

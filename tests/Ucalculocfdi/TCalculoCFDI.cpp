@@ -57,6 +57,31 @@ TEST(Totales, AddToTheListsOfTheCalculationBefore) {
   EXPECT_EQ(calculo.Subtotal, 160);
 }
 
+// Fields are looked up again when the lines have others, or others are asked for.
+TEST(Totales, GoFromOneDocumentToTheNextInOneObject) {
+  Calculo calculo({Iva(16, 100)});
+  const auto totales = [&calculo] {
+    for (TStringList& lista : calculo.ListaImpuesto) lista.Clear();
+    calculo.CalculaTotales();
+    return UTF8Encode(FloatToStr(calculo.Subtotal) + u" " + FloatToStr(calculo.TotalImpuesto[0]));
+  };
+  EXPECT_EQ(totales(), "100 16");
+  calculo.Partidas.EmptyDataSet();
+  calculo.SetPartidas(Lineas({Iva(8, 10)}));
+  EXPECT_EQ(totales(), "10 0.8");
+  calculo.Modulo = ENUM_MODULO::MODULO_COMPRAS;
+  EXPECT_EQ(totales(), "10 3.2") << "on the cost";
+  calculo.Partidas = Lineas({Mas(Iva(50, 20), {{u"ANTES", Variant(7.0)}, {u"COST", Variant(30.0)}})});
+  EXPECT_EQ(totales(), "20 15");
+  calculo.Partidas.Close();
+  calculo.SetPartidas(Lineas({Iva(16, 5)}, u"IMP1APLA"));
+  EXPECT_EQ(totales(), "5 0");
+  // Lines of fewer fields add to those that stand.
+  calculo.Partidas = Lineas({Iva(16, 5)});
+  calculo.SetPartidas(Lineas({Iva(16, 3)}, u"IMP1APLA"));
+  EXPECT_EQ(totales(), "8 12.8") << "a null code is 0";
+}
+
 TEST(Totales, WorkOnTheListsThatCallersHold) {
   Calculo calculo({Iva(16, 100), Iva(8, 10)});
   calculo.LlenaListImpuestos(50, 16, 8, 1);

@@ -108,6 +108,35 @@ TEST(Formula, CarriesFifteenDigitsBetweenOperations) {
   }
 }
 
+TEST(Formula, TakesColumnsOfItsOwnVariablesOnly) {
+  TFormula formula, otra;
+  const std::vector<double> tres{1, 2, 3};
+  std::vector<double> salida{4, 0, std::nan("")};
+  TVariableEnlazada a = formula.EnlazaVariable(u"A");
+  const auto mensaje = [&](std::vector<TColumnaFormula> columnas) {
+    return MensajeDe([&] { formula.Ejecuta(columnas, salida); });
+  };
+  EXPECT_EQ(mensaje({{a, tres}}), "No hay fórmula que evaluar");
+  a.Asigna(8);
+  formula.NewFormula(u"8/A");
+  EXPECT_EQ(mensaje({{a, tres}, {otra.EnlazaVariable(u"A"), tres}}),
+            "La columna 2 de la fórmula no es de una variable suya");
+  EXPECT_EQ(mensaje({{a, std::span(tres).first(2)}}),
+            "La columna 1 de la fórmula no tiene tantos valores como la salida");
+  EXPECT_EQ(mensaje({{a, tres}, {formula.EnlazaVariable(u"a"), tres}}),
+            "La columna 2 de la fórmula es de una variable que ya tiene otra");
+  for (const char16_t* nombre : {u"", u"A B", u"5", u" "}) {
+    EXPECT_THROW(formula.EnlazaVariable(nombre), EInvalidOperation) << UTF8Encode(nombre);
+  }
+  // The output may be the column itself.
+  const auto fallas = formula.Ejecuta(std::vector<TColumnaFormula>{{a, salida}}, salida);
+  EXPECT_EQ(salida[0], 2);
+  ASSERT_EQ(fallas.size(), 2u);
+  EXPECT_EQ(UTF8Encode(fallas[0].Mensaje), "'INF' no es un valor de punto flotante válido");
+  EXPECT_EQ(UTF8Encode(fallas[1].Mensaje), "'A' no es un valor de punto flotante válido");
+  EXPECT_EQ(formula.Execute(), 1) << "what was assigned stays";
+}
+
 TEST(Formula, EndsWhateverItHolds) {
   constexpr int kMuchos = 100'000;
   EXPECT_EQ(Evalua(Repite(u"(", kMuchos) + u"1" + Repite(u")", kMuchos)), 1);

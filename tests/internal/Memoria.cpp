@@ -328,7 +328,8 @@ TEST(SinMemoria, LeavesListsAndTextsWhole) {
 struct Formula {
   Formula() {
     f.SetVariables(variables);
-    f.NewFormula(u"SI(VENTAS_DEL_MES>=META,(VENTAS_DEL_MES-META)*TASA,SUMA(1,2,3))+META");
+    enlazada.Asigna(7);
+    f.NewFormula(u"SI(VENTAS_DEL_MES>=META,(VENTAS_DEL_MES-META)*TASA*OTRA_VENTA,SUMA(1,2,3))+META");
     f.CreaFuncionN(u"META-TASA");
     variables.SetText(u"META=2\nTASA=3\nUNA_VARIABLE_NUEVA=4\nOTRA_VARIABLE_NUEVA=5");
   }
@@ -347,6 +348,7 @@ struct Formula {
   }
   static constexpr std::u16string_view kVariables = u"VENTAS_DEL_MES=12000\nMETA=10000\nTASA=0.05\nXYZ1=8";
   TFormula f;
+  TVariableEnlazada enlazada = f.EnlazaVariable(u"OTRA_VENTA");
   TStringList variables = Lineas(kVariables);
   static TStringList Lineas(std::u16string_view texto) {
     TStringList lista;
@@ -378,6 +380,14 @@ TEST(SinMemoria, LeavesFormulasWhole) {
   Prueba<FormulaConValores>("SetVariables, valores",
                             [](FormulaConValores& e) { e.f.SetVariables(e.variables); });
   Prueba<E>("EnlazaVariable", [](E& e) { e.f.EnlazaVariable(u"VENTAS_DEL_MES").Asigna(3); });
+  Prueba<E>("Ejecuta por columnas", [](E& e) {
+    const double ventas[] = {1, 1e308, 3};
+    double salida[3];
+    const TColumnaFormula columna{e.enlazada, ventas};
+    UnicodeString todo;
+    for (const TFallaRenglon& f : e.f.Ejecuta({&columna, 1}, salida)) todo += f.Mensaje;
+    return todo + FloatToStr(salida[2]);
+  });
   Prueba<E>("DameFuncionN", [&](E& e) { return e.f.DameFuncionN(plana); });
   Prueba<E>("CreaFuncionInterna", [](E& e) { return e.f.CreaFuncionInterna(u"suma", u"META,TASA,FUN1"); });
 }

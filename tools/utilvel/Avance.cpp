@@ -11,8 +11,8 @@ namespace {
 constexpr std::chrono::milliseconds kEspera{500};
 constexpr std::chrono::milliseconds kPaso{100};
 constexpr std::size_t kAnchoMaximo = 60;
-// What stands beside the bar at its longest: brackets, "100 % ", two counts and the time.
-constexpr std::size_t kTextos = 60;
+// What stands beside the bar at its longest: brackets, "100 %, faltan " and the time.
+constexpr std::size_t kTextos = 40;
 
 }  // namespace
 
@@ -38,9 +38,8 @@ void Avance::Dibuja() {
   const std::chrono::duration<double> lleva = Reloj::now() - inicio_;
   const double faltan = hechos_ == 0 ? 0 : lleva.count() * (1 / parte - 1);
   std::string linea = "\r[" + std::string(llenos, '#') + std::string(ancho - llenos, ' ') + "] ";
-  linea += std::to_string(static_cast<int>(parte * 100)) + " % (" + std::to_string(hechos_) + " de " +
-           std::to_string(total_) + "), faltan " + std::to_string(static_cast<std::int64_t>(faltan) + 1) +
-           " s\x1B[K";
+  linea += std::to_string(static_cast<int>(parte * 100)) + " %, faltan " +
+           std::to_string(static_cast<std::int64_t>(faltan) + 1) + " s\x1B[K";
   static_cast<void>(std::fwrite(linea.data(), 1, linea.size(), stderr));
   std::fflush(stderr);
   dibujada_ = true;

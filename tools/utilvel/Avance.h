@@ -21,7 +21,7 @@ class Avance {
 
   /// One more is done.
   void Uno() { Va(hechos_ + 1); }
-  /// So many of the total are done.
+  /// So many of the total (of files, of a file's bytes) are done.
   void Va(std::uint64_t hechos);
   /// Takes the bar away so that a message stands alone; it comes back with the next step.
   void Borra();

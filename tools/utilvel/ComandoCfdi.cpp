@@ -2,9 +2,15 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <condition_variable>
+#include <exception>
+#include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
+#include <span>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -68,6 +74,160 @@ std::vector<std::string> LeeLista(const std::string& ruta) {
   return nombres;
 }
 
+/// What comes of one file: its report in the form that is printed, or why it was not read.
+struct Resultado {
+  std::optional<cfdi::Estado> estado;
+  std::string texto;
+  std::vector<std::vector<Celda>> filas;
+  Codigo causa = Codigo::Bien;
+  std::string falla;
+  /// What ends the run (an interruption, no memory).
+  std::exception_ptr fin;
+};
+
+/// Verifies files; one for each thread.
+class Obrero {
+ public:
+  explicit Obrero(Formato formato) : formato_(formato) {}
+
+  Resultado Hace(const std::string& archivo) noexcept {
+    Resultado r;
+    try {
+      const std::string nombre = AUtf8(archivo);
+      try {
+        LeeArchivo(archivo, bytes_);
+        Informa(nombre, verificador_.Verifica(bytes_), r);
+      } catch (const cfdi::Rechazo& e) {
+        r.causa = Codigo::Datos;
+        r.falla = nombre + ":" + std::to_string(e.linea) + ":" + std::to_string(e.columna) + ": " + e.what();
+      } catch (const vel::EInvalidOperation& e) {
+        r.causa = Codigo::Datos;
+        r.falla = nombre + ": " + e.what();
+      } catch (const Falla& e) {
+        r.causa = e.DameCodigo();
+        r.falla = e.what();
+      }
+    } catch (...) {
+      r.fin = std::current_exception();
+    }
+    return r;
+  }
+
+ private:
+  void Informa(const std::string& nombre, const cfdi::Informe& informe, Resultado& r) const {
+    r.estado = informe.estado;
+    if (formato_ == Formato::Csv) {
+      r.filas = cfdi::EnFilas(nombre, informe);
+    } else {
+      r.texto = formato_ == Formato::Json ? cfdi::EnJson(nombre, informe) : cfdi::EnTexto(nombre, informe);
+    }
+  }
+
+  Formato formato_;
+  cfdi::Verificador verificador_;
+  std::string bytes_;
+};
+
+/// Files are independent: as many threads as the machine has verify them in pieces, a little ahead of who
+/// tells the results in the order of the files.
+class Cuadrilla {
+ public:
+  Cuadrilla(std::span<const std::string> archivos, Formato formato)
+      : archivos_(archivos), formato_(formato), pedazos_((archivos.size() + kPorPedazo - 1) / kPorPedazo) {
+    const std::size_t hilos = std::clamp<std::size_t>(std::thread::hardware_concurrency(), 1, kMaxHilos);
+    // One piece is done by who asks for it.
+    if (pedazos_ < 2) return;
+    for (std::size_t i = 0; i < std::min(hilos, pedazos_); ++i) {
+      Obrero& obrero = *obreros_.emplace_back(std::make_unique<Obrero>(formato_));
+      hilos_.emplace_back([this, &obrero] { Trabaja(obrero); });
+    }
+  }
+  Cuadrilla(const Cuadrilla&) = delete;
+  Cuadrilla& operator=(const Cuadrilla&) = delete;
+  ~Cuadrilla() {
+    const std::scoped_lock candado(mutex_);
+    alto_ = true;
+    cambio_.notify_all();
+  }
+
+  std::size_t Pedazos() const noexcept { return pedazos_; }
+
+  /// The results of the next piece.
+  std::vector<Resultado> Siguiente() {
+    if (hilos_.empty()) {
+      Obrero obrero(formato_);
+      return Hace(obrero, entregados_++);
+    }
+    std::unique_lock candado(mutex_);
+    cambio_.wait(candado, [this] { return falla_ || hechos_.contains(entregados_); });
+    if (falla_) std::rethrow_exception(falla_);
+    std::vector<Resultado> resultados = std::move(hechos_.extract(entregados_++).mapped());
+    cambio_.notify_all();
+    return resultados;
+  }
+
+ private:
+  static constexpr std::size_t kMaxHilos = 16;
+  static constexpr std::size_t kPorPedazo = 32;
+  static constexpr std::size_t kAdelanto = 64;
+
+  std::vector<Resultado> Hace(Obrero& obrero, std::size_t pedazo) const {
+    const std::size_t desde = pedazo * kPorPedazo;
+    std::vector<Resultado> resultados;
+    for (const std::string& archivo :
+         archivos_.subspan(desde, std::min(kPorPedazo, archivos_.size() - desde)))
+      resultados.push_back(obrero.Hace(archivo));
+    return resultados;
+  }
+
+  void Trabaja(Obrero& obrero) noexcept {
+    std::unique_lock candado(mutex_);
+    for (;;) {
+      cambio_.wait(candado,
+                   [this] { return alto_ || tomados_ == pedazos_ || tomados_ < entregados_ + kAdelanto; });
+      if (alto_ || tomados_ == pedazos_) return;
+      const std::size_t pedazo = tomados_++;
+      candado.unlock();
+      std::vector<Resultado> resultados;
+      std::exception_ptr falla;
+      try {
+        resultados = Hace(obrero, pedazo);
+      } catch (...) {
+        falla = std::current_exception();
+      }
+      candado.lock();
+      Entrega(pedazo, std::move(resultados), falla);
+      cambio_.notify_all();
+    }
+  }
+
+  void Entrega(std::size_t pedazo, std::vector<Resultado> resultados,
+               const std::exception_ptr& falla) noexcept {
+    if (falla_) return;
+    falla_ = falla;
+    try {
+      hechos_.emplace(pedazo, std::move(resultados));
+    } catch (...) {
+      falla_ = std::current_exception();
+    }
+  }
+
+  const std::span<const std::string> archivos_;
+  const Formato formato_;
+  const std::size_t pedazos_;
+  std::mutex mutex_;
+  std::condition_variable cambio_;
+  std::map<std::size_t, std::vector<Resultado>> hechos_;
+  std::size_t tomados_ = 0;
+  std::size_t entregados_ = 0;
+  bool alto_ = false;
+  /// What no result can tell: no memory for it.
+  std::exception_ptr falla_;
+  std::vector<std::unique_ptr<Obrero>> obreros_;
+  // Last: they end before what they work on does.
+  std::vector<std::jthread> hilos_;
+};
+
 /// Where the reports go, in the form that was asked for.
 class Informes {
  public:
@@ -81,14 +241,11 @@ class Informes {
     filas_.emplace(opciones, std::move(columnas));
   }
 
-  void Agrega(const std::string& archivo, const cfdi::Informe& informe) {
-    if (filas_) {
-      for (auto& fila : cfdi::EnFilas(archivo, informe)) filas_->Agrega(std::move(fila));
-      return;
-    }
-    escritor_->Escribe(formato_ == Formato::Json ? cfdi::EnJson(archivo, informe)
-                                                 : cfdi::EnTexto(archivo, informe));
-    if (Terminal()) escritor_->Vacia();
+  void Agrega(Resultado resultado) {
+    for (auto& fila : resultado.filas) filas_->Agrega(std::move(fila));
+    if (!escritor_) return;
+    escritor_->Escribe(resultado.texto);
+    if (escritor_->Terminal()) escritor_->Vacia();
   }
 
   void Resume(const std::string& texto) {
@@ -116,10 +273,14 @@ struct Cuentas {
   /// Why the last one was not read.
   Codigo causa = Codigo::Bien;
 
-  void Cuenta(cfdi::Estado estado) {
-    ++(estado == cfdi::Estado::Correcta    ? correctas
-       : estado == cfdi::Estado::EnLimites ? enLimites
-                                           : conDiferencias);
+  void Cuenta(const Resultado& r) {
+    if (!r.estado) {
+      ++sinLeer;
+      causa = r.causa;
+      return;
+    }
+    const bool correcta = *r.estado == cfdi::Estado::Correcta;
+    ++(correcta ? correctas : *r.estado == cfdi::Estado::EnLimites ? enLimites : conDiferencias);
   }
   std::string Texto() const {
     return std::to_string(correctas) + " correctas, " + std::to_string(enLimites) +
@@ -137,33 +298,20 @@ Codigo Corre(const Opciones& o) {
   }
   Informes informes(o.filas);
   Avance avance(archivos.size(), informes.Terminal());
-  cfdi::Verificador verificador;
+  Cuadrilla cuadrilla(archivos, o.filas.DameFormato());
   Cuentas cuentas;
-  std::string bytes;
-  const auto falla = [&](Codigo causa, const std::string& mensaje) {
-    avance.Borra();
-    Avisa(mensaje);
-    ++cuentas.sinLeer;
-    cuentas.causa = causa;
-  };
-  for (const std::string& archivo : archivos) {
-    RevisaInterrupcion();
-    const std::string nombre = AUtf8(archivo);
-    try {
-      LeeArchivo(archivo, bytes);
-      const cfdi::Informe informe = verificador.Verifica(bytes);
-      cuentas.Cuenta(informe.estado);
-      informes.Agrega(nombre, informe);
-    } catch (const cfdi::Rechazo& r) {
-      falla(Codigo::Datos,
-            nombre + ":" + std::to_string(r.linea) + ":" + std::to_string(r.columna) + ": " + r.what());
-    } catch (const vel::EInvalidOperation& e) {
-      falla(Codigo::Datos, nombre + ": " + e.what());
-    } catch (const Falla& f) {
-      if (f.DameCodigo() != Codigo::Archivo) throw;
-      falla(Codigo::Archivo, f.what());
+  for (std::size_t i = 0; i < cuadrilla.Pedazos(); ++i) {
+    for (Resultado& resultado : cuadrilla.Siguiente()) {
+      RevisaInterrupcion();
+      if (resultado.fin) std::rethrow_exception(resultado.fin);
+      cuentas.Cuenta(resultado);
+      if (!resultado.estado) {
+        avance.Borra();
+        Avisa(resultado.falla);
+      }
+      informes.Agrega(std::move(resultado));
+      avance.Uno();
     }
-    avance.Uno();
   }
   if (archivos.size() > 1) informes.Resume(cuentas.Texto());
   informes.Termina();

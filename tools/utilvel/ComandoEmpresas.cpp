@@ -6,12 +6,11 @@
 #include <string_view>
 
 #include "Uutilext/config/Empresas.h"
-#include "Uutilext/config/Rutas.h"
+#include "facil/Catalogo.h"
 #include "framework/Numeros.h"
 #include "framework/TClientDataSet.h"
 #include "tools/utilvel/Comandos.h"
 #include "tools/utilvel/Entrada.h"
-#include "tools/utilvel/Errores.h"
 #include "tools/utilvel/Filas.h"
 #include "tools/utilvel/Programa.h"
 #include "tools/utilvel/Textos.h"
@@ -58,17 +57,17 @@ Codigo Lista(const Opciones& o) {
 }
 
 Codigo Agrega(const Opciones& o) {
-  const int numero = vel::StrToInt(ATexto(o.numero));
-  if (Catalogo("")->Locate(u"NumEmp", vel::Variant(numero))) {
-    throw Falla(Codigo::Datos, "El catálogo ya tiene la empresa " + o.numero);
-  }
-  vel::AgregaEmpresaXML(numero, ATexto(o.datos), ATexto(o.driver), ATexto(o.nombre), ATexto(o.trabajo),
-                        ATexto(o.version));
+  vel::facil::AgregaEmpresa({.numero = vel::StrToInt(ATexto(o.numero)),
+                             .nombre = ATexto(o.nombre),
+                             .rutaDatos = ATexto(o.datos),
+                             .driver = ATexto(o.driver),
+                             .rutaTrabajo = ATexto(o.trabajo),
+                             .versionBD = ATexto(o.version)});
   return Codigo::Bien;
 }
 
 Codigo Renombra(const Opciones& o) {
-  vel::ActualizaXMLNombreEmpresa(vel::StrToInt(ATexto(o.numero)), ATexto(o.nombre));
+  vel::facil::RenombraEmpresa(vel::StrToInt(ATexto(o.numero)), ATexto(o.nombre));
   return Codigo::Bien;
 }
 

@@ -6,7 +6,8 @@
 #include <vector>
 
 #include "Uutilext/time/Reloj.h"
-#include "Uutilext/time/ZonasHorarias.h"
+#include "facil/Zonas.h"
+#include "framework/Excepciones.h"
 #include "tools/utilvel/Comandos.h"
 #include "tools/utilvel/Errores.h"
 #include "tools/utilvel/Filas.h"
@@ -27,17 +28,19 @@ Codigo Corre(const Opciones& o) {
   if (!o.cuando.empty() && !vel::TryISOToDateTime(ATexto(o.cuando), momento)) {
     throw Falla(Codigo::Uso, "El momento se escribe \"AAAA-MM-DD hh:mm\", no " + o.cuando);
   }
+  const vel::facil::Zona aqui = vel::facil::Zona::DeEstaComputadora();
   Codigo codigo = Codigo::Bien;
   Filas filas(o.filas, {{"zona"}, {"fecha_y_hora"}});
   for (const std::string& zona : o.zonas) {
-    vel::TIME_ZONE_INFORMATION reglas{};
-    if (!vel::GetInfoTimeZone(reglas, ATexto(zona))) {
-      Avisa("No se conoce la zona " + zona);
+    try {
+      const vel::TDateTime alla = vel::facil::CambiaZona(momento, aqui, ATexto(zona));
+      const std::string texto = vel::UTF8Encode(vel::DateTimeToStr(alla));
+      // Nobody reads the milliseconds of a clock.
+      filas.Agrega({zona, texto.substr(0, texto.find('.'))});
+    } catch (const vel::EInvalidOperation& error) {
+      Avisa(error.what());
       codigo = Codigo::Parcial;
-      continue;
     }
-    filas.Agrega(
-        {zona, vel::UTF8Encode(vel::DateTimeToStr(vel::ConvertTimeToTimeZone(momento, ATexto(zona))))});
   }
   filas.Termina();
   return codigo;
@@ -51,11 +54,14 @@ void AgregaHora(Programa& programa) {
       {.nombre = "hora",
        .resumen = "La hora de este equipo en otras zonas",
        .detalle =
-           "Las zonas van por su nombre de Windows: \"Central Standard Time (Mexico)\" es la del centro, "
+           "Las zonas van por su nombre de la base tz (America/Tijuana) o por el de Windows: \"Central "
+           "Standard Time (Mexico)\" es la del centro, "
            "\"Pacific Standard Time (Mexico)\" la de Tijuana, \"Mountain Standard Time (Mexico)\" la de "
            "Mazatlán y \"Eastern Standard Time (Mexico)\" la de Cancún. El horario de verano es el que cada "
            "una tenía en la fecha.",
-       .ejemplos = {{"utilvel hora \"Pacific Standard Time (Mexico)\" --cuando \"2024-07-15 12:00\"",
+       .ejemplos = {{"utilvel hora America/Mexico_City America/Cancun",
+                     "Qué hora es en el centro y en Cancún."},
+                    {"utilvel hora \"Pacific Standard Time (Mexico)\" --cuando \"2024-07-15 12:00\"",
                      "Qué hora era en Tijuana cuando aquí eran las doce."}}},
       [o] { return Corre(*o); });
   comando.add_option("ZONA", o->zonas, "Nombre de la zona")->required();

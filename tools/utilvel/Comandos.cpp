@@ -5,8 +5,10 @@ namespace utilvel {
 void AgregaComandos(Programa& programa) {
   AgregaConsulta(programa);
   AgregaTotales(programa);
+  AgregaFormula(programa);
   AgregaFechas(programa);
   AgregaConfig(programa);
+  AgregaInstala(programa);
   AgregaEmpresas(programa);
   AgregaRutas(programa);
   AgregaCertificado(programa);

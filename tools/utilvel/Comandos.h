@@ -6,8 +6,10 @@ class Programa;
 
 // One function a command, each in a file of its name; Programa.h says how one is added.
 void AgregaTotales(Programa& programa);
+void AgregaFormula(Programa& programa);
 void AgregaFechas(Programa& programa);
 void AgregaConfig(Programa& programa);
+void AgregaInstala(Programa& programa);
 void AgregaConsulta(Programa& programa);
 void AgregaEmpresas(Programa& programa);
 void AgregaRutas(Programa& programa);

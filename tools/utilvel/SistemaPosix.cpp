@@ -270,7 +270,9 @@ std::string LeeContrasena(std::string_view pregunta) {
   // Kept from moving, so that no copy stays behind in memory that is given back.
   contrasena.reserve(4096);
   char c = 0;
-  while (contrasena.size() < 4096 && entrada.Lee(&c, 1) == 1 && c != '\n') contrasena += c;
+  std::size_t leidos = entrada.Lee(&c, 1);
+  if (leidos == 0) throw Falla(Codigo::Datos, "Falta la contraseña");
+  for (; leidos == 1 && c != '\n' && contrasena.size() < 4096; leidos = entrada.Lee(&c, 1)) contrasena += c;
   if (terminal) std::fputc('\n', stderr);
   if (!contrasena.empty() && contrasena.back() == '\r') contrasena.pop_back();
   return contrasena;

@@ -1,12 +1,15 @@
 #include "Uutilext/documents/Redondeo.h"
 
+#include <array>
 #include <bit>
 #include <cmath>
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <limits>
 #include <random>
+#include <span>
 #include <stdexcept>
+#include <vector>
 
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
@@ -54,13 +57,36 @@ double PorTexto(double valor, int n) {
   return StrToFloat(w.substr(0, w.find(u'.'))) * p;
 }
 
+// Where one way of rounding gives way to another.
+constexpr double kEsquinas[] = {0,
+                                1e-4,
+                                9.9999e-5,
+                                1.5e-5,
+                                1.2345e-7,
+                                0.49999999999999994,
+                                0.005,
+                                0.0049999999999999,
+                                999999.5,
+                                999999999999.5,
+                                1e9,
+                                999999999.9999999,
+                                123456789012.345,
+                                99999999999999.9,
+                                1e12 - 0.5,
+                                1e15 - 0.125,
+                                1e15,
+                                1e15 + 0.25,
+                                123456.7890125,
+                                4503599627370497.5};
+
 TEST(GRedoTo, EqualsTheTextRuleBitForBit) {
   std::mt19937_64 azar(20240515);
   const auto entero = [&azar](std::int64_t maximo) {
     return static_cast<double>(static_cast<std::int64_t>(azar() % static_cast<std::uint64_t>(maximo)));
   };
+  std::array<std::vector<double>, 24> columnas;
   for (int i = 0; i < 400'000; ++i) {
-    const int n = 1 + static_cast<int>(azar() % 9);
+    const int n = 1 + static_cast<int>(azar() % (i % 7 == 0 ? 23 : 9));
     double valor = 0;
     switch (i % 5) {
       case 0:
@@ -80,12 +106,31 @@ TEST(GRedoTo, EqualsTheTextRuleBitForBit) {
       default:
         valor = std::ldexp(entero(1LL << 53), static_cast<int>(azar() % 400) - 250);
     }
+    if (i % 64 == 0) valor = kEsquinas[azar() % std::size(kEsquinas)];
     if (azar() % 2 == 0) valor = -valor;
+    columnas[static_cast<std::size_t>(n)].push_back(valor);
     ASSERT_EQ(std::bit_cast<std::uint64_t>(g_redoTo(valor, n)),
               std::bit_cast<std::uint64_t>(PorTexto(valor, n)))
         << UTF8Encode(FloatToStr(valor)) << ", " << n;
     ASSERT_EQ(RoundToText(valor), StrToFloat(FloatToStr(valor))) << UTF8Encode(FloatToStr(valor));
   }
+  // Columns give what single calls give.
+  for (int n = 0; n < 24; ++n) {
+    std::vector<double>& columna = columnas[static_cast<std::size_t>(n)];
+    columna.insert(columna.end(), {kInf, 0.0, -kInf, -0.0, 2.5});
+    std::vector<double> salida(columna.size());
+    g_redoTo(columna, n, salida);
+    g_redoTo(columna, -n, columna);
+    for (std::size_t i = 0; i < salida.size(); ++i) {
+      ASSERT_EQ(std::bit_cast<std::uint64_t>(salida[i]),
+                std::bit_cast<std::uint64_t>(g_redoTo(columna[i], n)))
+          << UTF8Encode(FloatToStr(columna[i])) << ", " << n;
+    }
+  }
+  std::vector<double> iguales{1.005, 1.5e308};
+  EXPECT_THROW(g_redoTo(iguales, 2, iguales), EConvertError);
+  EXPECT_EQ(iguales[0], 1.005) << "whole or nothing";
+  EXPECT_THROW(g_redoTo(iguales, 2, std::span(iguales).first(1)), EInvalidOperation);
 }
 
 }  // namespace

@@ -71,7 +71,8 @@ class Lector {
 
   Comprobante Lee(const pugi::xml_node& raiz) {
     const std::string_view espacio = Espacio(raiz);
-    const std::string version = Atributo(raiz, "Version");
+    const Atributos a(origen_, raiz);
+    const std::string version(a.Texto("Version"));
     const bool cfdi = NombreLocal(raiz) == "Comprobante" && (espacio == kEspacio33 || espacio == kEspacio40);
     if (!cfdi)
       Rechaza(origen_, raiz, "no es una factura electrónica: empieza con " + std::string(raiz.name()));
@@ -79,31 +80,32 @@ class Lector {
       Rechaza(origen_, raiz,
               "la versión \"" + version + "\" no es 3.3 ni 4.0, o no es la de su espacio de nombres");
     }
-    ExigeAtributosDistintos(origen_, raiz);
     Comprobante c;
     c.version = espacio == kEspacio40 ? Version::V40 : Version::V33;
-    LeeCabecera(raiz, c);
+    LeeCabecera(raiz, a, c);
     bool hayConceptos = false;
     bool hayImpuestos = false;
     const auto unaVez = [this](bool& ya, const pugi::xml_node& nodo) {
       if (ya) Rechaza(origen_, nodo, "repite el elemento " + std::string(nodo.name()));
       ya = true;
     };
-    for (const pugi::xml_node& hijo : raiz.children()) {
+    for (pugi::xml_node hijo = raiz.first_child(); hijo; hijo = hijo.next_sibling()) {
       const std::string_view nombre = Propio(hijo);
       if (nombre == "Emisor") {
-        c.emisor = Atributo(hijo, "Rfc");
+        c.emisor = Atributos(origen_, hijo).Texto("Rfc");
       } else if (nombre == "Receptor") {
-        c.receptor = Atributo(hijo, "Rfc");
+        c.receptor = Atributos(origen_, hijo).Texto("Rfc");
       } else if (nombre == "Conceptos") {
         unaVez(hayConceptos, hijo);
-        for (const pugi::xml_node& concepto : hijo.children())
+        for (pugi::xml_node concepto = hijo.first_child(); concepto; concepto = concepto.next_sibling())
           if (Propio(concepto) == "Concepto") c.conceptos.push_back(LeeConcepto(concepto));
       } else if (nombre == "Impuestos") {
         unaVez(hayImpuestos, hijo);
         c.impuestos = LeeResumen(hijo, c.version == Version::V40);
       } else if (nombre == "Complemento") {
-        for (const pugi::xml_node& complemento : hijo.children()) LeeComplemento(complemento, c);
+        for (pugi::xml_node complemento = hijo.first_child(); complemento;
+             complemento = complemento.next_sibling())
+          LeeComplemento(complemento, c);
       }
     }
     if (!hayConceptos) Rechaza(origen_, raiz, "no tiene conceptos");
@@ -117,32 +119,32 @@ class Lector {
     return nombre.starts_with(origen_.prefijo) ? nombre.substr(origen_.prefijo.size()) : std::string_view();
   }
 
-  void LeeCabecera(const pugi::xml_node& raiz, Comprobante& c) const {
-    c.serie = Atributo(raiz, "Serie");
-    c.folio = Atributo(raiz, "Folio");
-    c.fecha = ExigeAtributo(origen_, raiz, "Fecha");
+  void LeeCabecera(const pugi::xml_node& raiz, const Atributos& a, Comprobante& c) const {
+    c.serie = a.Texto("Serie");
+    c.folio = a.Texto("Folio");
+    c.fecha = a.ExigeTexto("Fecha");
     if (!LeeMomento(c.fecha))
       Rechaza(origen_, raiz, "la fecha \"" + c.fecha.substr(0, 40) + "\" no es válida");
-    c.moneda = ExigeAtributo(origen_, raiz, "Moneda");
-    const std::string tipo = ExigeAtributo(origen_, raiz, "TipoDeComprobante");
+    c.moneda = a.ExigeTexto("Moneda");
+    const std::string_view tipo = a.ExigeTexto("TipoDeComprobante");
     if (tipo.size() != 1 || std::strchr("IETNP", tipo[0]) == nullptr)
-      Rechaza(origen_, raiz, "el tipo de comprobante \"" + tipo.substr(0, 40) + "\" no existe");
+      Rechaza(origen_, raiz, "el tipo de comprobante \"" + std::string(tipo.substr(0, 40)) + "\" no existe");
     c.tipo = tipo[0];
-    c.numeroCertificado = Atributo(raiz, "NoCertificado");
-    c.certificado = Atributo(raiz, "Certificado");
-    c.subTotal = ExigeMonto(origen_, raiz, "SubTotal");
-    c.descuento = Monto(origen_, raiz, "Descuento");
-    c.total = ExigeMonto(origen_, raiz, "Total");
+    c.numeroCertificado = a.Texto("NoCertificado");
+    c.certificado = a.Texto("Certificado");
+    c.subTotal = a.ExigeMonto("SubTotal");
+    c.descuento = a.Monto("Descuento");
+    c.total = a.ExigeMonto("Total");
   }
 
   Concepto LeeConcepto(const pugi::xml_node& nodo) const {
-    ExigeAtributosDistintos(origen_, nodo);
+    const Atributos a(origen_, nodo);
     Concepto concepto;
-    concepto.cantidad = ExigeMonto(origen_, nodo, "Cantidad");
-    concepto.valorUnitario = ExigeMonto(origen_, nodo, "ValorUnitario");
-    concepto.importe = ExigeMonto(origen_, nodo, "Importe");
-    concepto.descuento = Monto(origen_, nodo, "Descuento");
-    for (const pugi::xml_node& hijo : nodo.children())
+    concepto.cantidad = a.ExigeMonto("Cantidad");
+    concepto.valorUnitario = a.ExigeMonto("ValorUnitario");
+    concepto.importe = a.ExigeMonto("Importe");
+    concepto.descuento = a.Monto("Descuento");
+    for (pugi::xml_node hijo = nodo.first_child(); hijo; hijo = hijo.next_sibling())
       if (Propio(hijo) == "Impuestos") LeeImpuestos(hijo, kComunes, true, concepto.impuestos);
     return concepto;
   }
@@ -151,11 +153,12 @@ class Lector {
   /// and all the bases are printed as on a line.
   void LeeImpuestos(const pugi::xml_node& nodo, const NombresImpuesto& nombres, bool completos,
                     std::vector<Impuesto>& impuestos, bool conBase = true) const {
-    for (const pugi::xml_node& lista : nodo.children()) {
+    impuestos.reserve(impuestos.size() + 2);
+    for (pugi::xml_node lista = nodo.first_child(); lista; lista = lista.next_sibling()) {
       const std::string_view cual = NombreLocal(lista);
       const bool retenidos = cual == nombres.retenciones;
       if (!retenidos && cual != nombres.traslados) continue;
-      for (const pugi::xml_node& hijo : lista.children()) {
+      for (pugi::xml_node hijo = lista.first_child(); hijo; hijo = hijo.next_sibling()) {
         if (NombreLocal(hijo) == (retenidos ? nombres.retencion : nombres.traslado))
           impuestos.push_back(LeeImpuesto(hijo, nombres, retenidos, completos, conBase));
       }
@@ -164,10 +167,10 @@ class Lector {
 
   Impuesto LeeImpuesto(const pugi::xml_node& nodo, const NombresImpuesto& nombres, bool retenido,
                        bool completo, bool conBase) const {
-    ExigeAtributosDistintos(origen_, nodo);
+    const Atributos a(origen_, nodo);
     Impuesto impuesto;
     impuesto.retenido = retenido;
-    const std::string clave = ExigeAtributo(origen_, nodo, nombres.impuesto);
+    const std::string_view clave = a.ExigeTexto(nombres.impuesto);
     if (clave == "001") {
       impuesto.impuesto = ENUM_IMPUESTO_FISCAL::ISR;
     } else if (clave == "002") {
@@ -175,13 +178,13 @@ class Lector {
     } else if (clave == "003") {
       impuesto.impuesto = ENUM_IMPUESTO_FISCAL::IEPS;
     } else {
-      Rechaza(origen_, nodo, "el impuesto \"" + clave.substr(0, 40) + "\" no existe");
+      Rechaza(origen_, nodo, "el impuesto \"" + std::string(clave.substr(0, 40)) + "\" no existe");
     }
     if (retenido && !completo) {
-      impuesto.importe = ExigeMonto(origen_, nodo, nombres.importe);
+      impuesto.importe = a.ExigeMonto(nombres.importe);
       return impuesto;
     }
-    const std::string factor = ExigeAtributo(origen_, nodo, nombres.factor);
+    const std::string_view factor = a.ExigeTexto(nombres.factor);
     if (factor == "Tasa") {
       impuesto.factor = ENUM_FACTOR_FISCAL::TASA;
     } else if (factor == "Cuota") {
@@ -189,23 +192,23 @@ class Lector {
     } else if (factor == "Exento") {
       impuesto.factor = ENUM_FACTOR_FISCAL::EXENTO;
     } else {
-      Rechaza(origen_, nodo, "el tipo de factor \"" + factor.substr(0, 40) + "\" no existe");
+      Rechaza(origen_, nodo, "el tipo de factor \"" + std::string(factor.substr(0, 40)) + "\" no existe");
     }
-    if (conBase) impuesto.base = ExigeMonto(origen_, nodo, nombres.base);
+    if (conBase) impuesto.base = a.ExigeMonto(nombres.base);
     if (impuesto.factor == ENUM_FACTOR_FISCAL::EXENTO) {
-      impuesto.importe = Monto(origen_, nodo, nombres.importe);
+      impuesto.importe = a.Monto(nombres.importe);
       return impuesto;
     }
-    impuesto.tasa = ExigeMonto(origen_, nodo, nombres.tasa);
-    impuesto.importe = ExigeMonto(origen_, nodo, nombres.importe);
+    impuesto.tasa = a.ExigeMonto(nombres.tasa);
+    impuesto.importe = a.ExigeMonto(nombres.importe);
     return impuesto;
   }
 
   ResumenImpuestos LeeResumen(const pugi::xml_node& nodo, bool conBase) const {
-    ExigeAtributosDistintos(origen_, nodo);
+    const Atributos a(origen_, nodo);
     ResumenImpuestos resumen;
-    resumen.totalTrasladados = Monto(origen_, nodo, "TotalImpuestosTrasladados");
-    resumen.totalRetenidos = Monto(origen_, nodo, "TotalImpuestosRetenidos");
+    resumen.totalTrasladados = a.Monto("TotalImpuestosTrasladados");
+    resumen.totalRetenidos = a.Monto("TotalImpuestosRetenidos");
     LeeImpuestos(nodo, kComunes, false, resumen.impuestos, conBase);
     return resumen;
   }
@@ -215,7 +218,7 @@ class Lector {
     const std::string_view espacio = Espacio(nodo);
     const std::string_view nombre = NombreLocal(nodo);
     if (espacio == kEspacioTimbre && nombre == "TimbreFiscalDigital") {
-      c.uuid = Atributo(nodo, "UUID");
+      c.uuid = Atributos(origen_, nodo).Texto("UUID");
     } else if (espacio == kEspacioLocales && nombre == "ImpuestosLocales") {
       if (c.locales) Rechaza(origen_, nodo, "repite el complemento de impuestos locales");
       c.locales = LeeLocales(nodo);
@@ -227,14 +230,16 @@ class Lector {
   }
 
   ImpuestosLocales LeeLocales(const pugi::xml_node& nodo) const {
-    ExigeAtributosDistintos(origen_, nodo);
+    const Atributos a(origen_, nodo);
     ImpuestosLocales locales;
-    locales.totalTrasladados = ExigeMonto(origen_, nodo, "TotaldeTraslados");
-    locales.totalRetenidos = ExigeMonto(origen_, nodo, "TotaldeRetenciones");
-    for (const pugi::xml_node& hijo : nodo.children()) {
+    locales.totalTrasladados = a.ExigeMonto("TotaldeTraslados");
+    locales.totalRetenidos = a.ExigeMonto("TotaldeRetenciones");
+    for (pugi::xml_node hijo = nodo.first_child(); hijo; hijo = hijo.next_sibling()) {
       const std::string_view nombre = NombreLocal(hijo);
-      if (nombre == "TrasladosLocales") locales.trasladados.push_back(ExigeMonto(origen_, hijo, "Importe"));
-      if (nombre == "RetencionesLocales") locales.retenidos.push_back(ExigeMonto(origen_, hijo, "Importe"));
+      if (nombre == "TrasladosLocales")
+        locales.trasladados.push_back(Atributos(origen_, hijo).ExigeMonto("Importe"));
+      if (nombre == "RetencionesLocales")
+        locales.retenidos.push_back(Atributos(origen_, hijo).ExigeMonto("Importe"));
     }
     return locales;
   }
@@ -242,26 +247,26 @@ class Lector {
   Pagos LeePagos(const pugi::xml_node& nodo, bool dos) const {
     Pagos pagos;
     pagos.dos = dos;
-    for (const pugi::xml_node& hijo : nodo.children()) {
+    for (pugi::xml_node hijo = nodo.first_child(); hijo; hijo = hijo.next_sibling()) {
       const std::string_view nombre = NombreLocal(hijo);
       if (nombre == "Pago") {
         pagos.pagos.push_back(LeePago(hijo, dos));
       } else if (nombre == "Totales") {
-        ExigeAtributosDistintos(origen_, hijo);
+        const Atributos a(origen_, hijo);
         for (std::size_t i = 0; i < pagos.totales.size(); ++i)
-          pagos.totales[i] = Monto(origen_, hijo, kTotalesPagos[i].atributo.data());
+          pagos.totales[i] = a.Monto(kTotalesPagos[i].atributo);
       }
     }
     return pagos;
   }
 
   Pago LeePago(const pugi::xml_node& nodo, bool dos) const {
-    ExigeAtributosDistintos(origen_, nodo);
+    const Atributos a(origen_, nodo);
     Pago pago;
-    pago.moneda = ExigeAtributo(origen_, nodo, "MonedaP");
-    pago.tipoCambio = Monto(origen_, nodo, "TipoCambioP");
-    pago.monto = ExigeMonto(origen_, nodo, "Monto");
-    for (const pugi::xml_node& hijo : nodo.children()) {
+    pago.moneda = a.ExigeTexto("MonedaP");
+    pago.tipoCambio = a.Monto("TipoCambioP");
+    pago.monto = a.ExigeMonto("Monto");
+    for (pugi::xml_node hijo = nodo.first_child(); hijo; hijo = hijo.next_sibling()) {
       const std::string_view nombre = NombreLocal(hijo);
       if (nombre == "DoctoRelacionado") {
         pago.documentos.push_back(LeeDocumento(hijo, dos));
@@ -275,16 +280,16 @@ class Lector {
   }
 
   DocumentoPagado LeeDocumento(const pugi::xml_node& nodo, bool dos) const {
-    ExigeAtributosDistintos(origen_, nodo);
+    const Atributos a(origen_, nodo);
     DocumentoPagado documento;
     const char* const equivalencia = dos ? "EquivalenciaDR" : "TipoCambioDR";
-    documento.equivalencia = Monto(origen_, nodo, equivalencia, kDecimalesEquivalencia);
+    documento.equivalencia = a.Monto(equivalencia, kDecimalesEquivalencia);
     if (documento.equivalencia && documento.equivalencia->Unidades == 0)
       Rechaza(origen_, nodo, std::string(equivalencia) + " es cero");
-    documento.saldoAnterior = Monto(origen_, nodo, "ImpSaldoAnt");
-    documento.pagado = Monto(origen_, nodo, "ImpPagado");
-    documento.saldoInsoluto = Monto(origen_, nodo, "ImpSaldoInsoluto");
-    for (const pugi::xml_node& hijo : nodo.children())
+    documento.saldoAnterior = a.Monto("ImpSaldoAnt");
+    documento.pagado = a.Monto("ImpPagado");
+    documento.saldoInsoluto = a.Monto("ImpSaldoInsoluto");
+    for (pugi::xml_node hijo = nodo.first_child(); hijo; hijo = hijo.next_sibling())
       if (NombreLocal(hijo) == "ImpuestosDR") LeeImpuestos(hijo, kDeDocumento, true, documento.impuestos);
     return documento;
   }
@@ -317,7 +322,7 @@ Comprobante LeeComprobante(std::string_view bytes) {
             Motivo(resultado.status));
   }
   const pugi::xml_node raiz = documento.document_element();
-  for (const pugi::xml_node& otro : documento.children()) {
+  for (pugi::xml_node otro = documento.first_child(); otro; otro = otro.next_sibling()) {
     if (otro != raiz && otro.type() == pugi::node_element)
       Rechaza({bytes, {}}, otro, "hay otro elemento detrás de la factura");
   }

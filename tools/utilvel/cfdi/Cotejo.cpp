@@ -99,6 +99,7 @@ void Cotejo::Importe(const Lugar& lugar, const Concepto& concepto) {
 void Cotejo::ImporteImpuesto(const Lugar& lugar, const char* cifra, const Impuesto& impuesto,
                              std::u16string_view regla) {
   if (impuesto.factor == ENUM_FACTOR_FISCAL::EXENTO || !impuesto.base || !impuesto.importe) {
+    if (!regla.empty()) regla = impuesto.retenido ? u"CFDI40184" : u"CFDI40177";
     Exacto(lugar, cifra, impuesto.importe, {0, DecimalesMoneda()}, regla);
     return;
   }
@@ -117,14 +118,20 @@ void Cotejo::ImporteImpuesto(const Lugar& lugar, const char* cifra, const Impues
              regla);
 }
 
+void SumaImpuesto::Agrega(const Impuesto& impuesto, const TMontoFiscal& equivalencia) {
+  uno = &impuesto;
+  if (impuesto.base) base.Agrega(*impuesto.base, equivalencia);
+  if (impuesto.importe && impuesto.factor != ENUM_FACTOR_FISCAL::EXENTO)
+    importe.Agrega(*impuesto.importe, equivalencia);
+}
+
 ClaveImpuesto Clave(const Impuesto& impuesto) {
   if (impuesto.retenido) return {impuesto.impuesto, true, ENUM_FACTOR_FISCAL::TASA, 0};
   return {impuesto.impuesto, false, impuesto.factor, Tasa(impuesto).Unidades};
 }
 
 void CotejaResumen(Cotejo& cotejo, const Lugar& lugar, const std::vector<Impuesto>& impresos,
-                   const SumasImpuestos& sumas, const NombresResumen& nombres, bool masDecimales) {
-  SumasImpuestos faltan = sumas;
+                   SumasImpuestos& sumas, const NombresResumen& nombres, bool masDecimales) {
   const auto coteja = [&](Lugar aqui, const Impuesto& impuesto, const std::optional<TMontoFiscal>& base,
                           const std::optional<TMontoFiscal>& importe, const SumaImpuesto& suma) {
     const auto decimales = [&](const std::optional<TMontoFiscal>& monto) {
@@ -145,13 +152,14 @@ void CotejaResumen(Cotejo& cotejo, const Lugar& lugar, const std::vector<Impuest
   for (const Impuesto& impreso : impresos) {
     Lugar aqui = lugar;
     aqui.partes.at(parte) = {impreso.retenido ? "retención" : "traslado", ++numero[impreso.retenido ? 1 : 0]};
-    const auto suma = faltan.find(Clave(impreso));
+    const auto suma = sumas.find(Clave(impreso));
     // One that no line has, or that is printed twice, follows from nothing.
-    coteja(aqui, impreso, impreso.base, impreso.importe,
-           suma == faltan.end() ? SumaImpuesto() : suma->second);
-    if (suma != faltan.end()) faltan.erase(suma);
+    const bool hay = suma != sumas.end() && !suma->second.cotejada;
+    coteja(aqui, impreso, impreso.base, impreso.importe, hay ? suma->second : SumaImpuesto());
+    if (hay) suma->second.cotejada = true;
   }
-  for (const auto& [clave, suma] : faltan) {
+  for (const auto& [clave, suma] : sumas) {
+    if (suma.cotejada) continue;
     Lugar aqui = lugar;
     aqui.partes.at(parte) = {suma.uno->retenido ? "retención" : "traslado", 0};
     Impuesto impuesto = *suma.uno;

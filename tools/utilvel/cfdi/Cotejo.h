@@ -71,6 +71,11 @@ struct SumaImpuesto {
   SumaConMargen importe;
   /// One of those added, to name them.
   const Impuesto* uno = nullptr;
+  /// It was held against a printed one.
+  bool cotejada = false;
+
+  /// Adds a tax of a line, which must live on. An exempt one has no amount, whatever is printed.
+  void Agrega(const Impuesto& impuesto, const TMontoFiscal& equivalencia = {1, 0});
 };
 using SumasImpuestos = std::map<ClaveImpuesto, SumaImpuesto>;
 
@@ -87,7 +92,7 @@ struct NombresResumen {
 /// in which they are printed and then those that are not printed. Sums are rounded to the currency's
 /// decimals, or to those that are printed where there may be more (`masDecimales`).
 void CotejaResumen(Cotejo& cotejo, const Lugar& lugar, const std::vector<Impuesto>& impresos,
-                   const SumasImpuestos& sumas, const NombresResumen& nombres, bool masDecimales);
+                   SumasImpuestos& sumas, const NombresResumen& nombres, bool masDecimales);
 
 /// Appends what is wrong with the complement of payments.
 void CotejaPagos(Cotejo& cotejo, const Pagos& pagos);

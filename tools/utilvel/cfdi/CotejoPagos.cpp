@@ -66,10 +66,7 @@ void CotejaPago(Cotejo& cotejo, std::size_t numero, const Pago& pago, bool dos) 
       aqui.partes[2] = {impuesto.retenido ? "retención" : "traslado", ++cuenta[impuesto.retenido ? 1 : 0]};
       aqui.impuesto = &impuesto;
       cotejo.ImporteImpuesto(aqui, "ImporteDR", impuesto, {});
-      SumaImpuesto& suma = sumas[Clave(impuesto)];
-      suma.uno = &impuesto;
-      if (impuesto.base) suma.base.Agrega(*impuesto.base, equivalencia);
-      if (impuesto.importe) suma.importe.Agrega(*impuesto.importe, equivalencia);
+      sumas[Clave(impuesto)].Agrega(impuesto, equivalencia);
     }
   }
   if (dos) {

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <pugixml.hpp>
 
-#include "tools/utilvel/cfdi/Comprobante.h"
 #include "tools/utilvel/cfdi/ExploraXml.h"
 
 namespace utilvel::cfdi {
@@ -13,49 +13,62 @@ void Rechaza(const Origen& origen, const pugi::xml_node& nodo, const std::string
   Rechaza(origen.bytes, static_cast<std::size_t>(std::max<std::ptrdiff_t>(nodo.offset_debug(), 0)), razon);
 }
 
-void ExigeAtributosDistintos(const Origen& origen, const pugi::xml_node& nodo) {
-  std::array<std::string_view, kMaxAtributos> nombres;
-  std::size_t cuantos = 0;
-  for (const pugi::xml_attribute& atributo : nodo.attributes()) {
-    const std::string_view nombre = atributo.name();
-    const auto fin = nombres.begin() + static_cast<std::ptrdiff_t>(cuantos);
-    if (std::find(nombres.begin(), fin, nombre) != fin) {
+Atributos::Atributos(const Origen& origen, const pugi::xml_node& nodo) : origen_(origen), nodo_(nodo) {
+  // Most names differ in length, first or last letter, which one look at a mask tells.
+  std::uint64_t vistos = 0;
+  for (pugi::xml_attribute a = nodo.first_attribute(); a; a = a.next_attribute()) {
+    const std::string_view nombre = a.name();
+    const auto letra = [nombre](std::size_t i) { return std::size_t{static_cast<unsigned char>(nombre[i])}; };
+    const std::size_t senas =
+        nombre.empty() ? 0 : nombre.size() * 5 + letra(0) + letra(nombre.size() - 1) * 7;
+    const std::uint64_t marca = std::uint64_t{1} << (senas % 64);
+    if ((vistos & marca) != 0 && Busca(nombre) != nullptr)
       Rechaza(origen, nodo, std::string(nodo.name()) + " repite el atributo " + std::string(nombre));
-    }
-    if (cuantos == kMaxAtributos) {
+    vistos |= marca;
+    if (cuantos_ == kMaxAtributos) {
       Rechaza(origen, nodo,
               std::string(nodo.name()) + " tiene más de " + std::to_string(kMaxAtributos) + " atributos");
     }
-    nombres[cuantos++] = nombre;
+    pares_[cuantos_++] = {nombre.data(), nombre.size(), a.value()};
   }
 }
 
-std::string Atributo(const pugi::xml_node& nodo, const char* nombre) {
-  return nodo.attribute(nombre).value();
+const Atributos::Par* Atributos::Busca(std::string_view nombre) const noexcept {
+  const auto fin = pares_.begin() + static_cast<std::ptrdiff_t>(cuantos_);
+  const auto par = std::find_if(pares_.begin(), fin, [nombre](const Par& p) { return p.Nombre() == nombre; });
+  return par == fin ? nullptr : &*par;
 }
 
-std::optional<TMontoFiscal> Monto(const Origen& origen, const pugi::xml_node& nodo, const char* nombre,
-                                  int decimales) {
-  const pugi::xml_attribute atributo = nodo.attribute(nombre);
-  if (!atributo) return {};
-  const Lectura lectura = LeeMonto(atributo.value(), decimales);
+std::string_view Atributos::Texto(std::string_view nombre) const noexcept {
+  const Par* const par = Busca(nombre);
+  return par == nullptr ? std::string_view() : par->valor;
+}
+
+std::optional<TMontoFiscal> Atributos::Monto(std::string_view nombre, int decimales) const {
+  const Par* const par = Busca(nombre);
+  if (par == nullptr) return {};
+  const Lectura lectura = LeeMonto(par->valor, decimales);
   if (lectura.falla != nullptr) {
-    Rechaza(origen, nodo,
-            std::string(nodo.name()) + " " + nombre + "=\"" + std::string(atributo.value()).substr(0, 40) +
-                "\" " + lectura.falla);
+    Rechaza(origen_, nodo_,
+            std::string(nodo_.name()) + " " + std::string(nombre) + "=\"" +
+                std::string(par->valor).substr(0, 40) + "\" " + lectura.falla);
   }
   return lectura.monto;
 }
 
-std::string ExigeAtributo(const Origen& origen, const pugi::xml_node& nodo, const char* nombre) {
-  std::string texto = Atributo(nodo, nombre);
-  if (texto.empty()) Rechaza(origen, nodo, "a " + std::string(nodo.name()) + " le falta " + nombre);
+void Atributos::Falta(std::string_view nombre) const {
+  Rechaza(origen_, nodo_, "a " + std::string(nodo_.name()) + " le falta " + std::string(nombre));
+}
+
+std::string_view Atributos::ExigeTexto(std::string_view nombre) const {
+  const std::string_view texto = Texto(nombre);
+  if (texto.empty()) Falta(nombre);
   return texto;
 }
 
-TMontoFiscal ExigeMonto(const Origen& origen, const pugi::xml_node& nodo, const char* nombre) {
-  const std::optional<TMontoFiscal> monto = Monto(origen, nodo, nombre);
-  if (!monto) Rechaza(origen, nodo, "a " + std::string(nodo.name()) + " le falta " + nombre);
+TMontoFiscal Atributos::ExigeMonto(std::string_view nombre) const {
+  const std::optional<TMontoFiscal> monto = Monto(nombre);
+  if (!monto) Falta(nombre);
   return *monto;
 }
 

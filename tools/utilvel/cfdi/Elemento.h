@@ -1,9 +1,12 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "tools/utilvel/cfdi/Comprobante.h"
 #include "tools/utilvel/cfdi/Montos.h"
 
 namespace pugi {
@@ -21,17 +24,36 @@ struct Origen {
 /// Raises Rechazo at an element.
 [[noreturn]] void Rechaza(const Origen& origen, const pugi::xml_node& nodo, const std::string& razon);
 
-/// Raises Rechazo when an element repeats an attribute, which the parser lets pass, or has too many.
-void ExigeAtributosDistintos(const Origen& origen, const pugi::xml_node& nodo);
+/// The attributes of an element, read in one pass. Lives no longer than the document.
+class Atributos {
+ public:
+  /// Raises Rechazo when one is repeated, which the parser lets pass, or there are too many.
+  Atributos(const Origen& origen, const pugi::xml_node& nodo);
 
-/// An attribute's text; empty when it is missing.
-std::string Atributo(const pugi::xml_node& nodo, const char* nombre);
-/// A figure; without a value when the attribute is missing. Raises Rechazo for one that is no number.
-std::optional<TMontoFiscal> Monto(const Origen& origen, const pugi::xml_node& nodo, const char* nombre,
-                                  int decimales = kDecimales);
-/// These raise Rechazo for a missing attribute too.
-std::string ExigeAtributo(const Origen& origen, const pugi::xml_node& nodo, const char* nombre);
-TMontoFiscal ExigeMonto(const Origen& origen, const pugi::xml_node& nodo, const char* nombre);
+  /// An attribute's text; empty when it is missing.
+  std::string_view Texto(std::string_view nombre) const noexcept;
+  /// A figure; without a value when the attribute is missing. Raises Rechazo for one that is no number.
+  std::optional<TMontoFiscal> Monto(std::string_view nombre, int decimales = kDecimales) const;
+  /// These raise Rechazo for a missing attribute too.
+  std::string_view ExigeTexto(std::string_view nombre) const;
+  TMontoFiscal ExigeMonto(std::string_view nombre) const;
+
+ private:
+  struct Par {
+    const char* nombre;
+    std::size_t largo;
+    const char* valor;
+    std::string_view Nombre() const noexcept { return {nombre, largo}; }
+  };
+  const Par* Busca(std::string_view nombre) const noexcept;
+  [[noreturn]] void Falta(std::string_view nombre) const;
+
+  const Origen& origen_;
+  const pugi::xml_node& nodo_;
+  std::size_t cuantos_ = 0;
+  // Only the first ones are set.
+  std::array<Par, kMaxAtributos> pares_;
+};
 
 /// The namespace that an element's prefix stands for there; empty without one.
 std::string_view Espacio(const pugi::xml_node& nodo);

@@ -10,6 +10,7 @@ namespace utilvel::cfdi {
 namespace {
 
 constexpr std::size_t kFin = std::string_view::npos;
+constexpr std::size_t kPequeno = std::size_t{1} << 20;
 
 /// Place behind the text that ends what began at `desde`; the end of the bytes without one.
 std::size_t Tras(std::string_view bytes, std::string_view final, std::size_t desde) {
@@ -27,6 +28,13 @@ std::size_t CierreEtiqueta(std::string_view bytes, std::size_t desde) {
     if (i == kFin) break;
   }
   return bytes.size();
+}
+
+/// Whether the bytes may hold a comment, a section of characters or a document type.
+bool HayDeclaraciones(std::string_view bytes) {
+  for (std::size_t i = bytes.find('!'); i != kFin; i = bytes.find('!', i + 1))
+    if (i > 0 && bytes[i - 1] == '<') return true;
+  return false;
 }
 
 }  // namespace
@@ -61,6 +69,8 @@ void ExploraXml(std::string_view bytes) {
     }
     Rechaza(bytes, bien, "no está en UTF-8");
   }
+  // What is so small can only hold few elements, and the parser does not recur.
+  if (bytes.size() <= kPequeno && !HayDeclaraciones(bytes)) return;
   std::size_t profundidad = 0;
   std::size_t elementos = 0;
   for (std::size_t i = bytes.find('<'); i < bytes.size(); i = bytes.find('<', i)) {

@@ -11,7 +11,8 @@ namespace utilvel::cfdi {
 
 /// Looks over the bytes before anything is built from them: raises Rechazo for an empty file, a zero byte,
 /// bytes that are not UTF-8, a document type, and what goes beyond the limits of size, depth and number of
-/// elements. Whether the rest is well-formed is for the parser to tell.
+/// elements (of which a file up to 1 MiB has none: it cannot hold many). Whether the rest is well-formed is
+/// for the parser to tell.
 void ExploraXml(std::string_view bytes);
 
 }  // namespace utilvel::cfdi

@@ -1,6 +1,7 @@
 #include "tools/utilvel/cfdi/Montos.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 
 #include "framework/Excepciones.h"
@@ -9,13 +10,28 @@
 namespace utilvel::cfdi {
 namespace {
 
+constexpr auto kPotencias = [] {
+  std::array<Entero128, 31> potencias{};
+  potencias[0] = 1;
+  for (std::size_t i = 1; i < potencias.size(); ++i) potencias[i] = potencias[i - 1] * 10;
+  return potencias;
+}();
+
 constexpr std::int64_t kMaximo = std::numeric_limits<std::int64_t>::max();
 
+/// The most units that still fit with so many decimals more.
+constexpr auto kTopes = [] {
+  std::array<std::uint64_t, kDecimales + 1> topes{};
+  topes[0] = static_cast<std::uint64_t>(kMaximo);
+  for (std::size_t i = 1; i < topes.size(); ++i) topes[i] = topes[i - 1] / 10;
+  return topes;
+}();
+
 std::string_view SinBlancos(std::string_view texto) noexcept {
-  constexpr std::string_view kBlancos = " \t\r\n";
-  const std::size_t inicio = texto.find_first_not_of(kBlancos);
-  if (inicio == std::string_view::npos) return {};
-  return texto.substr(inicio, texto.find_last_not_of(kBlancos) - inicio + 1);
+  const auto blanco = [](char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; };
+  while (!texto.empty() && blanco(texto.front())) texto.remove_prefix(1);
+  while (!texto.empty() && blanco(texto.back())) texto.remove_suffix(1);
+  return texto;
 }
 
 }  // namespace
@@ -33,15 +49,14 @@ Lectura LeeMonto(std::string_view texto, int maximo) noexcept {
     if (c < '0' || c > '9') return {{}, kNoEs};
     cifras = true;
     if (decimales >= 0 && ++decimales > maximo) return {{}, "tiene demasiados decimales"};
-    if (unidades > static_cast<std::uint64_t>(kMaximo - 9) / 10) return {{}, "es demasiado grande"};
+    if (unidades > (std::numeric_limits<std::uint64_t>::max() - 9) / 10) return {{}, "es demasiado grande"};
     unidades = unidades * 10 + static_cast<std::uint64_t>(c - '0');
   }
   if (!cifras) return {{}, kNoEs};
   decimales = std::max(decimales, 0);
   // Every figure fits with six decimals, so that products of two fit in 128 bits.
-  std::uint64_t tope = static_cast<std::uint64_t>(kMaximo);
-  for (int i = decimales; i < kDecimales; ++i) tope /= 10;
-  if (unidades > tope) return {{}, "es demasiado grande"};
+  const auto faltan = static_cast<std::size_t>(std::max(kDecimales - decimales, 0));
+  if (unidades > kTopes[faltan]) return {{}, "es demasiado grande"};
   return {{static_cast<std::int64_t>(unidades), decimales}, nullptr};
 }
 
@@ -49,11 +64,7 @@ void FallaTamano() {
   throw vel::EInvalidOperation(u"Un importe es demasiado grande para verificarse exacto");
 }
 
-Entero128 Potencia(int exponente) {
-  Entero128 potencia = 1;
-  for (int i = 0; i < exponente; ++i) potencia *= 10;
-  return potencia;
-}
+Entero128 Potencia(int exponente) { return kPotencias.at(static_cast<std::size_t>(exponente)); }
 
 Entero128 Multiplica(Entero128 a, Entero128 b) {
   Entero128 producto = 0;
@@ -66,6 +77,9 @@ Entero128 Unidades(const TMontoFiscal& monto, int decimales) {
 }
 
 Entero128 DivideRedondea(Entero128 n, Entero128 d) {
+  // What fits in 64 bits avoids the long division.
+  if (n >= 0 && n <= kMaximo / 2 && d <= kMaximo / 2)
+    return (static_cast<std::int64_t>(n) + static_cast<std::int64_t>(d) / 2) / static_cast<std::int64_t>(d);
   const Entero128 cociente = n / d;
   const Entero128 resto = n < 0 ? -(n % d) : n % d;
   if (resto < d - resto) return cociente;
@@ -83,39 +97,36 @@ void Suma::Agrega(Entero128 unidades) {
   if (__builtin_add_overflow(unidades_, unidades, &unidades_)) FallaTamano();
 }
 
-void SumaConMargen::Agrega(const TMontoFiscal& monto) {
-  valor_.Agrega(monto);
-  inferior_.Agrega(monto);
-  superior_.Agrega(monto);
-}
-
 void SumaConMargen::Agrega(const TMontoFiscal& monto, const TMontoFiscal& equivalencia) {
-  if (Compara(equivalencia, {1, 0}) == 0) {
-    Agrega(monto);
+  if (equivalencia == TMontoFiscal{1, 0} || Compara(equivalencia, {1, 0}) == 0) {
+    valor_.Agrega(monto);
     return;
   }
   conMargen_ = true;
   const Entero128 escala = Potencia(kDecimalesCociente - monto.Decimales + equivalencia.Decimales);
   const Entero128 unidades = monto.Unidades;
   const Entero128 entre = equivalencia.Unidades;
-  valor_.Agrega(DivideRedondea(Multiplica(unidades, escala), entre));
+  const Entero128 cociente = DivideRedondea(Multiplica(unidades, escala), entre);
+  valor_.Agrega(cociente);
   // Half a unit less of the one and more of the other.
-  inferior_.Agrega(
-      DivideRedondea(Multiplica(std::max<Entero128>(2 * unidades - 1, 0), escala), 2 * entre + 1));
-  superior_.Agrega(DivideRedondea(Multiplica(2 * unidades + 1, escala), 2 * entre - 1));
+  const Entero128 menor = Multiplica(std::max<Entero128>(2 * unidades - 1, 0), escala);
+  const Entero128 mayor = Multiplica(2 * unidades + 1, escala);
+  menos_.Agrega(DivideRedondea(menor, 2 * entre + 1) - cociente);
+  mas_.Agrega(DivideRedondea(mayor, 2 * entre - 1) - cociente);
 }
 
 TMontoFiscal SumaConMargen::Inferior(int decimales) const {
-  const int resto = kDecimalesCociente - decimales;
-  return Redondea(inferior_.DameUnidades() / Potencia(resto), decimales, decimales);
+  const Entero128 unidades = valor_.DameUnidades() + menos_.DameUnidades();
+  return Redondea(unidades / Potencia(kDecimalesCociente - decimales), decimales, decimales);
 }
 
 TMontoFiscal SumaConMargen::Superior(int decimales) const {
   const Entero128 unidad = Potencia(kDecimalesCociente - decimales);
-  return Redondea((superior_.DameUnidades() + unidad - 1) / unidad, decimales, decimales);
+  return Redondea((valor_.DameUnidades() + mas_.DameUnidades() + unidad - 1) / unidad, decimales, decimales);
 }
 
 int Compara(const TMontoFiscal& a, const TMontoFiscal& b) {
+  if (a.Decimales == b.Decimales) return a.Unidades < b.Unidades ? -1 : a.Unidades > b.Unidades ? 1 : 0;
   const int decimales = std::max(a.Decimales, b.Decimales);
   const Entero128 diferencia = Unidades(a, decimales) - Unidades(b, decimales);
   return diferencia < 0 ? -1 : diferencia > 0 ? 1 : 0;

@@ -67,9 +67,8 @@ class Suma {
 /// lies when each printed figure stands for all that round to it. Kept with kDecimalesCociente decimals.
 class SumaConMargen {
  public:
-  void Agrega(const TMontoFiscal& monto);
   /// monto / equivalencia, which is above zero; an equivalence of one has no margin.
-  void Agrega(const TMontoFiscal& monto, const TMontoFiscal& equivalencia);
+  void Agrega(const TMontoFiscal& monto, const TMontoFiscal& equivalencia = {1, 0});
   bool ConMargen() const noexcept { return conMargen_; }
   TMontoFiscal Redondeada(int decimales) const { return valor_.Redondeada(decimales); }
   /// Down and up to the decimals given.
@@ -79,8 +78,9 @@ class SumaConMargen {
  private:
   bool conMargen_ = false;
   Suma valor_{kDecimalesCociente};
-  Suma inferior_{kDecimalesCociente};
-  Suma superior_{kDecimalesCociente};
+  // What the margin takes off and adds.
+  Suma menos_{kDecimalesCociente};
+  Suma mas_{kDecimalesCociente};
 };
 
 /// -1, 0 or 1 as a is below, equal to or above b, whatever decimals they are written with.

@@ -16,7 +16,6 @@ using vel::ENUM_IMPUESTO_FISCAL;
 using vel::TField;
 using vel::TFieldType;
 
-constexpr std::size_t kImpuestos = vel::TCalculoCFDI::kImpuestos;
 // Base codes of the engine: the amount; the amount and the first tax; no tax.
 constexpr int kSobreImporte = 0;
 constexpr int kSobreIeps = 1;
@@ -29,6 +28,13 @@ std::size_t LugarDe(const Impuesto& impuesto) {
   if (impuesto.impuesto == ENUM_IMPUESTO_FISCAL::ISR) return 1;
   if (impuesto.impuesto == ENUM_IMPUESTO_FISCAL::IVA) return impuesto.retenido ? 2 : 3;
   return impuesto.retenido ? 4 : kIeps;
+}
+
+/// The nearest double: the quotient of two that are exact, while they are.
+double Real(const TMontoFiscal& monto) {
+  constexpr std::array kDiez = {1.0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6};
+  if (monto.Unidades >= std::int64_t{1} << 53 || monto.Decimales > kDecimales) return monto.Real();
+  return static_cast<double>(monto.Unidades) / kDiez.at(static_cast<std::size_t>(monto.Decimales));
 }
 
 /// A line in the engine's fields.
@@ -81,10 +87,10 @@ struct TotalMotor::Motor {
     const auto agrega = [&campos](std::u16string nombre, TFieldType tipo, int largo = 0) {
       campos.push_back({.Name = std::move(nombre), .DataType = tipo, .Size = largo});
     };
-    for (const char16_t* nombre :
-         {u"CANT", u"PREC", u"COST", u"TIP_CAM", u"DESC1", u"DESC2", u"DESC3", u"DESCU", u"MTO_CUOTA"})
+    for (const char16_t* nombre : {u"CANT", u"PREC", u"TIP_CAM", u"DESC1", u"DESC2", u"DESC3", u"MTO_CUOTA"})
       agrega(nombre, TFieldType::ftFloat);
-    for (std::size_t i = 1; i <= kImpuestos; ++i) {
+    // The engine leaves out taxes that have no field for their base code.
+    for (std::size_t i = 1; i <= kLugares; ++i) {
       const std::u16string numero = vel::IntToStr(static_cast<std::int64_t>(i));
       agrega(u"IMPU" + numero, TFieldType::ftFloat);
       agrega(u"IMP" + numero + u"APLA", TFieldType::ftInteger);
@@ -102,7 +108,7 @@ struct TotalMotor::Motor {
     conCuota = &partidas.FieldByName(u"MAN_IEPS");
     impuestoCuota = &partidas.FieldByName(u"APL_MAN_IMP");
     modoCuota = &partidas.FieldByName(u"APL_MAN_IEPS");
-    for (std::size_t i = 0; i < kImpuestos; ++i) {
+    for (std::size_t i = 0; i < kLugares; ++i) {
       const std::u16string numero = vel::IntToStr(static_cast<std::int64_t>(i) + 1);
       tasas[i] = &partidas.FieldByName(u"IMPU" + numero);
       codigos[i] = &partidas.FieldByName(u"IMP" + numero + u"APLA");
@@ -111,25 +117,25 @@ struct TotalMotor::Motor {
 
   void Agrega(const Concepto& concepto, const Renglon& renglon) {
     calculo.Partidas.Append();
-    cantidad->SetAsFloat(concepto.cantidad.Real());
-    precio->SetAsFloat(concepto.valorUnitario.Real());
+    cantidad->SetAsFloat(Real(concepto.cantidad));
+    precio->SetAsFloat(Real(concepto.valorUnitario));
     cambio->SetAsFloat(1);
     if (concepto.descuento && concepto.descuento->Unidades != 0)
-      descuento->SetAsFloat(concepto.descuento->Real() / concepto.importe.Real() * 100);
-    for (std::size_t i = 0; i < kImpuestos; ++i) {
-      const int codigo = i < kLugares ? renglon.codigos[i] : kSinImpuesto;
+      descuento->SetAsFloat(Real(*concepto.descuento) / Real(concepto.importe) * 100);
+    for (std::size_t i = 0; i < kLugares; ++i) {
+      const int codigo = renglon.codigos[i];
       codigos[i]->SetAsInteger(codigo);
       if (codigo == kSinImpuesto || renglon.impuestos[i]->factor != ENUM_FACTOR_FISCAL::TASA) continue;
       const Impuesto& impuesto = *renglon.impuestos[i];
       // A percentage; a negative one is withheld.
-      const double tasa = TMontoFiscal{impuesto.tasa->Unidades, impuesto.tasa->Decimales}.Real() * 100;
+      const double tasa = Real(*impuesto.tasa) * 100;
       tasas[i]->SetAsFloat(impuesto.retenido ? -tasa : tasa);
     }
     if (renglon.cuota) {
       conCuota->SetAsString(u"S");
       impuestoCuota->SetAsInteger(static_cast<std::int32_t>(kIeps) + 1);
       modoCuota->SetAsString(u"C");
-      cuota->SetAsFloat(renglon.impuestos[kIeps]->importe->Real());
+      cuota->SetAsFloat(Real(*renglon.impuestos[kIeps]->importe));
     }
     calculo.Partidas.Post();
   }
@@ -143,8 +149,8 @@ struct TotalMotor::Motor {
   TField* conCuota;
   TField* impuestoCuota;
   TField* modoCuota;
-  std::array<TField*, kImpuestos> tasas;
-  std::array<TField*, kImpuestos> codigos;
+  std::array<TField*, kLugares> tasas;
+  std::array<TField*, kLugares> codigos;
 };
 
 TotalMotor::TotalMotor() : motor_(std::make_unique<Motor>()) {}

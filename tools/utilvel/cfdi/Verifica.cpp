@@ -34,16 +34,13 @@ SumasImpuestos CotejaConceptos(Cotejo& cotejo, const Comprobante& c) {
       cotejo.ImporteImpuesto(lugar, "Importe", impuesto, impuesto.retenido ? u"CFDI40186" : u"CFDI40180");
       // Version 3.3 prints no exempt taxes of the document.
       if (c.version == Version::V33 && impuesto.factor == ENUM_FACTOR_FISCAL::EXENTO) continue;
-      SumaImpuesto& suma = sumas[Clave(impuesto)];
-      suma.uno = &impuesto;
-      if (impuesto.base) suma.base.Agrega(*impuesto.base);
-      if (impuesto.importe) suma.importe.Agrega(*impuesto.importe);
+      sumas[Clave(impuesto)].Agrega(impuesto);
     }
   }
   return sumas;
 }
 
-void CotejaImpuestos(Cotejo& cotejo, const Comprobante& c, const SumasImpuestos& sumas) {
+void CotejaImpuestos(Cotejo& cotejo, const Comprobante& c, SumasImpuestos& sumas) {
   const Lugar lugar = En("Impuestos");
   CotejaResumen(cotejo, lugar, c.impuestos.impuestos, sumas,
                 c.version == Version::V40 ? kNombres40 : kNombres33, false);
@@ -120,7 +117,7 @@ Informe Verificador::Verifica(std::string_view bytes) {
   informe.comprobante = LeeComprobante(bytes);
   const Comprobante& c = informe.comprobante;
   Cotejo cotejo(c.version, c.fecha, DecimalesMoneda(c.moneda));
-  const SumasImpuestos sumas = CotejaConceptos(cotejo, c);
+  SumasImpuestos sumas = CotejaConceptos(cotejo, c);
   CotejaImpuestos(cotejo, c, sumas);
   if (c.locales) CotejaLocales(cotejo, *c.locales);
   CotejaTotales(cotejo, c);
