@@ -27,9 +27,11 @@ struct Certificado {
   UnicodeString nombre;
   UnicodeString emisor;
 
-  /// Both ends included. Now is floor<seconds>(system_clock::now()), of std::chrono.
-  bool VigenteEn(std::chrono::sys_seconds momento) const noexcept {
-    return inicio <= momento && momento <= fin;
+  /// Both ends included, the last one for its whole second.
+  template <class Duracion>
+  bool VigenteEn(std::chrono::sys_time<Duracion> momento) const noexcept {
+    const auto segundo = std::chrono::floor<std::chrono::seconds>(momento);
+    return inicio <= segundo && segundo <= fin;
   }
 };
 

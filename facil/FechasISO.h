@@ -35,6 +35,10 @@ template <class Duracion>
 UnicodeString FechaHoraISO(std::chrono::sys_time<Duracion> momento) {
   return FechaHoraISO(std::chrono::floor<std::chrono::milliseconds>(momento));
 }
+template <class Duracion>
+UnicodeString FechaHoraISO(std::chrono::sys_time<Duracion> momento, const Zona& zona) {
+  return FechaHoraISO(std::chrono::floor<std::chrono::milliseconds>(momento), zona);
+}
 
 /// Reads a day with or without its time, "T" or a blank between them; what is finer than milliseconds is cut.
 /// EConvertError ("'x' no es una fecha ISO") for any other text, and for one that tells its zone, which
