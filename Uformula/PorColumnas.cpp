@@ -81,6 +81,8 @@ class Evaluador::Bloque {
   bool sirve_ = true;
   std::vector<double> valores_;
   std::array<bool, kMaxRenglones> fallos_{};
+  /// Where the arguments of a call stand.
+  std::vector<const double*> argumentos_;
   /// Values as a step has them before they are carried.
   std::array<double, kMaxRenglones> crudos_;
   std::array<Mascara, kMaxRenglones / 2> hechos_;
@@ -232,12 +234,15 @@ void Evaluador::Bloque::Compara(Operador operador, const double* a, const double
 }
 
 void Evaluador::Bloque::Llama(const Instruccion& in) {
-  std::vector<double>& argumentos = evaluador_.argumentos_;
+  argumentos_.clear();
+  for (std::uint32_t j = 0; j < in.cuenta; ++j) {
+    argumentos_.push_back(Lugar(evaluador_.lugares_[in.primero + j]));
+  }
+  double* const argumentos = evaluador_.argumentos_.data();
+  const std::size_t cuenta = argumentos_.size();
   for (std::size_t i = 0; i < renglones_; ++i) {
-    for (std::uint32_t j = 0; j < in.cuenta; ++j) {
-      argumentos[j] = Lugar(evaluador_.lugares_[in.primero + j])[i];
-    }
-    crudos_[i] = in.funcion->valor({argumentos.data(), in.cuenta});
+    for (std::size_t j = 0; j < cuenta; ++j) argumentos[j] = argumentos_[j][i];
+    crudos_[i] = in.funcion->valor({argumentos, cuenta});
   }
 }
 

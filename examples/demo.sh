@@ -28,6 +28,11 @@ title 'Rangos de fechas'
 
 # The command-line program stands beside the examples.
 utilvel=$programs/../tools/utilvel/utilvel
+title 'utilvel: una consulta guardada en la base de ejemplo'
+sqlite3 "$seal/ventas.db" <"$data/base.sql"
+"$utilvel" consulta "$data/consulta.ini" --base "sqlite3://$seal/ventas.db"
+title 'utilvel: las cifras de una factura'
+"$utilvel" cfdi "$data/factura.xml"
 title 'utilvel: el margen de cada venta de un CSV'
 # A row without its cost has no value: the program says so and ends with 5.
 "$utilvel" formula '(VENTA-COSTO)/VENTA*100' --csv "$data/ventas.csv" || [ $? -eq 5 ]

@@ -27,15 +27,18 @@ struct Certificado {
   UnicodeString nombre;
   UnicodeString emisor;
 
-  bool VigenteEn(std::chrono::sys_seconds momento) const noexcept {
-    return inicio <= momento && momento <= fin;
+  /// Both ends included, the last one for its whole second.
+  template <class Duracion>
+  bool VigenteEn(std::chrono::sys_time<Duracion> momento) const noexcept {
+    const auto segundo = std::chrono::floor<std::chrono::seconds>(momento);
+    return inicio <= segundo && segundo <= fin;
   }
 };
 
 /// Reads a certificate file in DER form; the path is one of the suite or of the system. EStreamError ("No se
 /// puede leer el certificado C:\\sello.cer: el archivo no existe") when it cannot be read; Exception ("No se
 /// pudo extraer la llave pública.") when it holds none, or ("La vigencia del certificado no es válida.") when
-/// one of its moments is none.
+/// one of its moments is none. A certificate in PEM form holds none.
 UTILVEL90_EXPORT Certificado LeeCertificado(const Texto& ruta);
 
 /// The same of the file's bytes.

@@ -125,8 +125,7 @@ class [[nodiscard("a condition lacks its comparison: igual, entre, contiene...")
 ///         h.donde("F.IMPORTE").mayorIgual(700.0);
 ///         h.donde("F.STATUS").igual("E");
 ///       });
-///     });                                                  // (P.LINEA IN (...) OR F.IMPORTE>=... AND
-///     F.STATUS=...)
+///     });     // (P.LINEA IN (...) OR F.IMPORTE>=... AND F.STATUS=...)
 ///
 /// Parentheses stand around the alternatives of a group of AND, where there are two or more; AND binds
 /// tighter than OR in SQL and needs none. A group whose conditions were all left out vanishes. Groups nest

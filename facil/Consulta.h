@@ -12,7 +12,7 @@
 
 namespace vel::facil {
 
-/// A statement with the values to bind, in its order.
+/// A statement with the values to bind, in its order; TParam says how one is bound.
 struct UTILVEL90_EXPORT Sentencia {
   UnicodeString texto;
   TParams parametros;
@@ -23,6 +23,7 @@ struct UTILVEL90_EXPORT Sentencia {
 /// A SELECT statement in words. It builds a TParametrosFiltro, so that what it gives is what AgregaFiltro and
 /// the rest would give by hand, to the byte.
 ///
+///     using namespace std::chrono;
 ///     Consulta facturas("FACTF01 F");
 ///     facturas.campo("C.NOMBRE", "CLIENTE")
 ///         .campo("SUM(F.IMPORTE)", "TOTAL")
@@ -40,6 +41,9 @@ struct UTILVEL90_EXPORT Sentencia {
 ///
 /// Fields, tables, joins, columns and Sql are the program's own text, written as they are; what a user typed
 /// is a value. Every value is a parameter of the statement.
+///
+/// A query has a name first, as here, and is then filled: calls give a reference to it, and it is moved, not
+/// copied, so that `Consulta q = Consulta("T").campo("C")` does not compile.
 ///
 /// It owns its definition. One that was moved from or gave its definition away raises EInvalidOperation
 /// ("La consulta ya se entregó"). What throws leaves the query as it was. One thread at a time.

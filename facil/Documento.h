@@ -54,7 +54,8 @@ struct ImpuestoPorTasa {
   bool Retenido = false;
   /// In percent. A quota stands in the row of the rate that it goes with; one alone in a row of 0.
   double Tasa = 0;
-  /// What the tax is a percentage of: amounts less discounts, and the taxes that the base code adds.
+  /// What the tax is a percentage of: amounts less discounts, and the taxes that the base code adds. Base,
+  /// Neto and Importe are sums of lines of six decimals; FormateaMonto shows them to the cent.
   double Base = 0;
   /// Amounts less discounts, as the engine's tax lists have them.
   double Neto = 0;
@@ -69,6 +70,8 @@ struct ImpuestoPorTasa {
 ///     factura.Total();                              // 11,131.04
 ///     MontoEnLetra(factura.Total());
 ///     for (const ImpuestoPorTasa& i : factura.PorTasa()) ...
+///
+/// One line too stands in a list: Documento({{.Precio = 50}}). Partida.h tells how its members are named.
 ///
 /// Where the engine's figures are not those of the lines, because it repeats discounts or writes a quota over
 /// earlier lines (see TCalculoCFDI), Avisos tells; the summary has the lines' figures. An object serves one
@@ -93,7 +96,7 @@ class UTILVEL90_EXPORT Documento {
   /// number.
   explicit Documento(const TClientDataSet& partidas, OpcionesDocumento opciones = {});
 
-  /// Quantity by price by exchange rate, of the lines that count; to two decimals.
+  /// Quantity by price, divided by the exchange rate, of the lines that count; to two decimals.
   double Subtotal() const;
   /// Six decimals a line, as the engine sums them.
   double Descuentos() const;

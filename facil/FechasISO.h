@@ -21,9 +21,11 @@ UTILVEL90_EXPORT UnicodeString FechaHoraISO(Momento momento);
 
 /// The same of a moment of universal time (RFC 3339): with "Z", or as a zone's local time with its offset.
 ///
-///     FechaHoraISO(sys_days(2024y / May / 13) + 20h)                           // u"2024-05-13T20:00:00Z"
-///     FechaHoraISO(sys_days(2024y / May / 13) + 20h, "America/Mexico_City")    //
-///     u"2024-05-13T14:00:00-06:00"
+///     const auto momento = sys_days(2024y / May / 13) + 20h;
+///     FechaHoraISO(momento)                           // u"2024-05-13T20:00:00Z"
+///     FechaHoraISO(momento, "America/Mexico_City")    // u"2024-05-13T14:00:00-06:00"
+///
+/// A local time goes by way of AUniversal: FechaHoraISO(AUniversal(local, zona), zona).
 ///
 /// An offset of seconds, as before zones were agreed, is cut to its minutes and the time stands in that
 /// offset, so that the text is of the same moment.
@@ -32,6 +34,10 @@ UTILVEL90_EXPORT UnicodeString FechaHoraISO(MomentoUniversal momento, const Zona
 template <class Duracion>
 UnicodeString FechaHoraISO(std::chrono::sys_time<Duracion> momento) {
   return FechaHoraISO(std::chrono::floor<std::chrono::milliseconds>(momento));
+}
+template <class Duracion>
+UnicodeString FechaHoraISO(std::chrono::sys_time<Duracion> momento, const Zona& zona) {
+  return FechaHoraISO(std::chrono::floor<std::chrono::milliseconds>(momento), zona);
 }
 
 /// Reads a day with or without its time, "T" or a blank between them; what is finer than milliseconds is cut.

@@ -38,6 +38,10 @@ struct UTILVEL90_EXPORT ImpuestoLocal {
 /// percentages (16 is 16 %), withholdings too, which are given positive. A tax that is not given does not
 /// apply to the line; a transferred tax of 0 % does.
 ///
+/// C++ wants the members in the order in which they stand below (Iva before Ieps). Where a compiler says only
+/// that no function takes a list of lines, write the line as Partida{.Precio = 50, ...}: it then names the
+/// member that is misspelled or has a value of another type.
+///
 ///     const std::vector<Partida> partidas{
 ///         {.Cantidad = 2, .Precio = 4599.90, .Descuentos = {10}, .Iva = 16},
 ///         {.Cantidad = 30, .Precio = 48.50, .Iva = 16, .Ieps = 8},

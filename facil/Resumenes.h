@@ -24,8 +24,9 @@ class UTILVEL90_EXPORT Resumen {
 };
 
 /// Digests of bytes as they stand, to the length of the view, zeros too; of a text UTF8Encode gives the
-/// bytes. MD5 and SHA-1 no longer withstand forgers: use them only where a receiver asks for them. Exception
-/// ("No se pudo calcular el resumen.") should libcrypto fail.
+/// bytes. A plain literal ends at its first zero, as everywhere in C++: "a\0b"sv is whole. MD5 and SHA-1 no
+/// longer withstand forgers: use them only where a receiver asks for them. Exception ("No se pudo calcular el
+/// resumen.") should libcrypto fail.
 UTILVEL90_EXPORT Resumen Sha256(std::string_view datos);
 UTILVEL90_EXPORT Resumen Sha1(std::string_view datos);
 UTILVEL90_EXPORT Resumen Md5(std::string_view datos);

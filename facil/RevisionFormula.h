@@ -19,13 +19,14 @@ struct NotaFormula {
   friend bool operator==(const NotaFormula&, const NotaFormula&) = default;
 };
 
-/// What Revisa finds, all in the order of their places.
+/// What Revisa finds, all in the order of their places. A parenthesis or a comma out of place may
+/// hide others: what remains is found when it is mended.
 struct RevisionFormula {
   /// What keeps the formula from being evaluated; after the first hundred no more are looked for.
   std::vector<NotaFormula> problemas;
   /// What is evaluated, though surely not as it was meant: `5+`, `2(3)`, `1 2`.
   std::vector<NotaFormula> avisos;
-  /// The variables that it uses, once each, as first spelled.
+  /// The variables that it uses, once each, as first spelled; all of them are certain only when Sirve().
   std::vector<UnicodeString> variables;
   bool Sirve() const noexcept { return problemas.empty(); }
 };

@@ -13,6 +13,8 @@ UnicodeString DeUtf8(std::string_view bytes) {
 
 }  // namespace
 
+void Texto::FaltaTexto() { throw EInvalidOperation(u"Falta un texto: el puntero es nulo"); }
+
 Texto::Texto(std::string_view utf8) : propio_(DeUtf8(utf8)), vista_(propio_) {}
 
 // A char8_t is a byte of UTF-8 by definition, and char may look at any byte.

@@ -12,19 +12,20 @@ namespace vel::facil {
 /// stay UTF-16. It lasts for one call and keeps no copy of a UTF-16 text.
 ///
 /// Bytes that are not UTF-8 raise EConvertError ("El texto no está en UTF-8"): a text in another encoding is
-/// never taken for one with damaged letters.
+/// never taken for one with damaged letters. A null pointer, as getenv gives one, raises
+/// EInvalidOperation ("Falta un texto: el puntero es nulo").
 ///
 ///     Consulta(u"CLIENTES")    Consulta("CLIENTES")    Consulta(nombreEnUtf8)
 class UTILVEL90_EXPORT Texto {
  public:
   Texto(std::u16string_view texto) noexcept : vista_(texto) {}
   Texto(const UnicodeString& texto) noexcept : vista_(texto) {}
-  Texto(const char16_t* texto) : vista_(texto) {}
+  Texto(const char16_t* texto) : vista_(Apuntado(texto)) {}
   Texto(std::string_view utf8);
   Texto(const std::string& utf8) : Texto(std::string_view(utf8)) {}
-  Texto(const char* utf8) : Texto(std::string_view(utf8)) {}
+  Texto(const char* utf8) : Texto(std::string_view(Apuntado(utf8))) {}
   Texto(std::u8string_view utf8);
-  Texto(const char8_t* utf8) : Texto(std::u8string_view(utf8)) {}
+  Texto(const char8_t* utf8) : Texto(std::u8string_view(Apuntado(utf8))) {}
   Texto(std::nullptr_t) = delete;
   Texto(const Texto&) = delete;
   Texto& operator=(const Texto&) = delete;
@@ -34,6 +35,13 @@ class UTILVEL90_EXPORT Texto {
   std::u16string_view Vista() const noexcept { return vista_; }
 
  private:
+  template <typename Caracter>
+  static const Caracter* Apuntado(const Caracter* texto) {
+    if (texto == nullptr) FaltaTexto();
+    return texto;
+  }
+  [[noreturn]] static void FaltaTexto();
+
   /// Holds what was converted; declared first, because the view is of it.
   UnicodeString propio_;
   std::u16string_view vista_;

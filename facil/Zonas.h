@@ -56,8 +56,7 @@ UTILVEL90_EXPORT TDateTime CambiaZona(Momento momento, const Zona& de, const Zon
 
 /// A local time of a zone in universal time, and back; likewise.
 ///
-///     AUniversal(local_days(2024y / January / 15) + 12h, "America/Tijuana") == sys_days(2024y / January /
-///     15) + 20h
+///     AUniversal(local_days(2024y / May / 13) + 12h, "America/Tijuana")    // 19:00 of the same day
 UTILVEL90_EXPORT MomentoUniversal AUniversal(Momento momento, const Zona& zona);
 UTILVEL90_EXPORT TDateTime DeUniversal(MomentoUniversal momento, const Zona& zona);
 

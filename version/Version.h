@@ -9,7 +9,7 @@ namespace vel {
 /// per process and kept; an empty one is read again. Safe for threads, as all functions here.
 UTILVEL90_EXPORT UnicodeString DameVerVEL();
 
-/// File version of this library's version resource ("9.1.0"), kept likewise; after "Tavex-VEL " when
+/// File version of this library's version resource ("9.2.0"), kept likewise; after "Tavex-VEL " when
 /// `conProducto`.
 UTILVEL90_EXPORT UnicodeString DameVersionCompVEL(bool conProducto);
 

@@ -81,6 +81,7 @@ UTILVEL90_EXPORT UnicodeString DameDriverDefault();
 /// "PARADOX" when empty.
 UTILVEL90_EXPORT UnicodeString DameDriver(int numEmp);
 UTILVEL90_EXPORT void EscribeDriver(int numEmp, std::u16string_view driver);
+/// "RutaDatos", which DameValor reads. It is not the local data folder of Rutas.h (DameDirDatosLocal).
 UTILVEL90_EXPORT void EscribeDirDatos(int numEmp, std::u16string_view carpeta);
 /// True when access is remote ("REMOTO" in any case); anything else is local.
 UTILVEL90_EXPORT bool DameTipoAcceso();

@@ -22,6 +22,8 @@ TEST(Argumentos, TakeTextsInBothEncodings) {
   EXPECT_THROW(Texto("Pe\xF1"
                      "a"),
                vel::EConvertError);
+  const char* const nulo = nullptr;
+  EXPECT_THROW(Texto{nulo}, vel::EInvalidOperation);
 }
 
 TEST(Argumentos, TakeDatesOfBothLibraries) {

@@ -7,8 +7,8 @@ namespace {
 
 TEST(Version, GivesItsTexts) {
   EXPECT_EQ(DameVerVEL(), u"VEL9.00");
-  EXPECT_EQ(DameVersionCompVEL(false), u"9.1.0");
-  EXPECT_EQ(DameVersionCompVEL(true), u"Tavex-VEL 9.1.0");
+  EXPECT_EQ(DameVersionCompVEL(false), u"9.2.0");
+  EXPECT_EQ(DameVersionCompVEL(true), u"Tavex-VEL 9.2.0");
   EXPECT_EQ(DameVerVELBitacora(), u"Tavex-VEL 9.00");
   EXPECT_EQ(DameNombreArchIni(), u"VELWIN90.INI");
 }

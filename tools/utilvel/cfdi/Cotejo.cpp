@@ -164,7 +164,8 @@ void CotejaResumen(Cotejo& cotejo, const Lugar& lugar, const std::vector<Impuest
     aqui.partes.at(parte) = {suma.uno->retenido ? "retención" : "traslado", 0};
     Impuesto impuesto = *suma.uno;
     if (impuesto.retenido) impuesto.tasa.reset();
-    coteja(aqui, impuesto, {}, {}, suma);
+    const std::optional<TMontoFiscal> nada;
+    coteja(aqui, impuesto, nada, nada, suma);
   }
 }
 
