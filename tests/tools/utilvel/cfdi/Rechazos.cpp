@@ -66,6 +66,7 @@ TEST(Rechazos, StopAtWhatNoInvoiceHas) {
       {"<a>\n<b c='\xC3'/></a>", "2:7: no está en UTF-8"},
       {"hola", "1:5: no tiene elementos: no es XML"},
       {"<a/><b/>", "1:6: hay otro elemento detrás de la factura"},
+      {"<a/>\nbasura\n", "2:6: hay texto detrás de la factura"},
       {Repite("<", 1'000'000), "1:2: no es XML bien formado"},
       {raiz + "><!-- " + Repite("<a>", 1000), "1:3072: no es XML bien formado"},
   };
