@@ -431,9 +431,9 @@ TEST(Consulta, RefusesWhatCouldNotBeMeant) {
        "La consulta ya se entregó"},
       {[](Consulta&) { Consulta{std::unique_ptr<TParametrosFiltro>()}; }, "La consulta ya se entregó"},
   };
-  for (const auto& [hace, mensaje] : casos) {
+  for (const auto& caso : casos) {
     Consulta c = lleno();
-    EXPECT_EQ(pruebas::MensajeDe([&] { hace(c); }), mensaje);
+    EXPECT_EQ(pruebas::MensajeDe([&] { caso.first(c); }), caso.second);
     EXPECT_EQ(Donde(c), u"A=:var1 AND (B=:var2 OR B=:var3)");
     c.donde("C").igual(4);
     EXPECT_EQ(Donde(c), u"A=:var1 AND (B=:var2 OR B=:var3) AND C=:var4");
