@@ -225,10 +225,10 @@ std::string PaginaManual(const Programa& programa) {
 }
 
 std::string Completado(const Programa& programa) {
-  // For each command the words that may follow it; files where nothing of it fits.
+  // For each command those within it, or its options after a "-"; files where nothing of it fits.
   std::string bash =
       "# bash completion for utilvel(1)\n_utilvel() {\n"
-      "  local cur=${COMP_WORDS[COMP_CWORD]} orden=\"\" palabra palabras\n"
+      "  local cur=${COMP_WORDS[COMP_CWORD]} orden=\"\" palabra palabras opciones\n"
       "  for palabra in \"${COMP_WORDS[@]:1:COMP_CWORD-1}\"; do\n"
       "    case \"$orden $palabra\" in\n";
   std::string palabras = "  case \"$orden\" in\n";
@@ -241,11 +241,13 @@ std::string Completado(const Programa& programa) {
     if (!clave.empty()) bash += "      \"" + clave + "\") orden=\"" + clave + "\" ;;\n";
     palabras += "    \"" + clave + "\") palabras=\"";
     for (const CLI::App* c : Subcomandos(*comando)) palabras += c->get_name() + " ";
+    palabras += "\" opciones=\"";
     for (const CLI::Option* o : Opciones(*comando, false)) palabras += o->get_name(false, false) + " ";
     palabras += "--help\" ;;\n";
   }
   return bash + "    esac\n  done\n" + palabras +
-         "  esac\n  mapfile -t COMPREPLY < <(compgen -W \"$palabras\" -- \"$cur\")\n"
+         "  esac\n  if [[ $cur == -* ]]; then palabras=$opciones; fi\n  mapfile -t COMPREPLY < <(compgen -W "
+         "\"$palabras\" -- \"$cur\")\n"
          "  if [ ${#COMPREPLY[@]} -eq 0 ]; then mapfile -t COMPREPLY < <(compgen -f -- \"$cur\"); fi\n}\n"
          "complete -o filenames -F _utilvel utilvel\n";
 }

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "Uutilext/crypto/Certificados.h"
+#include "framework/Excepciones.h"
 #include "tools/utilvel/Comandos.h"
 #include "tools/utilvel/Entrada.h"
 #include "tools/utilvel/Errores.h"
@@ -50,6 +51,15 @@ std::string Momento(const vel::UnicodeString& certificado, bool fin) {
          m.substr(10, 2) + ":" + m.substr(12, 2);
 }
 
+// The library says what it missed in the file, not which file it was.
+void ExigeCertificado(const vel::UnicodeString& ruta, const std::string& nombre) {
+  try {
+    static_cast<void>(vel::CertGetNumSer(ruta));
+  } catch (const vel::Exception&) {
+    throw Falla(Codigo::Datos, "No es un certificado: " + (nombre == "-" ? "la entrada estándar" : nombre));
+  }
+}
+
 std::string AhoraUniversal() {
   const std::time_t ahora = std::time(nullptr);
   char texto[20];
@@ -76,6 +86,7 @@ Codigo Corre(const Opciones& o) {
                 "Con --llave la entrada estándar trae la contraseña; el certificado va en un archivo");
   }
   const ArchivoParaLeer certificado(o.certificado);
+  ExigeCertificado(certificado.Ruta(), o.certificado);
   const std::string desde = Momento(certificado.Ruta(), false);
   const std::string hasta = Momento(certificado.Ruta(), true);
   const std::string ahora = AhoraUniversal();

@@ -344,7 +344,8 @@ void AgregaCfdi(Programa& programa) {
                   "sello ni el timbre.\n"
                   "Un archivo que no es factura o está dañado se dice en un renglón, con línea y columna, y "
                   "se sigue con los "
-                  "demás. El código de salida es 1 cuando una factura tiene diferencias fuera de los "
+                  "demás; así también el que no está en UTF-8, como lo pide el Anexo 20. El código de salida "
+                  "es 1 cuando una factura tiene diferencias fuera de los "
                   "límites, en sumas o en "
                   "su certificado, y 5 cuando alguno de varios archivos no se pudo leer.",
        .ejemplos = {{"utilvel cfdi factura.xml", "Dice que las cifras coinciden, o cuáles no."},

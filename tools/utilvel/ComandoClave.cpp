@@ -6,7 +6,6 @@
 
 #include "Uutilext/text/Claves.h"
 #include "Uutilext/text/Mascaras.h"
-#include "framework/Numeros.h"
 #include "tools/utilvel/Comandos.h"
 #include "tools/utilvel/Entrada.h"
 #include "tools/utilvel/Filas.h"
@@ -23,7 +22,7 @@ struct Opciones {
 };
 
 Codigo Corre(const Opciones& o) {
-  const int ancho = vel::StrToInt(ATexto(o.ancho));
+  const int ancho = Entero(o.ancho, "--ancho");
   Filas filas(
       o.filas,
       {{"guardada"}, {"serie"}, {"numero", TipoColumna::Entero}, {"sirve_en_archivos", TipoColumna::Logico}});

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "Uutilext/config/Configuracion.h"
+#include "framework/Excepciones.h"
 #include "framework/TextoIni.h"
 #include "platform/TextoArchivo.h"
 #include "tools/utilvel/Comandos.h"
@@ -55,7 +56,18 @@ Codigo Escribe(const Opciones& o) {
     valor = LeeTodo("-");
     valor.erase(valor.find_last_not_of("\r\n") + 1);
   }
-  vel::EscribeValor(PorCambiar(o.archivo), ATexto(o.seccion), ATexto(o.clave), ATexto(valor));
+  if (o.seccion.empty() || o.clave.empty())
+    throw Falla(Codigo::Uso, "Falta el nombre de la sección o de la clave");
+  const vel::UnicodeString archivo = PorCambiar(o.archivo);
+  try {
+    vel::EscribeValor(archivo, ATexto(o.seccion), ATexto(o.clave), ATexto(valor));
+  } catch (const vel::EInvalidOperation&) {
+    // A name or a value that no file of settings holds.
+    throw;
+  } catch (const vel::Exception&) {
+    throw Falla(Codigo::Archivo,
+                "No se puede escribir " + o.archivo + ": compruebe que su carpeta exista y dé permiso");
+  }
   return Codigo::Bien;
 }
 

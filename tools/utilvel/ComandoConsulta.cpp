@@ -44,7 +44,8 @@ std::unique_ptr<vel::TParametrosFiltro> Carga(const Opciones& o) {
   auto definicion = std::make_unique<vel::TParametrosFiltro>(u"");
   definicion->LoadFromIni(archivo.Ruta(), o.numero);
   if (definicion->NombreTabla.empty()) {
-    throw Falla(Codigo::Datos, "No hay una consulta de número " + std::to_string(o.numero) + " en " +
+    const std::string cual = o.numero <= 0 ? "" : "de número " + std::to_string(o.numero) + " ";
+    throw Falla(Codigo::Datos, "No hay una consulta " + cual + "en " +
                                    (o.definicion == "-" ? "la entrada estándar" : o.definicion));
   }
   // The one without a number is kept whole, with its order and DISTINCT.
@@ -161,7 +162,8 @@ constexpr const char* kDetalle =
     "archivo, sin "
     "servidor), firebird://usuario@servidor:puerto/ruta o alias, postgresql://usuario@servidor:puerto/base y "
     "mysql://usuario@servidor:puerto/base (MariaDB). Usuario y puerto pueden faltar; sin servidor "
-    "(postgresql:///base) es el de esta máquina. Un carácter que estorbe se escribe como %40.\n"
+    "(postgresql:///base) es el de esta máquina. En la de un servidor, un carácter que estorbe se escribe "
+    "como %40.\n"
     "La contraseña está en la variable UTILVEL_CLAVE, en un archivo (--clave-archivo) o se teclea "
     "(--pide-clave); "
     "nunca va en la orden ni en la dirección, donde otros la verían.\n"
@@ -169,7 +171,8 @@ constexpr const char* kDetalle =
     "Los importes "
     "salen con los decimales de su columna y las fechas como 2024-05-13 14:30:00. Los renglones salen como "
     "llegan, sin "
-    "ocupar memoria, menos los de MariaDB, cuya biblioteca los lee todos antes del primero. Una tabla toma "
+    "juntarse en la memoria, menos los de MariaDB, cuya biblioteca los lee todos antes del primero. Una "
+    "tabla toma "
     "sus anchos "
     "de los primeros 200.\n"
     "Una definición encuentra lo mismo en las cuatro bases, menos esto. SQLite no tiene fechas ni importes: "

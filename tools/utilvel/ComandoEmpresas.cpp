@@ -7,10 +7,10 @@
 
 #include "Uutilext/config/Empresas.h"
 #include "facil/Catalogo.h"
-#include "framework/Numeros.h"
 #include "framework/TClientDataSet.h"
 #include "tools/utilvel/Comandos.h"
 #include "tools/utilvel/Entrada.h"
+#include "tools/utilvel/Errores.h"
 #include "tools/utilvel/Filas.h"
 #include "tools/utilvel/Programa.h"
 #include "tools/utilvel/Textos.h"
@@ -56,8 +56,17 @@ Codigo Lista(const Opciones& o) {
   return Codigo::Bien;
 }
 
+// Before the order they are understood, and nobody who names another catalog wants this one changed.
+void ExigeSinOpcionesDeLista(const Opciones& o) {
+  if (o.catalogo.empty() && o.filas.archivo.empty() && o.filas.DameFormato() == Formato::Tabla) return;
+  throw Falla(
+      Codigo::Uso,
+      "Las opciones de la lista no van con agrega ni renombra, que cambian el catálogo de la instalación");
+}
+
 Codigo Agrega(const Opciones& o) {
-  vel::facil::AgregaEmpresa({.numero = vel::StrToInt(ATexto(o.numero)),
+  ExigeSinOpcionesDeLista(o);
+  vel::facil::AgregaEmpresa({.numero = Entero(o.numero, "NUMERO"),
                              .nombre = ATexto(o.nombre),
                              .rutaDatos = ATexto(o.datos),
                              .driver = ATexto(o.driver),
@@ -67,7 +76,8 @@ Codigo Agrega(const Opciones& o) {
 }
 
 Codigo Renombra(const Opciones& o) {
-  vel::facil::RenombraEmpresa(vel::StrToInt(ATexto(o.numero)), ATexto(o.nombre));
+  ExigeSinOpcionesDeLista(o);
+  vel::facil::RenombraEmpresa(Entero(o.numero, "NUMERO"), ATexto(o.nombre));
   return Codigo::Bien;
 }
 

@@ -25,7 +25,7 @@ struct Opciones {
 vel::TDateTime Referencia(const std::string& hoy) {
   vel::TDateTime fecha = vel::AhoraLocal();
   if (!hoy.empty() && !vel::TryISOToDateTime(ATexto(hoy), fecha)) {
-    throw Falla(Codigo::Uso, "La fecha se escribe AAAA-MM-DD, no " + hoy);
+    throw Falla(Codigo::Uso, "No es una fecha de la forma AAAA-MM-DD: " + hoy);
   }
   return fecha;
 }

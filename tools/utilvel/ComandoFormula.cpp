@@ -46,6 +46,16 @@ vel::TStringList Fijas(const Opciones& o) {
     if (linea.find(u'=') == vel::UnicodeString::npos) {
       throw Falla(Codigo::Uso, "Una variable se escribe NOMBRE=VALOR, no " + variable);
     }
+    const std::size_t igual = linea.find(u'=');
+    const vel::UnicodeString nombre = linea.substr(0, igual);
+    double valor = 0;
+    if (fijas.IndexOfName(nombre) >= 0) {
+      throw Falla(Codigo::Datos, "La variable " + vel::UTF8Encode(nombre) + " está dos veces");
+    }
+    if (!vel::TryStrToFloat(linea.substr(igual + 1), valor)) {
+      throw Falla(Codigo::Datos, "El valor de " + vel::UTF8Encode(nombre) +
+                                     " no es un número: " + vel::UTF8Encode(linea.substr(igual + 1)));
+    }
     fijas.Add(linea);
   }
   return fijas;

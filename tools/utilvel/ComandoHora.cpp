@@ -9,6 +9,7 @@
 #include "facil/Zonas.h"
 #include "framework/Excepciones.h"
 #include "tools/utilvel/Comandos.h"
+#include "tools/utilvel/Entrada.h"
 #include "tools/utilvel/Errores.h"
 #include "tools/utilvel/Filas.h"
 #include "tools/utilvel/Programa.h"
@@ -26,18 +27,22 @@ struct Opciones {
 Codigo Corre(const Opciones& o) {
   vel::TDateTime momento = vel::AhoraLocal();
   if (!o.cuando.empty() && !vel::TryISOToDateTime(ATexto(o.cuando), momento)) {
-    throw Falla(Codigo::Uso, "El momento se escribe \"AAAA-MM-DD hh:mm\", no " + o.cuando);
+    throw Falla(Codigo::Uso, "No es un momento de la forma \"AAAA-MM-DD hh:mm\": " + o.cuando);
   }
   const vel::facil::Zona aqui = vel::facil::Zona::DeEstaComputadora();
   Codigo codigo = Codigo::Bien;
   Filas filas(o.filas, {{"zona"}, {"fecha_y_hora"}});
+  const auto agrega = [&](const vel::UnicodeString& zona) {
+    const vel::TDateTime alla = vel::facil::CambiaZona(momento, aqui, zona);
+    const std::string texto = vel::UTF8Encode(vel::DateTimeToStr(alla));
+    // Nobody reads the milliseconds of a clock.
+    filas.Agrega({vel::UTF8Encode(zona), texto.substr(0, texto.find('.'))});
+  };
   for (const std::string& zona : o.zonas) {
     try {
-      const vel::TDateTime alla = vel::facil::CambiaZona(momento, aqui, ATexto(zona));
-      const std::string texto = vel::UTF8Encode(vel::DateTimeToStr(alla));
-      // Nobody reads the milliseconds of a clock.
-      filas.Agrega({zona, texto.substr(0, texto.find('.'))});
+      if (PorRenglon(zona, agrega) != Codigo::Bien) codigo = Codigo::Parcial;
     } catch (const vel::EInvalidOperation& error) {
+      if (o.zonas.size() == 1) throw;
       Avisa(error.what());
       codigo = Codigo::Parcial;
     }
@@ -64,7 +69,7 @@ void AgregaHora(Programa& programa) {
                     {"utilvel hora \"Pacific Standard Time (Mexico)\" --cuando \"2024-07-15 12:00\"",
                      "Qué hora era en Tijuana cuando aquí eran las doce."}}},
       [o] { return Corre(*o); });
-  comando.add_option("ZONA", o->zonas, "Nombre de la zona")->required();
+  comando.add_option("ZONA", o->zonas, "Nombre de la zona; con - se lee uno por renglón")->required();
   comando.add_option("--cuando", o->cuando, "Fecha y hora de este equipo; sin ella, la de ahora")
       ->type_name("MOMENTO");
   AgregaOpcionesFilas(comando, o->filas);

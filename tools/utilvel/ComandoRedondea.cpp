@@ -5,9 +5,11 @@
 #include <string>
 
 #include "Uutilext/documents/Redondeo.h"
+#include "framework/Excepciones.h"
 #include "framework/Numeros.h"
 #include "tools/utilvel/Comandos.h"
 #include "tools/utilvel/Entrada.h"
+#include "tools/utilvel/Errores.h"
 #include "tools/utilvel/Programa.h"
 #include "tools/utilvel/Sistema.h"
 #include "tools/utilvel/Textos.h"
@@ -15,16 +17,25 @@
 namespace utilvel {
 namespace {
 
+// The suite's rounding means something else with more.
+constexpr std::int32_t kMaxDecimales = 7;
+
 struct Opciones {
   std::string valor;
   std::string decimales;
 };
 
 Codigo Corre(const Opciones& o) {
-  const std::int32_t decimales = vel::StrToInt(ATexto(o.decimales));
+  const std::int32_t decimales = Entero(o.decimales, "DECIMALES");
+  if (decimales > kMaxDecimales) {
+    throw Falla(Codigo::Uso, "Se redondea a " + std::to_string(kMaxDecimales) +
+                                 " decimales cuando más, no a " + o.decimales);
+  }
   Escritor salida("");
   const Codigo codigo = PorRenglon(o.valor, [&salida, decimales](const vel::UnicodeString& valor) {
-    salida.Escribe(vel::UTF8Encode(vel::FloatToStr(vel::Redondea(vel::StrToFloat(valor), decimales))) + "\n");
+    double cantidad = 0;
+    if (!vel::TryStrToFloat(valor, cantidad)) throw vel::EConvertError(u"No es un número: " + valor);
+    salida.Escribe(vel::UTF8Encode(vel::FloatToStr(vel::Redondea(cantidad, decimales))) + "\n");
   });
   salida.Termina();
   return codigo;
@@ -42,7 +53,9 @@ void AgregaRedondea(Programa& programa) {
        .ejemplos = {{"utilvel redondea 2.675 2", "Da 2.68."}}},
       [o] { return Corre(*o); });
   comando.add_option("VALOR", o->valor, "Cantidad por redondear; con - se lee una por renglón")->required();
-  comando.add_option("DECIMALES", o->decimales, "Decimales que quedan; con negativos, decenas, centenas...")
+  comando
+      .add_option("DECIMALES", o->decimales,
+                  "Decimales que quedan, hasta 7; con negativos, decenas, centenas...")
       ->required();
 }
 

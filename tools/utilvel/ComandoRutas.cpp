@@ -10,9 +10,9 @@
 
 #include "Uutilext/config/Configuracion.h"
 #include "Uutilext/config/Rutas.h"
-#include "framework/Numeros.h"
 #include "platform/Rutas.h"
 #include "tools/utilvel/Comandos.h"
+#include "tools/utilvel/Entrada.h"
 #include "tools/utilvel/Filas.h"
 #include "tools/utilvel/Programa.h"
 #include "tools/utilvel/Textos.h"
@@ -51,7 +51,7 @@ Rutas DeLaEmpresa(int numero) {
 Codigo Corre(const Opciones& o) {
   Rutas rutas = DeLaInstalacion();
   if (!o.empresa.empty()) {
-    for (auto& ruta : DeLaEmpresa(vel::StrToInt(ATexto(o.empresa)))) rutas.push_back(std::move(ruta));
+    for (auto& ruta : DeLaEmpresa(Entero(o.empresa, "--empresa"))) rutas.push_back(std::move(ruta));
   }
   Filas filas(o.filas, {{"que"}, {"ruta"}, {"en_este_equipo"}, {"existe", TipoColumna::Logico}});
   for (const auto& [que, ruta] : rutas) {

@@ -4,6 +4,7 @@ namespace utilvel {
 
 void AgregaComandos(Programa& programa) {
   AgregaConsulta(programa);
+  AgregaCfdi(programa);
   AgregaTotales(programa);
   AgregaFormula(programa);
   AgregaFechas(programa);
@@ -13,7 +14,6 @@ void AgregaComandos(Programa& programa) {
   AgregaRutas(programa);
   AgregaCertificado(programa);
   AgregaHora(programa);
-  AgregaCfdi(programa);
   AgregaRedondea(programa);
   AgregaDireccion(programa);
   AgregaClave(programa);

@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include "framework/Excepciones.h"
+#include "framework/Numeros.h"
 #include "tools/utilvel/Errores.h"
 #include "tools/utilvel/Textos.h"
 
@@ -89,6 +90,14 @@ bool Renglones::Siguiente(std::string_view& renglon) {
   if (numero_++ == 0 && renglon.starts_with(kMarca)) renglon.remove_prefix(kMarca.size());
   if (renglon.ends_with('\r')) renglon.remove_suffix(1);
   return true;
+}
+
+std::int32_t Entero(const std::string& texto, const std::string& que) {
+  try {
+    return vel::StrToInt(ATexto(texto));
+  } catch (const vel::EConvertError&) {
+    throw Falla(Codigo::Uso, que + " es un número entero, no " + texto);
+  }
 }
 
 Codigo PorRenglon(const std::string& texto, const std::function<void(const vel::UnicodeString&)>& hace) {

@@ -54,6 +54,9 @@ class Renglones {
   bool acabo_ = false;
 };
 
+/// A whole number of the command line; `que` is the argument's or option's name. Raises Falla (Uso).
+std::int32_t Entero(const std::string& texto, const std::string& que);
+
 /// Runs a function on a text of the command line or, when it is "-", on each line of standard input. A line
 /// that fails is told with its number and the run goes on: the result is then Parcial.
 Codigo PorRenglon(const std::string& texto, const std::function<void(const vel::UnicodeString&)>& hace);

@@ -1,5 +1,6 @@
 // The program utilvel: what the library does, as commands.
 
+#include <clocale>
 #include <cstdlib>
 
 #include "tools/utilvel/Comandos.h"
@@ -7,6 +8,8 @@
 #include "tools/utilvel/Sistema.h"
 
 int main(int argc, char** argv) {
+  // Firebird reads the name of a file in the encoding of the locale; the program has them in UTF-8.
+  static_cast<void>(std::setlocale(LC_CTYPE, "C.UTF-8"));
   utilvel::AtiendeSenales();
   utilvel::Programa programa;
   utilvel::AgregaComandos(programa);

@@ -30,6 +30,10 @@ std::string Despues(const std::string& mensaje, std::string_view marca) {
   return lugar == std::string::npos ? mensaje : mensaje.substr(lugar + marca.size());
 }
 
+std::string NoExiste(const std::string& que) {
+  return (que.starts_with('-') ? "No existe la opción " : "No existe la orden ") + que;
+}
+
 // The parser tells its errors in English only.
 std::string EnEspanol(const CLI::ParseError& error, const CLI::App& pedido) {
   const std::string mensaje = error.what();
@@ -37,9 +41,12 @@ std::string EnEspanol(const CLI::ParseError& error, const CLI::App& pedido) {
     const std::string que = Antes(mensaje, " is required");
     if (que != "A subcommand") return "Falta " + que;
     const std::vector<std::string> sobra = pedido.remaining();
-    return sobra.empty() ? "Falta la orden" : "No existe la orden " + sobra.front();
+    return sobra.empty() ? "Falta la orden" : NoExiste(sobra.front());
   }
-  if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) return "Sobra " + Despues(mensaje, ": ");
+  if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
+    const std::string sobra = Despues(mensaje, ": ");
+    return sobra.starts_with('-') ? NoExiste(sobra) : "Sobra " + sobra;
+  }
   if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
     return "Falta el valor de " + Antes(mensaje, ":");
   }

@@ -14,6 +14,7 @@
 #include "platform/Rutas.h"
 #include "tools/utilvel/Errores.h"
 #include "tools/utilvel/Sistema.h"
+#include "tools/utilvel/Textos.h"
 
 namespace utilvel {
 namespace {
@@ -137,7 +138,7 @@ void TerminaPorInterrupcion() { Muere(interrumpido); }
 
 void TerminaPorTuberia() { Muere(SIGPIPE); }
 
-Lector::Lector(const std::string& ruta) : nombre_(ruta == "-" ? "la entrada estándar" : ruta) {
+Lector::Lector(const std::string& ruta) : nombre_(ruta == "-" ? "la entrada estándar" : AUtf8(ruta)) {
   descriptor_ = ruta == "-" ? STDIN_FILENO : open(Nativa(ruta).c_str(), O_RDONLY | O_CLOEXEC);
   struct stat datos {};
   int error = descriptor_ < 0 || fstat(descriptor_, &datos) != 0 ? errno : 0;
@@ -216,8 +217,9 @@ Escritor::~Escritor() {
 
 void Escritor::Lanza(int error) const {
   if (error == EPIPE) throw TuberiaCerrada();
-  throw Falla(Codigo::Archivo, "No se puede escribir " + (ruta_.empty() ? "la salida estándar" : ruta_) +
-                                   ": " + Motivo(error));
+  throw Falla(
+      Codigo::Archivo,
+      "No se puede escribir " + (ruta_.empty() ? "la salida estándar" : AUtf8(ruta_)) + ": " + Motivo(error));
 }
 
 void Escritor::Vacia() {

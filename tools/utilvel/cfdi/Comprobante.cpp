@@ -286,6 +286,7 @@ class Lector {
     documento.equivalencia = a.Monto(equivalencia, kDecimalesEquivalencia);
     if (documento.equivalencia && documento.equivalencia->Unidades == 0)
       Rechaza(origen_, nodo, std::string(equivalencia) + " es cero");
+    documento.moneda = a.Texto("MonedaDR");
     documento.saldoAnterior = a.Monto("ImpSaldoAnt");
     documento.pagado = a.Monto("ImpPagado");
     documento.saldoInsoluto = a.Monto("ImpSaldoInsoluto");
@@ -326,6 +327,9 @@ Comprobante LeeComprobante(std::string_view bytes) {
     if (otro != raiz && otro.type() == pugi::node_element)
       Rechaza({bytes, {}}, otro, "hay otro elemento detrás de la factura");
   }
+  // The parser passes over it.
+  if (const std::size_t fin = bytes.find_last_not_of(" \t\r\n"); bytes[fin] != '>')
+    Rechaza(bytes, fin, "hay texto detrás de la factura");
   const std::string_view nombre = raiz.name();
   const std::size_t corte = nombre.find(':');
   return Lector({bytes,

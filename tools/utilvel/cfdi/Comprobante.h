@@ -56,6 +56,7 @@ struct ImpuestosLocales {
 
 /// A document that a payment is for.
 struct DocumentoPagado {
+  std::string moneda;
   /// Units of the document's currency for one of the payment's.
   std::optional<TMontoFiscal> equivalencia;
   std::optional<TMontoFiscal> saldoAnterior;

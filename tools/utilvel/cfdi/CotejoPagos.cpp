@@ -53,6 +53,7 @@ void CotejaMonto(Cotejo& cotejo, const Lugar& lugar, const Pago& pago) {
 void CotejaPago(Cotejo& cotejo, std::size_t numero, const Pago& pago, bool dos) {
   Lugar lugar;
   lugar.partes[0] = {"Pago", numero};
+  const int delPago = cotejo.DecimalesMoneda();
   CotejaMonto(cotejo, lugar, pago);
   SumasImpuestos sumas;
   for (std::size_t i = 0; i < pago.documentos.size(); ++i) {
@@ -60,6 +61,8 @@ void CotejaPago(Cotejo& cotejo, std::size_t numero, const Pago& pago, bool dos) 
     const TMontoFiscal equivalencia = documento.equivalencia.value_or(kUno);
     Lugar aqui = lugar;
     aqui.partes[1] = {"documento", i + 1};
+    // What is printed of a document is in its own currency.
+    if (!documento.moneda.empty()) cotejo.PonDecimales(DecimalesMoneda(documento.moneda));
     CotejaSaldo(cotejo, aqui, documento);
     std::array<std::size_t, 2> cuenta = {};
     for (const Impuesto& impuesto : documento.impuestos) {
@@ -68,6 +71,7 @@ void CotejaPago(Cotejo& cotejo, std::size_t numero, const Pago& pago, bool dos) 
       cotejo.ImporteImpuesto(aqui, "ImporteDR", impuesto, {});
       sumas[Clave(impuesto)].Agrega(impuesto, equivalencia);
     }
+    cotejo.PonDecimales(delPago);
   }
   if (dos) {
     CotejaResumen(cotejo, lugar, pago.impuestos.impuestos, sumas, {"BaseP", "ImporteP"}, true);

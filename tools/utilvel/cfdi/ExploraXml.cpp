@@ -52,6 +52,8 @@ void ExploraXml(std::string_view bytes) {
   if (bytes.size() > kMaxBytes) {
     Rechaza(bytes, 0, "el archivo pasa de " + std::to_string(kMaxBytes >> 20) + " MiB: no es una factura");
   }
+  if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF"))
+    Rechaza(bytes, 0, "está en UTF-16 y no en UTF-8");
   if (const std::size_t cero = bytes.find('\0'); cero != kFin) {
     Rechaza(bytes, cero, "hay un byte cero: no es XML en UTF-8");
   }

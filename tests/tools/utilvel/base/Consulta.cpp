@@ -88,6 +88,11 @@ TEST_P(EnBases, PrintWhatTheyHold) {
             "I,D\n1,\n3,a\n");
   EXPECT_EQ(programa.Corre("utilvel consulta c.ini --base " + direccion_ + " | head -1").salida.substr(0, 4),
             "I  N");
+  if (GetParam().servidor != nullptr) return;
+  // The name of a file is in UTF-8 whatever the locale.
+  const Corrida c = programa.Corre("cp base 'año 1'; LC_ALL=C utilvel consulta c.ini --json --base '" +
+                                   std::string(GetParam().nombre) + "://año 1'");
+  EXPECT_EQ(c.salida, esperado) << c.errores;
 }
 
 // Values of the command line, by the type of their field.

@@ -63,9 +63,11 @@ TEST(Rechazos, StopAtWhatNoInvoiceHas) {
       {"<!DOCTYPE a [<!ENTITY b \"&b;&b;\">]><a/>",
        "1:1: declara un tipo de documento, que una factura no lleva"},
       {std::string("<a b='\0'/>", 10), "1:7: hay un byte cero: no es XML en UTF-8"},
+      {std::string("\xFF\xFE<\0", 4), "1:1: está en UTF-16 y no en UTF-8"},
       {"<a>\n<b c='\xC3'/></a>", "2:7: no está en UTF-8"},
       {"hola", "1:5: no tiene elementos: no es XML"},
       {"<a/><b/>", "1:6: hay otro elemento detrás de la factura"},
+      {"<a/>\nbasura\n", "2:6: hay texto detrás de la factura"},
       {Repite("<", 1'000'000), "1:2: no es XML bien formado"},
       {raiz + "><!-- " + Repite("<a>", 1000), "1:3072: no es XML bien formado"},
   };
