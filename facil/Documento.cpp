@@ -47,8 +47,10 @@ class Revision {
  public:
   explicit Revision(TCalculoCFDI& motor) : motor_(motor), partidas_(motor.Partidas) {}
 
-  /// What the engine does not miss: a rate without its base code, the cost of purchases without taxes.
+  /// What the engine does not miss: anything where there are no lines, a rate without its base code, the
+  /// handling of quotas and the cost of purchases without taxes.
   bool Sospecha() {
+    if (partidas_.IsEmpty() || partidas_.FindField(u"MAN_IEPS") == nullptr) return true;
     if (motor_.Modulo != ENUM_MODULO::MODULO_VENTAS && partidas_.FindField(u"COST") == nullptr) return true;
     for (std::size_t i = 0; i < kImpuestos; ++i) {
       if (partidas_.FindField(kCodigos[i]) == nullptr && PrimeraConTasa(i) != 0) return true;

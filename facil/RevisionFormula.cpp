@@ -451,12 +451,24 @@ class Revisor {
       if ((trasGrupo && EsOperando(u)) || ((trasGrupo || trasNombre) && Es(u, u'('))) {
         Aviso(u, u"Falta un operador antes " + DeNombre(u));
       }
+      if (const char16_t* const c = SignoEnNombre(u)) {
+        Aviso(u, UnicodeString(u"El signo ") + *c + u" no es un operador: se lee la variable " + Nombre(u));
+      }
       if (unidades_[u].conBlancos) Aviso(u, u"Los espacios no separan: se lee " + Nombre(u));
     }
     if (!unidades_.empty() && EsSigno(unidades_.back().signo)) {
       const std::size_t u = unidades_.size() - 1;
       Aviso(u, u"Falta un operando después de " + TextoOperador(u) + u": se toma 0");
     }
+  }
+
+  // In a variable that nobody listed: who writes `A^B` or `A;B` takes the sign for an operator.
+  const char16_t* SignoEnNombre(std::size_t u) const {
+    if (conocidas_ != nullptr || !EsOperando(u) || Nombre(u).empty() || !PareceVariable(Nombre(u)))
+      return nullptr;
+    constexpr std::u16string_view kSignos = u"!\"#%&':;?@[\\]^`{|}~";
+    const std::size_t lugar = unidades_[u].texto.find_first_of(kSignos);
+    return lugar == UnicodeString::npos ? nullptr : &unidades_[u].texto[lugar];
   }
 
   void Problema(std::size_t u, const UnicodeString& mensaje) {

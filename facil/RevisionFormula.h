@@ -24,7 +24,7 @@ struct NotaFormula {
 struct RevisionFormula {
   /// What keeps the formula from being evaluated; after the first hundred no more are looked for.
   std::vector<NotaFormula> problemas;
-  /// What is evaluated, though surely not as it was meant: `5+`, `2(3)`, `1 2`.
+  /// What is evaluated, though surely not as it was meant: `5+`, `2(3)`, `1 2`, `A^B`.
   std::vector<NotaFormula> avisos;
   /// The variables that it uses, once each, as first spelled; all of them are certain only when Sirve().
   std::vector<UnicodeString> variables;

@@ -286,6 +286,12 @@ TEST(Documentos, TellAllThatADataSetLacksAtOnce) {
             "A las partidas de ventas les faltan campos: " + comunes + "DESC1, DESC2, DESC3, " + demas);
   EXPECT_EQ(mensaje(pocos, kCompras),
             "A las partidas de compras les faltan campos: " + comunes + "COST, DESCU, " + demas);
+  vel::TClientDataSet sinPartidas;
+  sinPartidas.CreateDataSet({{.Name = u"CANT", .DataType = vel::TFieldType::ftFloat}});
+  EXPECT_EQ(
+      mensaje(sinPartidas),
+      "A las partidas de ventas les faltan campos: CVE_DOC, PREC, TIPO_PROD, TIPO_ELEM, MAN_IEPS, TIP_CAM, "
+      "DESC1, DESC2, DESC3");
 
   const PorNombre iva = pruebas::Iva(16, 100);
   const auto con = [&iva](const char16_t* campo, const Variant& valor) {

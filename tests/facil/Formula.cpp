@@ -42,6 +42,7 @@ TEST(RevisaFormula, ListsTheVariablesUsed) {
   EXPECT_EQ(Revisa("A+IVA*B", std::vector<std::string>{"iva", "b", "c"}).variables, (Nombres{u"IVA", u"B"}));
   EXPECT_EQ(Notas(Revisa("1A+SUMA*A").problemas),
             "1 1A no es un número | 4 Faltan los argumentos de la función SUMA");
+  EXPECT_EQ(Notas(Revisa("2*A^B+_C.D").avisos), "3 El signo ^ no es un operador: se lee la variable A^B");
   EXPECT_TRUE(Revisa("AB+(A)B").Sirve()) << "A glued to B is AB, which is a variable";
   // Nesting and length cost neither stack nor more than time.
   const std::string hondo(100'000, '(');
