@@ -442,9 +442,14 @@ class LectorPaquete {
 
 std::unique_ptr<Estado> LeePaquete(std::string_view bytes, std::u16string_view nombre) {
   std::string convertido;
-  std::string_view texto = bytes;
+  // A text for each part: GCC 12 loses the first value of one that the call within the try gives another.
+  std::string_view texto;
   try {
     texto = xml::EnUtf8(bytes, convertido);
+  } catch (const xml::ErrorXml& e) {
+    throw EDatabaseError(EnLinea(nombre, bytes, e.Lugar()) + e.Message());
+  }
+  try {
     return LectorPaquete(texto, nombre).Lee();
   } catch (const xml::ErrorXml& e) {
     throw EDatabaseError(EnLinea(nombre, texto, e.Lugar()) + e.Message());

@@ -46,7 +46,8 @@ std::string Momento(const vel::UnicodeString& certificado, bool fin) {
   }
   std::string m = vel::UTF8Encode(escrito);
   if (m.size() == 13) m.insert(0, m[0] < '5' ? "20" : "19");
-  if (m.size() != 15) throw Falla(Codigo::Datos, "El certificado tiene una fecha que no se entiende: " + m);
+  if (m.size() != 15 || m.find_first_not_of("0123456789") != 14)
+    throw Falla(Codigo::Datos, "El certificado tiene una fecha que no se entiende");
   return m.substr(0, 4) + "-" + m.substr(4, 2) + "-" + m.substr(6, 2) + " " + m.substr(8, 2) + ":" +
          m.substr(10, 2) + ":" + m.substr(12, 2);
 }

@@ -117,7 +117,9 @@ void AgregaEmpresas(Programa& programa) {
   agrega.add_option("NUMERO", o->numero, "Número, que no esté en el catálogo")->required();
   agrega.add_option("NOMBRE", o->nombre, "Nombre de la empresa")->required();
   agrega.add_option("--datos", o->datos, "Carpeta de los datos")->type_name("CARPETA");
-  agrega.add_option("--driver", o->driver, "Controlador de la base de datos; si no se dice, DEVARTINTERBASE")
+  agrega
+      .add_option("--controlador,--driver", o->driver,
+                  "Controlador de la base de datos; si no se dice, DEVARTINTERBASE")
       ->type_name("NOMBRE");
   agrega.add_option("--trabajo", o->trabajo, "Carpeta de trabajo")->type_name("CARPETA");
   agrega.add_option("--version-bd", o->version, "Versión de la base de datos")->type_name("VERSION");

@@ -23,6 +23,7 @@ std::string MomentoIso(std::string_view m) {
   // Two digits of the year stand for 1950 to 2049.
   if (m.size() == 13) siglo = m[0] < '5' ? "20" : "19";
   if (m.size() != 13 && m.size() != 15) return {};
+  if (m.find_first_not_of("0123456789") != m.size() - 1) return {};
   const std::string t = siglo + std::string(m);
   return t.substr(0, 4) + '-' + t.substr(4, 2) + '-' + t.substr(6, 2) + 'T' + t.substr(8, 2) + ':' +
          t.substr(10, 2) + ':' + t.substr(12);
