@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -42,7 +44,9 @@ class UTILVEL90_EXPORT Texto {
   }
   [[noreturn]] static void FaltaTexto();
 
-  /// Holds what was converted; declared first, because the view is of it.
+  /// What was converted: short texts of ASCII, as names mostly are, need no memory for that.
+  static constexpr std::size_t kCorto = 32;
+  std::array<char16_t, kCorto> corto_;
   UnicodeString propio_;
   std::u16string_view vista_;
 };
