@@ -2,7 +2,7 @@
 
 // Headers include this one first or nearly so: a compiler set too low reads this before what it cannot.
 #if __cplusplus < 202002L && (!defined(_MSVC_LANG) || _MSVC_LANG < 202002L)
-#error "UtilVel90 needs C++20: compile with -std=c++20, or link UtilVel90::UtilVel90 in CMake, which asks for it."
+#error "UtilVel90 needs C++20: compile with -std=c++20, or link UtilVel90::UtilVel90 in CMake."
 // There is no such file: the compiler stops here, and hundreds of other errors do not bury that one.
 #include "needs C++20"
 #endif
