@@ -57,6 +57,9 @@ struct TCalculoCFDI::CamposPartida {
 
 /// The fields as they were last looked up, and what they were looked up in.
 struct TCalculoCFDI::CamposBuscados {
+  CamposBuscados(const TClientDataSet& partidas, ENUM_MODULO de, std::shared_ptr<const void> en)
+      : campos(partidas, de), estructura(std::move(en)), modulo(de) {}
+
   CamposPartida campos;
   std::shared_ptr<const void> estructura;
   ENUM_MODULO modulo;

@@ -55,7 +55,7 @@ TCalculoCFDI::CamposPartida::CamposPartida(const TClientDataSet& p, ENUM_MODULO 
 const TCalculoCFDI::CamposPartida& TCalculoCFDI::Campos() {
   const auto& estructura = conjunto::Estado::De(Partidas).estructura;
   if (campos_ == nullptr || campos_->estructura != estructura || campos_->modulo != Modulo) {
-    campos_.reset(new CamposBuscados{CamposPartida(Partidas, Modulo), estructura, Modulo});
+    campos_ = std::make_unique<CamposBuscados>(Partidas, Modulo, estructura);
   }
   return campos_->campos;
 }

@@ -178,6 +178,7 @@ void AgregaFilas(std::string& salida, const Estado& estado, const std::string& n
   const std::vector<std::string> atributos = Atributos(estado.defs);
   // What stands before each value.
   std::vector<std::string> comienzos;
+  comienzos.reserve(atributos.size());
   for (const std::string& atributo : atributos) comienzos.push_back(" " + atributo + "=\"");
   std::vector<std::size_t> anidados;
   for (std::size_t i = 0; i < atributos.size(); ++i) {

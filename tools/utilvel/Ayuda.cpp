@@ -238,8 +238,9 @@ std::string Completado(const Programa& programa) {
     const std::string clave = comando->get_parent() == nullptr
                                   ? ""
                                   : NombreCompleto(*comando).substr(programa.Raiz().get_name().size());
-    if (!clave.empty()) bash += "      \"" + clave + "\") orden=\"" + clave + "\" ;;\n";
-    palabras += "    \"" + clave + "\") palabras=\"";
+    if (!clave.empty())
+      bash.append("      \"").append(clave).append("\") orden=\"").append(clave).append("\" ;;\n");
+    palabras.append("    \"").append(clave).append("\") palabras=\"");
     for (const CLI::App* c : Subcomandos(*comando)) palabras += c->get_name() + " ";
     palabras += "\" opciones=\"";
     for (const CLI::Option* o : Opciones(*comando, false)) palabras += o->get_name(false, false) + " ";

@@ -101,11 +101,14 @@ double FormulaPorColumnas::PorTextos(const std::vector<std::string_view>& campos
     const vel::UnicodeString& nombre = usadas_[i].nombre;
     const vel::UnicodeString valor = ATexto(campos[usadas_[i].lugar]);
     double numero = 0;
-    if (vel::TrimView(valor).empty()) throw vel::EConvertError(u"Falta el valor de " + nombre);
-    if (!vel::TryStrToFloat(valor, numero)) {
-      throw vel::EConvertError(u"El valor de " + nombre + u" no es un número: " + valor);
+    if (vel::TrimView(valor).empty()) {
+      throw vel::EConvertError(vel::UnicodeString(u"Falta el valor de ").append(nombre));
     }
-    textos_.Put(fijas + i, nombre + u"=" + valor);
+    if (!vel::TryStrToFloat(valor, numero)) {
+      throw vel::EConvertError(
+          vel::UnicodeString(u"El valor de ").append(nombre).append(u" no es un número: ").append(valor));
+    }
+    textos_.Put(fijas + i, vel::UnicodeString(nombre).append(u"=").append(valor));
   }
   deTextos_.SetVariables(textos_);
   return Ejecuta(deTextos_);

@@ -36,7 +36,7 @@ std::string NoExiste(const std::string& que) {
 
 // The parser tells its errors in English only.
 std::string EnEspanol(const CLI::ParseError& error, const CLI::App& pedido) {
-  const std::string mensaje = error.what();
+  std::string mensaje = error.what();
   if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) {
     const std::string que = Antes(mensaje, " is required");
     if (que != "A subcommand") return "Falta " + que;

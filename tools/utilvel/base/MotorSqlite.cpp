@@ -44,8 +44,10 @@ std::vector<std::string> MotorSqlite::Inicio() const { return {"PRAGMA case_sens
 
 std::vector<ColumnaLeida> MotorSqlite::Describe(soci::details::statement_backend& sentencia) const {
   sqlite_api::sqlite3_stmt* const s = Sentencia(sentencia);
+  const int cuenta = sqlite_api::sqlite3_column_count(s);
   std::vector<ColumnaLeida> columnas;
-  for (int i = 0; i < sqlite_api::sqlite3_column_count(s); ++i) {
+  columnas.reserve(static_cast<std::size_t>(cuenta));
+  for (int i = 0; i < cuenta; ++i) {
     columnas.push_back(
         {{sqlite_api::sqlite3_column_name(s, i),
           EsNumerica(sqlite_api::sqlite3_column_decltype(s, i)) ? TipoColumna::Monto : TipoColumna::Texto},
