@@ -28,9 +28,10 @@ struct Escala {
   double limite = 0;
 };
 
-/// Measures through Google Benchmark, all sides interleaved at random in this one process, and prints a
-/// line for each comparison: both medians, the ratio and the limit. Returns the exit code of the program: 0
-/// also when a limit is missed (machines differ; the line says so).
+/// Measures through Google Benchmark, all in this one process, and prints a line for each comparison (both
+/// sides' medians, the median of their ratio, the limit) and each scale; with `--json` in the arguments a
+/// JSON object a line. The sides of a comparison run by turns, so that a noisy machine does not decide.
+/// Returns the exit code of the program: 0 also when a limit is missed (machines differ; the line says so).
 /// Check that both sides give the same result before calling, with Exige.
 int Ejecuta(int argc, char** argv, std::vector<Comparacion> comparaciones, std::vector<Escala> escalas = {});
 
