@@ -46,7 +46,8 @@ def fila(figura):
     limite = figura.get("limit")
     veredicto = "" if limite is None else f"{limite:.3g}" + ("" if figura["ratio"] <= limite else " **missed**")
     tiempos = ", ".join(f"{nombre} {tiempo(ns)}" for nombre, ns in figura["ns"].items())
-    return f"| {figura['name']} | {tiempos} | {figura['ratio']:.3g} | {veredicto} |"
+    nombre = figura["name"].replace("|", "\\|")
+    return f"| {nombre} | {tiempos} | {figura['ratio']:.3g} | {veredicto} |"
 
 
 def pagina(registro):
