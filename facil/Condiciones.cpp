@@ -171,7 +171,9 @@ Grupo& Grupo::existe(const Sql& subconsulta) {
   return *this;
 }
 
-CondicionAbierta::CondicionAbierta(Grupo& grupo, const Texto& campo) : grupo_(grupo), campo_(campo.Vista()) {}
+CondicionAbierta::CondicionAbierta(Grupo& grupo, const Texto& campo) : grupo_(grupo), campo_(campo.Vista()) {
+  if (TrimView(campo_).empty()) throw EInvalidOperation(u"Falta el campo de una condición");
+}
 
 void CondicionAbierta::Agrega(TFieldType tipo, Variant&& valor, ENUM_OPERADOR op, bool sensitive) {
   grupo_.Agrega(Registro(std::move(campo_), tipo, std::move(valor), op, ENUM_GRUPO::NADA, sensitive));

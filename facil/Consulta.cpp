@@ -18,6 +18,12 @@ std::unique_ptr<TParametrosFiltro> Exige(std::unique_ptr<TParametrosFiltro> defi
   return definicion;
 }
 
+// A name that is empty would leave a statement that no database takes.
+std::u16string_view ExigeNombre(std::u16string_view nombre, std::u16string_view falta) {
+  if (TrimView(nombre).empty()) throw EInvalidOperation(falta);
+  return nombre;
+}
+
 // Why a value has no literal; empty when it has one.
 std::u16string_view SinLiteral(const Variant& valor, bool comoLimite) {
   const UnicodeString* const texto = valor.TextPtr();
@@ -75,7 +81,8 @@ void Agrega(UnicodeString& columnas, std::u16string_view otras) {
 std::string Sentencia::utf8() const { return UTF8Encode(texto); }
 
 Consulta::Consulta(const Texto& tabla, TiposDeDriver driver)
-    : Consulta(std::make_unique<TParametrosFiltro>(tabla), driver) {}
+    : Consulta(std::make_unique<TParametrosFiltro>(ExigeNombre(tabla, u"Falta la tabla de la consulta")),
+               driver) {}
 
 Consulta::Consulta(std::unique_ptr<TParametrosFiltro> definicion, TiposDeDriver driver)
     : definicion_(Exige(std::move(definicion))),
@@ -112,7 +119,7 @@ Consulta Consulta::lee(const Texto& archivo, TiposDeDriver driver) {
 }
 
 Consulta& Consulta::campo(const Texto& expresion, const Texto& alias, bool visible) {
-  Definicion().AgregaCampoSelect(expresion, alias, visible);
+  Definicion().AgregaCampoSelect(ExigeNombre(expresion, u"Falta el campo de una consulta"), alias, visible);
   return *this;
 }
 

@@ -45,6 +45,8 @@ struct UTILVEL90_EXPORT Sentencia {
 /// A query has a name first, as here, and is then filled: calls give a reference to it, and it is moved, not
 /// copied, so that `Consulta q = Consulta("T").campo("C")` does not compile.
 ///
+/// Names are not empty (EInvalidOperation), and are else written as they are.
+///
 /// It owns its definition. One that was moved from or gave its definition away raises EInvalidOperation
 /// ("La consulta ya se entregó"). What throws leaves the query as it was. One thread at a time.
 class UTILVEL90_EXPORT Consulta {

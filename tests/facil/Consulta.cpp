@@ -400,6 +400,9 @@ TEST(Consulta, RefusesWhatCouldNotBeMeant) {
   };
   using Hace = std::function<void(Consulta&)>;
   const std::pair<Hace, const char*> casos[] = {
+      {[](Consulta&) { Consulta(" "); }, "Falta la tabla de la consulta"},
+      {[](Consulta& c) { c.campo(""); }, "Falta el campo de una consulta"},
+      {[](Consulta& c) { c.donde("").igual(1); }, "Falta el campo de una condición"},
       {[](Consulta& c) { c.donde("X").en(std::vector<int>()); }, "La condición sobre 'X' no tiene valores"},
       {[](Consulta& c) {
          c.donde("X").en({1, "a"});

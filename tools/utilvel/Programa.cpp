@@ -2,8 +2,10 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <filesystem>
 #include <new>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include "framework/Excepciones.h"
@@ -59,6 +61,24 @@ std::string EnEspanol(const CLI::ParseError& error, const CLI::App& pedido) {
   return mensaje;
 }
 
+// A command writes its result whole in the place of the file that --salida names: were it one of those that
+// the command reads, an invoice would give way to the report on it.
+void ExigeOtraSalida(const CLI::App& comando) {
+  const CLI::Option* const salida = comando.get_option_no_throw("--salida");
+  if (salida == nullptr || salida->count() == 0) return;
+  const std::string& archivo = salida->results().front();
+  std::error_code falta;
+  if (!std::filesystem::is_regular_file(archivo, falta)) return;
+  for (const CLI::Option* const otra : comando.get_options()) {
+    if (otra == salida) continue;
+    for (const std::string& valor : otra->results()) {
+      if (std::filesystem::equivalent(valor, archivo, falta)) {
+        throw Falla(Codigo::Uso, "El archivo de --salida es uno de los que se leen: " + archivo);
+      }
+    }
+  }
+}
+
 }  // namespace
 
 Programa::Programa() : raiz_(std::make_unique<CLI::App>("", "utilvel")) {
@@ -101,7 +121,9 @@ Codigo Programa::Ejecuta(int argc, const char* const* argv) {
     const CLI::App& pedido = Pedido(*raiz_);
     throw Falla(Codigo::Uso, EnEspanol(error, pedido) + ". " + Antes(Ayuda(*this, pedido), "\n"));
   }
-  return Busca(Pedido(*raiz_))->corre();
+  const CLI::App& pedido = Pedido(*raiz_);
+  ExigeOtraSalida(pedido);
+  return Busca(pedido)->corre();
 }
 
 Codigo Programa::Corre(int argc, const char* const* argv) {

@@ -9,10 +9,9 @@
 
 // How a command is added
 //
-//  1. A file ComandoX.cpp with `void AgregaX(Programa& programa)`, which calls Programa::Agrega with what
-//  help
-//     and manual page say of the command and with the function that runs it, and gives the CLI::App that it
-//     gets back its arguments and options. Their values live in a structure that the function shares.
+//  1. A file ComandoX.cpp with `void AgregaX(Programa& programa)`, which calls Programa::Agrega with what the
+//     help and the manual page say of the command and with the function that runs it, and gives the CLI::App
+//     that it gets back its arguments and options. Their values live in a structure that the function shares.
 //  2. The function's name in Comandos.h and in the list of Comandos.cpp, whose order is that of the help, and
 //     the file in CMakeLists.txt.
 //  3. Its examples, with what they print, in tests/tools/utilvel; a test misses an example that has no case.
