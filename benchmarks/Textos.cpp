@@ -7,7 +7,6 @@
 #include <random>
 #include <string>
 #include <unicode/uchar.h>
-#include <utility>
 #include <vector>
 
 #include "Uutilext/text/Correo.h"
@@ -115,15 +114,16 @@ int main(int argc, char** argv) {
                            .nombrePar = "plain copy"});
   UnicodeString griego;
   while (griego.size() < texto.size()) griego += u"όλοι οι άνθρωποι, Здравствуйте; ";
-  for (const auto& [nombre, suyo] :
-       {std::pair("Mayusculas", &texto), std::pair("Mayusculas, Greek and Cyrillic", &griego)}) {
-    medicion::Exige(vel::Mayusculas(*suyo) == MayusculasIcu(*suyo), nombre);
+  const auto contraIcu = [&](const char* nombre, const UnicodeString& suyo) {
+    medicion::Exige(vel::Mayusculas(suyo) == MayusculasIcu(suyo), nombre);
     comparaciones.push_back({.nombre = nombre,
-                             .propio = [&total, suyo] { total += vel::Mayusculas(*suyo).size(); },
-                             .par = [&total, suyo] { total += MayusculasIcu(*suyo).size(); },
+                             .propio = [&total, &suyo] { total += vel::Mayusculas(suyo).size(); },
+                             .par = [&total, &suyo] { total += MayusculasIcu(suyo).size(); },
                              .limite = 1,
                              .nombrePar = "bare ICU"});
-  }
+  };
+  contraIcu("Mayusculas", texto);
+  contraIcu("Mayusculas, Greek and Cyrillic", griego);
   return medicion::Ejecuta(
       argc, argv, std::move(comparaciones),
       {{.nombre = "DividirDireccion per character",
