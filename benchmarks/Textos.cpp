@@ -1,11 +1,12 @@
 // Text functions against a plain copy of the text, character by character into a reserved string: the least
-// that a function which looks at every character can do without special instructions.
+// that a function which looks at every character can do without special instructions. Capitals against ICU.
 
 #include <cstdint>
 #include <functional>
 #include <iterator>
 #include <random>
 #include <string>
+#include <unicode/uchar.h>
 #include <vector>
 
 #include "Uutilext/text/Correo.h"
@@ -65,6 +66,12 @@ UnicodeString Texto(std::size_t largo) {
   return texto;
 }
 
+UnicodeString MayusculasIcu(const UnicodeString& texto) {
+  UnicodeString salida(texto);
+  for (char16_t& c : salida) c = static_cast<char16_t>(u_toupper(c));
+  return salida;
+}
+
 UnicodeString Sat(UnicodeString texto) {
   vel::QuitaCaracteresExtraniosSAT(texto);
   return texto;
@@ -105,6 +112,18 @@ int main(int argc, char** argv) {
                            .par = [&] { total += Copia(texto).size(); },
                            .limite = 2,
                            .nombrePar = "plain copy"});
+  UnicodeString griego;
+  while (griego.size() < texto.size()) griego += u"όλοι οι άνθρωποι, Здравствуйте; ";
+  const auto contraIcu = [&](const char* nombre, const UnicodeString& suyo) {
+    medicion::Exige(vel::Mayusculas(suyo) == MayusculasIcu(suyo), nombre);
+    comparaciones.push_back({.nombre = nombre,
+                             .propio = [&total, &suyo] { total += vel::Mayusculas(suyo).size(); },
+                             .par = [&total, &suyo] { total += MayusculasIcu(suyo).size(); },
+                             .limite = 1,
+                             .nombrePar = "bare ICU"});
+  };
+  contraIcu("Mayusculas", texto);
+  contraIcu("Mayusculas, Greek and Cyrillic", griego);
   return medicion::Ejecuta(
       argc, argv, std::move(comparaciones),
       {{.nombre = "DividirDireccion per character",

@@ -5,11 +5,12 @@ option(UTILVEL90_SANITIZA "Build with AddressSanitizer and UndefinedBehaviorSani
 
 add_library(utilvel90_compilador INTERFACE)
 target_compile_features(utilvel90_compilador INTERFACE cxx_std_20)
-target_compile_options(utilvel90_compilador INTERFACE
+# For C++ alone: the compiler of Windows resources has other options.
+target_compile_options(utilvel90_compilador INTERFACE $<$<COMPILE_LANGUAGE:CXX>:
   -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast
   -Wnon-virtual-dtor -Woverloaded-virtual
   # Amounts must not depend on the processor: no fused multiply-add behind our back.
-  -ffp-contract=off)
+  -ffp-contract=off>)
 if(UTILVEL90_SANITIZA)
   target_compile_options(utilvel90_compilador INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)

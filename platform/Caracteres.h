@@ -7,9 +7,9 @@
 
 namespace vel {
 
-/// The text in capitals, by the same rules on every machine (those of Spanish, whatever the locale). The
-/// length never changes: a letter whose capital is longer ("ß"), or that stands beyond the Basic Multilingual
-/// Plane, stays as it is.
+/// The text in capitals, by the same rules on every machine: Unicode's simple mappings, which are those of
+/// Spanish, whatever the locale; platform/TablaCaracteres.h states their version. The length never changes: a
+/// letter whose capital is longer ("ß"), or that stands beyond the Basic Multilingual Plane, stays as it is.
 ///
 ///     Mayusculas(u"Peña ß") == u"PEÑA ß"
 UTILVEL90_EXPORT UnicodeString Mayusculas(std::u16string_view texto);

@@ -21,8 +21,8 @@ void Filtra(UnicodeString& texto, const Prueba& pasa) {
   texto.resize(static_cast<std::size_t>(destino - texto.data()));
 }
 
-// A test of characters with its answers for Latin-1 at hand: nearly all texts are made of it, and asking the
-// system for each accented letter costs more than all the rest.
+// A test of characters with its answers for Latin-1 at hand: nearly all texts are made of it, and a call for
+// each letter costs more than all the rest.
 class PruebaLatina {
  public:
   constexpr explicit PruebaLatina(bool (*prueba)(char16_t)) : prueba_(prueba) {
