@@ -32,8 +32,8 @@ constexpr DWORD kTambienCarpetas = FILE_FLAG_BACKUP_SEMANTICS;
 constexpr milliseconds kEsperaApertura{1000};
 constexpr milliseconds kEsperaManejador{200};
 constexpr milliseconds kEsperaCandado{10000};
-// The system also denies the access to a file that is about to disappear, which takes a moment; who has no right
-// to it must not wait longer.
+// The system also denies the access to a file that is about to disappear, which takes a moment; who has no
+// right to it must not wait longer.
 constexpr milliseconds kEsperaNegado{100};
 
 DWORD UltimoError(bool bien) noexcept { return bien ? ERROR_SUCCESS : GetLastError(); }
@@ -44,8 +44,8 @@ DWORD Insiste(milliseconds espera, milliseconds esperaNegado, Intento intento) {
   const auto inicio = std::chrono::steady_clock::now();
   for (;;) {
     const DWORD error = intento();
-    const bool enUso = error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION ||
-                       error == ERROR_DELETE_PENDING;
+    const bool enUso =
+        error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION || error == ERROR_DELETE_PENDING;
     if (!enUso && error != ERROR_ACCESS_DENIED) return error;
     if (std::chrono::steady_clock::now() - inicio >= (enUso ? espera : esperaNegado)) return error;
     std::this_thread::sleep_for(milliseconds(1));
@@ -63,7 +63,8 @@ std::wstring Nativa(std::u16string_view ruta) {
       GetFullPathNameW(dada.c_str(), static_cast<DWORD>(completa.size()), completa.data(), nullptr));
   // Room for the names that stand beside the file, and for what the system wants free in a folder's path.
   constexpr std::size_t kLargoSimple = 230;
-  if (completa.size() < kLargoSimple || completa.starts_with(L"\\\\?\\") || completa.starts_with(L"\\\\.\\")) {
+  if (completa.size() < kLargoSimple || completa.starts_with(L"\\\\?\\") ||
+      completa.starts_with(L"\\\\.\\")) {
     return completa;
   }
   if (completa.starts_with(L"\\\\")) return L"\\\\?\\UNC\\" + completa.substr(2);
@@ -161,8 +162,9 @@ void BorraAbandonados(const std::wstring& carpeta) {
   const HANDLE busqueda = FindFirstFileW((carpeta + L".utilvel90.*.tmp").c_str(), &datos);
   if (busqueda == INVALID_HANDLE_VALUE) return;
   do {
-    const Manejador abandonado(CreateFileW((carpeta + datos.cFileName).c_str(), DELETE, 0, nullptr, OPEN_EXISTING,
-                                           FILE_FLAG_DELETE_ON_CLOSE | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+    const Manejador abandonado(
+        CreateFileW((carpeta + datos.cFileName).c_str(), DELETE, 0, nullptr, OPEN_EXISTING,
+                    FILE_FLAG_DELETE_ON_CLOSE | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
   } while (FindNextFileW(busqueda, &datos) != 0);
   FindClose(busqueda);
 }
@@ -192,8 +194,8 @@ DWORD Temporal::Publica(const std::wstring& destino, bool sobrescribe) {
   nombre->ReplaceIfExists = sobrescribe ? TRUE : FALSE;
   nombre->FileNameLength = static_cast<DWORD>(largo);
   std::memcpy(memoria.data() + offsetof(FILE_RENAME_INFO, FileName), destino.data(), largo);
-  // The system denies it while anybody reads the old file. That this user may replace it has been seen before,
-  // so a refusal that lasts is another program's too.
+  // The system denies it while anybody reads the old file. That this user may replace it has been seen
+  // before, so a refusal that lasts is another program's too.
   DWORD error = Insiste(kEsperaCandado, kEsperaCandado, [&] {
     return UltimoError(SetFileInformationByHandle(archivo_.Handle(), FileRenameInfo, nombre,
                                                   static_cast<DWORD>(memoria.size())) != 0);
@@ -235,8 +237,8 @@ DWORD PreparaReemplazo(const std::wstring& destino, bool sobrescribe, bool& exis
   return deModelo == ERROR_SUCCESS ? PruebaReemplazo(destino) : deModelo;
 }
 
-// Puts a whole file at a path in one step. It takes attributes and rights of `dado`; without one, of the file that
-// it replaces.
+// Puts a whole file at a path in one step. It takes attributes and rights of `dado`; without one, of the file
+// that it replaces.
 DWORD Coloca(const std::wstring& ruta, std::string_view bytes, const Modelo* dado, bool sobrescribe) {
   const std::wstring destino = Resuelve(ruta);
   bool existe = false;
@@ -265,8 +267,8 @@ DWORD Coloca(const std::wstring& ruta, std::string_view bytes, const Modelo* dad
 
 // Reads the rest of an open file.
 DWORD LeeTodo(const Abierto& abierto, std::string& bytes) {
-  const auto largo = static_cast<std::size_t>(static_cast<unsigned long long>(abierto.datos.nFileSizeHigh) << 32U |
-                                              abierto.datos.nFileSizeLow);
+  const auto largo = static_cast<std::size_t>(
+      static_cast<unsigned long long>(abierto.datos.nFileSizeHigh) << 32U | abierto.datos.nFileSizeLow);
   // One byte more than the size, so that the end shows in the second read and a key file's bytes stay in one
   // place.
   constexpr std::size_t kBloque = 65536;
@@ -277,7 +279,8 @@ DWORD LeeTodo(const Abierto& abierto, std::string& bytes) {
     if (cuenta == leidos.size()) leidos.resize(cuenta + kBloque);
     DWORD n = 0;
     const auto cuantos = static_cast<DWORD>(std::min(leidos.size() - cuenta, kMaximo));
-    if (ReadFile(abierto.archivo.Handle(), leidos.data() + cuenta, cuantos, &n, nullptr) == 0) return GetLastError();
+    if (ReadFile(abierto.archivo.Handle(), leidos.data() + cuenta, cuantos, &n, nullptr) == 0)
+      return GetLastError();
     if (n == 0) break;
     cuenta += n;
   }
@@ -322,15 +325,15 @@ DWORD CreaCarpetaNativa(const std::wstring& ruta) {
   return UltimoError(CreateDirectoryW(ruta.c_str(), nullptr) != 0 || GetLastError() == ERROR_ALREADY_EXISTS);
 }
 
-/// One byte far beyond the end of a file, locked for whoever adds to the file: where two programs append at the
-/// same time, the system alone does not keep every line.
+/// One byte far beyond the end of a file, locked for whoever adds to the file: where two programs append at
+/// the same time, the system alone does not keep every line.
 class CandadoDelFinal {
  public:
   explicit CandadoDelFinal(HANDLE archivo) : archivo_(archivo) {
     lugar_.OffsetHigh = 0x40000000;
     error_ = Insiste(kEsperaCandado, milliseconds(0), [this] {
-      return UltimoError(LockFileEx(archivo_, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0,
-                                    &lugar_) != 0);
+      return UltimoError(
+          LockFileEx(archivo_, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &lugar_) != 0);
     });
   }
   CandadoDelFinal(const CandadoDelFinal&) = delete;
@@ -361,7 +364,8 @@ void TerminaLinea(HANDLE archivo, LARGE_INTEGER inicio) noexcept {
 
 DWORD Agrega(const std::wstring& ruta, std::string_view bytes) {
   Abierto abierto;
-  DWORD error = AbreSoloArchivo(ruta, FILE_WRITE_DATA, kCompartidoConTodos, OPEN_ALWAYS, kEsperaApertura, abierto);
+  DWORD error =
+      AbreSoloArchivo(ruta, FILE_WRITE_DATA, kCompartidoConTodos, OPEN_ALWAYS, kEsperaApertura, abierto);
   if (error != ERROR_SUCCESS) return error;
   const HANDLE archivo = abierto.archivo.Handle();
   const CandadoDelFinal candado(archivo);
@@ -456,8 +460,8 @@ FallaArchivo AbreArchivo(std::u16string_view ruta, unsigned int modo, int& manej
 
 void CierraArchivo(int manejador) noexcept { CloseHandle(reinterpret_cast<HANDLE>(INT_PTR{manejador})); }
 
-// The lock is a hidden file that one program at a time can have open, and that goes when it is closed, by whatever
-// end of the program.
+// The lock is a hidden file that one program at a time can have open, and that goes when it is closed, by
+// whatever end of the program.
 struct CandadoArchivo::Candado {
   Manejador archivo;
 };

@@ -1,11 +1,11 @@
 #include "platform/Carpetas.h"
 
 #include <memory>
+#include <objbase.h>
+#include <shlobj.h>
 #include <string>
 
 #include "platform/windows/Sistema.h"
-#include <objbase.h>
-#include <shlobj.h>
 
 namespace vel {
 namespace {

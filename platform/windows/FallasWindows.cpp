@@ -55,8 +55,8 @@ ClaseFalla ClaseDe(DWORD error) noexcept {
 UnicodeString TextoDe(DWORD error) {
   if (error == ERROR_SUCCESS) return {};
   std::array<wchar_t, 1024> texto;
-  const DWORD largo = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error, 0,
-                                     texto.data(), static_cast<DWORD>(texto.size()), nullptr);
+  const DWORD largo = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                                     error, 0, texto.data(), static_cast<DWORD>(texto.size()), nullptr);
   if (largo == 0) return u"error " + UTF8ToString(std::to_string(error)) + u" del sistema";
   return UnicodeString(TrimRightView(DeAncha({texto.data(), largo})));
 }

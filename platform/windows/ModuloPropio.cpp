@@ -7,8 +7,9 @@ namespace vel::windows {
 HMODULE ModuloPropio() noexcept {
   static const char ancla = 0;
   HMODULE modulo = nullptr;
-  if (GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                         reinterpret_cast<const wchar_t*>(&ancla), &modulo) == 0) {
+  if (GetModuleHandleExW(
+          GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+          reinterpret_cast<const wchar_t*>(&ancla), &modulo) == 0) {
     return nullptr;
   }
   return modulo;
@@ -20,8 +21,8 @@ HMODULE ModuloPropio() noexcept {
 // nothing is allowed, since the loader is busy; neither call here waits or loads.
 extern "C" BOOL WINAPI DllMain(HINSTANCE /*modulo*/, DWORD motivo, LPVOID /*reservado*/) {
   if (motivo == DLL_PROCESS_ATTACH) {
-    // What the library's statics hold is never freed, so it is not unloaded either: a host that opens and closes
-    // it would get a new copy each time.
+    // What the library's statics hold is never freed, so it is not unloaded either: a host that opens and
+    // closes it would get a new copy each time.
     HMODULE modulo = nullptr;
     GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
                        reinterpret_cast<const wchar_t*>(&DllMain), &modulo);

@@ -19,7 +19,8 @@ UnicodeString BuscaRutaBiblioteca() {
     ruta.resize(kLargoMaximo);
     largo = GetModuleFileNameW(windows::ModuloPropio(), ruta.data(), kLargoMaximo);
   }
-  if (largo == 0 || largo == ruta.size()) throw Exception(u"No se pudo determinar la carpeta de la biblioteca");
+  if (largo == 0 || largo == ruta.size())
+    throw Exception(u"No se pudo determinar la carpeta de la biblioteca");
   ruta.resize(largo);
   return windows::DeAncha(ruta);
 }

@@ -18,8 +18,8 @@ bool HayPropios(PACL lista) noexcept {
 
 DWORD Permisos::Lee(HANDLE archivo) noexcept {
   PSECURITY_DESCRIPTOR descriptor = nullptr;
-  const DWORD error = GetSecurityInfo(archivo, SE_FILE_OBJECT, DACL_SECURITY_INFORMATION, nullptr, nullptr, &lista_,
-                                      nullptr, &descriptor);
+  const DWORD error = GetSecurityInfo(archivo, SE_FILE_OBJECT, DACL_SECURITY_INFORMATION, nullptr, nullptr,
+                                      &lista_, nullptr, &descriptor);
   descriptor_.reset(descriptor);
   if (error == ERROR_INVALID_FUNCTION || error == ERROR_NOT_SUPPORTED) return ERROR_SUCCESS;
   if (error != ERROR_SUCCESS || lista_ == nullptr) return error;

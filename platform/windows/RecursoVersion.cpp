@@ -18,7 +18,8 @@ UnicodeString LeeRecursoVersion(std::u16string_view ruta) {
   std::vector<char> recurso(bytes, bytes + SizeofResource(modulo, lugar));
   void* texto = nullptr;
   UINT largo = 0;
-  if (VerQueryValueW(recurso.data(), windows::Ancha(ruta).c_str(), &texto, &largo) == 0 || largo == 0) return {};
+  if (VerQueryValueW(recurso.data(), windows::Ancha(ruta).c_str(), &texto, &largo) == 0 || largo == 0)
+    return {};
   // The length counts the zero at its end.
   return windows::DeAncha(std::wstring_view(static_cast<const wchar_t*>(texto), largo - 1));
 }

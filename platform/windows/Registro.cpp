@@ -70,8 +70,9 @@ ValorRegistro LeeRegistro(std::u16string_view clave, std::u16string_view nombre)
 FallaArchivo EscribeRegistro(std::u16string_view clave, std::u16string_view nombre,
                              std::u16string_view texto) {
   Clave abierta;
-  LSTATUS r = RegCreateKeyExW(HKEY_LOCAL_MACHINE, NombreEnVista(clave).c_str(), 0, nullptr,
-                              REG_OPTION_NON_VOLATILE, KEY_SET_VALUE | kVista, nullptr, abierta.Lugar(), nullptr);
+  LSTATUS r =
+      RegCreateKeyExW(HKEY_LOCAL_MACHINE, NombreEnVista(clave).c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
+                      KEY_SET_VALUE | kVista, nullptr, abierta.Lugar(), nullptr);
   if (r == ERROR_SUCCESS) {
     const std::wstring ancho = windows::Ancha(texto);
     r = RegSetValueExW(abierta.Hkey(), windows::Ancha(nombre).c_str(), 0, REG_SZ,

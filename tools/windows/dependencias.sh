@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # What the Windows library and its tests stand on, built for a target from Debian's source packages:
 #   bash tools/windows/dependencias.sh <folder> <x86_64 or i686>...
-# leaves <folder>/<target>/{include,lib} with libcrypto, SQLite, Expat and GoogleTest, and <folder>/versiones.txt. What
-# is there already, of these versions and by this script, is left alone: then nothing is asked of the network.
+# leaves <folder>/<target>/{include,lib} with libcrypto, SQLite and (64 bits) Expat and GoogleTest, versiones.txt, and
+# the licences of what becomes part of the library or goes with it. What is there already, by this script, is left
+# alone: then nothing is asked of the network.
 set -euo pipefail
 script=$(realpath "$0")
 mkdir -p "$1"
@@ -54,6 +55,10 @@ fetch() {
       done
     done
   } >"$folder/versiones.txt"
+  mkdir -p "$folder/licencias"
+  cp "$work/openssl/LICENSE.txt" "$folder/licencias/openssl.txt"
+  cp /usr/share/doc/gcc-mingw-w64-base/copyright "$folder/licencias/gcc.txt"
+  cp /usr/share/doc/mingw-w64-common/copyright "$folder/licencias/mingw-w64.txt"
 }
 
 # libcrypto alone: no sockets, no modules, no configuration file, so that nothing of the machine's changes a
@@ -122,7 +127,10 @@ build() {
   local target=$1 prefix=$folder/$1 part start
   rm -rf "$prefix"
   mkdir -p "$prefix"
-  for part in openssl sqlite expat googletest; do
+  local parts=(openssl sqlite)
+  # Programs of 32 bits are not run here, so no tests are built for them.
+  if [ "$target" = x86_64 ]; then parts+=(expat googletest); fi
+  for part in "${parts[@]}"; do
     start=$SECONDS
     # Not behind "||" itself, where the shell would go on after a command that failed.
     ("build_$part" "$target" "$prefix") >"$prefix/$part.log" 2>&1 &

@@ -6,7 +6,8 @@
 #include <string>
 
 #include "platform/Archivos.h"
-#include "platform/posix/Tzif.h"
+#include "platform/ReglasZona.h"
+#include "platform/Tzif.h"
 #include "tests/Casos.h"
 
 namespace vel {
@@ -61,15 +62,15 @@ TEST(Tzif, RefusesWhatIsNoZone) {
   ZonaHoraria zona;
   for (const char* malo : {"", "C6", "CST", "CST6CDT,M13.1.0,M11.1.0", "CST6CDT,M3.2.0",
                            "CST6CDT,M3.2.0,M11.1.0x", "<CST6", "CST200"}) {
-    EXPECT_FALSE(posix::LeeReglaPosix(malo, zona)) << malo;
+    EXPECT_FALSE(LeeReglaPosix(malo, zona)) << malo;
   }
-  EXPECT_FALSE(posix::LeeTzif("").has_value());
-  EXPECT_FALSE(posix::LeeTzif("TZif2" + std::string(15, '\0') + std::string(24, '\xFF')).has_value());
-  EXPECT_FALSE(posix::LeeTzif(std::string(100, 'x')).has_value());
+  EXPECT_FALSE(LeeTzif("").has_value());
+  EXPECT_FALSE(LeeTzif("TZif2" + std::string(15, '\0') + std::string(24, '\xFF')).has_value());
+  EXPECT_FALSE(LeeTzif(std::string(100, 'x')).has_value());
   const std::optional<std::string> entero = LeeArchivo(u"/usr/share/zoneinfo/America/Tijuana");
-  ASSERT_TRUE(entero.has_value() && posix::LeeTzif(*entero).has_value());
+  ASSERT_TRUE(entero.has_value() && LeeTzif(*entero).has_value());
   for (std::size_t n = 0; n < entero->size(); ++n) {
-    EXPECT_FALSE(posix::LeeTzif(entero->substr(0, n)).has_value()) << "cut at " << n;
+    EXPECT_FALSE(LeeTzif(entero->substr(0, n)).has_value()) << "cut at " << n;
   }
 }
 
