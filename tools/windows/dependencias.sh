@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # What the Windows library and its tests stand on, built for a target from Debian's source packages:
 #   bash tools/windows/dependencias.sh <folder> <x86_64 or i686>...
-# leaves <folder>/<target>/{include,lib} with libcrypto, SQLite and (64 bits) GoogleTest, versiones.txt, and the
-# licences of what becomes part of the library or goes with it. What is there already, by this script, is left
+# leaves <folder>/<target>/{include,lib} with libcrypto, SQLite and (64 bits) Expat and GoogleTest, versiones.txt, and
+# the licences of what becomes part of the library or goes with it. What is there already, by this script, is left
 # alone: then nothing is asked of the network.
 set -euo pipefail
 script=$(realpath "$0")
@@ -13,7 +13,7 @@ targets=("$@")
 
 # openssl is asked for by the name of the suite: where the security archive is listed too, its source may be
 # newer there than what mirrors hold.
-sources=(openssl/bookworm sqlite3/bookworm)
+sources=(openssl/bookworm sqlite3/bookworm expat/bookworm)
 googletest=/usr/src/googletest
 
 compilers() {
@@ -110,13 +110,26 @@ build_googletest() {
   cmake --build "$prefix/obra/googletest" --target install -j1
 }
 
+# The tests' second reader of XML. Its own configuration does not fit Debian's changes to it.
+build_expat() {
+  local target=$1 prefix=$2 lib=$folder/fuentes/expat/expat/lib
+  mkdir -p "$prefix/obra/expat" "$prefix/include" "$prefix/lib"
+  cd "$prefix/obra/expat"
+  : >expat_config.h
+  "$target-w64-mingw32-gcc-posix" -O2 -DXML_STATIC -DXML_DTD=1 -DXML_NS=1 -DXML_GE=1 -DXML_CONTEXT_BYTES=1024 \
+    -I. -c "$lib/xmlparse.c" "$lib/xmlrole.c" "$lib/xmltok.c"
+  rm -f "$prefix/lib/libexpat.a"
+  "$target-w64-mingw32-ar" rcsD "$prefix/lib/libexpat.a" xmlparse.o xmlrole.o xmltok.o
+  cp "$lib/expat.h" "$lib/expat_external.h" "$prefix/include/"
+}
+
 build() {
   local target=$1 prefix=$folder/$1 part start
   rm -rf "$prefix"
   mkdir -p "$prefix"
   local parts=(openssl sqlite)
   # Programs of 32 bits are not run here, so no tests are built for them.
-  if [ "$target" = x86_64 ]; then parts+=(googletest); fi
+  if [ "$target" = x86_64 ]; then parts+=(expat googletest); fi
   for part in "${parts[@]}"; do
     start=$SECONDS
     # Not behind "||" itself, where the shell would go on after a command that failed.
