@@ -19,7 +19,7 @@ UnicodeString LeeElSistema(const std::wstring& archivo, const wchar_t* seccion, 
 }
 
 TEST(Perfil, IsOneForTheLibraryAndTheSystem) {
-  const CarpetaTemporal carpeta;
+  const pruebas::CarpetaTemporal carpeta;
   struct Caso {
     const char* nombre;
     std::u16string_view valor;
