@@ -53,7 +53,8 @@ ZonaHoraria ConVerano(int desde, int hasta) {
 void ExigeOrden(const ZonaHoraria& zona, const char* nombre) {
   for (std::size_t i = 1; i < zona.cambios.size(); ++i) {
     EXPECT_LT(zona.cambios[i - 1].momento, zona.cambios[i].momento) << nombre;
-    EXPECT_NE(zona.cambios[i - 1].desfase, zona.cambios[i].desfase) << nombre << ' ' << zona.cambios[i].momento;
+    EXPECT_NE(zona.cambios[i - 1].desfase, zona.cambios[i].desfase)
+        << nombre << ' ' << zona.cambios[i].momento;
   }
 }
 
@@ -73,35 +74,78 @@ TEST(Concilia, BelievesTheSystemOnlyWhereItIsNewer) {
   enMarzo.verano = {0, 3, 0, 2, 2, 0, 0, 0};
   // What the system keeps as the rule of today counts only where it has no years.
   const Caso casos[] = {
-      {"a decree after the table", con, 2022, 2023,
-       {kConVerano, {{2022, kConVerano}, {2023, kSinVerano}}, 0}, {-5, -6, -6, -6}},
-      {"one of two years later", con, 2022, 2023,
-       {kSinVerano, {{2023, kConVerano}, {2024, kSinVerano}}, 0}, {-5, -5, -6, -6}},
-      {"one of the table's own year", con, 2022, 2022,
-       {kSinVerano, {{2021, kConVerano}, {2022, kSinVerano}}, 0}, {-6, -6, -6, -6}},
-      {"one decree after another", con, 2022, 2025,
+      {"a decree after the table",
+       con,
+       2022,
+       2023,
+       {kConVerano, {{2022, kConVerano}, {2023, kSinVerano}}, 0},
+       {-5, -6, -6, -6}},
+      {"one of two years later",
+       con,
+       2022,
+       2023,
+       {kSinVerano, {{2023, kConVerano}, {2024, kSinVerano}}, 0},
+       {-5, -5, -6, -6}},
+      {"one of the table's own year",
+       con,
+       2022,
+       2022,
+       {kSinVerano, {{2021, kConVerano}, {2022, kSinVerano}}, 0},
+       {-6, -6, -6, -6}},
+      {"one decree after another",
+       con,
+       2022,
+       2025,
        {kSinVerano, {{2022, kConVerano}, {2023, kSinVerano}, {2024, kConVerano}, {2025, kSinVerano}}, 0},
        {-5, -6, -5, -6}},
-      {"one against changes that the table foresees", ConVerano(2000, 2040), 2022, 2023,
-       {kSinVerano, {{2022, kConVerano}, {2023, kSinVerano}}, 0}, {-5, -6, -6, -6}},
-      {"the end of what the table foresees", ConVerano(1970, 2022), 2022, 2024, {kConVerano, {}, 2024},
+      {"one against changes that the table foresees",
+       ConVerano(2000, 2040),
+       2022,
+       2023,
+       {kSinVerano, {{2022, kConVerano}, {2023, kSinVerano}}, 0},
+       {-5, -6, -6, -6}},
+      {"the end of what the table foresees",
+       ConVerano(1970, 2022),
+       2022,
+       2024,
+       {kConVerano, {}, 2024},
        {-5, -5, -5, -5}},
       {"a system that was never updated", sin, 2025, 2026, {kConVerano, {}, 0}, {-6, -6, -6, -6}},
-      {"nor since its edition", ConVerano(1970, 2022), 2022, 2024, {kConVerano, {{2007, kConVerano}}, 2022},
+      {"nor since its edition",
+       ConVerano(1970, 2022),
+       2022,
+       2024,
+       {kConVerano, {{2007, kConVerano}}, 2022},
        {-5, -6, -6, -6}},
-      {"an old forecast of years to come", sin, 2025, 2026,
-       {kConVerano, {{2024, kSinVerano}, {2026, kConVerano}, {2030, kConVerano}}, 2025}, {-6, -6, -6, -6}},
-      {"a new one", sin, 2025, 2026,
-       {kConVerano, {{2024, kSinVerano}, {2026, kConVerano}, {2030, kConVerano}}, 2026}, {-6, -5, -5, -5}},
-      {"one that did not know last year", sin, 2025, 2029,
+      {"an old forecast of years to come",
+       sin,
+       2025,
+       2026,
+       {kConVerano, {{2024, kSinVerano}, {2026, kConVerano}, {2030, kConVerano}}, 2025},
+       {-6, -6, -6, -6}},
+      {"a new one",
+       sin,
+       2025,
+       2026,
+       {kConVerano, {{2024, kSinVerano}, {2026, kConVerano}, {2030, kConVerano}}, 2026},
+       {-6, -5, -5, -5}},
+      {"one that did not know last year",
+       sin,
+       2025,
+       2029,
        {kConVerano, {{2023, kSinVerano}, {2024, kConVerano}, {2025, kSinVerano}, {2026, kConVerano}}, 2029},
        {-6, -6, -6, -6}},
-      {"nor the year before", sin, 2025, 2029,
-       {kConVerano, {{2023, kConVerano}, {2024, kSinVerano}, {2026, kConVerano}}, 2029}, {-6, -6, -6, -6}},
+      {"nor the year before",
+       sin,
+       2025,
+       2029,
+       {kConVerano, {{2023, kConVerano}, {2024, kSinVerano}, {2026, kConVerano}}, 2029},
+       {-6, -6, -6, -6}},
   };
   for (const Caso& c : casos) {
     const ZonaHoraria zona = Concilia(c.tabla, c.anioTabla, c.anioActual, c.sistema);
-    for (int i = 0; i < 4; ++i) EXPECT_EQ(Horas(zona, Utc(c.anioTabla + i, 7, 1)), c.julio[i]) << c.nombre << ' ' << i;
+    for (int i = 0; i < 4; ++i)
+      EXPECT_EQ(Horas(zona, Utc(c.anioTabla + i, 7, 1)), c.julio[i]) << c.nombre << ' ' << i;
     EXPECT_EQ(Horas(zona, Utc(2060, 7, 1)), c.julio[3]) << c.nombre;
     EXPECT_EQ(Horas(zona, Utc(2060, 1, 1)), -6) << c.nombre;
     ExigeOrden(zona, c.nombre);
@@ -137,9 +181,9 @@ TEST(DeSistema, ReadsTheFormsOfRecords) {
   const RegistroTzi luego{120, 0, -60, {}, {}};
   const ZonaHoraria zona = DeSistema({luego, {{2022, hasta}, {2023, muda}, {2024, luego}}, 0});
   const std::pair<std::int64_t, int> esperado[] = {
-      {Utc(1960, 7, 1), -3},  {Utc(1995, 7, 1), -2},     {Utc(1995, 12, 1), -3},      {Utc(2022, 12, 31), -3},
-      {Utc(2023, 1, 2), -3},  {Utc(2023, 3, 26), -3},    {Utc(2023, 3, 26, 1), -2},   {Utc(2023, 12, 31, 23), -2},
-      {Utc(2024, 1, 2), -2},  {Utc(2050, 1, 1), -2}};
+      {Utc(1960, 7, 1), -3}, {Utc(1995, 7, 1), -2},  {Utc(1995, 12, 1), -3},    {Utc(2022, 12, 31), -3},
+      {Utc(2023, 1, 2), -3}, {Utc(2023, 3, 26), -3}, {Utc(2023, 3, 26, 1), -2}, {Utc(2023, 12, 31, 23), -2},
+      {Utc(2024, 1, 2), -2}, {Utc(2050, 1, 1), -2}};
   for (const auto& [utc, horas] : esperado) EXPECT_EQ(Horas(zona, utc), horas) << utc;
   ExigeOrden(zona, "");
   // A day of one year alone; the last millisecond of a day; a zone without years; seasons without days.
@@ -157,8 +201,12 @@ TEST(DeSistema, ReadsTheFormsOfRecords) {
 }
 
 TEST(LeeTzi, RefusesWhatIsNoRecord) {
-  // Pacific time as the system keeps it: 480 minutes, from the second Sunday of March to the first of November.
-  std::string bytes("\xE0\x01\0\0\0\0\0\0\xC4\xFF\xFF\xFF\0\0\x0B\0\0\0\1\0\2\0\0\0\0\0\0\0\0\0\3\0\0\0\2\0\2\0\0\0\0\0\0\0", 44);
+  // Pacific time as the system keeps it: 480 minutes, from the second Sunday of March to the first of
+  // November.
+  std::string bytes(
+      "\xE0\x01\0\0\0\0\0\0\xC4\xFF\xFF\xFF\0\0\x0B\0\0\0\1\0\2\0\0\0\0\0\0\0\0\0\3\0\0\0\2\0\2\0\0\0\0\0\0"
+      "\0",
+      44);
   const std::optional<RegistroTzi> r = LeeTzi(bytes);
   ASSERT_TRUE(r.has_value());
   const ZonaHoraria zona = DeSistema({*r, {}, 0});
@@ -188,7 +236,8 @@ TEST(TablaZonas, AgreesWithTheSystemUnderEveryName) {
     ASSERT_TRUE(sistema != nullptr && tabla.has_value()) << nombre;
     std::vector<std::int64_t> momentos;
     for (const ZonaHoraria* zona : {&*sistema, &*tabla}) {
-      for (const ZonaHoraria::Cambio& c : zona->cambios) momentos.insert(momentos.end(), {c.momento - 1, c.momento});
+      for (const ZonaHoraria::Cambio& c : zona->cambios)
+        momentos.insert(momentos.end(), {c.momento - 1, c.momento});
     }
     for (std::int64_t t = Utc(1850, 1, 1); t < Utc(2100, 1, 1); t += 7 * 86400) momentos.push_back(t);
     for (const std::int64_t t : momentos)
