@@ -1,20 +1,15 @@
-// The zone of this computer is TZ's, and the C library converts with the same data by code of its own.
-
+// The computer's own zone, which a process chooses by TZ on POSIX, and the C library's opinion of zones.
 #include "Uutilext/time/ZonasHorarias.h"
 
-#include <chrono>
 #include <cstdlib>
 #include <ctime>
 #include <gtest/gtest.h>
 #include <limits>
-#include <optional>
 #include <sstream>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "Uutilext/time/CalculoZonas.h"
-#include "platform/ReglasZona.h"
 #include "tests/Casos.h"
 
 namespace vel {
