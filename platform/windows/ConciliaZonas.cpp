@@ -70,15 +70,16 @@ void AgregaAnio(const RegistroTzi& r, int anio, DesfaseZona& vigente,
   const std::optional<std::int64_t> verano = Momento(r.verano, anio);
   const std::optional<std::int64_t> estandar = Momento(r.estandar, anio);
   std::vector<ZonaHoraria::Cambio> locales;
-  // The year begins in the season that ends in it. A season that begins with the year comes after this line of
-  // the list and takes its place.
+  // The year begins in the season that ends in it. A season that begins with the year comes after this line
+  // of the list and takes its place.
   const bool enVerano = verano.has_value() && estandar.has_value() && *estandar < *verano;
   locales.push_back({enero, enVerano ? Verano(r) : Estandar(r)});
   if (verano.has_value() && estandar.has_value()) {
     locales.push_back({*verano, Verano(r)});
     locales.push_back({*estandar, Estandar(r)});
   }
-  std::stable_sort(locales.begin(), locales.end(), [](const auto& a, const auto& b) { return a.momento < b.momento; });
+  std::stable_sort(locales.begin(), locales.end(),
+                   [](const auto& a, const auto& b) { return a.momento < b.momento; });
   for (auto it = locales.begin(); it != locales.end(); ++it) {
     const auto siguiente = std::next(it);
     const bool sustituido = siguiente != locales.end() && siguiente->momento == it->momento;
@@ -140,8 +141,8 @@ std::optional<RegistroTzi> LeeTzi(std::string_view bytes) {
     if (*sesgo <= -kDia || *sesgo >= kDia) return std::nullopt;
   }
   for (FechaTzi* f : {&r.estandar, &r.verano}) {
-    for (std::uint16_t* campo : {&f->anio, &f->mes, &f->diaSemana, &f->dia, &f->hora, &f->minuto, &f->segundo,
-                                 &f->milisegundo}) {
+    for (std::uint16_t* campo :
+         {&f->anio, &f->mes, &f->diaSemana, &f->dia, &f->hora, &f->minuto, &f->segundo, &f->milisegundo}) {
       *campo = static_cast<std::uint16_t>(Toma(bytes, 2));
     }
     if (!EsFecha(*f)) return std::nullopt;
@@ -174,7 +175,8 @@ ZonaHoraria Concilia(ZonaHoraria tabla, int anioTabla, int anioActual, const Zon
 
   DesfaseZona vigente = DesfaseEnUtc(tabla, Comienzo(anio) - tabla.estandar.segundos - 1);
   EscribeHasta(Comienzo(anio) - vigente.segundos, tabla);
-  for (int a = anio; a <= std::max(ultimo, anio); ++a) AgregaAnio(DelAnio(sistema, a), a, vigente, tabla.cambios);
+  for (int a = anio; a <= std::max(ultimo, anio); ++a)
+    AgregaAnio(DelAnio(sistema, a), a, vigente, tabla.cambios);
   PonRegla(DelAnio(sistema, fin), tabla);
   return tabla;
 }

@@ -11,12 +11,12 @@
 
 // Two sources tell the zones of Windows: the table that the library carries, exact for the past but no newer
 // than the library, and the system's own records, kept up by its updates but coarse: two changes a year at
-// most, on a day of the week, and the years before the first record told by that one. All of this is on values,
-// and nothing here asks the system.
+// most, on a day of the week, and the years before the first record told by that one. All of this is on
+// values, and nothing here asks the system.
 namespace vel {
 
-/// When a record's season begins, as the system writes it: month 0 is never; `dia` is the week of the month, 5
-/// the last, or with a year the day of the month, once.
+/// When a record's season begins, as the system writes it: month 0 is never; `dia` is the week of the month,
+/// 5 the last, or with a year the day of the month, once.
 struct FechaTzi {
   std::uint16_t anio, mes, diaSemana, dia, hora, minuto, segundo, milisegundo;
 };

@@ -15,8 +15,8 @@
 #include "platform/windows/Sistema.h"
 #include "platform/windows/TablaZonas.h"
 
-// The system's own records are too coarse for the past (two changes a year, from the year 2000 or 2007 on), so a
-// table of the tz database comes first, and the records where they are newer: ConciliaZonas.h.
+// The system's own records are too coarse for the past (two changes a year, from the year 2000 or 2007 on),
+// so a table of the tz database comes first, and the records where they are newer: ConciliaZonas.h.
 
 namespace vel {
 namespace {
@@ -102,7 +102,8 @@ std::optional<Leida> LeeSistema(std::u16string_view nombre) {
   const int primero = std::max(anios.Entero(u"FirstEntry"), 1900);
   const int ultimo = std::min(anios.Entero(u"LastEntry"), 2200);
   for (int anio = primero; anio <= ultimo; ++anio) {
-    if (const std::optional<RegistroTzi> r = anios.Tzi(IntToStr(anio))) leida.reglas.porAnio.emplace(anio, *r);
+    if (const std::optional<RegistroTzi> r = anios.Tzi(IntToStr(anio)))
+      leida.reglas.porAnio.emplace(anio, *r);
   }
   return leida;
 }
@@ -174,8 +175,8 @@ RegistroTzi Registro(const DYNAMIC_TIME_ZONE_INFORMATION& d) {
 
 Zona LeeActiva(const DYNAMIC_TIME_ZONE_INFORMATION& d) {
   Zona zona = DameZonaWindows(windows::DeAncha(d.TimeZoneKeyName));
-  // Whoever turns summer time off has the standard time of a zone that keeps it; in one that does not there is
-  // nothing to turn off, and the past stays as it was.
+  // Whoever turns summer time off has the standard time of a zone that keeps it; in one that does not there
+  // is nothing to turn off, and the past stays as it was.
   const bool sinVerano = d.DynamicDaylightTimeDisabled != 0 && (zona == nullptr || zona->verano.has_value());
   if (zona != nullptr && !sinVerano) return zona;
   ZonaSistema propia;

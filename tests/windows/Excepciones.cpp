@@ -1,4 +1,7 @@
-// What the library throws is caught by its type in a program that has a copy of the compiler's runtime of its own.
+// What the library throws is caught by its type in a program that has a copy of the compiler's runtime of its
+// own.
+
+#include "framework/Excepciones.h"
 
 #include <gtest/gtest.h>
 #include <string>
@@ -6,7 +9,6 @@
 
 #include "Uutilext/diagnostics/Errores.h"
 #include "facil/Zonas.h"
-#include "framework/Excepciones.h"
 #include "framework/Numeros.h"
 #include "framework/TClientDataSet.h"
 #include "framework/TStringList.h"
@@ -51,7 +53,10 @@ TEST(Excepciones, AreCaughtByTypeAcrossTheLibrary) {
   EXPECT_EQ(Atrapa([] { VarArrayOf({}).AsInteger(); }), "EVariantTypeCastError");
   EXPECT_EQ(Atrapa([] { TClientDataSet().FieldByName(u"CVE"); }), "EDatabaseError");
   EXPECT_EQ(Atrapa([] { TStringList().Strings(3); }), "EStringListError");
-  EXPECT_EQ(Atrapa([] { ExigeSinFalla({ClaseFalla::NoExiste, {}}, u"No se puede leer", u"a.txt"); }), "EStreamError");
+  EXPECT_EQ(Atrapa([] {
+              ExigeSinFalla({ClaseFalla::NoExiste, {}}, u"No se puede leer", u"a.txt");
+            }),
+            "EStreamError");
   EXPECT_EQ(Atrapa([&] { LanzaThrow(u"Año", codigo); }), "Exception: Año");
   EXPECT_EQ(codigo, -1);
   try {

@@ -21,8 +21,8 @@ bool Resume() {
 
 DWORD WINAPI EnHilo(void*) { return Resume() ? 1 : 0; }
 
-// What a thread keeps must go with it, or stay whole until it has ended: half of the threads are the runtime's, half
-// the host's.
+// What a thread keeps must go with it, or stay whole until it has ended: half of the threads are the
+// runtime's, half the host's.
 TEST(Hilos, EndWithoutFaultAfterAllDigests) {
   constexpr int kVueltas = 5;
   constexpr int kTandas = 20;

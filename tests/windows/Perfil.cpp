@@ -24,9 +24,8 @@ TEST(Perfil, IsOneForTheLibraryAndTheSystem) {
     const char* nombre;
     std::u16string_view valor;
   };
-  const Caso casos[] = {{"ascii.ini", u"C:\\Datos"},
-                        {"windows1252.ini", u"Año de peña, 20 €"},
-                        {"utf16.ini", u"Łódź 東京"}};
+  const Caso casos[] = {
+      {"ascii.ini", u"C:\\Datos"}, {"windows1252.ini", u"Año de peña, 20 €"}, {"utf16.ini", u"Łódź 東京"}};
   for (const Caso& c : casos) {
     const std::filesystem::path ruta = carpeta.Ruta() / c.nombre;
     const UnicodeString archivo = ruta.u16string();

@@ -34,7 +34,8 @@ TEST(Registro, IsThatOfThe32BitPrograms) {
     EXPECT_EQ(leido.texto, u"Łódź");
   }
   HKEY software = nullptr;
-  ASSERT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, L"SOFTWARE", 0, KEY_ALL_ACCESS | KEY_WOW64_32KEY, &software), ERROR_SUCCESS);
+  ASSERT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, L"SOFTWARE", 0, KEY_ALL_ACCESS | KEY_WOW64_32KEY, &software),
+            ERROR_SUCCESS);
   EXPECT_EQ(RegDeleteKeyW(software, L"UtilVel90 prueba"), ERROR_SUCCESS);
   RegCloseKey(software);
   EXPECT_FALSE(LeeRegistro(u"SOFTWARE\\UtilVel90 prueba", u"Año").claveExiste);

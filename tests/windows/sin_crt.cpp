@@ -1,6 +1,6 @@
-// A program without the compiler's runtime, as hosts made by other compilers are to this library: its own entry
-// point, the system's functions alone, the library loaded by name. Its code is 0 when 600,000 roundings are the same
-// under the control word that the system gave it and under 64 bits of precision.
+// A program without the compiler's runtime, as hosts made by other compilers are to this library: its own
+// entry point, the system's functions alone, the library loaded by name. Its code is 0 when 600,000 roundings
+// are the same under the control word that the system gave it and under 64 bits of precision.
 
 #include <cstdint>
 #include <windows.h>
@@ -62,7 +62,8 @@ extern "C" [[noreturn]] void entrada() {
   for (int i = 0; i < 300'000; ++i) {
     azar = azar * 6364136223846793005U + 1442695040888963407U;
     const int decimales = static_cast<int>((azar >> 33) % 7);
-    const double importe = static_cast<double>(static_cast<std::int64_t>((azar >> 20) % 1'000'000'000'000)) / 100'000 * 1.16;
+    const double importe =
+        static_cast<double>(static_cast<std::int64_t>((azar >> 20) % 1'000'000'000'000)) / 100'000 * 1.16;
     for (const Redondeo f : funciones) {
       PonControl(0x027F);
       const double doble = f(importe, decimales);

@@ -1,5 +1,5 @@
-// Prints digests of what the library says of all 65,536 code units, to be compared with the same program's on another
-// system.
+// Prints digests of what the library says of all 65,536 code units, to be compared with the same program's on
+// another system.
 
 #include <cstdio>
 #include <string>

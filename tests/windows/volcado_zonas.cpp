@@ -1,7 +1,7 @@
 // Prints a digest of each zone's offsets, to be compared with the same program's on another system:
 //   zonas < names of the tz database
-// A Windows name: every half hour from 1990 to 2037. Every name: both sides of each change from 1800 to 2099, as
-// far as a look at every quarter of a day finds them.
+// A Windows name: every half hour from 1990 to 2037. Every name: both sides of each change from 1800 to 2099,
+// as far as a look at every quarter of a day finds them.
 
 #include <chrono>
 #include <cinttypes>
@@ -27,7 +27,8 @@ std::int64_t Comienzo(int anio) {
 class Suma {
  public:
   void Agrega(std::int64_t valor) {
-    for (int i = 0; i < 64; i += 8) suma_ = (suma_ ^ (static_cast<std::uint64_t>(valor) >> i & 0xFF)) * 0x100000001B3;
+    for (int i = 0; i < 64; i += 8)
+      suma_ = (suma_ ^ (static_cast<std::uint64_t>(valor) >> i & 0xFF)) * 0x100000001B3;
   }
   void Agrega(const vel::DesfaseZona& d) { Agrega(std::int64_t{d.segundos} * 2 + (d.verano ? 1 : 0)); }
   std::uint64_t Valor() const { return suma_; }

@@ -38,67 +38,136 @@ constexpr RegistroTzi kConVerano{360, 0, -60, kOctubre, kAbril};
 constexpr RegistroTzi kSinVerano{360, 0, -60, {}, {}};
 const char* const kReglaConVerano = "CST6CDT,M4.1.0,M10.5.0";
 
+// Summer time in the years given, each change written out, and none before or after them.
+ZonaHoraria ConVerano(int desde, int hasta) {
+  ZonaHoraria zona = PorRegla("CST6");
+  const ZonaHoraria::Verano verano = *PorRegla(kReglaConVerano).verano;
+  for (int anio = desde; anio <= hasta; ++anio) {
+    zona.cambios.push_back({MomentoDeRegla(verano.comienza, anio) + 6 * 3600, verano.desfase});
+    zona.cambios.push_back({MomentoDeRegla(verano.termina, anio) + 5 * 3600, zona.estandar});
+  }
+  return zona;
+}
+
+// Each change comes after the one before and is one.
+void ExigeOrden(const ZonaHoraria& zona, const char* nombre) {
+  for (std::size_t i = 1; i < zona.cambios.size(); ++i) {
+    EXPECT_LT(zona.cambios[i - 1].momento, zona.cambios[i].momento) << nombre;
+    EXPECT_NE(zona.cambios[i - 1].desfase, zona.cambios[i].desfase)
+        << nombre << ' ' << zona.cambios[i].momento;
+  }
+}
+
 TEST(Concilia, BelievesTheSystemOnlyWhereItIsNewer) {
   struct Caso {
     const char* nombre;
-    const char* tabla;
+    ZonaHoraria tabla;
     int anioTabla;
     int anioActual;
     ZonaSistema sistema;
-    // Hours in July of the table's year and of the three after it.
+    // Hours in July of the table's year and of the three after it, the last for ever.
     int julio[4];
   };
-  RegistroTzi unDiaAntes = kConVerano;
-  unDiaAntes.verano = {0, 3, 6, 5, 23, 59, 59, 999};
+  const ZonaHoraria con = PorRegla(kReglaConVerano);
+  const ZonaHoraria sin = PorRegla("CST6");
   RegistroTzi enMarzo = kConVerano;
   enMarzo.verano = {0, 3, 0, 2, 2, 0, 0, 0};
+  // What the system keeps as the rule of today counts only where it has no years.
   const Caso casos[] = {
-      {"a decree after the table", kReglaConVerano, 2022, 2023,
-       {kSinVerano, {{2022, kConVerano}, {2023, kSinVerano}}, 0}, {-5, -6, -6, -6}},
-      {"one of two years later", kReglaConVerano, 2022, 2023,
-       {kSinVerano, {{2023, kConVerano}, {2024, kSinVerano}}, 0}, {-5, -5, -6, -6}},
-      {"one of the table's own year", kReglaConVerano, 2022, 2023,
-       {kSinVerano, {{2021, kConVerano}, {2022, kSinVerano}}, 0}, {-6, -6, -6, -6}},
-      {"a system that was never updated", "CST6", 2025, 2026,
-       {kConVerano, {}, 0}, {-6, -6, -6, -6}},
-      {"nor since its edition", "CST6", 2025, 2026,
-       {kConVerano, {{2007, kConVerano}}, 2021}, {-6, -6, -6, -6}},
-      {"an edition as old as the table", "CST6", 2025, 2026,
-       {kConVerano, {}, 2025}, {-6, -6, -6, -6}},
-      {"an old forecast of years to come", "CST6", 2025, 2026,
-       {kConVerano, {{2024, kSinVerano}, {2026, kConVerano}, {2030, kConVerano}}, 2022}, {-6, -6, -6, -6}},
-      {"one that has come", "CST6", 2025, 2029,
-       {kConVerano, {{2024, kSinVerano}, {2026, kConVerano}, {2030, kConVerano}}, 2022}, {-6, -5, -5, -5}},
-      {"one that failed before", "CST6", 2025, 2029,
-       {kConVerano, {{2024, kConVerano}, {2026, kConVerano}, {2030, kConVerano}}, 2022}, {-6, -6, -6, -6}},
-      {"an edition of a later year", "CST6", 2025, 2026,
-       {kConVerano, {{2025, kSinVerano}, {2026, kConVerano}}, 2026},
+      {"a decree after the table",
+       con,
+       2022,
+       2023,
+       {kConVerano, {{2022, kConVerano}, {2023, kSinVerano}}, 0},
+       {-5, -6, -6, -6}},
+      {"one of two years later",
+       con,
+       2022,
+       2023,
+       {kSinVerano, {{2023, kConVerano}, {2024, kSinVerano}}, 0},
+       {-5, -5, -6, -6}},
+      {"one of the table's own year",
+       con,
+       2022,
+       2022,
+       {kSinVerano, {{2021, kConVerano}, {2022, kSinVerano}}, 0},
+       {-6, -6, -6, -6}},
+      {"one decree after another",
+       con,
+       2022,
+       2025,
+       {kSinVerano, {{2022, kConVerano}, {2023, kSinVerano}, {2024, kConVerano}, {2025, kSinVerano}}, 0},
+       {-5, -6, -5, -6}},
+      {"one against changes that the table foresees",
+       ConVerano(2000, 2040),
+       2022,
+       2023,
+       {kSinVerano, {{2022, kConVerano}, {2023, kSinVerano}}, 0},
+       {-5, -6, -6, -6}},
+      {"the end of what the table foresees",
+       ConVerano(1970, 2022),
+       2022,
+       2024,
+       {kConVerano, {}, 2024},
+       {-5, -5, -5, -5}},
+      {"a system that was never updated", sin, 2025, 2026, {kConVerano, {}, 0}, {-6, -6, -6, -6}},
+      {"nor since its edition",
+       ConVerano(1970, 2022),
+       2022,
+       2024,
+       {kConVerano, {{2007, kConVerano}}, 2022},
+       {-5, -6, -6, -6}},
+      {"an old forecast of years to come",
+       sin,
+       2025,
+       2026,
+       {kConVerano, {{2024, kSinVerano}, {2026, kConVerano}, {2030, kConVerano}}, 2025},
+       {-6, -6, -6, -6}},
+      {"a new one",
+       sin,
+       2025,
+       2026,
+       {kConVerano, {{2024, kSinVerano}, {2026, kConVerano}, {2030, kConVerano}}, 2026},
        {-6, -5, -5, -5}},
-      {"of which the past is not told", kReglaConVerano, 2025, 2026,
-       {kSinVerano, {}, 2026}, {-5, -5, -5, -5}},
-      {"a day, as records are written", "CST6CDT,M3.5.0/0,M10.5.0", 2025, 2026,
-       {unDiaAntes, {{2030, unDiaAntes}}, 2026}, {-5, -5, -5, -5}},
+      {"one that did not know last year",
+       sin,
+       2025,
+       2029,
+       {kConVerano, {{2023, kSinVerano}, {2024, kConVerano}, {2025, kSinVerano}, {2026, kConVerano}}, 2029},
+       {-6, -6, -6, -6}},
+      {"nor the year before",
+       sin,
+       2025,
+       2029,
+       {kConVerano, {{2023, kConVerano}, {2024, kSinVerano}, {2026, kConVerano}}, 2029},
+       {-6, -6, -6, -6}},
   };
   for (const Caso& c : casos) {
-    const ZonaHoraria zona = Concilia(PorRegla(c.tabla), c.anioTabla, c.anioActual, c.sistema);
-    for (int i = 0; i < 4; ++i) EXPECT_EQ(Horas(zona, Utc(c.anioTabla + i, 7, 1)), c.julio[i]) << c.nombre << ' ' << i;
+    const ZonaHoraria zona = Concilia(c.tabla, c.anioTabla, c.anioActual, c.sistema);
+    for (int i = 0; i < 4; ++i)
+      EXPECT_EQ(Horas(zona, Utc(c.anioTabla + i, 7, 1)), c.julio[i]) << c.nombre << ' ' << i;
     EXPECT_EQ(Horas(zona, Utc(2060, 7, 1)), c.julio[3]) << c.nombre;
+    EXPECT_EQ(Horas(zona, Utc(2060, 1, 1)), -6) << c.nombre;
+    ExigeOrden(zona, c.nombre);
   }
   // Weeks are news even where summer stays summer.
-  const ZonaHoraria zona =
-      Concilia(PorRegla(kReglaConVerano), 2025, 2026, {enMarzo, {{2026, kConVerano}, {2027, enMarzo}}, 0});
+  const ZonaHoraria zona = Concilia(con, 2025, 2026, {enMarzo, {{2026, kConVerano}, {2027, enMarzo}}, 0});
   EXPECT_EQ(Horas(zona, Utc(2026, 3, 20)), -6);
   EXPECT_EQ(Horas(zona, Utc(2027, 3, 20)), -5);
   EXPECT_EQ(Horas(zona, Utc(2050, 3, 20)), -5);
 }
 
 TEST(Concilia, KeepsTheTableToTheSecondBeforeThat) {
-  const ZonaHoraria tabla = PorRegla("<-03>3<-02>,M10.2.0/0,M2.3.0/0");
-  const RegistroTzi sur{180, 0, -60, {0, 2, 0, 3, 0, 0, 0, 0}, {0, 10, 0, 2, 0, 0, 0, 0}};
+  ZonaHoraria tabla = PorRegla("<-03>3<-02>,M10.2.0/0,M2.3.0/0");
+  tabla.inicial = {-4 * 3600, false};
+  tabla.cambios.push_back({Utc(2000, 3, 1), tabla.estandar});
+  // Hours later than the table has it, which are no news.
+  const RegistroTzi sur{180, 0, -60, {0, 2, 0, 3, 5, 0, 0, 0}, {0, 10, 0, 2, 5, 0, 0, 0}};
   const RegistroTzi sin{180, 0, -60, {}, {}};
   const ZonaHoraria zona = Concilia(tabla, 2022, 2023, {sin, {{2022, sur}, {2024, sin}}, 0});
   for (std::int64_t t = Utc(1990, 1, 1); t < Utc(2024, 1, 1, 2); t += 1800)
     ASSERT_EQ(DesfaseEnUtc(zona, t), DesfaseEnUtc(tabla, t)) << t;
+  ExigeOrden(zona, "");
   // Summer, in which the last year begins, ends with it.
   EXPECT_EQ(Horas(zona, Utc(2024, 1, 1, 1, 59, 59)), -2);
   EXPECT_EQ(Horas(zona, Utc(2024, 1, 1, 2)), -3);
@@ -112,29 +181,40 @@ TEST(DeSistema, ReadsTheFormsOfRecords) {
   const RegistroTzi luego{120, 0, -60, {}, {}};
   const ZonaHoraria zona = DeSistema({luego, {{2022, hasta}, {2023, muda}, {2024, luego}}, 0});
   const std::pair<std::int64_t, int> esperado[] = {
-      {Utc(1995, 7, 1), -2},  {Utc(1995, 12, 1), -3}, {Utc(2022, 12, 31), -3},      {Utc(2023, 1, 2), -3},
-      {Utc(2023, 3, 26), -3}, {Utc(2023, 3, 26, 1), -2}, {Utc(2023, 12, 31, 23), -2}, {Utc(2024, 1, 2), -2},
-      {Utc(2050, 1, 1), -2}};
+      {Utc(1960, 7, 1), -3}, {Utc(1995, 7, 1), -2},  {Utc(1995, 12, 1), -3},    {Utc(2022, 12, 31), -3},
+      {Utc(2023, 1, 2), -3}, {Utc(2023, 3, 26), -3}, {Utc(2023, 3, 26, 1), -2}, {Utc(2023, 12, 31, 23), -2},
+      {Utc(2024, 1, 2), -2}, {Utc(2050, 1, 1), -2}};
   for (const auto& [utc, horas] : esperado) EXPECT_EQ(Horas(zona, utc), horas) << utc;
-  // A day of one year alone, and a zone without years.
+  ExigeOrden(zona, "");
+  // A day of one year alone; the last millisecond of a day; a zone without years; seasons without days.
   const RegistroTzi unaVez{0, 0, -60, {2025, 8, 0, 31, 3, 0, 0, 0}, {2025, 5, 0, 1, 3, 0, 0, 0}};
   const ZonaHoraria una = DeSistema({unaVez, {{2025, unaVez}}, 0});
+  EXPECT_EQ(Horas(una, Utc(1980, 6, 1)), 0);
   EXPECT_EQ(Horas(una, Utc(2025, 8, 31, 1, 59, 59)), 1);
   EXPECT_EQ(Horas(una, Utc(2025, 8, 31, 2)), 0);
   EXPECT_EQ(Horas(una, Utc(2026, 6, 1)), 0);
-  EXPECT_EQ(Horas(DeSistema({kConVerano, {}, 0}), Utc(1980, 7, 1)), -5);
+  RegistroTzi medianoche = kConVerano;
+  medianoche.verano = {0, 3, 6, 5, 23, 59, 59, 999};
+  EXPECT_EQ(Horas(DeSistema({medianoche, {}, 0}), Utc(1980, 3, 30, 5, 59, 59)), -6);
+  EXPECT_EQ(Horas(DeSistema({medianoche, {}, 0}), Utc(1980, 3, 30, 6)), -5);
+  EXPECT_EQ(Horas(DeSistema({{360, 60, -60, {}, {}}, {}, 0}), Utc(1980, 7, 1)), -6);
 }
 
 TEST(LeeTzi, RefusesWhatIsNoRecord) {
-  // Pacific time as the system keeps it: 480 minutes, from the second Sunday of March to the first of November.
-  std::string bytes("\xE0\x01\0\0\0\0\0\0\xC4\xFF\xFF\xFF\0\0\x0B\0\0\0\1\0\2\0\0\0\0\0\0\0\0\0\3\0\0\0\2\0\2\0\0\0\0\0\0\0", 44);
+  // Pacific time as the system keeps it: 480 minutes, from the second Sunday of March to the first of
+  // November.
+  std::string bytes(
+      "\xE0\x01\0\0\0\0\0\0\xC4\xFF\xFF\xFF\0\0\x0B\0\0\0\1\0\2\0\0\0\0\0\0\0\0\0\3\0\0\0\2\0\2\0\0\0\0\0\0"
+      "\0",
+      44);
   const std::optional<RegistroTzi> r = LeeTzi(bytes);
   ASSERT_TRUE(r.has_value());
   const ZonaHoraria zona = DeSistema({*r, {}, 0});
   EXPECT_EQ(Horas(zona, Utc(2024, 3, 10, 9, 59, 59)), -8);
   EXPECT_EQ(Horas(zona, Utc(2024, 3, 10, 10)), -7);
   EXPECT_EQ(Horas(zona, Utc(2024, 11, 3, 9)), -8);
-  EXPECT_FALSE(LeeTzi(bytes.substr(1)).has_value());
+  EXPECT_FALSE(LeeTzi(bytes.substr(0, 43)).has_value());
+  EXPECT_FALSE(LeeTzi(bytes + '\0').has_value());
   for (const std::size_t i : {1U, 11U, 14U, 16U, 18U, 20U, 22U, 24U}) {
     std::string malo = bytes;
     malo[i] = 0x7F;
@@ -156,7 +236,8 @@ TEST(TablaZonas, AgreesWithTheSystemUnderEveryName) {
     ASSERT_TRUE(sistema != nullptr && tabla.has_value()) << nombre;
     std::vector<std::int64_t> momentos;
     for (const ZonaHoraria* zona : {&*sistema, &*tabla}) {
-      for (const ZonaHoraria::Cambio& c : zona->cambios) momentos.insert(momentos.end(), {c.momento - 1, c.momento});
+      for (const ZonaHoraria::Cambio& c : zona->cambios)
+        momentos.insert(momentos.end(), {c.momento - 1, c.momento});
     }
     for (std::int64_t t = Utc(1850, 1, 1); t < Utc(2100, 1, 1); t += 7 * 86400) momentos.push_back(t);
     for (const std::int64_t t : momentos)
