@@ -39,9 +39,6 @@ timed 'wine prefix'
 # Two at a time, except for what writes the same log.
 ctest --test-dir "$build" -j 2 --output-on-failure --no-tests=error -E '^Casa\.' 8<&- || failed=1
 timed 'test programs'
-bash tools/windows/aceptacion.sh build/dev build/windows-x86_64 8<&- || failed=1
-timed 'comparison with this system'
-
 bash tools/windows/aceptacion.sh build/dev "$build" 8<&- || failed=1
 timed 'comparison with this system'
 for target in x86_64 i686; do
