@@ -13,4 +13,6 @@ if(CMAKE_SIZEOF_VOID_P EQUAL 8)
   # The compiler's runtime is part of the library. Exceptions cross its border all the same, since modules of 64
   # bits unwind by tables of the system; those of 32 bits need one runtime for all, which goes with the library.
   target_link_options(UtilVel90 PRIVATE -static)
+  # The same for our own programs, which then need nothing but the library.
+  add_link_options(-static)
 endif()

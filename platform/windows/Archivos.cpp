@@ -201,7 +201,7 @@ DWORD Temporal::Publica(const std::wstring& destino, bool sobrescribe) {
                                                   static_cast<DWORD>(memoria.size())) != 0);
   });
   if (error == ERROR_ACCESS_DENIED) error = ERROR_SHARING_VIOLATION;
-  if (error == ERROR_SUCCESS) const Manejador terminado(archivo_.Suelta());
+  if (error == ERROR_SUCCESS) archivo_ = Manejador();
   return error;
 }
 
@@ -467,7 +467,12 @@ struct CandadoArchivo::Candado {
 };
 
 CandadoArchivo::CandadoArchivo(std::u16string_view ruta) {
-  const std::wstring nombre = CarpetaDe(Resuelve(Nativa(ruta))) + L".utilvel90.lock";
+  const std::wstring destino = Resuelve(Nativa(ruta));
+  if (destino.empty()) {
+    falla_ = FallaDe(ERROR_PATH_NOT_FOUND);
+    return;
+  }
+  const std::wstring nombre = CarpetaDe(destino) + L".utilvel90.lock";
   Manejador archivo;
   const DWORD error = Insiste(kEsperaCandado, kEsperaApertura, [&] {
     archivo = Manejador(CreateFileW(nombre.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, OPEN_ALWAYS,

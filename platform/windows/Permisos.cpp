@@ -14,6 +14,11 @@ bool HayPropios(PACL lista) noexcept {
   return false;
 }
 
+// What a file system says that has no rights of files.
+bool SinPermisos(DWORD error) noexcept {
+  return error == ERROR_INVALID_FUNCTION || error == ERROR_NOT_SUPPORTED;
+}
+
 }  // namespace
 
 DWORD Permisos::Lee(HANDLE archivo) noexcept {
@@ -21,7 +26,7 @@ DWORD Permisos::Lee(HANDLE archivo) noexcept {
   const DWORD error = GetSecurityInfo(archivo, SE_FILE_OBJECT, DACL_SECURITY_INFORMATION, nullptr, nullptr,
                                       &lista_, nullptr, &descriptor);
   descriptor_.reset(descriptor);
-  if (error == ERROR_INVALID_FUNCTION || error == ERROR_NOT_SUPPORTED) return ERROR_SUCCESS;
+  if (SinPermisos(error)) return ERROR_SUCCESS;
   if (error != ERROR_SUCCESS || lista_ == nullptr) return error;
   SECURITY_DESCRIPTOR_CONTROL control = 0;
   DWORD revision = 0;
@@ -37,7 +42,8 @@ DWORD Permisos::Pon(HANDLE archivo) const noexcept {
   const SECURITY_INFORMATION cual =
       DACL_SECURITY_INFORMATION |
       (protegidos_ ? PROTECTED_DACL_SECURITY_INFORMATION : UNPROTECTED_DACL_SECURITY_INFORMATION);
-  return SetSecurityInfo(archivo, SE_FILE_OBJECT, cual, nullptr, nullptr, lista_, nullptr);
+  const DWORD error = SetSecurityInfo(archivo, SE_FILE_OBJECT, cual, nullptr, nullptr, lista_, nullptr);
+  return SinPermisos(error) ? ERROR_SUCCESS : error;
 }
 
 }  // namespace vel::windows
