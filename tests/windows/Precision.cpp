@@ -32,7 +32,7 @@ std::uint16_t Estado() {
 struct Corrida {
   std::uint16_t control = 0;
   std::uint16_t alEmpezar = 0;
-  std::vector<std::uint64_t> bits;
+  std::vector<std::uint64_t> bits = {};
   int palabrasCambiadas = 0;
   int banderasPuestas = 0;
 };
