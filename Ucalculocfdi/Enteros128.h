@@ -7,11 +7,10 @@
 #include <cstdint>
 #include <limits>
 
+#include "Ucalculocfdi/Entero128.h"
 #include "Ucalculocfdi/TMontoFiscal.h"
 
 namespace vel::exacto {
-
-__extension__ typedef __int128 Entero128;  // NOLINT(modernize-use-using): ISO C++ has no such type
 
 inline constexpr std::int64_t kDiez[] = {
     1,          10,          100,           1'000,          10'000,          100'000,          1'000'000,

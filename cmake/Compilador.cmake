@@ -11,6 +11,11 @@ target_compile_options(utilvel90_compilador INTERFACE $<$<COMPILE_LANGUAGE:CXX>:
   -Wnon-virtual-dtor -Woverloaded-virtual
   # Amounts must not depend on the processor: no fused multiply-add behind our back.
   -ffp-contract=off>)
+# 32-bit x86 would compute doubles in registers of 64 bits of mantissa and round them when they are stored, which
+# is other amounts. SSE2 computes them as they are.
+if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND CMAKE_SYSTEM_PROCESSOR MATCHES "^(i[3-6]86|x86|x86_64|AMD64)$")
+  target_compile_options(utilvel90_compilador INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-msse2 -mfpmath=sse>)
+endif()
 if(UTILVEL90_SANITIZA)
   target_compile_options(utilvel90_compilador INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)

@@ -12,7 +12,7 @@ set(filas
   "framework:"
   "platform: framework"
   "version: framework platform"
-  "Uutilext/documents: framework"
+  "Uutilext/documents: framework platform"
   "Uutilext/text: framework platform"
   "Uutilext/time: framework platform"
   "Uutilext/process: framework platform version"

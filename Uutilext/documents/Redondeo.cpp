@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cfloat>
 #include <cmath>
 #include <limits>
 #include <string_view>
@@ -11,12 +12,15 @@
 #include "framework/Pares.h"
 #include "framework/PotenciasDiez.h"
 #include "framework/QuinceDigitos.h"
+#include "platform/PrecisionExtendida.h"
 
 namespace vel {
 namespace {
 
 static_assert(std::numeric_limits<long double>::digits >= 64,
               "Redondea needs extended precision: 64 mantissa bits or more");
+static_assert(FLT_EVAL_METHOD == 0,
+              "doubles must be computed as doubles: on 32-bit x86 compile with -msse2 -mfpmath=sse");
 
 // 10^exponente, correctly rounded while the power is exact above.
 long double PotenciaExtendida(int exponente) noexcept {
@@ -55,13 +59,15 @@ double Redondea(double valor, int decimales) noexcept {
   // No double has as many whole digits; the powers of ten would overflow.
   constexpr int kTodasLasCifras = -400;
   if (decimales < kTodasLasCifras) return std::isfinite(valor) ? 0.0 : valor;
-  const int s = decimales < 6 ? decimales + 1 : 7;
-  long double t = static_cast<long double>(valor) / PotenciaExtendida(-s);
-  for (int k = s; k >= decimales; --k) {
+  const PrecisionExtendida guardia;
+  const int n = PrecisionExtendida::Fija(decimales);
+  const int s = n < 6 ? n + 1 : 7;
+  long double t = static_cast<long double>(PrecisionExtendida::Fija(valor)) / PotenciaExtendida(-s);
+  for (int k = s; k >= n; --k) {
     t = t >= 0 ? std::floor(t + 0.5L) : -std::floor(-(t - 0.5L));
     t *= 0.1L;
   }
-  return static_cast<double>(t * PotenciaExtendida(1 - decimales));
+  return PrecisionExtendida::Fija(static_cast<double>(t * PotenciaExtendida(1 - n)));
 }
 
 bool Compara(double a, double b) noexcept { return std::abs(a - b) <= 0.000001; }

@@ -132,7 +132,12 @@ std::optional<ZonaHoraria> LeeTabla(std::string_view nombre) {
 Zona LeeWindows(std::u16string_view nombre) {
   std::optional<ZonaHoraria> zona;
   const ZonaWindows* const conocida = BuscaZonaWindows(nombre);
-  if (conocida != nullptr) zona = LeeTabla(conocida->tz);
+  if (conocida != nullptr) {
+    zona = LeeTabla(conocida->tz);
+  } else if (!BuscaTablaZonas(UTF8Encode(nombre)).empty()) {
+    // Callers ask here first for any name; the registry need not be asked for those of the tz database.
+    return nullptr;
+  }
   const std::optional<Leida> leida = LeeSistema(nombre);
   if (!zona.has_value()) {
     if (!leida.has_value()) return nullptr;

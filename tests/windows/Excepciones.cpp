@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 #include <string>
-#include <windows.h>
 
 #include "Uutilext/diagnostics/Errores.h"
 #include "facil/Zonas.h"
@@ -14,6 +13,7 @@
 #include "framework/TStringList.h"
 #include "framework/Variant.h"
 #include "platform/Archivos.h"
+#include "tests/apoyo/Sistema.h"
 
 namespace vel {
 namespace {
@@ -66,11 +66,9 @@ TEST(Excepciones, AreCaughtByTypeAcrossTheLibrary) {
     EXPECT_STREQ(e.what(), "'uno' no es un valor de punto flotante válido");
   }
   // A library of this name makes a service host of the program.
-  const HMODULE servicio = LoadLibraryW(L"SrvVEL90.dll");
-  ASSERT_NE(servicio, nullptr);
+  const pruebas::Modulo servicio(SERVICIO);
   codigo = 7;
   EXPECT_EQ(Atrapa([&] { LanzaThrow(u"Año", codigo); }), "int 7");
-  FreeLibrary(servicio);
 }
 
 }  // namespace
