@@ -7,9 +7,12 @@
 #include "needs C++20"
 #endif
 
-/// UTILVEL90_EXPORT marks what the shared library offers to its callers; all else stays hidden.
+/// UTILVEL90_EXPORT marks what the shared library offers to its callers; all else stays hidden. With
+/// UTILVEL90_ESTATICA the library's objects are linked themselves, as some of its own tests do.
 #if defined(_WIN32)
-#if defined(UTILVEL90_CONSTRUYE)
+#if defined(UTILVEL90_ESTATICA)
+#define UTILVEL90_EXPORT
+#elif defined(UTILVEL90_CONSTRUYE)
 #define UTILVEL90_EXPORT __declspec(dllexport)
 #else
 #define UTILVEL90_EXPORT __declspec(dllimport)

@@ -7,7 +7,7 @@ add_library(utilvel90_objetos OBJECT)
 utilvel90_prepara(utilvel90_objetos)
 set_target_properties(utilvel90_objetos PROPERTIES POSITION_INDEPENDENT_CODE ON)
 target_include_directories(utilvel90_objetos PUBLIC ${PROJECT_SOURCE_DIR})
-target_compile_definitions(utilvel90_objetos PRIVATE UTILVEL90_CONSTRUYE)
+target_compile_definitions(utilvel90_objetos PRIVATE UTILVEL90_CONSTRUYE INTERFACE UTILVEL90_ESTATICA)
 target_link_libraries(utilvel90_objetos PUBLIC OpenSSL::Crypto ${CMAKE_DL_LIBS})
 
 add_library(UtilVel90 SHARED $<TARGET_OBJECTS:utilvel90_objetos>)
@@ -17,12 +17,18 @@ target_compile_features(UtilVel90 PUBLIC cxx_std_20)
 target_link_libraries(UtilVel90 PRIVATE OpenSSL::Crypto ${CMAKE_DL_LIBS})
 # What its statics hold is never freed, so the library is not unloaded either: a host that opens and closes it
 # would get a new copy each time. libcrypto is built in the same way.
-target_link_options(UtilVel90 PRIVATE LINKER:-z,nodelete)
+# On Windows the library sees to that itself when it is loaded.
+if(NOT WIN32)
+  target_link_options(UtilVel90 PRIVATE LINKER:-z,nodelete)
+endif()
 set_target_properties(UtilVel90 PROPERTIES
   VERSION ${PROJECT_VERSION}
   SOVERSION ${PROJECT_VERSION_MAJOR}
   LINKER_LANGUAGE CXX
   VERIFY_INTERFACE_HEADER_SETS ON)
+if(WIN32)
+  include(cmake/BibliotecaWindows.cmake)
+endif()
 
 target_sources(UtilVel90 PUBLIC
   FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES

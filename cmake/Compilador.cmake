@@ -5,15 +5,16 @@ option(UTILVEL90_SANITIZA "Build with AddressSanitizer and UndefinedBehaviorSani
 
 add_library(utilvel90_compilador INTERFACE)
 target_compile_features(utilvel90_compilador INTERFACE cxx_std_20)
-target_compile_options(utilvel90_compilador INTERFACE
+# For C++ alone: the compiler of Windows resources has other options.
+target_compile_options(utilvel90_compilador INTERFACE $<$<COMPILE_LANGUAGE:CXX>:
   -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast
   -Wnon-virtual-dtor -Woverloaded-virtual
   # Amounts must not depend on the processor: no fused multiply-add behind our back.
-  -ffp-contract=off)
+  -ffp-contract=off>)
 # 32-bit x86 would compute doubles in registers of 64 bits of mantissa and round them when they are stored, which
 # is other amounts. SSE2 computes them as they are.
 if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND CMAKE_SYSTEM_PROCESSOR MATCHES "^(i[3-6]86|x86|x86_64|AMD64)$")
-  target_compile_options(utilvel90_compilador INTERFACE -msse2 -mfpmath=sse)
+  target_compile_options(utilvel90_compilador INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-msse2 -mfpmath=sse>)
 endif()
 if(UTILVEL90_SANITIZA)
   target_compile_options(utilvel90_compilador INTERFACE

@@ -11,7 +11,9 @@
 
 namespace vel {
 
-/// Files and folders by their paths in the suite's notation (see RutaNativa). Contents are bytes.
+/// Files and folders by their paths in the suite's notation (see RutaNativa). Contents are bytes. On Windows
+/// a path may be longer than MAX_PATH, and what another program has open is waited for a moment before it
+/// counts as EnUso.
 
 /// What went wrong, by meaning; the numbers of the systems differ.
 enum class ClaseFalla : std::uint8_t {
@@ -65,6 +67,10 @@ UTILVEL90_EXPORT FallaArchivo CreaCarpeta(std::u16string_view ruta);
 /// users have), and a link's target is replaced, not the link. What is no file (a folder, a device) or
 /// protected against writing is AccesoDenegado. On a fault the old file stands and the temporary one is gone;
 /// one that a killed process leaves behind goes with the next save in that folder.
+///
+/// Windows: attributes and the access rights of the file's own are kept, inherited ones come from its folder;
+/// a link to nothing is RutaNoExiste. A file cannot be replaced while a program reads it: after ten seconds
+/// of that it is EnUso.
 UTILVEL90_EXPORT FallaArchivo ReemplazaArchivo(std::u16string_view ruta, std::string_view bytes);
 
 /// The same for contents that were made from the file `modelo`: whether `ruta` is new or not, it takes group
@@ -92,7 +98,8 @@ UTILVEL90_EXPORT FallaArchivo AbreArchivo(std::u16string_view ruta, unsigned int
 UTILVEL90_EXPORT void CierraArchivo(int manejador) noexcept;
 
 /// Keeps other threads and processes that ask for the lock of a file in the same folder out, until it is
-/// destroyed. The system lifts the lock of a process that ends in any way.
+/// destroyed. The system lifts the lock of a process that ends in any way. On Windows it is a hidden file in
+/// the folder, so whoever asks must have the right to create one there.
 class UTILVEL90_EXPORT CandadoArchivo {
  public:
   /// Waits for the lock, at most ten seconds. A folder that cannot be opened, or that another keeps locked,

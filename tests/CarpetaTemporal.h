@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -8,81 +7,64 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
-#include <unistd.h>
 
 #include "framework/Texto.h"
+#include "platform/Registro.h"
+#include "tests/apoyo/Sistema.h"
 
 namespace pruebas {
 
-/// A folder of the test's own that ends with it, and the environment that leads the library there: no test
-/// touches the real home, registry or common folder.
+/// A folder of the test's own that ends with it, and to which the library is led: no test touches the real
+/// home, registry or common folder. Names within it are UTF-8, their folders parted by "/".
 class CarpetaTemporal {
  public:
-  CarpetaTemporal() {
-    // A new name: a test that was killed may have left a folder of this process's number.
-    std::string plantilla = (std::filesystem::temp_directory_path() / "utilvel90_XXXXXX").string();
-    if (mkdtemp(plantilla.data()) == nullptr) throw std::runtime_error("no folder: " + plantilla);
-    std::filesystem::permissions(plantilla, std::filesystem::perms(0755));
-    ruta_ = plantilla;
-    Pon("HOME", (ruta_ / "casa").string());
-    Pon("XDG_DATA_HOME", std::nullopt);
-    Pon("UTILVEL_REGISTRO", (ruta_ / "registro.reg").string());
-    Pon("UTILVEL_DATOS_COMUNES", (ruta_ / "comunes").string());
-    Pon("UTILVEL_UNIDADES", (ruta_ / "unidades").string());
-  }
+  CarpetaTemporal() = default;
   CarpetaTemporal(const CarpetaTemporal&) = delete;
   CarpetaTemporal& operator=(const CarpetaTemporal&) = delete;
   ~CarpetaTemporal() {
-    for (const auto& [nombre, valor] : previas_) {
-      if (valor.has_value()) {
-        setenv(nombre.c_str(), valor->c_str(), 1);
-      } else {
-        unsetenv(nombre.c_str());
-      }
-    }
+    for (const auto& [nombre, valor] : previas_) CambiaVariable(nombre, valor);
     std::error_code error;
     std::filesystem::remove_all(ruta_, error);
   }
 
   const std::filesystem::path& Ruta() const noexcept { return ruta_; }
-  vel::UnicodeString Archivo(const std::string& nombre) const {
-    return vel::UTF8ToString((ruta_ / nombre).string());
+  /// The path of what stands in it, as the system writes paths.
+  std::filesystem::path Ruta(const std::string& nombre) const {
+    return (ruta_ / vel::UTF8ToString(nombre)).make_preferred();
   }
+  vel::UnicodeString Archivo(const std::string& nombre) const { return Ruta(nombre).u16string(); }
+  std::string Utf8(const std::string& nombre) const { return vel::UTF8Encode(Archivo(nombre)); }
 
   /// Sets a variable, or takes it away, until the folder ends.
   void Pon(const std::string& nombre, const std::optional<std::string>& valor) {
-    const char* const previo = std::getenv(nombre.c_str());
-    previas_.emplace(nombre, previo == nullptr ? std::nullopt : std::optional<std::string>(previo));
-    if (valor.has_value()) {
-      setenv(nombre.c_str(), valor->c_str(), 1);
-    } else {
-      unsetenv(nombre.c_str());
-    }
+    previas_.emplace(nombre, CambiaVariable(nombre, valor));
   }
 
   void Escribe(const std::string& nombre, const std::string& bytes) const {
-    std::filesystem::create_directories((ruta_ / nombre).parent_path());
-    std::ofstream(ruta_ / nombre, std::ios::binary) << bytes;
+    std::filesystem::create_directories(Ruta(nombre).parent_path());
+    std::ofstream(Ruta(nombre), std::ios::binary) << bytes;
   }
   std::string Lee(const std::string& nombre) const {
-    std::ifstream entrada(ruta_ / nombre, std::ios::binary);
+    std::ifstream entrada(Ruta(nombre), std::ios::binary);
     return {std::istreambuf_iterator<char>(entrada), {}};
   }
-  bool Existe(const std::string& nombre) const { return std::filesystem::exists(ruta_ / nombre); }
+  bool Existe(const std::string& nombre) const { return std::filesystem::exists(Ruta(nombre)); }
+  /// How many files and folders stand in it directly.
+  auto Cuenta() const { return std::distance(std::filesystem::directory_iterator(ruta_), {}); }
 
   /// Makes the folder "C" the common files folder of the installation.
   void Instala() const {
-    Escribe("registro.reg",
-            "Windows Registry Editor Version 5.00\r\n\r\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Tavex]\r\n"
-            "\"TAVEXComunDir\"=\"" +
-                (ruta_ / "C").string() + "\"\r\n");
+    if (vel::EscribeRegistro(u"SOFTWARE\\Tavex", u"TAVEXComunDir", Archivo("C")).Hubo())
+      throw std::runtime_error("no registry");
     std::filesystem::create_directories(Motor());
   }
   /// The engine folder of that installation.
-  std::filesystem::path Motor() const { return ruta_ / "C" / "Sistemas Tavex" / "VEL9.00"; }
+  std::filesystem::path Motor() const { return Ruta("C/Sistemas Tavex/VEL9.00"); }
+  void VaciaRegistro() const { desvio_.VaciaRegistro(); }
 
  private:
-  std::filesystem::path ruta_;
+  std::filesystem::path ruta_ = CreaCarpetaPropia();
+  Desvio desvio_{ruta_};
   std::map<std::string, std::optional<std::string>> previas_;
 };
 

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "Uutilext/time/CalculoZonas.h"
+#include "platform/ReglasZona.h"
 #include "platform/ZonasHorarias.h"
 
 namespace vel {

@@ -2,7 +2,8 @@
 
 #include <chrono>
 
-#include "Uutilext/time/CalculoZonas.h"
+#include "platform/ReglasZona.h"
+#include "platform/ZonasHorarias.h"
 
 namespace vel {
 

@@ -6,9 +6,9 @@
 #include <iterator>
 #include <span>
 
-#include "Uutilext/time/CalculoZonas.h"
 #include "Uutilext/time/ConversionZonas.h"
 #include "framework/Numeros.h"
+#include "platform/ReglasZona.h"
 #include "platform/ZonasHorarias.h"
 
 namespace vel {

@@ -9,8 +9,8 @@
 
 #include "framework/SinDestruir.h"
 #include "platform/Archivos.h"
-#include "platform/posix/NombresZonas.h"
-#include "platform/posix/Tzif.h"
+#include "platform/NombresZonas.h"
+#include "platform/Tzif.h"
 
 // The zones come from the system's tz database and not from ICU's own copy of it: Debian keeps the first up
 // to date, while the copy in Debian 12's ICU was made before Mexico gave up daylight saving time in October
@@ -29,7 +29,7 @@ std::string VariableEntorno(const char* nombre) {
 Zona LeeZona(const std::string& archivo) {
   const std::optional<std::string> bytes = LeeArchivo(UTF8ToString(archivo));
   if (!bytes.has_value()) return nullptr;
-  std::optional<ZonaHoraria> zona = posix::LeeTzif(*bytes);
+  std::optional<ZonaHoraria> zona = LeeTzif(*bytes);
   return zona.has_value() ? std::make_shared<const ZonaHoraria>(std::move(*zona)) : nullptr;
 }
 
@@ -63,14 +63,9 @@ Zona LeeZonaActiva(const char* tz) {
   if (nombre.empty()) return universal;
   if (Zona zona = LeeZona(nombre.front() == '/' ? nombre : ArchivoDeZona(nombre))) return zona;
   ZonaHoraria regla;
-  if (!posix::LeeReglaPosix(nombre, regla)) return universal;
+  if (!LeeReglaPosix(nombre, regla)) return universal;
   regla.inicial = regla.estandar;
   return std::make_shared<const ZonaHoraria>(std::move(regla));
-}
-
-// "Central Standard Time (Mexico)" has the summer name "Central Daylight Time (Mexico)".
-UnicodeString NombreVerano(const UnicodeString& estandar) {
-  return StringReplace(estandar, u"Standard", u"Daylight");
 }
 
 }  // namespace
@@ -99,10 +94,10 @@ Zona DameZonaWindows(std::u16string_view nombre) {
     std::mutex candado;
     Zona zona;
   };
-  static SinDestruir<std::array<Casilla, posix::kZonasWindows>> casillas;
-  const posix::ZonaWindows* const buscada = posix::BuscaZonaWindows(nombre);
+  static SinDestruir<std::array<Casilla, kZonasWindows>> casillas;
+  const ZonaWindows* const buscada = BuscaZonaWindows(nombre);
   if (buscada == nullptr) return nullptr;
-  Casilla& casilla = (*casillas)[posix::IndiceZonaWindows(*buscada)];
+  Casilla& casilla = (*casillas)[IndiceZonaWindows(*buscada)];
   const std::lock_guard<std::mutex> guardia(casilla.candado);
   // A zone that could not be read, perhaps for want of file descriptors, is tried again at the next call.
   if (casilla.zona == nullptr) {

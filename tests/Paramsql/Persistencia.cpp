@@ -199,9 +199,9 @@ TEST_F(Definicion, StaysWholeOnBadInput) {
   f.AgregaFiltro(u"N", Tipo::ftString, Variant(u"dos\nlíneas"), Op::IGUAL, Y, SIN, true);
   EXPECT_THROW(f.SaveToIni(archivo_, 0), EInvalidOperation);
   EXPECT_EQ(Lee(), bytes);
-  EXPECT_EQ(pruebas::MensajeDe([&f] { f.SaveToIni(u"/proc/nada/consulta.ini", 0); }),
-            "No se puede actualizar la información del archivo \"/proc/nada/consulta.ini\"\nCompruebe que "
-            "tenga los permisos necesarios.");
+  EXPECT_EQ(pruebas::MensajeDe([&] { f.SaveToIni(carpeta_.Archivo("nada/consulta.ini"), 0); }),
+            "No se puede actualizar la información del archivo \"" + carpeta_.Utf8("nada/consulta.ini") +
+                "\"\nCompruebe que tenga los permisos necesarios.");
   const std::string huella = Huella(f);
   for (const char* malo : {"[UNION]\nFiltro=0\n", "[UNION]\nFiltro=1\n[UNION1]\nFiltro=1\n",
                            "[UNION]\nFiltro=x\n", "[FILTRO]\nNumFiltros=1\nTipoCampo0=3\nValCampo0=doce\n"}) {

@@ -7,7 +7,8 @@
 #include "Uutilext/config/Rutas.h"
 #include "facil/facil.h"
 #include "framework/Excepciones.h"
-#include "platform/Rutas.h"
+#include "platform/Archivos.h"
+#include "platform/Registro.h"
 #include "tests/CarpetaTemporal.h"
 #include "tests/Mensaje.h"
 
@@ -23,7 +24,7 @@ constexpr const char* kCatalogo = "C/Sistemas Tavex/VEL9.00/Empresas.xml";
 std::map<std::string, std::string> Arbol(const pruebas::CarpetaTemporal& c) {
   std::map<std::string, std::string> arbol;
   for (const auto& entrada : std::filesystem::recursive_directory_iterator(c.Ruta())) {
-    const std::string nombre = entrada.path().lexically_relative(c.Ruta()).string();
+    const std::string nombre = UTF8Encode(entrada.path().lexically_relative(c.Ruta()).generic_u16string());
     arbol[nombre] = entrada.is_regular_file() ? c.Lee(nombre) : "carpeta";
   }
   return arbol;
@@ -44,7 +45,7 @@ TEST(Instalacion, MakesWhatTheGettersLeadTo) {
 
   for (const UnicodeString& carpeta :
        {DameRutaVELNG(), DameRutaDatos(), DameRutaPlantillasCorreo(), DameDirDatosLocal(1)}) {
-    EXPECT_TRUE(std::filesystem::is_directory(UTF8Encode(RutaNativa(carpeta)))) << UTF8Encode(carpeta);
+    EXPECT_TRUE(ExisteCarpeta(carpeta)) << UTF8Encode(carpeta);
   }
   for (int clase = 0; clase <= 24; ++clase) DameRutaDatosEmpresa(7, static_cast<ENUM_RUTA>(clase));
   for (const auto& [nombre, contenido] : Arbol(c)) {
@@ -53,7 +54,7 @@ TEST(Instalacion, MakesWhatTheGettersLeadTo) {
                 nombre == motor + "Respaldos/Empresa07")
         << nombre << " is a getter's and should be there";
   }
-  EXPECT_TRUE(std::filesystem::is_directory(UTF8Encode(RutaNativa(DameRutaDatosEmpresa(0, ENUM_RUTA{17})))));
+  EXPECT_TRUE(ExisteCarpeta(DameRutaDatosEmpresa(0, ENUM_RUTA{17})));
   EXPECT_EQ(c.Lee(kAjustes),
             "[Sistema]\r\nAcceso=LOCAL\r\ntamPaquete=50\r\nRegsXDemanda=0\r\nValEnLinea=false\r\n"
             "ModificaAlmacen=false\r\n");
@@ -71,7 +72,7 @@ TEST(Instalacion, KeepsWhatThereIs) {
   EXPECT_EQ(Arbol(c), arbol);
 
   EXPECT_EQ(MensajeDe([&] { Instala(c.Archivo("D")); }),
-            "La carpeta común de esta máquina ya es \"" + (c.Ruta() / "C").string() +
+            "La carpeta común de esta máquina ya es \"" + c.Utf8("C") +
                 "\\\"; para nombrar otra hay que pedir el cambio.");
   for (const char16_t* mala : {u"", u"C", u"C:", u"C:datos", u"datos\\comunes", u"/srv/a\nb"})
     EXPECT_THROW(Instala(mala), EInvalidOperation) << UTF8Encode(mala);
@@ -94,7 +95,6 @@ TEST(Instalacion, IsFinishedByASecondCall) {
   };
   // A file in the place of a folder, and a folder in the place of a file.
   for (const auto& [nombre, mensaje] : {Obstaculo{"C", u"No se puede crear la carpeta"},
-                                        {"registro.reg/x", u"UTILVEL_REGISTRO"},
                                         {"C/Sistemas Tavex/VEL9.00/LoNuevo", u"LoNuevo"},
                                         {"C/Comprobantes", u"Comprobantes"},
                                         {"casa/.local/share/Tavex", u"VELWIN90.INI"},
@@ -103,16 +103,18 @@ TEST(Instalacion, IsFinishedByASecondCall) {
     c.Escribe(nombre, "");
     const std::string texto = MensajeDe([&] { Instala(c.Archivo("C")); });
     EXPECT_NE(texto.find(UTF8Encode(mensaje)), std::string::npos) << nombre << ": " << texto;
-    EXPECT_TRUE(std::string_view(nombre) != "C" || !c.Existe("registro.reg")) << "it would lead nowhere";
+    EXPECT_TRUE(std::string_view(nombre) != "C" ||
+                !LeeRegistro(u"Software\\Tavex", u"TAVEXComunDir").claveExiste)
+        << "it would lead nowhere";
     const std::string primera = std::string(nombre).ends_with("/x")
                                     ? std::string(nombre).substr(0, std::string(nombre).size() - 2)
                                     : nombre;
-    std::filesystem::remove_all(c.Ruta() / primera);
+    std::filesystem::remove_all(c.Ruta(primera));
     Instala(c.Archivo("C"));
     const auto segunda = Arbol(c);
-    std::filesystem::remove_all(c.Ruta() / "C");
-    std::filesystem::remove_all(c.Ruta() / "casa");
-    std::filesystem::remove_all(c.Ruta() / "registro.reg");
+    std::filesystem::remove_all(c.Ruta("C"));
+    std::filesystem::remove_all(c.Ruta("casa"));
+    c.VaciaRegistro();
     Instala(c.Archivo("C"));
     EXPECT_EQ(segunda, Arbol(c)) << nombre;
   }

@@ -445,12 +445,12 @@ struct Instalacion {
     datos.CreateDataSet({{.Name = u"LO_QUE_HABIA", .DataType = TFieldType::ftInteger}});
   }
   UnicodeString Ve() {
-    UnicodeString todo =
-        lista.Text() + texto + Bytes(datos.SaveToXML()) + rangos->Nombres(0) + rangos->FechaComoString(0, 1);
+    UnicodeString todo = lista.Text() + texto + DameDirectorioArchComun() + Bytes(datos.SaveToXML()) +
+                         rangos->Nombres(0) + rangos->FechaComoString(0, 1);
     for (const char* nombre : {"fechas.ini", "registro.reg", "C/Sistemas Tavex/VEL9.00/Empresas.xml"})
       todo += Bytes(c.Lee(nombre));
     for (const auto& archivo : std::filesystem::directory_iterator(c.Ruta()))
-      todo += Bytes(archivo.path().string());
+      todo += archivo.path().u16string();
     return todo;
   }
   const pruebas::CarpetaTemporal& c = Carpeta();
@@ -459,7 +459,7 @@ struct Instalacion {
   UnicodeString texto = u"Lo que había en el texto";
   TClientDataSet datos;
   UnicodeString ini = c.Archivo("fechas.ini");
-  UnicodeString catalogo = UTF8ToString((c.Motor() / "Empresas.xml").string());
+  UnicodeString catalogo = (c.Motor() / "Empresas.xml").u16string();
 };
 
 TEST(SinMemoria, LeavesFilesAndWhatIsReadFromThemWhole) {

@@ -29,7 +29,7 @@ TEST(ArchivoDatos, IsReplacedWholeOrNotAtAll) {
   EXPECT_THROW(datos.SaveToFile(c.Archivo("a.xml")), EDatabaseError) << "XML holds no such character";
   EXPECT_EQ(c.Lee("a.xml"), leido.SaveToXML());
   c.Escribe("malo.xml", "<a");
-  const std::string falta = (c.Ruta() / "no/b.xml").string();
+  const std::string falta = c.Utf8("no/b.xml");
   EXPECT_EQ(pruebas::MensajeDe([&] { leido.SaveToFile(c.Archivo("no/b.xml")); }),
             "No se puede escribir en el archivo \"" + falta + "\": la carpeta no existe");
   EXPECT_EQ(pruebas::MensajeDe([&] { leido.LoadFromFile(c.Archivo("no/b.xml")); }),

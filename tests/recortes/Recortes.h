@@ -15,13 +15,16 @@ using namespace vel::facil;
 /// A machine of the test's own: drive C holds the examples' inputs in "Datos" and a seal in "Sellos".
 class Recortes : public testing::Test {
  protected:
-  Recortes() {
-    const std::filesystem::path unidad = carpeta_.Ruta() / "unidades/drive_c";
-    std::filesystem::create_directories(unidad);
-    std::filesystem::copy(EJEMPLOS, unidad / "Datos");
-    std::filesystem::copy(DATOS_PRUEBA "/crypto", unidad / "Sellos",
+  Recortes() { carpeta_.Pon("TZ", "America/Mexico_City"); }
+  void SetUp() override {
+    const auto unidad = pruebas::UnidadC(carpeta_.Ruta());
+    if (!unidad.has_value()) GTEST_SKIP() << "drive C is this machine's own";
+    for (const char* previa : {"Datos", "Sellos", "Comunes", "Tavex"})
+      std::filesystem::remove_all(*unidad / previa);
+    std::filesystem::create_directories(*unidad);
+    std::filesystem::copy(EJEMPLOS, *unidad / "Datos");
+    std::filesystem::copy(DATOS_PRUEBA "/crypto", *unidad / "Sellos",
                           std::filesystem::copy_options::recursive);
-    carpeta_.Pon("TZ", "America/Mexico_City");
   }
 
  private:

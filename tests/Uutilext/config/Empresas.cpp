@@ -1,13 +1,8 @@
 #include "Uutilext/config/Empresas.h"
 
-#include <algorithm>
 #include <chrono>
-#include <csignal>
-#include <cstdio>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
+#include <thread>
 
 #include "Uutilext/config/Etiquetas.h"
 #include "framework/Excepciones.h"
@@ -15,7 +10,7 @@
 #include "platform/Archivos.h"
 #include "tests/CarpetaTemporal.h"
 #include "tests/Mensaje.h"
-#include "tests/OtroUsuario.h"
+#include "tests/apoyo/Tarea.h"
 
 namespace vel {
 namespace {
@@ -65,7 +60,7 @@ TEST_F(Catalogo, AddsRenamesAndAnswers) {
 TEST_F(Catalogo, RestoresAMissingOneFromItsBackup) {
   AgregaEmpresaXML(1, u"r", u"d", u"Uno", u"t", u"v");
   AgregaEmpresaXML(2, u"r", u"d", u"Dos", u"t", u"v");
-  std::filesystem::remove(c_.Ruta() / kCatalogo);
+  std::filesystem::remove(c_.Ruta(kCatalogo));
   std::unique_ptr<TClientDataSet> empresas;
   AbreArchivoEmpresa(empresas, u"");
   EXPECT_EQ(empresas->RecordCount(), 1U);
@@ -76,55 +71,26 @@ TEST_F(Catalogo, RestoresAMissingOneFromItsBackup) {
   EXPECT_EQ(empresas->RecordCount(), 1U);
 }
 
-TEST_F(Catalogo, IsNoMoreOpenInItsCopies) {
-  const auto acceso = [this](const char* archivo) {
-    struct stat estado {};
-    stat((c_.Ruta() / archivo).c_str(), &estado);
-    return std::pair(estado.st_mode & 0777, estado.st_gid);
-  };
-  const gid_t grupo = geteuid() == 0 ? 1234 : getegid();
-  for (const mode_t modo : {0664U, 0600U}) {
-    ASSERT_EQ(chown((c_.Ruta() / kCatalogo).c_str(), geteuid(), grupo), 0);
-    chmod((c_.Ruta() / kCatalogo).c_str(), modo);
-    AgregaEmpresaXML(1, u"r", u"d", u"Uno", u"t", u"v");
-    EXPECT_EQ(acceso(kRespaldo), std::pair(modo, grupo));
-    std::filesystem::remove(c_.Ruta() / kCatalogo);
-    EXPECT_EQ(DameNombreEmpresa(3), u"") << "restores it";
-    EXPECT_EQ(acceso(kCatalogo), std::pair(modo, grupo));
-    EXPECT_EQ(acceso(kCopia), std::pair(modo, grupo));
-    // Whoever cannot give the group gives his own no more than all others have.
-    if (geteuid() != 0) continue;
-    std::filesystem::remove(c_.Ruta() / kRespaldo);
-    chmod(c_.Motor().c_str(), 0777);
-    ASSERT_EQ(chown((c_.Ruta() / kCatalogo).c_str(), pruebas::kNadie, grupo), 0);
-    EXPECT_TRUE(pruebas::ComoUsuario([&] {
-      AgregaEmpresaXML(2, u"r", u"d", u"Dos", u"t", u"v");
-      return acceso(kCatalogo) == std::pair(modo & ~020U, pruebas::kNadie) &&
-             acceso(kRespaldo) == acceso(kCatalogo);
-    }));
-    // Who is in the group keeps it for a file that is another's.
-    ASSERT_EQ(chown((c_.Ruta() / kCatalogo).c_str(), 0, pruebas::kNadie), 0);
-    chmod((c_.Ruta() / kCatalogo).c_str(), 0664);
-    EXPECT_TRUE(pruebas::ComoUsuario([&] {
-      AgregaEmpresaXML(5, u"r", u"d", u"Cinco", u"t", u"v");
-      return acceso(kCatalogo) == std::pair(0664U, pruebas::kNadie);
-    }));
-  }
-}
+// Mends the catalog a moment after it was broken.
+const pruebas::Tarea kCompone("compone el catálogo", [](const pruebas::Argumentos& a) {
+  const std::string bueno = LeeArchivo(a.at(1)).value();
+  EXPECT_FALSE(ReemplazaArchivo(a.at(2), "").Hubo()) << "tells that it is ready";
+  EXPECT_TRUE(pruebas::Aguarda([&] { return LeeArchivo(a.at(0)) == "<a"; }));
+  std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  EXPECT_FALSE(ReemplazaArchivo(a.at(0), bueno).Hubo());
+});
 
 TEST_F(Catalogo, GivesABrokenOneASecondChance) {
   AgregaEmpresaXML(1, u"r", u"d", u"Uno", u"t", u"v");
-  const std::string bueno = c_.Lee(kCatalogo);
+  c_.Escribe("bueno", c_.Lee(kCatalogo));
   bool leido = false;
   // A busy machine may run the writer before the first reading or after the second: once is enough.
   for (int i = 0; i < 50 && !leido; ++i) {
-    c_.Escribe("nuevo", bueno);
+    const std::string listo = "listo" + std::to_string(i);
+    pruebas::Proceso escritor =
+        kCompone.Empieza({c_.Archivo(kCatalogo), c_.Archivo("bueno"), c_.Archivo(listo)});
+    ASSERT_TRUE(pruebas::Aguarda([&] { return c_.Existe(listo); }));
     c_.Escribe(kCatalogo, "<a");
-    const pid_t escritor = fork();
-    if (escritor == 0) {
-      usleep(10'000);
-      _exit(std::rename((c_.Ruta() / "nuevo").c_str(), (c_.Ruta() / kCatalogo).c_str()));
-    }
     const auto antes = std::chrono::steady_clock::now();
     try {
       leido = DameNombreEmpresa(1) == u"Uno" &&
@@ -132,27 +98,35 @@ TEST_F(Catalogo, GivesABrokenOneASecondChance) {
     } catch (const EDatabaseError&) {
       leido = false;
     }
-    waitpid(escritor, nullptr, 0);
+    EXPECT_EQ(escritor.Espera(), 0);
   }
   EXPECT_TRUE(leido);
 }
 
+constexpr int kRondas = 100;
+
+// Reads in each round that the other begins, and says so.
+const pruebas::Tarea kLeeEnRondas("lee en rondas", [](const pruebas::Argumentos& a) {
+  for (int i = 0; i < kRondas; ++i) {
+    ASSERT_TRUE(pruebas::Aguarda([&] { return ExisteArchivo(a.at(0) + IntToStr(i)); }));
+    DameNombreEmpresa(1);
+    ASSERT_FALSE(ReemplazaArchivo(a.at(1) + IntToStr(i), "").Hubo());
+  }
+});
+
 TEST_F(Catalogo, LosesNoCompanyToAReaderThatRestores) {
   AgregaEmpresaXML(1, u"r", u"d", u"Uno", u"t", u"v");
   AgregaEmpresaXML(2, u"r", u"d", u"Dos", u"t", u"v");
-  for (int i = 0; i < 100; ++i) {
-    std::filesystem::remove(c_.Ruta() / kCatalogo);
-    const pid_t lector = fork();
-    if (lector == 0) {
-      DameNombreEmpresa(1);
-      _exit(0);
-    }
+  pruebas::Proceso lector = kLeeEnRondas.Empieza({c_.Archivo("empieza"), c_.Archivo("acaba")});
+  for (int i = 0; i < kRondas; ++i) {
+    std::filesystem::remove(c_.Ruta(kCatalogo));
+    c_.Escribe("empieza" + std::to_string(i), "");
     AgregaEmpresaXML(3, u"r", u"d", u"Tres", u"t", u"v");
-    int estado = -1;
-    waitpid(lector, &estado, 0);
-    ASSERT_EQ(estado, 0) << "the reader failed in round " << i;
+    ASSERT_TRUE(pruebas::Aguarda([&] { return c_.Existe("acaba" + std::to_string(i)); }))
+        << "the reader failed in round " << i;
     ASSERT_EQ(DameNombreEmpresa(3), u"Tres") << "round " << i;
   }
+  EXPECT_EQ(lector.Espera(), 0);
 }
 
 TEST_F(Catalogo, LeavesAGoodBackupWhenBroken) {
@@ -175,39 +149,27 @@ TEST_F(Catalogo, LeavesAGoodBackupWhenBroken) {
       MensajeDe([&] { AbreArchivoEmpresa(empresas, u""); }).ends_with(".xml\": la carpeta no existe"));
 }
 
+const pruebas::Tarea kRenombra("renombra sin fin", [](const pruebas::Argumentos&) {
+  for (std::size_t i = 0;; ++i) ActualizaXMLNombreEmpresa(1, u"Empresa " + UnicodeString(i % 2 * 150, u'x'));
+});
+
+const pruebas::Tarea kLeeNombre("lee el nombre", [](const pruebas::Argumentos&) {
+  for (int i = 0; i < 1000; ++i) {
+    const UnicodeString nombre = DameNombreEmpresa(1);
+    EXPECT_TRUE(nombre.size() == 8 || nombre.size() == 158) << "a partial read";
+  }
+});
+
 TEST_F(Catalogo, IsAlwaysWholeForItsReadersAndAfterAKill) {
   AgregaEmpresaXML(1, u"r", u"d", u"Empresa 0", u"t", u"v");
-  const pid_t escritor = fork();
-  if (escritor == 0) {
-    for (int i = 0;; ++i)
-      ActualizaXMLNombreEmpresa(
-          1, UnicodeString(u"Empresa ") + UnicodeString(static_cast<std::size_t>(i % 2) * 150, u'x'));
-  }
-  pid_t lectores[3];
-  for (pid_t& lector : lectores) {
-    lector = fork();
-    if (lector != 0) continue;
-    int fallas = 0;
-    for (int i = 0; i < 1000; ++i) {
-      try {
-        const UnicodeString nombre = DameNombreEmpresa(1);
-        if (nombre.size() != 8 && nombre.size() != 158 && nombre != u"Empresa 0") ++fallas;
-      } catch (const Exception&) {
-        ++fallas;
-      }
-    }
-    _exit(std::min(fallas, 100));
-  }
-  for (const pid_t lector : lectores) {
-    int estado = 0;
-    waitpid(lector, &estado, 0);
-    EXPECT_TRUE(WIFEXITED(estado));
-    EXPECT_EQ(WEXITSTATUS(estado), 0) << "failed or partial reads";
-  }
-  int fin = 0;
-  EXPECT_EQ(waitpid(escritor, &fin, WNOHANG), 0) << "it wrote until now";
-  kill(escritor, SIGKILL);
-  waitpid(escritor, nullptr, 0);
+  pruebas::Proceso escritor = kRenombra.Empieza({});
+  ASSERT_TRUE(pruebas::Aguarda([] { return DameNombreEmpresa(1) != u"Empresa 0"; }));
+  std::vector<pruebas::Proceso> lectores;
+  for (int i = 0; i < 3; ++i) lectores.push_back(kLeeNombre.Empieza({}));
+  for (pruebas::Proceso& lector : lectores) EXPECT_EQ(lector.Espera(), 0);
+  EXPECT_TRUE(escritor.Vive()) << "it wrote until now";
+  escritor.Mata();
+  escritor.Espera();
   EXPECT_EQ(DameNombreEmpresa(1).substr(0, 8), u"Empresa ");
 }
 
@@ -223,11 +185,6 @@ TEST_F(Catalogo, LabelsListTheFieldsOfATable) {
   EXPECT_EQ(lista.Text(), u"RFC=R.F.C.\r\nNOTA=Nota\r\nNOMBRE=Nombre\r\n");
   EXPECT_FALSE(LeeXMLCamposTablasSistema(u"PRODUCTOS", lista, true));
   EXPECT_TRUE(DameRutaEtiqVEL(7).ends_with(u"C\\Sistemas Tavex\\VEL9.00\\EtiqVEL.xml"));
-  std::filesystem::permissions(c_.Motor(), std::filesystem::perms::none);
-  EXPECT_TRUE(pruebas::ComoUsuario([&] {
-    return MensajeDe([] { DameCDSEtiqVEL({}, 1); }).ends_with("EtiqVEL.xml\": acceso denegado");
-  })) << "a catalog that may not be reached is not a missing one";
-  std::filesystem::permissions(c_.Motor(), std::filesystem::perms(0755));
 }
 
 }  // namespace

@@ -1,10 +1,10 @@
 #include "Uutilext/crypto/Certificados.h"
 
-#include <filesystem>
 #include <gtest/gtest.h>
 #include <openssl/err.h>
 
 #include "platform/Archivos.h"
+#include "tests/CarpetaTemporal.h"
 #include "tests/Casos.h"
 #include "tests/Mensaje.h"
 #include "tests/Uutilext/crypto/Apoyo.h"
@@ -37,11 +37,9 @@ TEST(Certificados, GiveTheirDatesAsWritten) {
 }
 
 TEST(Certificados, ReadNamesOutsideTheCodePageAndWhatCarelessIssuersWrite) {
-  const std::filesystem::path carpeta = std::filesystem::path(testing::TempDir()) / "sellos-あ";
-  std::filesystem::create_directories(carpeta);
-  const std::filesystem::path ruta = carpeta / "い.cer";
-  std::filesystem::copy_file(pruebas::RutaDato("sello.cer"), ruta,
-                             std::filesystem::copy_options::overwrite_existing);
+  const pruebas::CarpetaTemporal c;
+  const std::filesystem::path ruta = c.Ruta("sellos-あ/い.cer");
+  c.Escribe("sellos-あ/い.cer", LeeArchivo(Dato("sello.cer")).value());
   EXPECT_EQ(ValPrivKey(ruta.u16string(), Dato("des3.key"), u"12345678a"), 0);
   // The first octet of the serial without the sign octet that it needs, and something behind the certificate.
   std::fstream archivo(ruta, std::ios::in | std::ios::out | std::ios::binary);
@@ -50,7 +48,6 @@ TEST(Certificados, ReadNamesOutsideTheCodePageAndWhatCarelessIssuersWrite) {
   archivo.seekp(static_cast<std::streamoff>(bytes.find("00001000000509876543"))) << '\xE9';
   archivo.close();
   EXPECT_EQ(CertGetNumSer(ruta.u16string()), u"é0001000000509876543");
-  std::filesystem::remove_all(carpeta);
 }
 
 TEST(ValPrivKey, GivesEveryStatus) {

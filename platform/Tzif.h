@@ -5,7 +5,7 @@
 
 #include "platform/ZonasHorarias.h"
 
-namespace vel::posix {
+namespace vel {
 
 /// A zone from the bytes of a file of the tz database (RFC 8536, version 2 and later); nothing when they are
 /// no such file.
@@ -15,4 +15,4 @@ std::optional<ZonaHoraria> LeeTzif(std::string_view bytes);
 /// ("CST6", "EST5EDT,M3.2.0,M11.1.0": POSIX.1-2017, section 8.3); false when it is no such text.
 bool LeeReglaPosix(std::string_view texto, ZonaHoraria& zona);
 
-}  // namespace vel::posix
+}  // namespace vel

@@ -1,8 +1,8 @@
-#include "platform/posix/Tzif.h"
+#include "platform/Tzif.h"
 
 #include <cstdint>
 
-namespace vel::posix {
+namespace vel {
 namespace {
 
 // Takes numbers from the front of a file; reading past the end makes it bad and gives zeros.
@@ -196,4 +196,4 @@ std::optional<ZonaHoraria> LeeTzif(std::string_view bytes) {
   return zona;
 }
 
-}  // namespace vel::posix
+}  // namespace vel

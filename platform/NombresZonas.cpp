@@ -1,9 +1,9 @@
-#include "platform/posix/NombresZonas.h"
+#include "platform/NombresZonas.h"
 
 #include <algorithm>
 #include <iterator>
 
-namespace vel::posix {
+namespace vel {
 namespace {
 
 // The zone names of Windows and the zones of the tz database that they stand for: the public mapping of the
@@ -164,8 +164,14 @@ const ZonaWindows* BuscaZonaWindows(std::u16string_view nombre) noexcept {
   return it != std::end(kZonas) && SameText(it->nombre, nombre) ? it : nullptr;
 }
 
+std::span<const ZonaWindows> ZonasWindows() noexcept { return kZonas; }
+
+UnicodeString NombreVerano(std::u16string_view estandar) {
+  return StringReplace(estandar, u"Standard", u"Daylight");
+}
+
 std::size_t IndiceZonaWindows(const ZonaWindows& zona) noexcept {
   return static_cast<std::size_t>(&zona - std::begin(kZonas));
 }
 
-}  // namespace vel::posix
+}  // namespace vel
