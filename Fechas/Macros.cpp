@@ -1,7 +1,6 @@
 // Date macros.
 
 #include <algorithm>
-#include <cstdlib>
 #include <limits>
 
 #include "Fechas/TConfigVEL.h"

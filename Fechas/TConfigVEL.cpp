@@ -93,7 +93,8 @@ UnicodeString TConfigVEL::FechaComoString(int indice, int cual) const {
   if (rango == nullptr) return {};
   const Fecha& f = cual == 1 ? rango->inicio : rango->fin;
   char texto[32];
-  std::snprintf(texto, sizeof texto, "%02d/%02d/%04d", f.dia, f.mes, f.anio);
+  // Three whole numbers always fit.
+  static_cast<void>(std::snprintf(texto, sizeof texto, "%02d/%02d/%04d", f.dia, f.mes, f.anio));
   return UTF8ToString(texto);
 }
 

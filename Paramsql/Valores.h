@@ -3,7 +3,6 @@
 #include <string_view>
 #include <vector>
 
-#include "framework/TFieldType.h"
 #include "framework/Texto.h"
 #include "framework/TiposDeCampo.h"
 #include "framework/Variant.h"

@@ -9,7 +9,6 @@
 
 #include "Ucalculocfdi/Enteros128.h"
 #include "framework/Excepciones.h"
-#include "framework/Numeros.h"
 
 namespace vel {
 namespace {

@@ -3,7 +3,6 @@
 #include <string_view>
 
 #include "Ucalculocfdi/TResumenFiscal.h"
-#include "framework/Numeros.h"
 
 namespace vel {
 namespace {

@@ -255,7 +255,7 @@ constexpr fiscal::Comprobacion kTabla[] = {
          }},
 };
 
-constexpr auto kReglas = [] {
+constexpr auto kReglas = []() {
   std::array<TReglaFiscal, std::size(kTabla)> reglas;
   for (std::size_t i = 0; i < reglas.size(); ++i) reglas[i] = kTabla[i].regla;
   return reglas;

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
-#include <utility>
 
 #include "Ucalculocfdi/CamposPartida.h"
 #include "Ucalculocfdi/Enteros128.h"

@@ -3,7 +3,6 @@
 #include "Ucalculocfdi/TotalesFiscales.h"
 
 #include <array>
-#include <functional>
 #include <unordered_map>
 #include <utility>
 

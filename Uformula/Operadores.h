@@ -32,7 +32,7 @@ constexpr std::u16string_view Texto(Operador o) noexcept { return kOperadores[st
 constexpr std::uint32_t Bit(Operador o) noexcept { return 1u << static_cast<unsigned>(o); }
 
 /// For each character from "*" to ">", the bit of the operator that it is alone.
-inline constexpr auto kBitsDe = [] {
+inline constexpr auto kBitsDe = []() {
   std::array<std::uint16_t, U'>' - U'*' + 1> bits{};
   for (std::size_t i = 0; i < kOperadores.size(); ++i) {
     const std::u16string_view o = kOperadores[i];

@@ -9,7 +9,7 @@ namespace vel::formula {
 namespace {
 
 // Characters that are units by themselves, and the blank; all others are parts of operands.
-constexpr auto kSignos = [] {
+constexpr auto kSignos = []() {
   std::array<bool, 128> signos{};
   for (const char16_t c : std::u16string_view(u" *+-/<=>(),")) signos[c] = true;
   return signos;

@@ -2,7 +2,9 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
 #include <fstream>
+#include <iostream>
 #include <iterator>
 #include <stdexcept>
 #include <string>
@@ -31,7 +33,7 @@ inline std::string Columna(std::u16string_view texto, int ancho) {
 /// An amount with its decimals, aligned to the right.
 inline std::string Monto(double valor, int ancho = 12, int decimales = 2) {
   char texto[64];
-  std::snprintf(texto, sizeof texto, "%*.*f", ancho, decimales, valor);
+  static_cast<void>(std::snprintf(texto, sizeof texto, "%*.*f", ancho, decimales, valor));
   return texto;
 }
 
@@ -39,14 +41,14 @@ inline std::string Monto(double valor, int ancho = 12, int decimales = 2) {
 template <typename Cuerpo>
 int Principal(int argc, char** argv, Cuerpo cuerpo) {
   if (argc < 2) {
-    std::fprintf(stderr, "Uso: %s <carpeta de datos>\n", argv[0]);
+    std::cerr << "Uso: " << argv[0] << " <carpeta de datos>\n";
     return 2;
   }
   try {
     cuerpo(std::string(argv[1]));
     return 0;
   } catch (const std::exception& e) {
-    std::fprintf(stderr, "%s\n", e.what());
+    std::cerr << e.what() << '\n';
     return 1;
   }
 }

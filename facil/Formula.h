@@ -5,7 +5,6 @@
 #include <optional>
 #include <string_view>
 #include <type_traits>
-#include <utility>
 #include <vector>
 
 #include "facil/RevisionFormula.h"

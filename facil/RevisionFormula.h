@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <initializer_list>
-#include <string_view>
 #include <vector>
 
 #include "facil/Texto.h"

@@ -7,7 +7,6 @@
 #include "facil/Momento.h"
 #include "facil/Texto.h"
 #include "framework/TDateTime.h"
-#include "framework/Texto.h"
 #include "utilvel90_export.h"
 
 namespace vel {

@@ -1,6 +1,7 @@
 #include "framework/LectorXml.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <utility>
 
@@ -17,7 +18,7 @@ constexpr std::uint8_t kSigueNombre = 2;
 constexpr std::uint8_t kBlanco = 4;
 constexpr std::uint8_t kDetieneValor = 8;
 
-constexpr std::array<std::uint8_t, 256> kBytes = [] {
+constexpr std::array<std::uint8_t, 256> kBytes = []() {
   std::array<std::uint8_t, 256> t{};
   for (std::size_t c = 0; c < t.size(); ++c) {
     const bool letra = (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || c == ':';

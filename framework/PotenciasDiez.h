@@ -25,7 +25,7 @@ inline constexpr auto kPotencias = Potencias<double, kMayorExacta + 1>();
 inline constexpr auto kExtendidas = Potencias<long double, 28>();
 
 /// The doubles nearest to 10^-n: quotients of exact numbers are rounded once.
-inline constexpr auto kInversas = [] {
+inline constexpr auto kInversas = []() {
   std::array<double, kPotencias.size()> tabla{};
   for (std::size_t n = 0; n < tabla.size(); ++n) tabla[n] = 1 / kPotencias[n];
   return tabla;

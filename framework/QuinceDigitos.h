@@ -16,7 +16,7 @@ inline constexpr int kMenorExponente = -24;
 inline constexpr int kMayorExponente = 49;
 
 /// For each binary exponent the k that takes 2^exponent to 15 digits: 1E14 <= 2^exponent * 10^k < 1E15.
-inline constexpr auto kDecimales = [] {
+inline constexpr auto kDecimales = []() {
   std::array<std::uint8_t, kMayorExponente - kMenorExponente + 1> tabla{};
   for (int e = kMenorExponente; e <= kMayorExponente; ++e) {
     const double potencia = e < 0 ? 1.0 / static_cast<double>(1LL << -e) : static_cast<double>(1LL << e);

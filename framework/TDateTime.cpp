@@ -6,7 +6,6 @@
 #include <cstdlib>
 
 #include "framework/Excepciones.h"
-#include "framework/Numeros.h"
 
 namespace vel {
 namespace {

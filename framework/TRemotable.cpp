@@ -3,6 +3,7 @@
 #include <array>
 #include <charconv>
 #include <iterator>
+#include <system_error>
 #include <utility>
 #include <variant>
 #include <vector>

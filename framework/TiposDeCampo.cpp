@@ -75,7 +75,7 @@ constexpr std::size_t Largo() noexcept {
   return largo;
 }
 
-constexpr auto kTabla = [] {
+constexpr auto kTabla = []() {
   std::array<TipoDeCampo, Largo()> tabla;
   for (std::size_t i = 0; i < tabla.size(); ++i) tabla[i] = FilaDeOrdinal(i);
   return tabla;

@@ -23,7 +23,8 @@ constexpr std::u16string_view kNombres[] = {u"vacío",    u"nulo",  u"entero",  
 std::int64_t AEntero(double valor, Variant::Kind de) {
   const double redondo = std::nearbyint(valor);
   // 2^63 itself is a double and does not fit.
-  if (!(redondo >= -0x1p63 && redondo < 0x1p63)) FallaConversion(de, u"entero: está fuera de rango");
+  constexpr double kLimite = 9223372036854775808.0;
+  if (!(redondo >= -kLimite && redondo < kLimite)) FallaConversion(de, u"entero: está fuera de rango");
   return static_cast<std::int64_t>(redondo);
 }
 

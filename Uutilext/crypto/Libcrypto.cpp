@@ -16,6 +16,7 @@ namespace {
 // program's own statics run after that if they were made before it, and calls from them would crash. So the
 // first call is this one, made when the library is loaded: the system takes the memory back all the same, and
 // a host that wants libcrypto ended calls OPENSSL_cleanup.
+// NOLINTNEXTLINE(cert-err58-cpp): a function of C throws nothing.
 [[maybe_unused]] const int kSinDespedida = OPENSSL_init_crypto(OPENSSL_INIT_NO_ATEXIT, nullptr);
 
 std::unique_ptr<const Libcrypto> Crea() {

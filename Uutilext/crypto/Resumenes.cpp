@@ -7,7 +7,6 @@
 #include <cstring>
 #include <openssl/evp.h>
 #include <span>
-#include <string>
 #include <type_traits>
 
 #include "Uutilext/crypto/Base64.h"
@@ -225,7 +224,7 @@ AnsiString ACodigosHastaAjeno(std::u16string_view texto) {
 }
 
 // Both digits of every byte.
-constexpr auto kDigitos = [] {
+constexpr auto kDigitos = []() {
   constexpr char kDigito[] = "0123456789abcdef";
   std::array<std::array<char, 2>, 256> pares{};
   for (std::size_t i = 0; i < pares.size(); ++i) pares[i] = {kDigito[i / 16], kDigito[i % 16]};

@@ -39,9 +39,10 @@ void LanzaThrow(std::u16string_view mensaje, int& codigo) {
   logInter(u"uUtil::LanzaThrow...Fin");
   // A service host catches integers and maps them to its own responses.
   if (esServicio) throw codigo;
+  // Made before the code is touched: it takes memory.
   Exception error(mensaje);
   codigo = -1;
-  throw error;
+  throw error;  // NOLINT(cert-err09-cpp,cert-err61-cpp)
 }
 
 bool esErrorSesionCaduca(std::u16string_view mensaje) noexcept {

@@ -1,6 +1,7 @@
 #include "Uutilext/text/Mascaras.h"
 
 #include <algorithm>
+#include <cstddef>
 
 #include "framework/Excepciones.h"
 

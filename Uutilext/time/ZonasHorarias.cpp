@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
-#include <iterator>
 #include <span>
 
 #include "Uutilext/time/ConversionZonas.h"

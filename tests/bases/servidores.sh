@@ -68,7 +68,7 @@ wait_for() {
 # A password with what shells, addresses and quoting get wrong.
 export UTILVEL_CLAVE="c'l\"a v\\e%ñ@:/"
 
-postgres=$(ls -d /usr/lib/postgresql/*/bin | sort -V | tail -1)
+postgres=$(printf '%s\n' /usr/lib/postgresql/*/bin | sort -V | tail -1)
 postgres_port=$(port)
 printf '%s\n' "$UTILVEL_CLAVE" >clave
 chown "$user" clave

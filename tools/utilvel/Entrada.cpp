@@ -1,6 +1,5 @@
 #include "tools/utilvel/Entrada.h"
 
-#include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <system_error>

@@ -6,6 +6,7 @@
 #include <optional>
 #include <soci/soci.h>
 #include <utility>
+#include <variant>
 
 #include "tools/utilvel/Errores.h"
 #include "tools/utilvel/base/Motores.h"

@@ -3,6 +3,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <optional>
 #include <soci/soci.h>
 
 #include "framework/TDateTime.h"

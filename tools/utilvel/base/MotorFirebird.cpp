@@ -9,6 +9,8 @@
 #include <ibase.h>
 #include <soci/firebird/soci-firebird.h>
 #include <soci/soci.h>
+#include <system_error>
+#include <vector>
 
 #include "framework/Numeros.h"
 #include "framework/TDateTime.h"

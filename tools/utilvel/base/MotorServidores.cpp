@@ -1,5 +1,6 @@
 // PostgreSQL and MariaDB: SOCI's own reading serves them; they differ in how a session begins.
 
+#include <string>
 #include <string_view>
 
 #include "framework/Variant.h"

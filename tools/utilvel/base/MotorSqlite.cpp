@@ -3,9 +3,12 @@
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
+#include <optional>
 #include <soci/soci.h>
 #include <soci/sqlite3/soci-sqlite3.h>
 #include <string_view>
+#include <system_error>
+#include <vector>
 
 #include "tools/utilvel/Errores.h"
 #include "tools/utilvel/base/Motores.h"

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 #include <iterator>
+#include <new>
 #include <pugixml.hpp>
 
 #include "tools/utilvel/cfdi/Elemento.h"

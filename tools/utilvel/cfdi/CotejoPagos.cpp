@@ -1,7 +1,5 @@
 // The complement of payments: what was paid of each document, and its taxes.
 
-#include <algorithm>
-
 #include "tools/utilvel/cfdi/Cotejo.h"
 
 namespace utilvel::cfdi {

@@ -1,7 +1,6 @@
 #include "tools/utilvel/cfdi/Elemento.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <pugixml.hpp>
 

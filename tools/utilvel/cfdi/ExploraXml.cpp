@@ -1,7 +1,6 @@
 #include "tools/utilvel/cfdi/ExploraXml.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "framework/Texto.h"
 #include "tools/utilvel/cfdi/Comprobante.h"

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <limits>
 
 #include "framework/Excepciones.h"
@@ -10,7 +11,7 @@
 namespace utilvel::cfdi {
 namespace {
 
-constexpr auto kPotencias = [] {
+constexpr auto kPotencias = []() {
   std::array<Entero128, 31> potencias{};
   potencias[0] = 1;
   for (std::size_t i = 1; i < potencias.size(); ++i) potencias[i] = potencias[i - 1] * 10;
@@ -20,7 +21,7 @@ constexpr auto kPotencias = [] {
 constexpr std::int64_t kMaximo = std::numeric_limits<std::int64_t>::max();
 
 /// The most units that still fit with so many decimals more.
-constexpr auto kTopes = [] {
+constexpr auto kTopes = []() {
   std::array<std::uint64_t, kDecimales + 1> topes{};
   topes[0] = static_cast<std::uint64_t>(kMaximo);
   for (std::size_t i = 1; i < topes.size(); ++i) topes[i] = topes[i - 1] / 10;

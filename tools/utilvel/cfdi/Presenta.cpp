@@ -1,6 +1,5 @@
 #include "tools/utilvel/cfdi/Presenta.h"
 
-#include <array>
 #include <string_view>
 #include <utility>
 
@@ -195,11 +194,12 @@ std::vector<std::vector<std::optional<std::string>>> EnFilas(const std::string& 
                       monto(informe.totalMotor)};
   std::vector<Fila> filas;
   for (const Diferencia& d : informe.diferencias) {
-    Fila& fila = filas.emplace_back(comun);
+    Fila fila = comun;
     fila.insert(fila.end(), {d.lugar, d.cifra, monto(d.impreso), Texto(d.calculado), Texto(d.diferencia)});
     fila.push_back(d.limites ? monto(d.limites->inferior) : std::nullopt);
     fila.push_back(d.limites ? monto(d.limites->superior) : std::nullopt);
     fila.push_back(d.regla);
+    filas.push_back(std::move(fila));
   }
   if (filas.empty()) filas.push_back(comun);
   filas.back().resize(NombresColumnas().size());
