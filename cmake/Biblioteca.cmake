@@ -24,6 +24,10 @@ set_target_properties(UtilVel90 PROPERTIES
   SOVERSION ${PROJECT_VERSION_MAJOR}
   LINKER_LANGUAGE CXX
   VERIFY_INTERFACE_HEADER_SETS ON)
+# To a project that builds us as a part of itself our headers are those of a library, as an installed one's are.
+if(NOT PROJECT_IS_TOP_LEVEL)
+  set_target_properties(UtilVel90 PROPERTIES SYSTEM ON)
+endif()
 
 target_sources(UtilVel90 PUBLIC
   FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES

@@ -5,22 +5,31 @@ option(UTILVEL90_SANITIZA "Build with AddressSanitizer and UndefinedBehaviorSani
 
 add_library(utilvel90_compilador INTERFACE)
 target_compile_features(utilvel90_compilador INTERFACE cxx_std_20)
-target_compile_options(utilvel90_compilador INTERFACE
-  -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast
-  -Wnon-virtual-dtor -Woverloaded-virtual
-  # Amounts must not depend on the processor: no fused multiply-add behind our back.
-  -ffp-contract=off)
+# Amounts must not depend on the processor nor on flags of a project that we are part of: no fused multiply-add
+# behind our back, no shortcuts in arithmetic.
+target_compile_options(utilvel90_compilador INTERFACE -ffp-contract=off -fno-fast-math)
+if(PROJECT_IS_TOP_LEVEL)
+  target_compile_options(utilvel90_compilador INTERFACE
+    -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast
+    -Wnon-virtual-dtor -Woverloaded-virtual)
+else()
+  # Warnings that another project asks for, as errors perhaps, are about its own code.
+  target_compile_options(utilvel90_compilador INTERFACE -w)
+endif()
 if(UTILVEL90_SANITIZA)
   target_compile_options(utilvel90_compilador INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(utilvel90_compilador INTERFACE -fsanitize=address,undefined)
 endif()
 
+include(cmake/Endurecido.cmake)
+
 # utilvel90_prepara(<target>): the settings that every target of this project has.
 function(utilvel90_prepara objetivo)
   target_link_libraries(${objetivo} PRIVATE $<BUILD_INTERFACE:utilvel90_compilador>)
   set_target_properties(${objetivo} PROPERTIES
     CXX_EXTENSIONS OFF
+    UNITY_BUILD OFF
     CXX_VISIBILITY_PRESET hidden
     VISIBILITY_INLINES_HIDDEN ON)
 endfunction()

@@ -12,6 +12,10 @@
 #include "framework/PotenciasDiez.h"
 #include "framework/QuinceDigitos.h"
 
+#ifdef __FAST_MATH__
+#error "Amounts are exact: this library is not compiled with -ffast-math"
+#endif
+
 namespace vel {
 namespace {
 
