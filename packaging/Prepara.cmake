@@ -17,5 +17,6 @@ foreach(componente ${CPACK_COMPONENTS_ALL})
 
   execute_process(COMMAND ${CMAKE_CURRENT_LIST_DIR}/sbom.py ${raiz} ${nombre}
     ${CPACK_PACKAGE_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE} "${CPACK_DEBIAN_${mayuscula}_PACKAGE_DEPENDS}"
+    "${CPACK_UTILVEL90_${mayuscula}_INCLUYE}"
     COMMAND_ERROR_IS_FATAL ANY)
 endforeach()

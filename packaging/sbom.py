@@ -1,12 +1,13 @@
 #!/usr/bin/env python3
 """Writes a package's bill of materials, in SPDX 2.3 as JSON, among the files of the package.
 
-    sbom.py ROOT PACKAGE VERSION DEPENDS
+    sbom.py ROOT PACKAGE VERSION DEPENDS INSIDE
 
 ROOT holds the package's files as they will be installed. The document goes to usr/share/doc/PACKAGE/sbom.spdx.json
 in it: each file with its digests, and what the package runs with, by Debian's names and the versions that it was
-built with - the libraries that its binaries are linked with, and those that DEPENDS (the field's text) names. The
-time is SOURCE_DATE_EPOCH, so that equal files give an equal document.
+built with - the libraries that its binaries are linked with, those that DEPENDS (the field's text) names, and those
+of INSIDE (parted by blanks), whose static libraries or headers became a part of it. The time is SOURCE_DATE_EPOCH
+where that is set, so that equal files give an equal document.
 """
 
 import hashlib
@@ -15,6 +16,7 @@ import os
 import re
 import subprocess
 import sys
+import time
 import uuid
 from datetime import datetime, timezone
 from pathlib import Path
@@ -53,7 +55,8 @@ def linked_packages(files):
 
 
 def installed_version(package):
-    return output('dpkg-query', '-W', '-f=${Version}', package)
+    # A line for each architecture that it is installed for.
+    return output('dpkg-query', '-W', '-f=${Version}\n', package).split()[0]
 
 
 def spdx_id(text):
@@ -69,7 +72,7 @@ def spdx_package(name, version, **more):
 
 
 def main():
-    root, name, version, depends = Path(sys.argv[1]), *sys.argv[2:]
+    root, name, version, depends, inside = Path(sys.argv[1]), *sys.argv[2:]
     target = root / 'usr/share/doc' / name / 'sbom.spdx.json'
     target.unlink(missing_ok=True)
     paths = sorted(p for p in root.rglob('*') if p.is_file() and not p.is_symlink())
@@ -91,17 +94,19 @@ def main():
     of_field = dict(re.findall(r'([a-z0-9.+-]+)(?: \(= ([^)]+)\))?(?:, |$)', depends))
     needed |= of_field.keys()
     others = [spdx_package(p, of_field.get(p) or installed_version(p)) for p in sorted(needed)]
+    parts = [spdx_package(p, installed_version(p)) for p in inside.split()]
 
     relations = [('SPDXRef-DOCUMENT', 'DESCRIBES', own['SPDXID'])]
     relations += [(own['SPDXID'], 'CONTAINS', f['SPDXID']) for f in files]
     relations += [(own['SPDXID'], 'DEPENDS_ON', p['SPDXID']) for p in others]
-    created = datetime.fromtimestamp(int(os.environ['SOURCE_DATE_EPOCH']), timezone.utc)
+    relations += [(own['SPDXID'], 'STATIC_LINK', p['SPDXID']) for p in parts]
+    created = datetime.fromtimestamp(int(os.environ.get('SOURCE_DATE_EPOCH', time.time())), timezone.utc)
     document = {
         'spdxVersion': 'SPDX-2.3', 'dataLicense': 'CC0-1.0', 'SPDXID': 'SPDXRef-DOCUMENT', 'name': f'{name}-{version}',
         'documentNamespace': uuid.uuid5(uuid.NAMESPACE_OID, f'{name} {version} {code} {created}').urn,
         'creationInfo': {'created': created.strftime('%Y-%m-%dT%H:%M:%SZ'),
                          'creators': ['Organization: Tavex', 'Tool: sbom.py']},
-        'packages': [own, *others], 'files': files,
+        'packages': [own, *others, *parts], 'files': files,
         'relationships': [{'spdxElementId': a, 'relationshipType': kind, 'relatedSpdxElement': b}
                           for a, kind, b in relations]}
     target.parent.mkdir(parents=True, exist_ok=True)
