@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # The work of `./run package`: packages, source archive and checks, in build/paquetes. The build is there already.
 #   bash packaging/paquete.sh                  make and check them
-#   bash packaging/paquete.sh --reproducible   build twice, in two other folders, and compare byte by byte
+#   bash packaging/paquete.sh --reproducible   build once more, in another folder, and compare byte by byte
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -33,30 +33,27 @@ source_archive() {
   git archive --format=tar --prefix="utilvel90-$version/" HEAD | gzip -9n >"$1/utilvel90-$version.tar.gz"
 }
 
+# Builds the tree as it stands once more, in a folder elsewhere, and compares that with the build of here.
 reproducible() {
-  local work
-  work=$(mktemp -d "${TMPDIR:-/tmp}/utilvel90.XXXXXX")
+  local other
+  other=$(mktemp -d "${TMPDIR:-/tmp}/utilvel90.XXXXXX")
   # shellcheck disable=SC2064  # the folder of now
-  trap "rm -rf '$work'" EXIT
-  for place in uno otra/carpeta/mas/honda; do
-    mkdir -p "$work/$place"
-    git archive HEAD | tar -x -C "$work/$place"
-    # The site is made once: it shows times and pictures of other programs' making.
-    if [ -d build/docs/sitio ]; then
-      mkdir -p "$work/$place/build/docs"
-      cp -a build/docs/sitio "$work/$place/build/docs"
-    fi
-    (cd "$work/$place" && cmake --preset paquete >/dev/null && cmake --build --preset paquete -- --quiet)
-    packages "$work/$place/build/paquete" "$work/$place/paquetes"
+  trap "rm -rf '$other'" EXIT
+  tar -c --exclude=./build --exclude=./.git . | tar -x -C "$other"
+  # The site is made once: other programs made it.
+  if [ -d build/docs/sitio ]; then
+    mkdir -p "$other/build/docs"
+    cp -a build/docs/sitio "$other/build/docs"
+  fi
+  (cd "$other" && cmake --preset paquete >/dev/null && cmake --build --preset paquete >/dev/null)
+  packages "$PWD/build/paquete" "$PWD/build/paquetes"
+  packages "$other/build/paquete" "$other/paquetes"
+  for file in "libUtilVel90.so.$version" tools/utilvel/utilvel.1 tools/utilvel/utilvel.bash; do
+    cmp "build/paquete/$file" "$other/build/paquete/$file"
   done
-  for file in build/paquete/libUtilVel90.so."$version" build/paquete/tools/utilvel/utilvel; do
-    cmp "$work/uno/$file" "$work/otra/carpeta/mas/honda/$file"
-  done
-  for package in "$work"/uno/paquetes/*.deb; do
-    cmp "$package" "$work/otra/carpeta/mas/honda/paquetes/$(basename "$package")"
-  done
-  echo "Two builds in two folders are equal to the byte:"
-  (cd "$work/uno/paquetes" && sha256sum -- *.deb)
+  for package in "$other"/paquetes/*.deb; do cmp "build/paquetes/$(basename "$package")" "$package"; done
+  echo 'Two builds in two folders are equal to the byte:'
+  (cd "$other/paquetes" && sha256sum -- *.deb)
 }
 
 if [ "${1:-}" = --reproducible ]; then
