@@ -128,6 +128,11 @@ quietly cmake -S tests/afuera -B "$work/ajeno" -G Ninja -DFORMA=find_package -DC
   -DPROGRAMA="$PWD/tests/afuera/programa.cpp"
 quietly cmake --build "$work/ajeno"
 "$work/ajeno/programa" | tee "$work/dicho"
+pc=$(find "$work/prefijo" -name utilvel90.pc -printf %h)
+# shellcheck disable=SC2046  # options, a word each
+quietly g++ -std=c++20 tests/afuera/programa.cpp -o "$work/programa" \
+  $(PKG_CONFIG_PATH=$pc pkg-config --cflags --libs utilvel90)
+LD_LIBRARY_PATH=$(dirname "$pc") "$work/programa" | diff "$work/dicho" -
 
 archive=$(find "$packages" -maxdepth 1 -name 'utilvel90-*.tar.gz')
 if [ -n "$archive" ]; then
