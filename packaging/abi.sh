@@ -50,9 +50,10 @@ for record in packaging/abi/*.abi.xz; do
     echo 'In full:'
     cat "$work/informe"
   else
-    abidiff --no-show-locs "$work/$release.abi" "$work/hoy.abi" >"$work/informe" || true
-    echo "Programs built with $release find all that they use; added since: $(
-      sed -n 's/^Functions changes summary:.* \([0-9]*\) Added functions\{0,1\}.*/\1/p' "$work/informe") functions."
+    # Without a change it says nothing at all.
+    added=$(abidiff --no-show-locs "$work/$release.abi" "$work/hoy.abi" |
+      sed -n 's/^Functions changes summary:.* \([0-9]*\) Added functions\{0,1\}.*/\1/p' || true)
+    echo "Programs built with $release find all that they use; functions added since: ${added:-0}."
     if [ -f "$known" ]; then echo "  but for what $known explains"; fi
   fi
 done
