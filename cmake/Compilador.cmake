@@ -5,16 +5,15 @@ option(UTILVEL90_SANITIZA "Build with AddressSanitizer and UndefinedBehaviorSani
 
 add_library(utilvel90_compilador INTERFACE)
 target_compile_features(utilvel90_compilador INTERFACE cxx_std_20)
-# Amounts must not depend on the processor nor on flags of a project that we are part of: no fused multiply-add
-# behind our back, no shortcuts in arithmetic.
-target_compile_options(utilvel90_compilador INTERFACE -ffp-contract=off -fno-fast-math)
-if(PROJECT_IS_TOP_LEVEL)
-  target_compile_options(utilvel90_compilador INTERFACE
-    -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast
-    -Wnon-virtual-dtor -Woverloaded-virtual)
-else()
-  # Warnings that another project asks for, as errors perhaps, are about its own code.
-  target_compile_options(utilvel90_compilador INTERFACE -w)
+target_compile_options(utilvel90_compilador INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast
+  -Wnon-virtual-dtor -Woverloaded-virtual
+  # Amounts must not depend on the processor: no fused multiply-add behind our back.
+  -ffp-contract=off)
+# Nor on flags of a project that we are a part of; and the warnings that such a project asks for, as errors perhaps,
+# are about its own code.
+if(NOT PROJECT_IS_TOP_LEVEL)
+  target_compile_options(utilvel90_compilador INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-fno-fast-math -w>)
 endif()
 if(UTILVEL90_SANITIZA)
   target_compile_options(utilvel90_compilador INTERFACE
