@@ -10,15 +10,16 @@ target_compile_options(utilvel90_compilador INTERFACE
   -Wnon-virtual-dtor -Woverloaded-virtual
   # Amounts must not depend on the processor: no fused multiply-add behind our back.
   -ffp-contract=off)
-# Nor on flags of a project that we are a part of; and the warnings that such a project asks for, as errors perhaps,
-# are about its own code.
-if(NOT PROJECT_IS_TOP_LEVEL)
-  target_compile_options(utilvel90_compilador INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-fno-fast-math -w>)
-endif()
 if(UTILVEL90_SANITIZA)
   target_compile_options(utilvel90_compilador INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(utilvel90_compilador INTERFACE -fsanitize=address,undefined)
+endif()
+
+# A project that we are a part of may take shortcuts in arithmetic, but not in ours; and the warnings that it asks for,
+# as errors perhaps, are about its own code.
+if(NOT PROJECT_IS_TOP_LEVEL)
+  target_compile_options(utilvel90_compilador INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-fno-fast-math -w>)
 endif()
 
 include(cmake/Endurecido.cmake)
