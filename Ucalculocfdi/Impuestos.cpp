@@ -54,10 +54,11 @@ TCalculoCFDI::CamposPartida::CamposPartida(const TClientDataSet& p, ENUM_MODULO 
 // Small documents cost more in looking up their fields than in computing them.
 const TCalculoCFDI::CamposPartida& TCalculoCFDI::Campos() {
   const auto& estructura = conjunto::Estado::De(Partidas).estructura;
-  if (campos_ == nullptr || campos_->estructura != estructura || campos_->modulo != Modulo) {
-    campos_ = std::make_unique<CamposBuscados>(Partidas, Modulo, estructura);
+  std::unique_ptr<CamposBuscados>& campos = interno_->campos;
+  if (campos == nullptr || campos->estructura != estructura || campos->modulo != Modulo) {
+    campos = std::make_unique<CamposBuscados>(Partidas, Modulo, estructura);
   }
-  return campos_->campos;
+  return campos->campos;
 }
 
 bool TCalculoCFDI::CamposPartida::Campo::Es(std::u16string_view texto) const {

@@ -62,7 +62,7 @@ void Anota(std::vector<Cambio>& cambios, TStringList& montos, std::size_t renglo
 
 void TCalculoCFDI::LeeLista(std::size_t impuesto) {
   const TStringList& lista = ListaImpuesto[impuesto];
-  std::vector<Gravado>& leidos = gravados_[impuesto];
+  std::vector<Gravado>& leidos = interno_->gravados[impuesto];
   leidos.clear();
   for (std::size_t i = 0; i < lista.Count(); ++i) {
     const TStringList& montos = Montos(lista, i);
@@ -75,7 +75,7 @@ void TCalculoCFDI::EscribeListas(std::size_t primera, std::size_t fin) {
   std::vector<Cambio> cambios;
   std::array<TStringList, kImpuestos> nuevas;
   for (std::size_t k = primera; k < fin; ++k) {
-    const std::vector<Gravado>& gravados = gravados_[k];
+    const std::vector<Gravado>& gravados = interno_->gravados[k];
     const std::size_t habia = ListaImpuesto[k].Count();
     for (std::size_t i = 0; i < habia; ++i) {
       TStringList& montos = Montos(ListaImpuesto[k], i);
@@ -98,7 +98,7 @@ void TCalculoCFDI::EscribeListas(std::size_t primera, std::size_t fin) {
 
 void TCalculoCFDI::Grava(double base, double tasa, double impuesto, std::size_t numero) {
   if (!(tasa > 0)) return;
-  std::vector<Gravado>& gravados = gravados_[numero];
+  std::vector<Gravado>& gravados = interno_->gravados[numero];
   // Entries are told apart by the text of their rate; equal texts read back to equal numbers.
   const double clave = RoundToText(tasa);
   const auto it =

@@ -1,9 +1,13 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
+#include <memory>
 #include <new>
 #include <tuple>
+#include <vector>
 
+#include "Ucalculocfdi/CamposPartida.h"
 #include "Ucalculocfdi/TCalculoCFDI.h"
 #include "framework/Excepciones.h"
 
@@ -15,6 +19,13 @@ struct TCalculoCFDI::Gravado {
   double tasa;
   double base;
   double impuesto;
+};
+
+struct TCalculoCFDI::Interno {
+  /// What the lists hold, as numbers and in their order, while an operation works on them.
+  std::array<std::vector<Gravado>, kImpuestos> gravados;
+  /// The fields of the lines, while their structure stays.
+  std::unique_ptr<CamposBuscados> campos;
 };
 
 template <typename Trabajo>

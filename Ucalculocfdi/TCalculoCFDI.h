@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <memory>
 #include <string_view>
-#include <vector>
 
 #include "Uutilext/documents/TiposDocto.h"
 #include "framework/TClientDataSet.h"
@@ -157,6 +156,7 @@ class UTILVEL90_EXPORT TCalculoCFDI {
   struct CamposPartida;
   struct CamposBuscados;
   struct Gravado;
+  struct Interno;
 
   const CamposPartida& Campos();
   double RedondeaPartida(double valor) const;
@@ -172,10 +172,9 @@ class UTILVEL90_EXPORT TCalculoCFDI {
   void EscribeListas(std::size_t primera, std::size_t fin);
   void Grava(double base, double tasa, double impuesto, std::size_t numero);
 
-  /// What the lists hold, as numbers and in their order, while an operation works on them.
-  std::array<std::vector<Gravado>, kImpuestos> gravados_;
-  /// The fields of the lines, while their structure stays.
-  std::unique_ptr<CamposBuscados> campos_;
+  std::unique_ptr<Interno> interno_;
+  // Programs built with 9.0 give the object room for eight lists here, and no more.
+  [[maybe_unused]] std::array<void*, 3 * kImpuestos - 1> sinUso_{};
 };
 
 }  // namespace vel

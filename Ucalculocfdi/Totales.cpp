@@ -8,7 +8,7 @@
 namespace vel {
 
 TCalculoCFDI::TCalculoCFDI(ENUM_MODULO modulo, ENUM_PROC_FACTCOMP proceso, TIPO_DOCTO tipoDocto)
-    : Modulo(modulo), Proceso(proceso), TipoDocto(tipoDocto) {
+    : Modulo(modulo), Proceso(proceso), TipoDocto(tipoDocto), interno_(std::make_unique<Interno>()) {
   InicializaValores();
   IncluyeImpuesto.fill(true);
 }
@@ -97,9 +97,10 @@ void TCalculoCFDI::CierraTotales() {
   const double s = Subtotal;
   for (const double descuento : TotalDescuento) SumaDescuentos += descuento;
   for (std::size_t k = 0; k < kImpuestos; ++k) {
-    if (gravados_[k].size() > 1) {
+    const std::vector<Gravado>& gravados = interno_->gravados[k];
+    if (gravados.size() > 1) {
       TotalImpuesto[k] = 0;
-      for (const Gravado& g : gravados_[k]) TotalImpuesto[k] += RedondeaTotal(g.impuesto);
+      for (const Gravado& g : gravados) TotalImpuesto[k] += RedondeaTotal(g.impuesto);
     }
     TotalImpuestos += TotalImpuesto[k];
   }

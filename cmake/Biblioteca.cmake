@@ -35,6 +35,16 @@ target_sources(UtilVel90 PUBLIC
     ${PROJECT_SOURCE_DIR}/UtilVel90.h
     ${PROJECT_SOURCE_DIR}/utilvel90_export.h)
 
+# Calls from one of our functions to another go straight there: nobody replaces them, and the rest is bound when the
+# library is loaded.
+if(CMAKE_EXECUTABLE_FORMAT STREQUAL "ELF")
+  target_link_options(UtilVel90 PRIVATE LINKER:-Bsymbolic-functions)
+endif()
+# To a project that builds us as a part of itself our headers are those of a library, as an installed one's are.
+if(NOT PROJECT_IS_TOP_LEVEL)
+  set_target_properties(UtilVel90 PROPERTIES SYSTEM ON)
+endif()
+
 # utilvel90_carpeta([FUENTES <source>...] [CABECERAS <public header>...]): what the present folder adds
 # to the library. Public headers are installed and compiled alone; other headers need no mention.
 function(utilvel90_carpeta)

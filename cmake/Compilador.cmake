@@ -22,11 +22,20 @@ if(UTILVEL90_SANITIZA)
   target_link_options(utilvel90_compilador INTERFACE -fsanitize=address,undefined)
 endif()
 
+# A project that we are a part of may take shortcuts in arithmetic, but not in ours; and the warnings that it asks for,
+# as errors perhaps, are about its own code.
+if(NOT PROJECT_IS_TOP_LEVEL)
+  target_compile_options(utilvel90_compilador INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-fno-fast-math -w>)
+endif()
+
+include(cmake/Endurecido.cmake)
+
 # utilvel90_prepara(<target>): the settings that every target of this project has.
 function(utilvel90_prepara objetivo)
   target_link_libraries(${objetivo} PRIVATE $<BUILD_INTERFACE:utilvel90_compilador>)
   set_target_properties(${objetivo} PROPERTIES
     CXX_EXTENSIONS OFF
+    UNITY_BUILD OFF
     CXX_VISIBILITY_PRESET hidden
     VISIBILITY_INLINES_HIDDEN ON)
 endfunction()

@@ -343,6 +343,10 @@ void Llena(TRemotable& objeto, const Nodo& nodo, int nivel) {
 
 }  // namespace
 
+void VisitantePropiedades::RechazaOrdinal(std::u16string_view nombre) {
+  Falla(u"Está fuera de rango la propiedad", nombre);
+}
+
 std::string EscribeRemotableXML(const TRemotable& objeto, std::u16string_view nombre) {
   Nodo raiz{UTF8Encode(nombre), {}, {}};
   Escritor escritor(raiz, 0);

@@ -64,14 +64,15 @@ class UTILVEL90_EXPORT VisitantePropiedades {
   virtual void Texto(std::u16string_view nombre, UnicodeString& valor) = 0;
   virtual void Booleano(std::u16string_view nombre, bool& valor) = 0;
   virtual void Entero(std::u16string_view nombre, std::int32_t& valor) = 0;
-  /// An integer that must lie between two others, both included.
-  virtual void EnteroEntre(std::u16string_view nombre, std::int32_t& valor, std::int32_t minimo,
-                           std::int32_t maximo) = 0;
   virtual void FechaHora(std::u16string_view nombre, TDateTime& valor) = 0;
   virtual void Valor(std::u16string_view nombre, Variant& valor) = 0;
   virtual void Textos(std::u16string_view nombre, std::vector<UnicodeString>& valores) = 0;
   virtual void Objeto(std::u16string_view nombre, HuecoRemotable& hueco) = 0;
   virtual void Objetos(std::u16string_view nombre, ArregloRemotable& arreglo) = 0;
+  /// An integer that must lie between two others, both included. It stands last because programs built
+  /// with 9.0 call the others by their place.
+  virtual void EnteroEntre(std::u16string_view nombre, std::int32_t& valor, std::int32_t minimo,
+                           std::int32_t maximo) = 0;
 
   /// An enumeration goes by its ordinal, which need not be one of its members.
   template <typename E>
@@ -98,6 +99,9 @@ class UTILVEL90_EXPORT VisitantePropiedades {
   }
 
  private:
+  // What Enumeracion calls in programs built with 9.0.
+  [[noreturn]] static void RechazaOrdinal(std::u16string_view nombre);
+
   template <typename T, typename Crea_>
   class HuecoDe : public HuecoRemotable {
    public:

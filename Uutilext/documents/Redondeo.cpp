@@ -15,6 +15,10 @@
 #include "framework/QuinceDigitos.h"
 #include "platform/PrecisionExtendida.h"
 
+#ifdef __FAST_MATH__
+#error "Amounts are exact: this library is not compiled with -ffast-math"
+#endif
+
 namespace vel {
 namespace {
 
