@@ -184,7 +184,8 @@ std::optional<ZonaHoraria> LeeTzif(std::string_view bytes) {
   zona.estandar = zona.inicial;
   for (std::size_t i = 0; i < momentos.size(); ++i) {
     const auto tipo = static_cast<unsigned char>(indices[i]);
-    if (tipo >= tipos.size()) return std::nullopt;
+    const bool enOrden = i == 0 || momentos[i - 1] < momentos[i];
+    if (tipo >= tipos.size() || !enOrden) return std::nullopt;
     zona.cambios.push_back({momentos[i], tipos[tipo]});
     zona.estandar = tipos[tipo];
   }

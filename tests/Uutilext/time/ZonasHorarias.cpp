@@ -186,6 +186,10 @@ TEST(Tzif, RefusesWhatIsNoZone) {
   for (std::size_t n = 0; n < entero->size(); ++n) {
     EXPECT_FALSE(posix::LeeTzif(entero->substr(0, n)).has_value()) << "cut at " << n;
   }
+  // Its first two changes, behind the second header, in each other's place.
+  const std::size_t cambios = entero->rfind("TZif") + 44;
+  const std::string volteados = entero->substr(cambios + 8, 8) + entero->substr(cambios, 8);
+  EXPECT_FALSE(posix::LeeTzif(std::string(*entero).replace(cambios, 16, volteados)).has_value());
 }
 
 }  // namespace
