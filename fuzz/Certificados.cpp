@@ -90,7 +90,9 @@ bool EsCara(const std::string& der) {
   const std::string_view cabeza = std::string_view(der).substr(0, 200);
   if (cabeza.find("\xDA\x47\x04\x0B") != std::string_view::npos) return true;
   for (std::size_t i = 0; i + 1 < cabeza.size(); ++i) {
-    if (cabeza[i] == 2 && cabeza[i + 1] > 2 && cabeza[i + 1] < 10) return true;
+    // The identifiers of digests hold the same bytes.
+    const bool identificador = cabeza.substr(0, i).ends_with("\xF7\x0D");
+    if (cabeza[i] == 2 && cabeza[i + 1] > 2 && cabeza[i + 1] < 10 && !identificador) return true;
   }
   return false;
 }
