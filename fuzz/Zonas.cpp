@@ -91,10 +91,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t lar
       comun(zona.estandar) && (!zona.verano || (comun(zona.verano->desfase) && hora(zona.verano->comienza) &&
                                                 hora(zona.verano->termina)));
   if (!comparable || bytes.find('\0') != std::string::npos || bytes.front() == ':') return 0;
-  for (const std::int64_t m : momentos) {
-    if (m < 0) continue;
+  const auto compara = [&](std::int64_t m) {
+    if (m < 0) return;
     ExigeIgual(static_cast<long>(DesfaseEnUtc(zona, m).segundos), DesfaseDeLibc(bytes, m),
                "the C library's offset");
+  };
+  for (const std::int64_t m : momentos) compara(m);
+  if (!zona.verano) return 0;
+  // Around a year's changes.
+  const int anio = 1971 + static_cast<int>(static_cast<std::uint64_t>(momentos[0]) % 100);
+  for (const std::int64_t m : {MomentoDeRegla(zona.verano->comienza, anio) - zona.estandar.segundos,
+                               MomentoDeRegla(zona.verano->termina, anio) - zona.verano->desfase.segundos}) {
+    for (const std::int64_t cerca : {-kDia, -kDia / 2, -std::int64_t{1}, std::int64_t{0}, kDia / 2})
+      compara(m + cerca);
   }
   return 0;
 }
