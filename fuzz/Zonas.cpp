@@ -1,5 +1,7 @@
 // Zones: files of the tz database and POSIX rules of any bytes, their offsets against a plain walk and
 // against the C library, and moments there and back.
+#include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <ctime>
 #include <optional>
@@ -51,7 +53,11 @@ void ExigeDesfases(const ZonaHoraria& zona, std::int64_t utc) {
 
 // The C library's offset by a POSIX rule.
 long DesfaseDeLibc(const std::string& regla, std::int64_t utc) {
-  setenv("TZ", regla.c_str(), 1);
+  // In one place: setenv keeps every text that it was ever given.
+  static std::array<char, 8192> variable{'T', 'Z', '='};
+  regla.copy(variable.data() + 3, variable.size() - 4);
+  variable[std::min(regla.size(), variable.size() - 4) + 3] = '\0';
+  putenv(variable.data());
   tzset();
   const auto momento = static_cast<std::time_t>(utc);
   std::tm partes{};
