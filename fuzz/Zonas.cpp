@@ -90,7 +90,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t lar
   if (!posix::LeeReglaPosix(bytes, zona)) return 0;
   zona.inicial = zona.estandar;
   for (const std::int64_t m : momentos) ExigeDesfases(zona, m);
-  // The C library takes hours to 24, and rules in which summer lasts from one to the other.
+  // The C library takes hours to 24; for a summer without rules it has ways of its own.
   const auto comun = [](const DesfaseZona& d) { return d.segundos > -86400 && d.segundos < 86400; };
   const auto hora = [](const ReglaCambio& r) { return r.segundos >= 0 && r.segundos < 86400; };
   const bool comparable =
