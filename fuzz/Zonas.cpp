@@ -93,9 +93,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t lar
   // The C library takes hours to 24; for a summer without rules it has ways of its own.
   const auto comun = [](const DesfaseZona& d) { return d.segundos > -86400 && d.segundos < 86400; };
   const auto hora = [](const ReglaCambio& r) { return r.segundos >= 0 && r.segundos < 86400; };
-  const bool comparable =
-      comun(zona.estandar) && (!zona.verano || (comun(zona.verano->desfase) && hora(zona.verano->comienza) &&
-                                                hora(zona.verano->termina)));
+  const bool conReglas = !zona.verano || bytes.find(',') != std::string::npos;
+  const bool comparable = conReglas && comun(zona.estandar) &&
+                          (!zona.verano || (comun(zona.verano->desfase) && hora(zona.verano->comienza) &&
+                                            hora(zona.verano->termina)));
   if (!comparable || bytes.find('\0') != std::string::npos || bytes.front() == ':') return 0;
   const auto compara = [&](std::int64_t m) {
     if (m < 0) return;
