@@ -7,6 +7,7 @@
 #include "Uutilext/config/BytesIni.h"
 #include "framework/Excepciones.h"
 #include "framework/TextoIni.h"
+#include "fuzz/Diferencia.h"
 #include "fuzz/Entrada.h"
 #include "fuzz/Exige.h"
 #include "platform/TextoArchivo.h"
@@ -56,22 +57,6 @@ const Renglon* Busca(const std::vector<Renglon>& renglones, const Texto& seccion
   return nullptr;
 }
 
-// The part of both texts that differs.
-struct Diferencia {
-  std::size_t inicio, finAntes, finDespues;
-  Diferencia(const Texto& antes, const Texto& despues) {
-    const std::size_t corto = std::min(antes.size(), despues.size());
-    inicio = 0;
-    while (inicio < corto && antes[inicio] == despues[inicio]) ++inicio;
-    std::size_t iguales = 0;
-    while (iguales < corto - inicio &&
-           antes[antes.size() - 1 - iguales] == despues[despues.size() - 1 - iguales])
-      ++iguales;
-    finAntes = antes.size() - iguales;
-    finDespues = despues.size() - iguales;
-  }
-};
-
 // A name or value: a usual one, or a piece of the file.
 Texto Pieza(fuzz::Entrada& entrada, const Texto& texto) {
   if (entrada.Moneda()) {
@@ -106,7 +91,7 @@ bool Pon(TextoIni& ini, const Texto& seccion, const Texto& clave, const Texto& v
     return false;
   }
   ExigeIgual(Texto(ini.Valor(seccion, clave).value_or(u"(none)")), Trim(valor), "the value read back");
-  const Diferencia diferencia(antes, ini.Texto());
+  const fuzz::Diferencia diferencia(antes, ini.Texto());
   if (suyo == nullptr) {
     ExigeIgual(diferencia.inicio, diferencia.finAntes, "a new key has taken the place of something");
   } else if (antes != ini.Texto()) {
