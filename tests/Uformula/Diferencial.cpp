@@ -12,174 +12,14 @@
 #include "Uformula/Uformula.h"
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
+#include "tests/Uformula/Reescritura.h"
 
 namespace vel {
 namespace {
 
-using Texto = UnicodeString;
-
-bool EsOp(char16_t c) { return Texto(u"*+-/<=>").find(c) != Texto::npos; }
-bool ConOp(const Texto& t) { return t.find_first_of(u"*+-/<=>") != Texto::npos; }
-
-// Formulas by their definition: the text is rewritten once for each parenthesis, values travel as text.
-struct Literal {
-  struct Nodo {
-    Texto op, izq, der;
-  };
-  struct Interna {
-    Texto nombre;
-    std::vector<Texto> args;
-  };
-  std::map<Texto, Nodo, LessText> nodos;
-  std::map<Texto, Interna, LessText> internas;
-  std::map<Texto, Texto, LessText> variables;
-  std::vector<Texto> tokens;
-  std::set<Texto, LessText> abiertos;
-  Texto raiz;
-
-  static bool EsInterna(const Texto& nombre) {
-    static const std::set<Texto, LessText> nombres{
-        u"SUMA",    u"PRODCTO", u"ABS",   u"TRUNCAR", u"RDONDEA", u"FRACC", u"RAIZ", u"PTENCIA",
-        u"QADRADO", u"CUBO",    u"SIGNO", u"INVERSO", u"MIN",     u"MAX",   u"SI",   u"NO"};
-    return nombres.contains(nombre);
-  }
-
-  double Formula(Texto t) {
-    t = StringReplace(t, u" ", u"");
-    ExigeGrupos(t);
-    if (t.starts_with(u'-')) t = u"0" + t;
-    for (auto n = std::count(t.begin(), t.end(), u'('); n > 0; --n) t = Pasada(t, t.rfind(u'('));
-    FuncionN(t + u"+0");
-    return nodos.empty() ? throw EInvalidOperation(u"No hay fórmula que evaluar") : Result(raiz);
-  }
-
-  static Texto NombreAntes(const Texto& t, std::size_t abre) {
-    const std::size_t corte = t.find_last_of(u"*+-/<=>(,", abre == 0 ? 0 : abre - 1);
-    return abre == 0 ? u"" : t.substr(corte == Texto::npos ? 0 : corte + 1, abre - (corte + 1));
-  }
-
-  static void ExigeGrupos(const Texto& t) {
-    for (std::size_t cierra = t.find(u')'); cierra != Texto::npos; cierra = t.find(u')', cierra + 1)) {
-      const std::size_t abre = t.find_last_of(u"*+-/<=>(),", cierra - 1);
-      const bool vacio = t[abre] == u'(' && Trim(t.substr(abre + 1, cierra - abre - 1)).empty();
-      if (!vacio || EsInterna(NombreAntes(t, abre))) continue;
-      throw EInvalidOperation(u"No hay nada en el paréntesis que se abre en la posición " +
-                              IntToStr(static_cast<std::int64_t>(abre) + 1) +
-                              u" de la fórmula, contada sin los espacios en blanco");
-    }
-  }
-
-  Texto Pasada(const Texto& t, std::size_t abre) {
-    const std::size_t cierra = t.find(u')', abre);
-    const Texto nombre = NombreAntes(t, abre);
-    Texto dentro = t.substr(abre + 1, cierra - abre - 1);
-    const Texto resto = t.substr(cierra + 1);
-    if (!EsInterna(nombre)) {
-      CreaFuncionN(dentro);
-      return t.substr(0, abre) + (tokens.empty() ? u"" : Trim(tokens[0])) + resto;
-    }
-    Interna llamada{nombre, {}};
-    for (dentro += u','; !dentro.empty(); dentro.erase(0, dentro.find(u',') + 1)) {
-      llamada.args.push_back(FuncionN(dentro.substr(0, dentro.find(u','))));
-    }
-    const Texto numero = IntToStr(static_cast<std::int64_t>(internas.size()));
-    internas[nombre + numero] = llamada;
-    return t.substr(0, abre) + numero + resto;
-  }
-
-  Texto FuncionN(const Texto& t) {
-    if (!ConOp(t.starts_with(u'-') ? t.substr(1) : t)) return t;
-    CreaFuncionN(t);
-    return Trim(tokens[0]);
-  }
-
-  void CreaFuncionN(const Texto& t) {
-    bool dobles = false;
-    for (const char16_t* d : {u"<>", u"<=", u">="}) dobles = dobles || t.find(d) != Texto::npos;
-    tokens.clear();
-    Texto pendiente;
-    for (std::size_t i = 0; i < t.size(); ++i) {
-      if (EsOp(t[i])) {
-        if (!pendiente.empty()) tokens.push_back(pendiente);
-        pendiente = t[i];
-        if ((dobles || t[i] == u'+' || t[i] == u'-') && i + 1 < t.size()) pendiente += t[++i];
-      } else {
-        pendiente += t[i];
-      }
-    }
-    if (!pendiente.empty()) tokens.push_back(pendiente);
-    for (const char16_t* op : {u"<>", u"<=", u">=", u"/", u"*", u"-", u"+", u"=", u">", u"<"}) {
-      if (dobles || Texto(op).size() == 1) CreaFunciones(op);
-    }
-  }
-
-  void CreaFunciones(const Texto& op) {
-    for (std::size_t i = 1; i < tokens.size(); ++i) {
-      if (tokens[i].substr(0, op.size()) != op) continue;
-      Texto izq = tokens[i - 1], prefijo;
-      if (i > 1 && EsOp(izq[0])) {
-        prefijo = izq[0];
-        izq.erase(0, 1);
-      }
-      const Texto nombre = u"FUN" + IntToStr(static_cast<std::int64_t>(nodos.size()));
-      nodos[nombre] = {op, izq, StringReplace(tokens[i], op, u"")};
-      raiz = nombre;
-      tokens[i - 1] = prefijo + nombre;
-      tokens.erase(tokens.begin() + static_cast<std::ptrdiff_t>(i));
-      i = 0;
-    }
-  }
-
-  Texto Remplaza(const Texto& t) {
-    double numero = 0;
-    if (TryStrToFloat(t, numero)) return t;
-    if (variables.contains(t)) return variables[t];
-    if (nodos.contains(t)) return FloatToStr(Result(nodos.find(t)->first));
-    if (internas.contains(t)) return FloatToStr(ResultIn(internas.find(t)->first));
-    return t;
-  }
-
-  void Abre(const Texto& nombre) {
-    if (!abiertos.insert(nombre).second) {
-      throw EInvalidOperation(u"La fórmula se refiere a sí misma en " + nombre);
-    }
-  }
-
-  double Result(const Texto& nombre) {
-    Abre(nombre);
-    const Nodo nodo = nodos[nombre];
-    const Texto izq = Remplaza(nodo.izq), der = Remplaza(nodo.der);
-    abiertos.erase(nombre);
-    const double a = StrToFloat(izq), b = StrToFloat(der);
-    if (nodo.op == u"+") return a + b;
-    if (nodo.op == u"-") return a - b;
-    if (nodo.op == u"*") return a * b;
-    if (nodo.op == u"/") return a / b;
-    if (nodo.op == u"<") return a < b;
-    if (nodo.op == u">") return a > b;
-    if (nodo.op == u"<=") return a <= b;
-    if (nodo.op == u">=") return a >= b;
-    if (nodo.op == u"<>") return a != b;
-    throw Exception(u"Operador desconocido");
-  }
-
-  // The built-ins that the generator writes.
-  double ResultIn(const Texto& nombre) {
-    Abre(nombre);
-    const Interna llamada = internas[nombre];
-    std::vector<double> a;
-    for (const Texto& arg : llamada.args) a.push_back(StrToFloat(Remplaza(arg)));
-    abiertos.erase(nombre);
-    const std::size_t minimo = SameText(llamada.nombre, u"SI") ? 3 : 1;
-    if (a.size() < minimo) throw EInvalidOperation(u"Faltan argumentos en la función [SI]");
-    if (minimo == 3) return a[0] != 0 ? a[1] : a[2];
-    if (SameText(llamada.nombre, u"RAIZ")) return std::sqrt(a[0]);
-    if (SameText(llamada.nombre, u"TRUNCAR")) return std::floor(a[0]);
-    double suma = 0;
-    for (const double x : a) suma += x;
-    return suma;
-  }
-};
+using pruebas::Literal;
+using pruebas::Resultado;
+using pruebas::Texto;
 
 class Generador {
  public:
@@ -205,10 +45,15 @@ class Generador {
     if (clase < 10)
       return De({u"", u"", u"", u"", u"", u"", u"", u"2", u"FUN"}) + u"(" + Expresion(hondo - 1) + Cola() +
              u")";
-    Texto t = De({u"SUMA", u"si", u"SI", u"RAIZ", u"Truncar"}) + u"(";
+    Texto t = NombreDeInterna() + u"(";
     for (auto n = azar_() % 10 == 0 ? 1 : 3; n > 0; --n)
       t += Expresion(hondo - 1) + Cola() + (n > 1 ? u"," : u"");
     return t + u")";
+  }
+  Texto NombreDeInterna() {
+    if (azar_() % 2 == 0) return De({u"SUMA", u"si", u"SI", u"RAIZ", u"Truncar"});
+    const auto& todas = Literal::Internas();
+    return std::next(todas.begin(), static_cast<std::ptrdiff_t>(azar_() % todas.size()))->first;
   }
   Texto Cola() { return azar_() % 12 == 0 ? De({u"\t", u"\t\t", u" ", u",\t", u"(1)\t"}) : u""; }
   Texto De(std::vector<Texto> opciones, std::size_t raras = 0) {
@@ -217,18 +62,6 @@ class Generador {
   }
   std::mt19937 azar_{20240229};
 };
-
-// The value with all its bits, or the message.
-template <class Accion>
-Texto Resultado(Accion accion) {
-  try {
-    char exacto[40];
-    std::snprintf(exacto, sizeof exacto, "%.17g", accion());
-    return UTF8ToString(exacto);
-  } catch (const Exception& e) {
-    return e.Message();
-  }
-}
 
 using Variables = std::map<Texto, Texto, LessText>;
 

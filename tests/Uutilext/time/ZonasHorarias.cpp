@@ -61,7 +61,7 @@ TEST(DameSecTiempoSincro, NumbersItsSections) {
 TEST(Tzif, RefusesWhatIsNoZone) {
   ZonaHoraria zona;
   for (const char* malo : {"", "C6", "CST", "CST6CDT,M13.1.0,M11.1.0", "CST6CDT,M3.2.0",
-                           "CST6CDT,M3.2.0,M11.1.0x", "<CST6", "CST200"}) {
+                           "CST6CDT,M3.2.0,M11.1.0x", "<CST6", "<C6>6", "<C,T>6", "<>6", "CST200"}) {
     EXPECT_FALSE(LeeReglaPosix(malo, zona)) << malo;
   }
   EXPECT_FALSE(LeeTzif("").has_value());
@@ -72,6 +72,11 @@ TEST(Tzif, RefusesWhatIsNoZone) {
   for (std::size_t n = 0; n < entero.size(); ++n) {
     EXPECT_FALSE(LeeTzif(entero.substr(0, n)).has_value()) << "cut at " << n;
   }
+  // Its first two changes, behind the second header, in each other's place.
+  const std::size_t cambios = entero.rfind("TZif") + 44;
+  std::string volteado(entero);
+  volteado.replace(cambios, 16, volteado.substr(cambios + 8, 8) + volteado.substr(cambios, 8));
+  EXPECT_FALSE(LeeTzif(volteado).has_value());
 }
 
 }  // namespace

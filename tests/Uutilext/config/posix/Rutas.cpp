@@ -57,7 +57,7 @@ TEST(Registro, IsMadeAsTheRegistryExports) {
 const pruebas::Tarea kCarpeta("carpeta de la biblioteca", [](const pruebas::Argumentos& a) {
   std::filesystem::current_path("/");
   // The sanitizers ask a pipe whether an object's memory can be read, which takes files of its own.
-#ifndef __SANITIZE_ADDRESS__
+#ifndef CON_SANITIZADORES
   rlimit limite{};
   getrlimit(RLIMIT_NOFILE, &limite);
   const rlimit ninguno{3, limite.rlim_max};
