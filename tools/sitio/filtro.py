@@ -1,0 +1,85 @@
+#!/usr/bin/env python3
+"""A public header as Doxygen is to read it: filtro.py HEADER, to the standard output.
+
+In the headers a comment stands for all the functions below it, up to a blank line or the next comment: here each of them
+gets it. Copies, moves, comparisons and destructors without a comment of their own are left out: they are what they are in
+every class, and a comment could only repeat it.
+"""
+import re
+import sys
+
+PROPIAS = re.compile(r"=\s*(default|delete)\s*;|\bfriend\b.*\boperator(==|<=>)|^(virtual\s+)?~\w+\(|"
+                     r"^(\w+)\(\3\s*&&|^(\w+)&\s+operator=\(\4\s*&&")
+
+
+def sin_textos(linea):
+    """The line without comments and literals, whose braces and semicolons do not count."""
+    linea = re.sub(r'"(\\.|[^"\\])*"|\'(\\.|[^\'\\])+\'', '""', linea)
+    return re.sub(r"//.*", "", linea)
+
+
+def sin_plantilla(texto):
+    """The declaration after `template <...>` and `requires`, or as it is."""
+    while texto.startswith("template"):
+        hondo = 0
+        for i, c in enumerate(texto):
+            hondo += {"<": 1, ">": -1}.get(c, 0)
+            if c == ">" and hondo == 0:
+                texto = texto[i + 1:].lstrip()
+                break
+        else:
+            break
+    return texto
+
+
+def declaracion(lineas, i):
+    """From line i on: the lines of one declaration, whether it opens a class or a namespace, and its text."""
+    texto = ""
+    for fin in range(i, len(lineas)):
+        texto += sin_textos(lineas[fin]).strip() + " "
+        cuerpo = sin_plantilla(texto.strip())
+        abre = re.match(r'(class|struct|union|namespace|extern "")\b[^;{]*\{', cuerpo)
+        if abre and cuerpo.count("{") > cuerpo.count("}"):
+            return lineas[i:fin + 1], True, cuerpo
+        if texto.count("{") == texto.count("}") and texto.count("(") == texto.count(")") and \
+                texto.rstrip().endswith((";", "}")):
+            return lineas[i:fin + 1], False, cuerpo
+    return lineas[i:], False, texto
+
+
+def filtra(lineas):
+    salida, bloque, vigente = [], [], []
+    i = 0
+    while i < len(lineas):
+        linea = lineas[i].strip()
+        if linea.startswith("///"):
+            bloque.append(lineas[i])
+            salida.append(lineas[i])
+            i += 1
+            continue
+        if not linea or linea.startswith(("//", "#", "}", "public:", "private:", "protected:")):
+            if not linea or not linea.startswith("#"):
+                bloque, vigente = [], []
+            salida.append(lineas[i])
+            i += 1
+            continue
+        partes, abre, texto = declaracion(lineas, i)
+        i += len(partes)
+        if not bloque and PROPIAS.search(texto):
+            salida += [""] * len(partes)
+            continue
+        if bloque:
+            vigente = bloque
+        elif vigente and not abre and "(" in texto and not texto.startswith(("using", "enum", "friend", "static constexpr")):
+            sangria = partes[0][:len(partes[0]) - len(partes[0].lstrip())]
+            salida += [sangria + v.strip() for v in vigente]
+        salida += partes
+        if abre:
+            vigente = []
+        bloque = []
+    return salida
+
+
+if __name__ == "__main__":
+    with open(sys.argv[1], encoding="utf-8") as archivo:
+        print("\n".join(filtra(archivo.read().split("\n"))), end="")
