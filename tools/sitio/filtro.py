@@ -1,21 +1,42 @@
 #!/usr/bin/env python3
 """A public header as Doxygen is to read it: filtro.py HEADER, to the standard output.
 
-In the headers a comment stands for all the functions below it, up to a blank line or the next comment: here each of them
-gets it. Copies, moves, comparisons and destructors without a comment of their own are left out: they are what they are in
+In the headers a comment is plain text, with code indented, and stands for all the functions below it, up to a blank line
+or the next comment: here each of them gets it, and nothing in it is taken for a command or for markup. Copies, moves, comparisons and destructors without a comment of their own are left out: they are what they are in
 every class, and a comment could only repeat it.
 """
 import re
 import sys
 
 PROPIAS = re.compile(r"=\s*(default|delete)\s*;|\bfriend\b.*\boperator(==|<=>)|^(virtual\s+)?~\w+\(|"
-                     r"^(\w+)\(\3\s*&&|^(\w+)&\s+operator=\(\4\s*&&")
+                     r"^(?P<a>\w+)\((?P=a)\s*&&|^(?P<b>\w+)&\s+operator=\((?P=b)\s*&&")
 
 
 def sin_textos(linea):
     """The line without comments and literals, whose braces and semicolons do not count."""
     linea = re.sub(r'"(\\.|[^"\\])*"|\'(\\.|[^\'\\])+\'', '""', linea)
     return re.sub(r"//.*", "", linea)
+
+
+def comentario(bloque):
+    """The lines of a comment as Doxygen is to have them."""
+    sangria = bloque[0][:bloque[0].index("/")]
+    salida, codigo = [], False
+    for linea in bloque:
+        texto = linea.strip()[3:]
+        es_codigo = texto.startswith("     ") or (codigo and not texto.strip())
+        if es_codigo and not codigo:
+            salida.append(sangria + "/// @code{.cpp}")
+        elif codigo and not es_codigo:
+            salida.append(sangria + "/// @endcode")
+        codigo = es_codigo
+        if not codigo:
+            # Doxygen looks for the end of a text in quotes, and a backslash would hide it.
+            partes = texto.replace('"\\"', "`\\`").split("`")
+            partes[::2] = [re.sub(r"([\\@<>])", r"\\\1", p) for p in partes[::2]]
+            texto = "`".join(partes)
+        salida.append(sangria + "///" + texto)
+    return salida + [sangria + "/// @endcode"] if codigo else salida
 
 
 def sin_plantilla(texto):
@@ -53,9 +74,11 @@ def filtra(lineas):
     while i < len(lineas):
         linea = lineas[i].strip()
         if linea.startswith("///"):
-            bloque.append(lineas[i])
-            salida.append(lineas[i])
-            i += 1
+            inicio = i
+            while i < len(lineas) and lineas[i].strip().startswith("///"):
+                i += 1
+            bloque = comentario(lineas[inicio:i])
+            salida += bloque
             continue
         if not linea or linea.startswith(("//", "#", "}", "public:", "private:", "protected:")):
             if not linea or not linea.startswith("#"):
