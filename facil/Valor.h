@@ -28,15 +28,19 @@ struct UTILVEL90_EXPORT Sql {
   UnicodeString texto;
 };
 
-// Kinds of what is given as a value; anything else does not compile.
+/// Kinds of what is given as a value; anything else does not compile. Here, a number or a truth value.
 template <typename T>
 concept TipoNumero = TipoEntero<T> || std::floating_point<T> || std::same_as<T, bool>;
+/// A date or a moment.
 template <typename T>
 concept TipoFecha = std::constructible_from<Momento, const T&>;
+/// A text in either encoding.
 template <typename T>
 concept TipoTexto = std::constructible_from<Texto, const T&>;
+/// A character, which is no value.
 template <typename T>
 concept TipoCaracter = std::integral<T> && !TipoEntero<T> && !std::same_as<T, bool>;
+/// A pointer that is no text, which is no value.
 template <typename T>
 concept TipoPuntero = std::is_null_pointer_v<T> ||(std::is_pointer_v<T> && !TipoTexto<T>);
 

@@ -2,14 +2,18 @@
 """A public header as Doxygen is to read it: filtro.py HEADER, to the standard output.
 
 In the headers a comment is plain text, with code indented, and stands for all the functions below it, up to a blank line
-or the next comment: here each of them gets it, and nothing in it is taken for a command or for markup. Copies, moves, comparisons and destructors without a comment of their own are left out: they are what they are in
+or the next comment: here each of them gets it, and nothing in it is taken for a command or for markup. Private parts are
+left out. Copies, moves, comparisons and destructors without a comment of their own are left out: they are what they are in
 every class, and a comment could only repeat it.
 """
 import re
 import sys
 
-PROPIAS = re.compile(r"=\s*(default|delete)\s*;|\bfriend\b.*\boperator(==|<=>)|^(virtual\s+)?~\w+\(|"
+PROPIAS = re.compile(r"=\s*(default|delete)\s*;|^(virtual\s+)?~\w+\(|"
                      r"^(?P<a>\w+)\((?P=a)\s*&&|^(?P<b>\w+)&\s+operator=\((?P=b)\s*&&")
+
+
+COMPARACION = re.compile(r"\bfriend\b.*\boperator(==|<=>)")
 
 
 def sin_textos(linea):
@@ -53,14 +57,15 @@ def sin_plantilla(texto):
     return texto
 
 
-def declaracion(lineas, i):
-    """From line i on: the lines of one declaration, whether it opens a class or a namespace, and its text."""
+def declaracion(lineas, i, entera=False):
+    """From line i on: the lines of one declaration, whether it opens a class or a namespace, and its text. A class that is
+    asked for `entera` comes with its body."""
     texto = ""
     for fin in range(i, len(lineas)):
         texto += sin_textos(lineas[fin]).strip() + " "
         cuerpo = sin_plantilla(texto.strip())
         abre = re.match(r'(class|struct|union|namespace|extern "")\b[^;{]*\{', cuerpo)
-        if abre and cuerpo.count("{") > cuerpo.count("}"):
+        if abre and not entera and cuerpo.count("{") > cuerpo.count("}"):
             return lineas[i:fin + 1], True, cuerpo
         if texto.count("{") == texto.count("}") and texto.count("(") == texto.count(")") and \
                 texto.rstrip().endswith((";", "}")):
@@ -70,9 +75,23 @@ def declaracion(lineas, i):
 
 def filtra(lineas):
     salida, bloque, vigente = [], [], []
+    # Of each class or namespace that is open, whether its private part is being read.
+    oculta = [False]
     i = 0
     while i < len(lineas):
         linea = lineas[i].strip()
+        if linea in ("private:", "public:", "protected:"):
+            oculta[-1] = linea == "private:"
+        if linea.startswith("}"):
+            oculta.pop()
+        if oculta[-1] and not linea.startswith("}"):
+            # A declaration as a whole: the braces of a class in it are not those that end this one.
+            paso = 1
+            if linea and not linea.startswith(("//", "private:")):
+                paso = len(declaracion(lineas, i, entera=True)[0])
+            salida += [""] * paso
+            i += paso
+            continue
         if linea.startswith("///"):
             inicio = i
             while i < len(lineas) and lineas[i].strip().startswith("///"):
@@ -88,8 +107,9 @@ def filtra(lineas):
             continue
         partes, abre, texto = declaracion(lineas, i)
         i += len(partes)
-        if not bloque and PROPIAS.search(texto):
-            salida += [""] * len(partes)
+        if (not bloque and PROPIAS.search(texto)) or COMPARACION.search(texto):
+            salida[len(salida) - len(bloque):] = [""] * (len(bloque) + len(partes))
+            bloque = []
             continue
         if bloque:
             vigente = bloque
@@ -99,10 +119,14 @@ def filtra(lineas):
         salida += partes
         if abre:
             vigente = []
+            oculta.append(False)
         bloque = []
     return salida
 
 
 if __name__ == "__main__":
     with open(sys.argv[1], encoding="utf-8") as archivo:
-        print("\n".join(filtra(archivo.read().split("\n"))), end="")
+        lineas = archivo.read().split("\n")
+    # A header has a page of its own, with all that it declares.
+    lineas = ["/** @file */" if linea == "#pragma once" else linea for linea in filtra(lineas)]
+    print("\n".join(lineas), end="")
