@@ -35,8 +35,9 @@ def comentario(bloque):
             salida.append(sangria + "/// @endcode")
         codigo = es_codigo
         if not codigo:
-            # Doxygen looks for the end of a text in quotes, and a backslash would hide it.
-            partes = texto.replace('"\\"', "`\\`").split("`")
+            # Within quotes Doxygen undoes no escape.
+            texto = texto.replace('"\\"', "`\\`")
+            partes = re.sub(r'("[^"`]*\\[^"`]*")', r"`\1`", texto).split("`")
             partes[::2] = [re.sub(r"([\\@<>])", r"\\\1", p) for p in partes[::2]]
             texto = "`".join(partes)
         salida.append(sangria + "///" + texto)
@@ -75,6 +76,8 @@ def declaracion(lineas, i, entera=False):
 
 def filtra(lineas):
     salida, bloque, vigente = [], [], []
+    # Comments that stand alone: they are about the header.
+    sueltos = []
     # Of each class or namespace that is open, whether its private part is being read.
     oculta = [False]
     i = 0
@@ -97,6 +100,9 @@ def filtra(lineas):
             while i < len(lineas) and lineas[i].strip().startswith("///"):
                 i += 1
             bloque = comentario(lineas[inicio:i])
+            if i < len(lineas) and not lineas[i].strip():
+                sueltos += ["///"] + bloque
+                bloque = [""] * len(bloque)
             salida += bloque
             continue
         if not linea or linea.startswith(("//", "#", "}", "public:", "private:", "protected:")):
@@ -121,12 +127,11 @@ def filtra(lineas):
             vigente = []
             oculta.append(False)
         bloque = []
-    return salida
+    return salida, sueltos
 
 
 if __name__ == "__main__":
     with open(sys.argv[1], encoding="utf-8") as archivo:
-        lineas = archivo.read().split("\n")
+        filtradas, del_encabezado = filtra(archivo.read().split("\n"))
     # A header has a page of its own, with all that it declares.
-    lineas = ["/** @file */" if linea == "#pragma once" else linea for linea in filtra(lineas)]
-    print("\n".join(lineas), end="")
+    print("\n".join(["/// @file"] + del_encabezado + [""] + filtradas), end="")

@@ -47,16 +47,20 @@ def main():
     todas = paginas.Paginas(raiz, [r for r in rutas if (raiz / r).exists()], publicas,
                             *cabeceras.nombres(raiz, publicas))
     nombres = todas.rutas
-    guia = [n for r, n in nombres.items() if r.startswith("docs/guia/") and r != "docs/guia/indice.md"]
+    indice = "docs/guia/indice.md"
+    guia = [nombres[r] for r in todas.en_orden(indice) if r.startswith("docs/guia/")]
+    perdidas = {n for r, n in nombres.items() if r.startswith("docs/guia/")} - set(guia) - {nombres[indice]}
+    if perdidas:
+        sys.exit(f"{indice} does not lead to {sorted(perdidas)}")
     for ruta, nombre in nombres.items():
-        hijas = guia if ruta == "docs/guia/indice.md" else ()
+        hijas = guia if ruta == indice else ()
         (intermedio / f"{nombre}.md").write_text(todas.pagina(ruta, subpaginas=hijas), encoding="utf-8")
     decisiones = [n for r, n in nombres.items() if r.startswith("docs/decisions/")]
     aprende = [nombres["docs/recetas.md"]]
     porque = [n for r, n in nombres.items()
               if r in ("docs/precio-con-impuestos.md", "docs/resumen-fiscal.md", "docs/verificacion-cfdi.md",
                        "docs/known-limits.md")] + decisiones
-    puestas = set(guia + aprende + porque + [nombres["README.md"], nombres["docs/guia/indice.md"]])
+    puestas = set(guia + aprende + porque + [nombres["README.md"], nombres[indice]])
     proyecto = [n for n in nombres.values() if n not in puestas]
     (intermedio / "portada.md").write_text(PORTADA, encoding="utf-8")
     grupo(intermedio, "aprende", "Recetas y ejemplos",

@@ -4,8 +4,8 @@ import os
 import re
 
 # What Doxygen would take for a command or for markup.
-ESCAPES = {"\\": "\\\\", "@": "\\@", "<": "&lt;", ">": "&gt;", "|": "&#124;", "#": "\\#", "%": "\\%", "&": "&amp;",
-           "*": "&#42;", "_": "&#95;", "~": "&#126;", '"': "&quot;", "`": "&#96;"}
+ESCAPES = {"\\": "\\\\", "@": "\\@", "<": "&lt;", ">": "&gt;", "|": "\\|", "#": "\\#", "%": "\\%", "&": "&amp;",
+           "*": "\\*", '"': "&quot;"}
 
 
 class EnlaceRoto(Exception):
@@ -48,10 +48,19 @@ class Paginas:
                 salida.append(f"{marcas} {texto.replace('`', '')} {{#{nombre}}}")
             else:
                 salida.append(self.linea(ruta, linea))
-        salida += [f"- @subpage {s}" for s in subpaginas]
+        # For the tree alone: the page itself leads to them in its own words.
+        if subpaginas:
+            salida += ["@htmlonly <div hidden> @endhtmlonly", ""] + [f"- @subpage {s}" for s in subpaginas] + \
+                ["", "@htmlonly </div> @endhtmlonly"]
         # A link may go on in the next line.
         return re.sub(r"(?<!!)\[([^\]`]+)\]\(([^)\s]+)\)", lambda m: self.enlace(ruta, m[1], m[2]),
                       "\n".join(salida))
+
+    def en_orden(self, ruta):
+        """The pages that a page leads to, in the order of its links."""
+        texto = (self.raiz / ruta).read_text(encoding="utf-8")
+        caminos = [os.path.normpath(os.path.join(os.path.dirname(ruta), d)) for d in re.findall(r"\]\(([^)#\s]+)", texto)]
+        return [c for c in dict.fromkeys(caminos) if c in self.rutas]
 
     def linea(self, ruta, linea):
         partes = re.split(r"(`[^`]+`)", linea)
@@ -63,7 +72,7 @@ class Paginas:
         return "".join(partes)
 
     def codigo(self, ruta, texto):
-        visible = "<code>" + "".join(ESCAPES.get(c, c) for c in texto) + "</code>"
+        visible = "<code>" + "".join(ESCAPES.get(c, c) for c in texto).replace("--", "\\--") + "</code>"
         nombre = re.match(r"(\w+)(::(\w+))?(\(.*)?$", texto)
         if texto in self.cabeceras:
             return f'@ref {texto} "{texto}"'
