@@ -21,7 +21,7 @@ def carpeta_de(ruta, carpetas):
 
 
 def dibuja(salida, lineas):
-    dot = "digraph g {\nrankdir=BT;\nnode [shape=box fontname=Helvetica fontsize=10 style=filled fillcolor=white];\n" + \
+    dot = "digraph g {\nrankdir=TB;\nnode [shape=box fontname=Helvetica fontsize=10 style=filled fillcolor=white];\n" + \
         "edge [color=gray40];\n" + "\n".join(lineas) + "\n}\n"
     reducido = subprocess.run(["tred"], input=dot, text=True, capture_output=True, check=True).stdout
     subprocess.run(["dot", "-Tsvg", "-o", str(salida)], input=reducido, text=True, check=True)
@@ -34,7 +34,7 @@ def de_carpetas(salida, mapa, carpetas):
 
 
 def de_carpeta(salida, mapa, carpeta, carpetas, publicas):
-    """The headers of a folder among themselves, public ones in colour, and the other folders that they and their sources
+    """The headers of a folder among themselves, public ones in colour, and the other folders that each and its source
     include."""
     propios = [a for a in mapa if carpeta_de(a, carpetas) == carpeta and a.endswith(".h")]
     lineas, pares = [], set()
@@ -47,12 +47,12 @@ def de_carpeta(salida, mapa, carpeta, carpetas, publicas):
         de = a.removesuffix(".cpp") + ".h" if a.endswith(".cpp") else a
         for b in bs:
             otra = carpeta_de(b, carpetas)
-            if otra == carpeta and b in propios and de in propios and b != de:
-                pares.add((de, b))
+            if otra == carpeta and b in propios and a in propios:
+                pares.add((a, b))
             elif otra and otra != carpeta:
                 pares.add((de if de in propios else carpeta, otra))
     if any(a == carpeta for a, _ in pares):
-        lineas.append(f'"{carpeta}" [label="(sources)" style=dashed];')
+        lineas.append(f'"{carpeta}" [label="(otras fuentes)" style=dashed];')
     for otra in sorted({b for _, b in pares if b not in propios}):
         lineas.append(f'"{otra}" [shape=folder];')
     dibuja(salida, lineas + [f'"{a}" -> "{b}";' for a, b in sorted(pares)])

@@ -33,8 +33,17 @@ class Paginas:
 
     def pagina(self, ruta, titulo=None, subpaginas=()):
         """The text of a page for Doxygen."""
-        salida, en_codigo = [], False
+        salida, prosa, en_codigo = [], [], False
+
+        def cierra_prosa():
+            # As a whole: what stands in backticks may go on in the next line.
+            if prosa:
+                salida.append(self.linea(ruta, "\n".join(prosa)))
+                prosa.clear()
+
         for linea in (self.raiz / ruta).read_text(encoding="utf-8").split("\n"):
+            if en_codigo or linea.startswith(("```", "    ", "#")):
+                cierra_prosa()
             if linea.startswith("```"):
                 lengua = {"cpp": "{.cpp}"}.get(linea[3:], "{.unparsed}")
                 salida.append("```" if en_codigo else "```" + lengua)
@@ -47,7 +56,8 @@ class Paginas:
                 texto = titulo if titulo and marcas == "#" else texto
                 salida.append(f"{marcas} {texto.replace('`', '')} {{#{nombre}}}")
             else:
-                salida.append(self.linea(ruta, linea))
+                prosa.append(linea)
+        cierra_prosa()
         # For the tree alone: the page itself leads to them in its own words.
         if subpaginas:
             salida += ["@htmlonly <div hidden> @endhtmlonly", ""] + [f"- @subpage {s}" for s in subpaginas] + \
@@ -66,12 +76,14 @@ class Paginas:
         partes = re.split(r"(`[^`]+`)", linea)
         for i, parte in enumerate(partes):
             if i % 2:
-                partes[i] = self.codigo(ruta, parte[1:-1])
+                partes[i] = self.codigo(parte[1:-1])
             else:
                 partes[i] = re.sub(r"([\\@])", r"\\\1", parte)
-        return "".join(partes)
+        # Doxygen loses the end of what is bold and has code in it.
+        return re.sub(r"\*\*([^*]+(?:\\\*[^*]*)*)\*\*", r"<b>\1</b>", "".join(partes))
 
-    def codigo(self, ruta, texto):
+    def codigo(self, texto):
+        texto = " ".join(texto.split()) if "\n" in texto else texto
         visible = "<code>" + "".join(ESCAPES.get(c, c) for c in texto).replace("--", "\\--") + "</code>"
         nombre = re.match(r"(\w+)(::(\w+))?(\(.*)?$", texto)
         if texto in self.cabeceras:
