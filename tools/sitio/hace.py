@@ -78,6 +78,7 @@ def main():
     version = (raiz / "CMakeLists.txt").read_text(encoding="utf-8").split("VERSION ")[2].split()[0]
     configuracion = (aqui / "Doxyfile").read_text(encoding="utf-8") + "\n".join([
         f"OUTPUT_DIRECTORY={obra}", f"PROJECT_NUMBER={version}", f"STRIP_FROM_PATH={raiz} {intermedio}",
+        f"STRIP_FROM_INC_PATH={raiz}",
         "INPUT=" + " ".join(str(e) for e in entrada), f"IMAGE_PATH={intermedio}",
         f"GENERATE_TAGFILE={obra}/etiquetas.xml", f"WARN_LOGFILE={obra}/avisos.txt",
         f'FILTER_PATTERNS=*.h="python3 {aqui}/filtro.py"', ""])

@@ -95,6 +95,7 @@ class Paginas:
         return visible
 
     def enlace(self, ruta, texto, destino):
+        texto = " ".join(texto.split())
         if re.match(r"\w+:", destino):
             return f"[{texto}]({destino})"
         archivo, _, fragmento = destino.partition("#")
