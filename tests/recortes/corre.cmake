@@ -1,5 +1,6 @@
 # Runs the program of a page on a machine of its own, in CARPETA, and compares what it prints with what the page
-# says: cmake -DPROGRAMA= -DPAGINA= -DESPERADO=<file> -DCARPETA= -DRAIZ=<source folder> -P corre.cmake
+# says: cmake -DPROGRAMA= -DEMULADOR=<what runs it, parted by "|"> -DPAGINA= -DESPERADO=<file> -DCARPETA=
+# -DRAIZ=<source folder> -P corre.cmake
 # Drive C of that machine holds the examples' inputs in "Datos" and the tests' seals in "Sellos".
 cmake_minimum_required(VERSION 3.25)
 
@@ -12,7 +13,8 @@ set(ENV{UTILVEL_REGISTRO} ${CARPETA}/registro.reg)
 set(ENV{UTILVEL_DATOS_COMUNES} ${CARPETA}/comunes)
 set(ENV{UTILVEL_UNIDADES} ${CARPETA}/unidades)
 set(ENV{TZ} America/Mexico_City)
-execute_process(COMMAND ${PROGRAMA} WORKING_DIRECTORY ${CARPETA} RESULT_VARIABLE codigo
+string(REPLACE "|" ";" emulador "${EMULADOR}")
+execute_process(COMMAND ${emulador} ${PROGRAMA} WORKING_DIRECTORY ${CARPETA} RESULT_VARIABLE codigo
   OUTPUT_FILE ${CARPETA}/salida.txt ERROR_VARIABLE errores)
 if(NOT codigo EQUAL 0)
   message(FATAL_ERROR "${PAGINA}: the program ends with ${codigo}\n${errores}")
