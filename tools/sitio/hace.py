@@ -35,6 +35,18 @@ def grupo(destino, nombre, titulo, texto, subpaginas):
     (destino / f"{nombre}.md").write_text(f"# {titulo} {{#{nombre}}}\n\n{texto}\n\n{lista}\n", encoding="utf-8")
 
 
+def ejemplos(raiz, destino):
+    """A page with the example programs, each under what its first comment says of it."""
+    texto = ["# Ejemplos {#ejemplos}", "", "`./run demo` los compila y los corre sobre los datos de `examples/datos`.", ""]
+    for archivo in sorted((raiz / "examples").glob("*.cpp")):
+        lineas = archivo.read_text(encoding="utf-8").rstrip("\n").split("\n")
+        codigo = next(i for i, linea in enumerate(lineas) if not linea.startswith("//"))
+        dice = " ".join(linea.removeprefix("//").strip() for linea in lineas[:codigo])
+        texto += [f"## {archivo.name} {{#ejemplo_{archivo.stem}}}", "", dice, "", "```{.cpp}"] + lineas[codigo:] + ["```", ""]
+    (destino / "ejemplos.md").write_text("\n".join(texto), encoding="utf-8")
+    return "ejemplos"
+
+
 def main():
     raiz, obra, biblioteca = (pathlib.Path(a).resolve() for a in sys.argv[1:4])
     intermedio = obra / "paginas"
@@ -56,7 +68,7 @@ def main():
         hijas = guia if ruta == indice else ()
         (intermedio / f"{nombre}.md").write_text(todas.pagina(ruta, subpaginas=hijas), encoding="utf-8")
     decisiones = [n for r, n in nombres.items() if r.startswith("docs/decisions/")]
-    aprende = [nombres["docs/recetas.md"]]
+    aprende = [nombres["docs/recetas.md"], ejemplos(raiz, intermedio)]
     porque = [n for r, n in nombres.items()
               if r in ("docs/precio-con-impuestos.md", "docs/resumen-fiscal.md", "docs/verificacion-cfdi.md",
                        "docs/known-limits.md")] + decisiones
@@ -64,8 +76,7 @@ def main():
     proyecto = [n for n in nombres.values() if n not in puestas]
     (intermedio / "portada.md").write_text(PORTADA, encoding="utf-8")
     grupo(intermedio, "aprende", "Recetas y ejemplos",
-          "Trozos de cinco líneas para lo de todos los días. Programas enteros hay en la carpeta `examples` de las fuentes; "
-          "`./run demo` los corre.", aprende)
+          "Trozos de cinco líneas para lo de todos los días, y programas enteros.", aprende)
     grupo(intermedio, "porque", "Explicaciones y decisiones", "Por qué es así, y qué no hace.", porque)
     grupo(intermedio, "modulos", "Módulos",
           "Una página para cada carpeta, de abajo hacia arriba: ninguna incluye algo de las que le siguen.\n\n"
