@@ -11,8 +11,11 @@ namespace vel {
 
 /// A calendar date; may hold a day that its month does not have.
 struct Fecha {
+  /// Day of the month, from 1.
   short dia = 0;
+  /// Month, 1 to 12.
   short mes = 0;
+  /// Year in full.
   short anio = 0;
   friend bool operator==(const Fecha&, const Fecha&) = default;
 };
@@ -27,6 +30,7 @@ struct Fecha {
 ///     with 15/05/2024:   1/0/0 is 01/05/2024    31/0/0 is 31/05/2024    31/12/-1 is 31/12/2023
 class UTILVEL90_EXPORT TConfigVEL {
  public:
+  /// Reads the file, as Inicio does, for that reference date.
   TConfigVEL(std::u16string_view archivo, TDateTime referencia);
   TConfigVEL(const TConfigVEL&) = delete;
   TConfigVEL& operator=(const TConfigVEL&) = delete;
@@ -37,6 +41,7 @@ class UTILVEL90_EXPORT TConfigVEL {
   void Inicio();
   void CargaConfig();
 
+  /// How many entries the file has, empty ones too.
   int NumeroFormatos() const noexcept;
   /// Fills the date with the reference date.
   void FechaDeHoy(Fecha* fecha) const;

@@ -14,11 +14,14 @@ class UTILVEL90_EXPORT TParamSelect : public TRemotable {
  public:
   /// Column or expression.
   UnicodeString NombreCampo;
+  /// Table of the column, for the caller: the statement does not use it.
   UnicodeString NombreTabla;
   /// Name of the output column; empty for none.
   UnicodeString AliasCampo;
+  /// Whether users see the column; the statement selects it all the same.
   bool Visible = false;
 
+  /// The members above, in their order.
   void Propiedades(VisitantePropiedades& visitante) override;
 };
 

@@ -21,8 +21,11 @@ class UTILVEL90_EXPORT TParamWhereSimple : public TRemotable {
   TFieldType TipoCampo = TFieldType::ftUnknown;
   /// One value, or an array: two for BETWEEN, any number for IN.
   Variant ValorCampo;
+  /// How field and value are compared.
   ENUM_OPERADOR Operador = ENUM_OPERADOR::IGUAL;
+  /// How it is joined to the next condition.
   ENUM_CONECTOR ConectorSigCampo = ENUM_CONECTOR::AND;
+  /// The parenthesis that it opens or closes.
   ENUM_GRUPO CharGrupo = ENUM_GRUPO::INICIA;
   /// Compares text as typed; off, without regard to case (LIKE only).
   bool Sensitive = false;
@@ -33,6 +36,7 @@ class UTILVEL90_EXPORT TParamWhereSimple : public TRemotable {
   UnicodeString DameOperadorUnion() const;
   UnicodeString DameCharGrupo() const;
 
+  /// The members above, in their order.
   void Propiedades(VisitantePropiedades& visitante) override;
 };
 

@@ -52,24 +52,33 @@ namespace vel {
 /// Published properties are public members of the same name; objects are used by one thread at a time.
 class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
  public:
+  /// An empty definition on a table: all its columns, no conditions.
   explicit TParametrosFiltro(std::u16string_view tabla);
   TParametrosFiltro(const TParametrosFiltro&) = delete;
   TParametrosFiltro& operator=(const TParametrosFiltro&) = delete;
   ~TParametrosFiltro() override;
 
+  /// Table of FROM, with its alias if it has one.
   UnicodeString NombreTabla;
+  /// The select list; empty for all columns.
   TParamSelectArray ParamSelect;
+  /// Conditions of WHERE.
   TParamWhereSimpleArray ParamWhere;
+  /// Conditions of HAVING.
   TParamWhereSimpleArray ParamHaving;
   /// Personalised conditions, kept for the caller; FilterTextPers is their SQL.
   TParamWhereSimpleArray ParamPers;
+  /// Columns of ORDER BY, without these words; empty for none.
   UnicodeString OrderBy;
+  /// Columns of GROUP BY, without these words; empty for none.
   UnicodeString GroupBy;
+  /// Descending order.
   bool OrdDesc = false;
   /// Second definition whose statement is appended with UNION; null for none.
   std::unique_ptr<TParametrosFiltro> ParametrosUnion;
   /// Whether the last statement was built with parameters.
   bool ConParametros = false;
+  /// SELECT DISTINCT.
   bool Distinct = false;
   /// Source of WHERE: 0 the list, 1 FilterTextPers, any other both joined with AND.
   std::int32_t FiltroPActivo = 0;
@@ -81,9 +90,11 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   std::vector<UnicodeString> FilterPersItems;
   /// Parameters of the caller's own, and their number.
   Variant ParamsExternos;
+  /// How many parameters of the caller's own there are.
   std::int32_t ParamsExternosCount = 0;
   /// Join clauses, each with one blank on either side.
   std::vector<UnicodeString> Join;
+  /// Working date, for the caller.
   TDateTime FechaTrabajo;
 
   // --- Conditions. Each Agrega appends one.
@@ -135,6 +146,7 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   void AgregaHavingLIKE(std::u16string_view campo, std::u16string_view texto, ENUM_COINCIDENCIA donde,
                         ENUM_CONECTOR con, ENUM_GRUPO grupo, bool sensitive, TiposDeDriver driver);
 
+  /// Removes all conditions of that kind.
   void EliminaFiltros() noexcept;
   void EliminaHaving() noexcept;
   void EliminaParamPers() noexcept;
@@ -147,9 +159,11 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   /// Appends copies of origin's conditions, with Sensitive false.
   void AgregaFiltros(const TParamWhereSimpleArray& origen);
 
-  // --- Translations. A value outside the members gives the empty text; texts compare exactly, blanks and
-  // case included, and one that is not listed gives DIFERENTE, OR or NADA.
+  // --- Translations.
 
+  /// The text of a member in the statement, and the member of such a text. A value outside the members gives
+  /// the empty text; texts compare exactly, blanks and case included, and one that is not listed gives
+  /// DIFERENTE, OR or NADA.
   static UnicodeString DameOperador(ENUM_OPERADOR op);
   static ENUM_OPERADOR DameOperador(std::u16string_view texto);
   static UnicodeString DameOperadorUnion(ENUM_CONECTOR con);
@@ -159,8 +173,11 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
 
   // --- Select list.
 
+  /// Appends a column or expression, with its name in the result when `alias` is not empty.
   void AgregaCampoSelect(std::u16string_view campo, std::u16string_view alias = {}, bool visible = true);
+  /// Replaces the select list by a copy of the other's; by none from a null pointer.
   void CopiaCamposSelect(const TParametrosFiltro* origen);
+  /// Empties the select list, so that all columns are selected.
   void EliminaCampoSelect() noexcept;
   /// The select list and " from ", the table and a blank; " * " for an empty list.
   UnicodeString DameCamposSelect() const;
@@ -174,8 +191,11 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
 
   // --- Joins, union and order.
 
+  /// Appends a join clause, with one blank on either side.
   void AgregaJoin(std::u16string_view texto);
+  /// All join clauses, one after the other.
   UnicodeString DameCadenaJoin() const;
+  /// Removes all joins.
   void EliminaJoin() noexcept;
   /// Removes every join added with exactly this text.
   void EliminaJoin(std::u16string_view texto);
@@ -190,10 +210,11 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   /// OrdDesc, any other resets it.
   void SetOrderBy(std::u16string_view campo);
 
-  // --- The statement. `numInicial` is the number after which parameters are counted; `num` is too, and
-  // becomes the last one used. All of them set ConParametros. A parameter whose number would be past the
-  // largest int raises EInvalidOperation; on that, as on any fault, object and arguments stay as they were.
+  // --- The statement.
 
+  /// The whole statement. `numInicial` is the number after which parameters are counted; `num` is too, and
+  /// becomes the last one used. All of them set ConParametros. A parameter whose number would be past the
+  /// largest int raises EInvalidOperation; on that, as on any fault, object and arguments stay as they were.
   UnicodeString DameSentenciaSQL(bool conParametros, int numInicial = 0);
   /// A number alone is meant for `numInicial`, a text for nothing: neither is a truth value.
   template <typename T>
@@ -220,10 +241,11 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   /// statement was built with literals.
   void AsignaParametros(TParams& parametros, int numInicial = 0) const;
 
-  // --- Pieces of conditions. `indice` is the 0-based index in ParamWhere or ParamHaving (one out of range
-  // raises EInvalidOperation; a null entry gives the empty text), `abre` the text that opens its group,
-  // `conParametros` 0 for literals, `contador` the running parameter number.
+  // --- Pieces of conditions.
 
+  /// The text of one condition with an operator of that kind. `indice` is the 0-based index in ParamWhere or
+  /// ParamHaving (one out of range raises EInvalidOperation; a null entry gives the empty text), `abre` the
+  /// text that opens its group, `conParametros` 0 for literals, `contador` the running parameter number.
   UnicodeString DameWhereDefault(int indice, std::u16string_view abre, int conParametros,
                                  int* contador) const;
   UnicodeString DameWhereLIKE(int indice, std::u16string_view abre, int conParametros, int* contador) const;
@@ -265,19 +287,21 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   /// loses its own outer quotes. Raises EConvertError when an element does not convert to its type.
   static Variant DameValorLstCampos(TFieldType tipo, std::u16string_view texto);
 
-  // --- Definitions kept in INI files. A whole definition has sections of its own for each part, their names
-  // followed by `numero` (nothing for 0 or less); a union partner has the next number. Each call replaces
-  // what the file held of the definition, in one step: on a fault (Exception when the file cannot be written,
-  // EInvalidOperation for a text with a line break, a number that is not finite or more than 64 partners) the
-  // file is as it was. A reloaded definition builds the same statement and binds the same parameters; dates
-  // keep their milliseconds. What the file does not keep: blanks around names; Sensitive in HAVING, so that a
-  // LIKE there comes back without regard to case; and that a text spelled a value of another kind ("7",
-  // "True", "15/05/2024"): it becomes that value in a field whose type says nothing of it (ftUnknown), as a
-  // bound of a BETWEEN in a field that holds no text, and, for a date, in a date field. Order,
-  // DISTINCT and ParamPers are not part of it: a caller keeps the order in section "Vista1" ("OrdenadoPor",
-  // and "Descendente" as "TRUE" or "FALSE"), which the reader of number 0 applies; or saves the definition
-  // with GuardaConsulta (ConsultaGuardada.h), which keeps order, DISTINCT and HAVING's Sensitive as well.
+  // --- Definitions kept in INI files.
 
+  /// Saves the whole definition. It has sections of its own for each part, their names followed by `numero`
+  /// (nothing for 0 or less); a union partner has the next number. Each call replaces
+  /// what the file held of the definition, in one step: on a fault (Exception when the file cannot be
+  /// written, EInvalidOperation for a text with a line break, a number that is not finite or more than 64
+  /// partners) the file is as it was. A reloaded definition builds the same statement and binds the same
+  /// parameters; dates keep their milliseconds. What the file does not keep: blanks around names; Sensitive
+  /// in HAVING, so that a LIKE there comes back without regard to case; and that a text spelled a value of
+  /// another kind ("7", "True", "15/05/2024"): it becomes that value in a field whose type says nothing of it
+  /// (ftUnknown), as a bound of a BETWEEN in a field that holds no text, and, for a date, in a date field.
+  /// Order, DISTINCT and ParamPers are not part of it: a caller keeps the order in section "Vista1"
+  /// ("OrdenadoPor", and "Descendente" as "TRUE" or "FALSE"), which the reader of number 0 applies; or saves
+  /// the definition with GuardaConsulta (ConsultaGuardada.h), which keeps order, DISTINCT and HAVING's
+  /// Sensitive as well.
   void SaveToIni(std::u16string_view archivo, int numero = 0) const;
   /// The WHERE conditions and the personalised ones into one section.
   void SaveToIni(std::u16string_view archivo, std::u16string_view seccion) const;
@@ -299,6 +323,7 @@ class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
   /// braces.
   static UnicodeString DameValorIni(TFieldType tipo, const Variant& valor);
 
+  /// The published properties, in their order.
   void Propiedades(VisitantePropiedades& visitante) override;
 
  private:

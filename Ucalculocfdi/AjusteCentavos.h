@@ -15,6 +15,7 @@ namespace vel {
 struct TMovimientoImpuesto {
   /// 1-based number of the line's record, and number of the tax (1 to 8).
   std::size_t Renglon = 0;
+  /// Number of the engine's tax, 1 to 8.
   int Numero = 0;
   /// In units of the last decimal that lines are printed with.
   std::int64_t Unidades = 0;
@@ -24,6 +25,7 @@ struct TMovimientoImpuesto {
 struct TAjusteCentavos {
   /// The total asked for less the printed one, before and after.
   std::int64_t Pedidos = 0;
+  /// The total asked for less the printed one, after.
   std::int64_t PorColocar = 0;
   /// In the order of the lines.
   std::vector<TMovimientoImpuesto> Movimientos;

@@ -17,18 +17,22 @@ struct TDatosPartida {
   /// Base code of a tax that does not apply to the line; 4 is another one.
   static constexpr int kNoAplica = 6;
 
+  /// Units sold or bought.
   double Cantidad = 1;
   /// Net unit price: what the line is taxed on (the price of a sale, the cost of a purchase).
   double Precio = 0;
   /// Amounts are divided by it.
   double TipoCambio = 1;
+  /// Percentages, each on the whole amount.
   TCalculoCFDI::Descuentos PorcDescuento{};
+  /// Percentages of the eight taxes.
   TCalculoCFDI::Impuestos Tasa{};
   /// Base of each tax: 0 the amount, 1 to 7 the taxes 1 to n of the line too; see AplicaImpuesto.
   std::array<int, TCalculoCFDI::kImpuestos> Codigo{kNoAplica, kNoAplica, kNoAplica, kNoAplica,
                                                    kNoAplica, kNoAplica, kNoAplica, kNoAplica};
   /// Number (1 to 8) of the tax that has a quota; 0 when none has.
   int ImpuestoConCuota = 0;
+  /// How quota and rate meet.
   ENUM_CUOTA ModoCuota = ENUM_CUOTA::NINGUNA;
   /// The quota of the whole line, not of one unit; it is not divided by the exchange rate.
   double Cuota = 0;
@@ -38,6 +42,7 @@ struct TDatosPartida {
 struct TImpuestosPartida {
   /// Quantity by price by exchange rate, rounded.
   double Importe = 0;
+  /// The three discounts, rounded.
   TCalculoCFDI::Descuentos Descuento{};
   /// The amount less its discounts: the base that the tax lists take.
   double Base = 0;

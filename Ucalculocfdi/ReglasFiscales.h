@@ -14,9 +14,11 @@ struct TReglaFiscal {
   std::u16string_view Codigo;
   /// What must hold: a Spanish clause without capital and point.
   std::u16string_view Regla;
+  /// The public document that states it, in Spanish.
   std::u16string_view Fuente;
   /// First and last day on which it holds, "yyyy-mm-dd"; without a last day in the newest edition.
   std::u16string_view Desde;
+  /// Last day on which it holds; empty in the newest edition.
   std::u16string_view Hasta = {};
 
   /// Whether it holds on a day, "yyyy-mm-dd"; without a day, whether it is of the newest edition.

@@ -63,11 +63,16 @@ class TResumenFiscal;
 /// field reads as 0 or the empty text; a zero exchange rate or quantity gives infinity or NaN.
 class UTILVEL90_EXPORT TCalculoCFDI {
  public:
+  /// How many taxes a line has.
   static constexpr int kImpuestos = 8;
+  /// How many discounts a line of a sale has.
   static constexpr int kDescuentos = 3;
+  /// A number for each tax.
   using Impuestos = std::array<double, kImpuestos>;
+  /// A number for each discount.
   using Descuentos = std::array<double, kDescuentos>;
 
+  /// Without header and lines; amounts zero, two decimals for totals and six for lines.
   TCalculoCFDI(ENUM_MODULO modulo, ENUM_PROC_FACTCOMP proceso, TIPO_DOCTO tipoDocto);
   TCalculoCFDI(const TCalculoCFDI&) = delete;
   TCalculoCFDI& operator=(const TCalculoCFDI&) = delete;
@@ -119,10 +124,13 @@ class UTILVEL90_EXPORT TCalculoCFDI {
   double GetTotalImpuesto(int indice) const noexcept;
   double GetTotalDescuento(int indice) const noexcept;
 
+  /// Sales or purchases: which fields a line has.
   ENUM_MODULO Modulo;
+  /// Whether the lines of several documents are totalled together.
   ENUM_PROC_FACTCOMP Proceso;
   /// Type and header are kept for the caller: no total depends on them.
   TIPO_DOCTO TipoDocto;
+  /// The header, as SetCabecera left it.
   TClientDataSet Cabecera;
   /// The lines; the current record is the one being computed.
   TClientDataSet Partidas;
@@ -130,20 +138,29 @@ class UTILVEL90_EXPORT TCalculoCFDI {
   bool IgnoraTipoCambio = false;
   /// Which taxes enter the subtotal when SubtotalSimple is off.
   std::array<bool, kImpuestos> IncluyeImpuesto;
+  /// Percentages of the discounts that CalculaDescuentosPar takes.
   Descuentos PorcDescuento;
+  /// Discounts of the document, one by one.
   Descuentos TotalDescuento;
   /// Off: the price enters a line's amount once for each tax, eight times in all, with the included taxes.
   bool SubtotalSimple = true;
+  /// Amounts of the lines that count, rounded to DecimalesTotales.
   double Subtotal;
   /// Sum of the taxes while calculating; then the document total: taxes plus subtotal less discounts.
   double TotalImpuestos;
   /// Sum of the taxes, rounded to DecimalesTotales: what most callers mean by total taxes.
   double TotalImpuestosRedondeado;
+  /// All discounts of the document.
   double SumaDescuentos;
+  /// Decimals that totals are rounded to.
   int DecimalesTotales;
+  /// Decimals that amounts of lines are rounded to.
   int DecimalesPartida;
+  /// Taxes of the current line, not rounded.
   Impuestos ImpuestoPartida;
+  /// Discounts of the current line.
   Descuentos DescuentoPartida;
+  /// Taxes of the document, one by one.
   Impuestos TotalImpuesto;
   /// See DameListImpuestos.
   std::array<TStringList, kImpuestos> ListaImpuesto;

@@ -9,6 +9,7 @@ namespace vel {
 
 /// An exact amount as it is printed: a whole number of units of 10^-Decimales. {1050, 2} is 10.50.
 struct UTILVEL90_EXPORT TMontoFiscal {
+  /// The amount in units of its last decimal.
   std::int64_t Unidades = 0;
   /// 0 to 18.
   int Decimales = 2;

@@ -36,6 +36,7 @@ UTILVEL90_EXPORT UnicodeString DameTipoFactor(ENUM_FACTOR_FISCAL factor);
 
 /// What one of the engine's eight taxes is.
 struct TImpuestoAsignado {
+  /// The tax of the standard; NINGUNO for a number that is not used.
   ENUM_IMPUESTO_FISCAL Impuesto = ENUM_IMPUESTO_FISCAL::NINGUNO;
   /// Withheld; otherwise transferred. A negative rate makes a line's tax withheld whatever this says.
   bool Retenido = false;
@@ -44,6 +45,7 @@ struct TImpuestoAsignado {
   friend bool operator==(const TImpuestoAsignado&, const TImpuestoAsignado&) = default;
 };
 
+/// What each of the eight taxes is, by 0-based number.
 using TAsignacionFiscal = std::array<TImpuestoAsignado, TCalculoCFDI::kImpuestos>;
 
 /// The suite's usual assignment: 1 IEPS, 2 ISR withheld, 3 IVA withheld, 4 IVA; 5 to 8 none.
@@ -62,6 +64,7 @@ struct TNotaPartida {
 
 /// What a summary needs beside the engine.
 struct TDatosFiscales {
+  /// What the engine's eight taxes are.
   TAsignacionFiscal Impuestos = AsignacionUsual();
   /// Decimals of the currency, 0 to 6: 2 for MXN.
   int DecimalesMoneda = 2;
@@ -78,13 +81,17 @@ struct TDatosFiscales {
 struct TImpuestoImpreso {
   /// Number of the engine's tax, 1 to 8. Two taxes of a line may share it: rate and quota (mode "A").
   int Numero = 0;
+  /// The tax of the standard.
   ENUM_IMPUESTO_FISCAL Impuesto = ENUM_IMPUESTO_FISCAL::NINGUNO;
+  /// Withheld; otherwise transferred.
   bool Retenido = false;
+  /// How it follows from its base.
   ENUM_FACTOR_FISCAL Factor = ENUM_FACTOR_FISCAL::TASA;
   /// Amount less discount plus the printed taxes that the base code adds; the units of a quota.
   TMontoFiscal Base;
   /// Fraction of six decimals: 0.160000; of a quota, the amount for each unit. Zero when exempt.
   TMontoFiscal Tasa;
+  /// Base by rate; zero when exempt.
   TMontoFiscal Importe;
   /// Base code, which is not printed: Base has the printed taxes of the line that come before this one and
   /// have a Numero up to the code. 0 where the base is the amount less discount, or units.
@@ -100,35 +107,50 @@ struct TPartidaFiscal {
   std::size_t Renglon = 0;
   /// Quantity, and unit price in the document's currency (divided by the exchange rate), of six decimals.
   TMontoFiscal Cantidad;
+  /// Unit price in the document's currency, of six decimals.
   TMontoFiscal ValorUnitario;
+  /// Quantity by unit price.
   TMontoFiscal Importe;
+  /// All its discounts together.
   TMontoFiscal Descuento;
+  /// Its printed taxes.
   std::vector<TImpuestoImpreso> Impuestos;
   friend bool operator==(const TPartidaFiscal&, const TPartidaFiscal&) = default;
 };
 
 /// The transferred taxes of one tax, factor and rate.
 struct TTrasladoFiscal {
+  /// The tax of the standard.
   ENUM_IMPUESTO_FISCAL Impuesto = ENUM_IMPUESTO_FISCAL::NINGUNO;
+  /// How it follows from its base.
   ENUM_FACTOR_FISCAL Factor = ENUM_FACTOR_FISCAL::TASA;
+  /// Fraction of six decimals, or amount for each unit; zero when exempt.
   TMontoFiscal Tasa;
+  /// Sum of the lines' bases.
   TMontoFiscal Base;
+  /// Sum of the lines' taxes.
   TMontoFiscal Importe;
   friend bool operator==(const TTrasladoFiscal&, const TTrasladoFiscal&) = default;
 };
 
 /// The withheld taxes of one tax.
 struct TRetencionFiscal {
+  /// The tax of the standard.
   ENUM_IMPUESTO_FISCAL Impuesto = ENUM_IMPUESTO_FISCAL::NINGUNO;
+  /// Sum of the lines' taxes.
   TMontoFiscal Importe;
   friend bool operator==(const TRetencionFiscal&, const TRetencionFiscal&) = default;
 };
 
 /// The local taxes of one name, direction and rate.
 struct TLocalFiscal {
+  /// The name that the assignment gives it.
   UnicodeString Nombre;
+  /// Withheld; otherwise transferred.
   bool Retenido = false;
+  /// Fraction of six decimals.
   TMontoFiscal Tasa;
+  /// Sum of the lines' taxes.
   TMontoFiscal Importe;
   friend bool operator==(const TLocalFiscal&, const TLocalFiscal&) = default;
 };
@@ -149,9 +171,13 @@ struct TMotivoFiscal {
 /// those of the amount itself, or those of the currency. The first lie within the second; both are given and
 /// the first are met.
 struct TLimitesFiscales {
+  /// The least amount, cut to the decimals of the amount itself.
   TMontoFiscal Inferior;
+  /// The largest amount, raised to the decimals of the amount itself.
   TMontoFiscal Superior;
+  /// The least amount, cut to the currency's decimals.
   TMontoFiscal InferiorMoneda;
+  /// The largest amount, raised to the currency's decimals.
   TMontoFiscal SuperiorMoneda;
 };
 
@@ -224,23 +250,36 @@ class UTILVEL90_EXPORT TResumenFiscal {
   /// an amount too.
   std::string DameJson() const;
 
+  /// As in TDatosFiscales.
   TAsignacionFiscal Asignacion = AsignacionUsual();
+  /// Decimals of the currency and of the document's figures.
   int DecimalesMoneda = 2;
+  /// Decimals of the lines' amounts.
   int DecimalesLinea = 6;
   /// As in TDatosFiscales.
   std::optional<TDateTime> Fecha;
+  /// The lines that count, in their order.
   std::vector<TPartidaFiscal> Partidas;
 
+  /// Sum of the lines' amounts.
   TMontoFiscal SubTotal;
+  /// Sum of the lines' discounts.
   TMontoFiscal Descuento;
   /// In the order in which the lines first have them.
   std::vector<TTrasladoFiscal> Traslados;
+  /// Withheld taxes, by tax.
   std::vector<TRetencionFiscal> Retenciones;
+  /// Local taxes, by name, direction and rate.
   std::vector<TLocalFiscal> Locales;
+  /// Sum of Traslados.
   TMontoFiscal TotalImpuestosTrasladados;
+  /// Sum of Retenciones.
   TMontoFiscal TotalImpuestosRetenidos;
+  /// Sum of the transferred ones of Locales.
   TMontoFiscal TotalLocalesTrasladados;
+  /// Sum of the withheld ones of Locales.
   TMontoFiscal TotalLocalesRetenidos;
+  /// What is to be paid: the printed parts, added up.
   TMontoFiscal Total;
 
   /// Total less the engine's, in units of the currency's last decimal (cents). Without a value when the

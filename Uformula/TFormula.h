@@ -16,8 +16,11 @@ namespace vel {
 /// One operation of two operands. An operand is a number, the name of a variable, of a node ("FUN0") or of a
 /// built-in call ("SUMA0").
 struct FUNCTION_SIMPLE {
+  /// One or two characters: "+", "<>".
   UnicodeString operador;
+  /// Operand before the operator.
   UnicodeString izquierdo;
+  /// Operand after the operator.
   UnicodeString derecho;
 };
 
@@ -25,6 +28,7 @@ struct FUNCTION_SIMPLE {
 struct FUNCTION_INTERNA {
   /// As the formula writes it, in any case.
   UnicodeString nombre;
+  /// In their order.
   TStringList argumentos;
 };
 
@@ -48,13 +52,17 @@ class TVariableEnlazada {
 
 /// The values that a bound variable has, one for each row. The caller's memory, read during the call only.
 struct TColumnaFormula {
+  /// A variable of the formula that is evaluated.
   TVariableEnlazada Variable;
+  /// Its value in each row.
   std::span<const double> Valores;
 };
 
 /// A row (0-based) for which a formula has no value, and the message that Execute would have raised.
 struct TFallaRenglon {
+  /// Index in the columns, from 0.
   std::size_t Renglon;
+  /// For the user, in Spanish.
   UnicodeString Mensaje;
 };
 
@@ -190,6 +198,7 @@ class UTILVEL90_EXPORT TFormula {
 
   /// The formula last given to NewFormula.
   const UnicodeString& Texto() const noexcept;
+  /// How many nodes and built-in calls were made.
   std::size_t Nodos() const noexcept;
   std::size_t Internas() const noexcept;
   /// Node FUN<numero>. A number out of range raises EInvalidOperation.

@@ -16,14 +16,17 @@ namespace vel::facil {
 struct Empresa {
   /// The key, 0 or more; the company's folders are named after it.
   int numero = 0;
+  /// Its name, for users.
   UnicodeString nombre = {};
   /// Data folder or location of the database.
   UnicodeString rutaDatos = {};
   /// Name of the database driver (DameTipoDriverStr).
   UnicodeString driver = {};
+  /// Working folder; the data folder is used where it is empty.
   UnicodeString rutaTrabajo = {};
   /// Version of the structure of the database.
   UnicodeString versionBD = {};
+  /// Information on the database, for the programs that open it.
   UnicodeString datosBD = {};
   friend bool operator==(const Empresa&, const Empresa&) = default;
 };
@@ -50,15 +53,21 @@ UTILVEL90_EXPORT void RenombraEmpresa(int numero, const Texto& nombre);
 
 /// How the catalog or its backup stands.
 struct EstadoCatalogo {
+  /// Whether the file is there.
   bool existe = false;
+  /// How many companies it holds; 0 when it cannot be read.
   std::size_t empresas = 0;
   /// What is wrong with it, for the user; empty for a sound file and for one that is not there.
   UnicodeString problema;
+  /// Whether it is there and sound.
   bool Sirve() const noexcept { return existe && problema.empty(); }
 };
 
+/// What RevisaCatalogo finds.
 struct RevisionCatalogo {
+  /// The catalog itself.
   EstadoCatalogo catalogo;
+  /// Its backup, the catalog before the last change.
   EstadoCatalogo respaldo;
 };
 

@@ -16,15 +16,18 @@ struct Certificado {
   UnicodeString numero;
   /// Its validity in universal time, both ends included; DeUniversal gives local times of them.
   std::chrono::sys_seconds inicio;
+  /// Last second of its validity.
   std::chrono::sys_seconds fin;
   /// The taxpayer ids of the subject and, of a company, of who represents it: the two halves, parted by "/",
   /// of its unique identifier (2.5.4.45), where the Mexican tax authority writes them. Empty when there is
   /// none.
   UnicodeString rfc;
+  /// Taxpayer id of who represents the company.
   UnicodeString rfcRepresentante;
   /// Names of the subject and the issuer: the name (2.5.4.41), else the common name (2.5.4.3), else the
   /// organisation (2.5.4.10).
   UnicodeString nombre;
+  /// Name of who issued it.
   UnicodeString emisor;
 
   /// Both ends included, the last one for its whole second.

@@ -34,9 +34,11 @@ class UTILVEL90_EXPORT CondicionAbierta {
   CondicionAbierta& operator=(const CondicionAbierta&) = delete;
 
  protected:
+  /// A condition of that group on that field.
   CondicionAbierta(Grupo& grupo, const Texto& campo);
   ~CondicionAbierta() = default;
 
+  /// The comparisons that Condicion offers by their names.
   void Solo(bool hay) noexcept { hay_ = hay_ && hay; }
   void Compara(ENUM_OPERADOR op, Valor&& valor);
   void Limita(Valor&& bajo, Valor&& alto);
@@ -71,14 +73,17 @@ template <typename Padre>
 class [[nodiscard("a condition lacks its comparison: igual, entre, contiene...")]] Condicion
     : private CondicionAbierta {
  public:
+  /// What `donde` makes; programs need not call it.
   Condicion(Padre & padre, Grupo & grupo, const Texto& campo)
       : CondicionAbierta(grupo, campo), padre_(padre) {}
 
+  /// With false the condition is left out, whatever its value; asked more than once, all must be true.
   [[nodiscard("a condition lacks its comparison: igual, entre, contiene...")]] Condicion& si(bool hay) {
     Solo(hay);
     return *this;
   }
 
+  /// The field compared with the value. An std::optional without a value leaves the condition out.
   Padre& igual(Valor valor) { return Compara(ENUM_OPERADOR::IGUAL, std::move(valor)), padre_; }
   Padre& diferente(Valor valor) { return Compara(ENUM_OPERADOR::DIFERENTE, std::move(valor)), padre_; }
   Padre& menor(Valor valor) { return Compara(ENUM_OPERADOR::MENOR, std::move(valor)), padre_; }
@@ -94,6 +99,7 @@ class [[nodiscard("a condition lacks its comparison: igual, entre, contiene...")
   Padre& en(Valores valores) { return Busca(ENUM_OPERADOR::INN, std::move(valores)), padre_; }
   Padre& noEn(Valores valores) { return Busca(ENUM_OPERADOR::NOTIN, std::move(valores)), padre_; }
 
+  /// Whether the field holds no value at all.
   Padre& esNulo() { return PruebaNulo(ENUM_OPERADOR::ISNULL), padre_; }
   Padre& noEsNulo() { return PruebaNulo(ENUM_OPERADOR::NOTNULL), padre_; }
 
@@ -140,9 +146,11 @@ class UTILVEL90_EXPORT Grupo {
   Grupo& operator=(const Grupo&) = delete;
   ~Grupo() = default;
 
+  /// Begins a condition on a column or expression.
   Condicion<Grupo> donde(const Texto& campo) { return {*this, *this, campo}; }
   /// EXISTS ( sub-query ); the program's own SQL.
   Grupo& existe(const Sql& subconsulta);
+  /// A group within this one, of which any (OR) or all (AND) must hold.
   template <typename Llena>
   Grupo& alguna(Llena&& llena) {
     return Llenado(ENUM_CONECTOR::OR, llena), *this;

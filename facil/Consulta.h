@@ -14,7 +14,9 @@ namespace vel::facil {
 
 /// A statement with the values to bind, in its order; TParam says how one is bound.
 struct UTILVEL90_EXPORT Sentencia {
+  /// The statement, with a mark for each parameter.
   UnicodeString texto;
+  /// The values, in the order of their marks.
   TParams parametros;
   /// The text in UTF-8.
   std::string utf8() const;
@@ -63,13 +65,16 @@ class UTILVEL90_EXPORT Consulta {
 
   // --- What is selected. Without fields, "*".
 
+  /// Appends a column or expression, with a name of its own in the result when `alias` is not empty.
   Consulta& campo(const Texto& expresion, const Texto& alias = u"", bool visible = true);
+  /// SELECT DISTINCT, or without it.
   Consulta& distintos(bool si = true);
   /// A whole clause: "LEFT JOIN VEND V ON V.CVE = F.CVE_VEND".
   Consulta& join(const Texto& clausula);
 
-  // --- Conditions, all of which hold; see Grupo. Those of the groups in HAVING begin with `donde` too.
+  // --- Conditions
 
+  /// Conditions, all of which hold; see Grupo. Those of the groups in HAVING begin with `donde` too.
   Condicion<Consulta> donde(const Texto& campo) { return {*this, Where(), campo}; }
   Consulta& existe(const Sql& subconsulta) { return Where().existe(subconsulta), *this; }
   template <typename Llena>
@@ -84,13 +89,15 @@ class UTILVEL90_EXPORT Consulta {
   /// FilterTextPers). Only here: a group holds none.
   Consulta& sql(const Texto& condicion);
 
-  /// Columns of GROUP BY, and of ORDER BY; called again they are added.
+  /// Columns of GROUP BY; called again they are added.
   Consulta& agrupa(const Texto& columnas);
+  /// Conditions of HAVING, on an expression of the groups; all of them hold.
   Condicion<Consulta> having(const Texto& expresion) { return {*this, Having(), expresion}; }
   template <typename Llena>
   Consulta& havingAlguna(Llena&& llena) {
     return Having().alguna(llena), *this;
   }
+  /// Columns of ORDER BY; called again they are added.
   Consulta& ordena(const Texto& columnas);
   Consulta& ordenaDesc(const Texto& columna);
 
@@ -116,6 +123,7 @@ class UTILVEL90_EXPORT Consulta {
   /// The definition itself, owned by this object and valid as long as it, moved or not. Who works with it
   /// includes Paramsql/TParametrosFiltro.h, which is left out here to spare the others its compile time.
   TParametrosFiltro& filtro() { return Definicion(); }
+  /// The definition, to be read.
   const TParametrosFiltro& filtro() const;
   /// The definition, given away.
   std::unique_ptr<TParametrosFiltro> suelta() &&;

@@ -17,6 +17,7 @@ namespace vel::facil {
 
 /// How the data set of a document's lines is to be taken.
 struct OpcionesDocumento {
+  /// Sales or purchases: which fields a line has.
   ENUM_MODULO Modulo = ENUM_MODULO::MODULO_VENTAS;
   /// Takes every exchange rate as 1; "TIP_CAM" may then be missing.
   bool IgnoraTipoCambio = false;
@@ -28,8 +29,11 @@ struct OpcionesDocumento {
 
 /// How the invoice is printed, see TDatosFiscales.
 struct OpcionesResumen {
+  /// Decimals of the currency, 0 to 6.
   int DecimalesMoneda = 2;
+  /// Decimals of the lines' amounts, 2 to 6.
   int DecimalesLinea = 6;
+  /// Day of the document, whose rules are checked; without it, those of the newest edition.
   std::optional<Momento> Fecha = {};
 };
 
@@ -37,9 +41,13 @@ struct OpcionesResumen {
 struct PartidaCalculada {
   /// 1-based number of its record.
   std::size_t Renglon = 0;
+  /// Whether the line enters the document's totals.
   bool Cuenta = true;
+  /// Whether it is shown; a hidden line has neither taxes nor discounts in the document.
   bool Visible = true;
+  /// What was read of it.
   TDatosPartida Datos;
+  /// What it comes to by itself.
   TImpuestosPartida Montos;
 };
 
@@ -47,6 +55,7 @@ struct PartidaCalculada {
 struct ImpuestoPorTasa {
   /// Number of the engine's tax, 1 to 8.
   int Numero = 0;
+  /// The tax of the standard that the number is.
   ENUM_IMPUESTO_FISCAL Impuesto = ENUM_IMPUESTO_FISCAL::NINGUNO;
   /// "IEPS", "ISR", "IVA", or the name of a local tax; empty for a number without assignment.
   UnicodeString Nombre;
@@ -59,6 +68,7 @@ struct ImpuestoPorTasa {
   double Base = 0;
   /// Amounts less discounts, as the engine's tax lists have them.
   double Neto = 0;
+  /// The tax, positive when it is withheld too.
   double Importe = 0;
 };
 

@@ -21,17 +21,23 @@ namespace vel::facil {
 /// Names match without regard to case. EInvalidOperation: a name that is given twice, is empty or holds "=".
 class UTILVEL90_EXPORT ValoresFormula {
  public:
+  /// A variable and its number.
   struct UTILVEL90_EXPORT Valor {
+    /// A name in either encoding, and a number of any type.
     template <class Numero>
     requires std::is_arithmetic_v<Numero> Valor(const Texto& variable, Numero valor)
         : nombre(variable.Vista()), numero(static_cast<double>(valor)) {}
 
+    /// Name of the variable.
     UnicodeString nombre;
+    /// Its number.
     double numero;
   };
 
   ValoresFormula() = default;
+  /// From pairs, or from what holds pairs.
   ValoresFormula(std::initializer_list<Valor> valores);
+  /// From a map or a list of pairs.
   template <class Mapa>
   requires requires(const Mapa& mapa) { Valor(mapa.begin()->first, mapa.begin()->second); }
   ValoresFormula(const Mapa& mapa) {
@@ -39,6 +45,7 @@ class UTILVEL90_EXPORT ValoresFormula {
     Ordena();
   }
 
+  /// All of them, by name without regard to case.
   const std::vector<Valor>& Lista() const noexcept { return valores_; }
   /// The number of a variable, if it was given.
   std::optional<double> Busca(std::u16string_view nombre) const noexcept;

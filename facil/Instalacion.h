@@ -12,7 +12,9 @@ namespace vel::facil {
 /// What Instala makes or finds.
 enum class ENUM_OBRA : std::uint8_t { CARPETA, REGISTRO, AJUSTE, CATALOGO };
 
+/// A piece of the installation, made or found.
 struct ObraInstalacion {
+  /// What it is.
   ENUM_OBRA clase = ENUM_OBRA::CARPETA;
   /// A folder or a file by its full path in the suite's notation (RutaNativa gives the system's); a setting
   /// as "[Sistema] tamPaquete=50", with the value that it has now.
@@ -21,11 +23,15 @@ struct ObraInstalacion {
   bool nueva = false;
 };
 
+/// What Instala did, and where all lies from then on.
 struct InformeInstalacion {
   /// As DameDirectorioArchComun and DameRutaVELNG give them from now on.
   UnicodeString carpetaComun;
+  /// The engine folder.
   UnicodeString carpetaMotor;
+  /// The settings file of the user who called.
   UnicodeString archivoAjustes;
+  /// The company catalog.
   UnicodeString archivoEmpresas;
   /// In the order in which they were made.
   std::vector<ObraInstalacion> obras;

@@ -18,16 +18,19 @@ namespace vel::facil {
 ///     Momento(local_days(2024y / May / 13) + 14h + 30min)         // TDateTime 45425.604166...
 class UTILVEL90_EXPORT Momento {
  public:
+  /// From a date of either kind, as told above.
   Momento(TDateTime momento) noexcept : momento_(momento) {}
   Momento(std::chrono::year_month_day dia);
   Momento(std::chrono::year_month_day_last dia) : Momento(std::chrono::year_month_day(dia)) {}
   Momento(std::chrono::sys_days dia) : Momento(std::chrono::year_month_day(dia)) {}
+  /// From a local time; what is finer than milliseconds is cut toward the past.
   template <typename Duracion>
   Momento(std::chrono::local_time<Duracion> momento)
       : Momento(DeLocal(std::chrono::floor<std::chrono::milliseconds>(momento))) {}
   template <typename Duracion>
   Momento(std::chrono::sys_time<Duracion>) = delete;
 
+  /// The date of the interface below.
   operator TDateTime() const noexcept { return momento_; }
 
  private:

@@ -25,10 +25,14 @@ UTILVEL90_EXPORT UnicodeString FormateaMonto(const TMontoFiscal& monto, int deci
 struct UTILVEL90_EXPORT Moneda {
   /// Pesos: "UN PESO 00/100 M.N."
   Moneda();
+  /// A currency by its words, in capitals.
   Moneda(const Texto& singular, const Texto& plural, const Texto& sufijo, bool femenina = false);
 
+  /// "PESO"
   UnicodeString Singular;
+  /// "PESOS"
   UnicodeString Plural;
+  /// What follows the cents: "M.N."; may be empty.
   UnicodeString Sufijo;
   /// "UNA LIBRA", "DOSCIENTAS LIBRAS".
   bool Femenina;

@@ -16,6 +16,7 @@ namespace vel::facil {
 /// An excise tax by quota. The line's quota is amount by units, to six decimals, in the document's currency:
 /// no exchange rate divides it.
 struct CuotaIeps {
+  /// Amount for one unit, six decimals.
   double PorUnidad = 0;
   /// Units that the quota is for (litres, pieces); the line's quantity unless given.
   std::optional<double> Unidades = {};
@@ -26,10 +27,14 @@ struct CuotaIeps {
 
 /// A local tax, on the amount less discounts: of lodging, say, or withheld on fees. Its name identifies it.
 struct UTILVEL90_EXPORT ImpuestoLocal {
+  /// Name, percentage, and whether it is withheld.
   ImpuestoLocal(const Texto& nombre, double tasa, bool retenido = false);
 
+  /// Its name, which the invoice prints: "ISH".
   UnicodeString Nombre;
+  /// Percentage, positive when it is withheld too.
   double Tasa;
+  /// Withheld; otherwise transferred.
   bool Retenido;
 };
 
@@ -54,6 +59,7 @@ struct UTILVEL90_EXPORT ImpuestoLocal {
 /// less discounts and the line's IEPS (code 1 where there is one, else 0), every other tax on the amount less
 /// discounts (code 0). Withholdings stand in the data set at negative rates, which the engine takes off.
 struct Partida {
+  /// Units sold or bought.
   double Cantidad = 1;
   /// Net unit price; in purchases the unit cost.
   double Precio = 0;
@@ -61,13 +67,19 @@ struct Partida {
   double TipoCambio = 1;
   /// Each on the whole amount, together at most 100 %; purchases have the first alone.
   TCalculoCFDI::Descuentos Descuentos = {};
+  /// Percentage of value-added tax; 0 is a rate, none given is no tax.
   std::optional<double> Iva = {};
   /// Exempt of IVA, which is not the same as 0 %; Iva is then not given.
   bool IvaExento = false;
+  /// Percentage of excise tax.
   std::optional<double> Ieps = {};
+  /// Excise tax by quota.
   std::optional<CuotaIeps> Cuota = {};
+  /// Percentage of income tax that the buyer withholds, positive.
   std::optional<double> RetencionIsr = {};
+  /// Percentage of value-added tax that the buyer withholds, positive.
   std::optional<double> RetencionIva = {};
+  /// Local taxes of the line, by name.
   std::vector<ImpuestoLocal> Locales = {};
   /// Part of a kit, whose own line has the price: it neither counts nor is taxed.
   bool ComponenteDeKit = false;

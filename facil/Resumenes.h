@@ -12,9 +12,11 @@ namespace vel::facil {
 ///     Sha256("abc").Hex() == "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad"
 class UTILVEL90_EXPORT Resumen {
  public:
-  // Takes the text over. cppcheck does not know the cast, which spares callers <utility>, as a move.
+  /// Takes the bytes as a digest.
+  // cppcheck does not know the cast, which spares callers <utility>, as a move.
   // cppcheck-suppress passedByValue
   explicit Resumen(std::string bytes) noexcept : bytes_(static_cast<std::string&&>(bytes)) {}
+  /// The raw bytes.
   const std::string& Bytes() const noexcept { return bytes_; }
   /// Two digits a byte, in small letters.
   std::string Hex() const;

@@ -13,7 +13,9 @@ namespace vel::facil {
 /// Something to tell the user about a formula, and where: `posicion` counts the characters (UTF-16 units) of
 /// the formula as typed, blanks too, from 1.
 struct NotaFormula {
+  /// Place of the first character that it is about, from 1.
   std::size_t posicion = 1;
+  /// In Spanish, without a full stop.
   UnicodeString mensaje;
   friend bool operator==(const NotaFormula&, const NotaFormula&) = default;
 };
@@ -27,6 +29,7 @@ struct RevisionFormula {
   std::vector<NotaFormula> avisos;
   /// The variables that it uses, once each, as first spelled; all of them are certain only when Sirve().
   std::vector<UnicodeString> variables;
+  /// Whether nothing keeps the formula from being evaluated.
   bool Sirve() const noexcept { return problemas.empty(); }
 };
 
@@ -35,12 +38,15 @@ struct RevisionFormula {
 ///     Revisa("VENTA*TASA", {"VENTA", "TASA"})    Revisa(texto, vectorDeTextos)
 class UTILVEL90_EXPORT NombresVariables {
  public:
+  /// From the names themselves.
   NombresVariables(std::initializer_list<Texto> nombres);
+  /// From a list of texts in either encoding.
   template <class Lista>
   requires requires(const Lista& lista) { Texto(*lista.begin()); }
   NombresVariables(const Lista& lista) {
     for (const auto& nombre : lista) Agrega(nombre);
   }
+  /// The names, as they were given.
   const std::vector<UnicodeString>& Lista() const noexcept { return nombres_; }
 
  private:

@@ -20,6 +20,7 @@ namespace vel::facil {
 ///     Consulta(u"CLIENTES")    Consulta("CLIENTES")    Consulta(nombreEnUtf8)
 class UTILVEL90_EXPORT Texto {
  public:
+  /// From a text in either encoding; see above what a wrong one raises.
   Texto(std::u16string_view texto) noexcept : vista_(texto) {}
   Texto(const UnicodeString& texto) noexcept : vista_(texto) {}
   Texto(const char16_t* texto) : vista_(Apuntado(texto)) {}
@@ -33,6 +34,7 @@ class UTILVEL90_EXPORT Texto {
   Texto& operator=(const Texto&) = delete;
   ~Texto() = default;
 
+  /// The text in UTF-16, valid as long as this object and the text that it was made of.
   operator std::u16string_view() const noexcept { return vista_; }
   std::u16string_view Vista() const noexcept { return vista_; }
 

@@ -22,19 +22,25 @@ namespace vel::facil {
 ///
 ///     donde("F.IMPORTE").mayor(Sql("F.SALDO"))    donde("F.CVE").en(Sql("SELECT CVE FROM VIP"))
 struct UTILVEL90_EXPORT Sql {
+  /// The text is written into the statement as it stands.
   explicit Sql(const Texto& sql);
+  /// The SQL.
   UnicodeString texto;
 };
 
-// Kinds of what is given as a value; anything else does not compile.
+/// Kinds of what is given as a value; anything else does not compile. Here, a number or a truth value.
 template <typename T>
 concept TipoNumero = TipoEntero<T> || std::floating_point<T> || std::same_as<T, bool>;
+/// A date or a moment.
 template <typename T>
 concept TipoFecha = std::constructible_from<Momento, const T&>;
+/// A text in either encoding.
 template <typename T>
 concept TipoTexto = std::constructible_from<Texto, const T&>;
+/// A character, which is no value.
 template <typename T>
 concept TipoCaracter = std::integral<T> && !TipoEntero<T> && !std::same_as<T, bool>;
+/// A pointer that is no text, which is no value.
 template <typename T>
 concept TipoPuntero = std::is_null_pointer_v<T> ||(std::is_pointer_v<T> && !TipoTexto<T>);
 
@@ -56,6 +62,7 @@ class UTILVEL90_EXPORT Valor {
   Valor(TFieldType tipo, Variant valor) noexcept;
   Valor(const Variant& valor);
   Valor(const Sql& sql);
+  /// From a value of any type of the table above; another type does not compile.
   template <typename T>
   Valor(const T& valor) : tipo_(kTipoDe<T>), valor_(De(valor)) {}
   template <typename T>
@@ -63,6 +70,7 @@ class UTILVEL90_EXPORT Valor {
 
   /// Whether there is one.
   bool Hay() const noexcept { return hay_; }
+  /// The field type that the value was given as.
   TFieldType Tipo() const noexcept { return tipo_; }
   /// The value itself, for one use.
   Variant&& Saca() noexcept { return std::move(valor_); }
@@ -110,8 +118,10 @@ class UTILVEL90_EXPORT Valor {
 ///     en({1, 2, 3})    en({"FERRETERÍA", "MUEBLES"})    en(std::vector<std::string>{...})
 class UTILVEL90_EXPORT Valores {
  public:
+  /// From a list of values, or from a sub-query.
   Valores(std::initializer_list<Valor> valores);
   Valores(const Sql& subconsulta);
+  /// From a vector or any other list.
   template <typename Lista>
   Valores(const Lista& lista) {
     constexpr bool kEsLista = !TipoTexto<Lista> && requires {
@@ -124,9 +134,11 @@ class UTILVEL90_EXPORT Valores {
     }
   }
 
+  /// Whether no value is left.
   bool Vacia() const noexcept { return valores_.empty(); }
   /// Whether the list has values and all of them are left out.
   bool TodosFaltan() const noexcept { return valores_.empty() && faltan_; }
+  /// The field type that all of them are of.
   TFieldType Tipo() const noexcept { return tipo_; }
   /// The array of the values, or the sub-query, for one use.
   Variant Saca();

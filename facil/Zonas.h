@@ -24,13 +24,16 @@ using MomentoUniversal = std::chrono::sys_time<std::chrono::milliseconds>;
 /// EInvalidOperation ("Zona horaria desconocida: America/Ciudad") for any other name.
 class UTILVEL90_EXPORT Zona {
  public:
+  /// By its Windows name or its tz name, in either encoding.
   Zona(const Texto& nombre);
+  /// The same, for what becomes a text by itself.
   template <class Nombre>
   requires std::is_constructible_v<Texto, const Nombre&> Zona(const Nombre& nombre) : Zona(Texto(nombre)) {}
 
   /// That of this computer, as it is set now.
   static Zona DeEstaComputadora();
 
+  /// Its changes of the past and its rules of today; valid as long as this object.
   const ZonaHoraria& Reglas() const noexcept { return *reglas_; }
 
  private:

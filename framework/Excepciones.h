@@ -13,7 +13,9 @@ namespace vel {
 /// service host. Carries a message for the user, in Spanish.
 class UTILVEL90_EXPORT Exception : public std::exception {
  public:
+  /// Carries that message.
   explicit Exception(std::u16string_view mensaje) : mensaje_(mensaje), utf8_(UTF8Encode(mensaje)) {}
+  /// The message in UTF-16.
   const UnicodeString& Message() const noexcept { return mensaje_; }
   /// The message in UTF-8.
   const char* what() const noexcept override { return utf8_.c_str(); }

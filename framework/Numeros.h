@@ -38,6 +38,7 @@ UTILVEL90_EXPORT bool TryStrToFloat(std::string_view texto, double& valor) noexc
 /// TryStrToFloat that raises EConvertError ("'x' no es un valor de punto flotante válido").
 UTILVEL90_EXPORT double StrToFloat(std::u16string_view texto);
 
+/// Decimal text of a whole number: "-12".
 UTILVEL90_EXPORT UnicodeString IntToStr(std::int64_t valor);
 
 /// Appends IntToStr(valor) to a text.

@@ -25,10 +25,13 @@ struct Estado;
 
 /// Definition of one field of a data set.
 struct TFieldDef {
+  /// Name of the field; names match without regard to case.
   UnicodeString Name;
+  /// What the field holds.
   TFieldType DataType = TFieldType::ftUnknown;
   /// Characters of a text field, bytes of a binary one; 0 means no limit.
   int Size = 0;
+  /// Whether a record without a value is refused.
   bool Required = false;
   /// Fields of the records of a nested data set (ftDataSet); empty for any other type.
   std::vector<TFieldDef> ChildDefs = {};
@@ -40,11 +43,13 @@ struct TFieldDef {
 /// and read it per record: no name is searched.
 class UTILVEL90_EXPORT TField {
  public:
+  /// Definition of the field, as in its TFieldDef.
   const UnicodeString& FieldName() const noexcept;
   TFieldType DataType() const noexcept;
   int Size() const noexcept;
   bool Required() const noexcept;
 
+  /// Whether the current record has no value here.
   bool IsNull() const noexcept;
   /// Readers: null gives "", 0 or false. A text that is no number raises EConvertError naming the field.
   UnicodeString AsString() const;
@@ -114,15 +119,20 @@ class UTILVEL90_EXPORT TClientDataSet : public TObject {
   void CreateDataSet(std::vector<TFieldDef> campos);
   /// Drops fields and records.
   void Close();
+  /// Definitions of its fields, in order.
   const std::vector<TFieldDef>& FieldDefs() const noexcept;
+  /// How many fields it has.
   std::size_t FieldCount() const noexcept;
+  /// The field of that 0-based index; one out of range raises EDatabaseError.
   TField& Fields(std::size_t indice) const;
   /// The field of that name, or null.
   TField* FindField(std::u16string_view nombre) const noexcept;
   /// The field of that name; an unknown one raises EDatabaseError naming it.
   TField& FieldByName(std::u16string_view nombre) const;
 
+  /// How many records there are.
   std::size_t RecordCount() const noexcept;
+  /// Whether there is none.
   bool IsEmpty() const noexcept { return RecordCount() == 0; }
   /// 1-based number of the current record; 0 when there is none.
   std::size_t RecNo() const noexcept;
@@ -131,15 +141,19 @@ class UTILVEL90_EXPORT TClientDataSet : public TObject {
   void Last();
   void Next();
   void Prior();
+  /// Whether a move went past the last record, or before the first one; both without records.
   bool Eof() const noexcept;
   bool Bof() const noexcept;
   /// Makes the first record whose field equals the value current; false, and no move, when there is none.
   bool Locate(std::u16string_view campo, const Variant& valor);
 
+  /// Begins a new record at the end, all its fields null; an edit under way is posted first.
   void Append();
+  /// Begins to change the current record. Without a record raises EDatabaseError.
   void Edit();
   /// Stores the record under edit; a required field that is null raises EDatabaseError and the edit goes on.
   void Post();
+  /// Ends the edit and puts the record back as it was; a new one is gone.
   void Cancel();
   /// Removes the current record; the next one (or the last) becomes current.
   void Delete();

@@ -14,7 +14,9 @@ namespace vel {
 class UTILVEL90_EXPORT TDateTime {
  public:
   constexpr TDateTime() noexcept = default;
+  /// Of a number of days.
   constexpr explicit TDateTime(double dias) noexcept : dias_(dias) {}
+  /// The number of days.
   constexpr double Val() const noexcept { return dias_; }
   friend constexpr auto operator<=>(TDateTime, TDateTime) noexcept = default;
 
@@ -24,17 +26,24 @@ class UTILVEL90_EXPORT TDateTime {
 
 /// A calendar date of the Gregorian calendar; month and day are 1-based.
 struct CivilDate {
+  /// Year, 1 to 9999.
   int anio = 1899;
+  /// Month, 1 to 12.
   int mes = 12;
+  /// Day of the month, from 1.
   int dia = 30;
   friend bool operator==(const CivilDate&, const CivilDate&) = default;
 };
 
 /// A time of day: hours 0 to 23, milliseconds 0 to 999.
 struct CivilTime {
+  /// Hour, 0 to 23.
   int hora = 0;
+  /// Minute, 0 to 59.
   int minuto = 0;
+  /// Second, 0 to 59.
   int segundo = 0;
+  /// Millisecond, 0 to 999.
   int milisegundo = 0;
   friend bool operator==(const CivilTime&, const CivilTime&) = default;
 };

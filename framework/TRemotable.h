@@ -28,9 +28,11 @@ class UTILVEL90_EXPORT HuecoRemotable {
   HuecoRemotable(const HuecoRemotable&) = delete;
   HuecoRemotable& operator=(const HuecoRemotable&) = delete;
   virtual ~HuecoRemotable() = default;
+  /// The object in the place, owned by it; null when it is empty.
   virtual TRemotable* Objeto() const noexcept = 0;
   /// Fills the place with a new object and returns it.
   virtual TRemotable& Crea() = 0;
+  /// Destroys the object, if there is one.
   virtual void Vacia() noexcept = 0;
   /// An empty place of the same kind, to be filled apart, and the exchange of what both hold.
   virtual std::unique_ptr<HuecoRemotable> Aparte() const = 0;
@@ -44,9 +46,11 @@ class UTILVEL90_EXPORT ArregloRemotable {
   ArregloRemotable(const ArregloRemotable&) = delete;
   ArregloRemotable& operator=(const ArregloRemotable&) = delete;
   virtual ~ArregloRemotable() = default;
+  /// How many places it has.
   virtual std::size_t Cuenta() const noexcept = 0;
   /// Makes the array this long, every place empty.
   virtual void Dimensiona(std::size_t cuenta) = 0;
+  /// Calls `uso` with the place of that 0-based index.
   virtual void En(std::size_t indice, const std::function<void(HuecoRemotable&)>& uso) = 0;
   /// As a place's.
   virtual std::unique_ptr<ArregloRemotable> Aparte() const = 0;
@@ -61,9 +65,11 @@ class UTILVEL90_EXPORT VisitantePropiedades {
   VisitantePropiedades(const VisitantePropiedades&) = delete;
   VisitantePropiedades& operator=(const VisitantePropiedades&) = delete;
   virtual ~VisitantePropiedades() = default;
+  /// A property by its name: the visitor reads the value or gives it another.
   virtual void Texto(std::u16string_view nombre, UnicodeString& valor) = 0;
   virtual void Booleano(std::u16string_view nombre, bool& valor) = 0;
   virtual void Entero(std::u16string_view nombre, std::int32_t& valor) = 0;
+  /// A property of another kind, likewise.
   virtual void FechaHora(std::u16string_view nombre, TDateTime& valor) = 0;
   virtual void Valor(std::u16string_view nombre, Variant& valor) = 0;
   virtual void Textos(std::u16string_view nombre, std::vector<UnicodeString>& valores) = 0;
@@ -165,6 +171,7 @@ class UTILVEL90_EXPORT VisitantePropiedades {
 /// order; the names are what other programs read.
 class UTILVEL90_EXPORT TRemotable : public TObject {
  public:
+  /// Shows the visitor each property, in order.
   virtual void Propiedades(VisitantePropiedades& visitante) = 0;
 };
 

@@ -31,7 +31,9 @@ class UTILVEL90_EXPORT TStringList : public TObject {
   TStringList& operator=(TStringList&&) noexcept = default;
   ~TStringList() override = default;
 
+  /// How many texts there are.
   std::size_t Count() const noexcept { return entradas_.size(); }
+  /// The text of that index.
   const UnicodeString& Strings(std::size_t indice) const;
   const UnicodeString& operator[](std::size_t indice) const { return Strings(indice); }
   /// The object attached to a text, still owned by the list; null when there is none.
@@ -46,7 +48,9 @@ class UTILVEL90_EXPORT TStringList : public TObject {
   void Insert(std::size_t indice, std::u16string_view texto);
   /// Replaces a text, its object stays. A sorted list refuses.
   void Put(std::size_t indice, std::u16string_view texto);
+  /// Removes a text and destroys its object.
   void Delete(std::size_t indice);
+  /// Removes all of them, objects too.
   void Clear() noexcept { entradas_.clear(); }
   /// Makes room for so many entries in all: adding up to that many needs no memory but the texts'.
   void SetCapacity(std::size_t cuenta) { entradas_.reserve(cuenta); }
@@ -74,7 +78,9 @@ class UTILVEL90_EXPORT TStringList : public TObject {
 
   /// Turning sorting on sorts what is there.
   void SetSorted(bool ordenada);
+  /// Whether the list keeps itself sorted.
   bool Sorted() const noexcept { return ordenada_; }
+  /// What a sorted list does with a text that it holds already.
   void SetDuplicates(TDuplicates duplicados) noexcept { duplicados_ = duplicados; }
   TDuplicates Duplicates() const noexcept { return duplicados_; }
 

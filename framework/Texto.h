@@ -65,7 +65,9 @@ UTILVEL90_EXPORT bool SameText(std::u16string_view a, std::u16string_view b) noe
 
 /// Order for containers keyed by names without regard to case.
 struct LessText {
+  /// Look-ups need no copy of the text.
   using is_transparent = void;
+  /// Whether `a` comes before `b`.
   bool operator()(std::u16string_view a, std::u16string_view b) const noexcept {
     return CompareText(a, b) < 0;
   }

@@ -22,7 +22,9 @@ namespace vel {
 class UTILVEL90_EXPORT TextoIni {
  public:
   TextoIni() = default;
+  /// Takes the text of a file.
   explicit TextoIni(UnicodeString texto) : texto_(std::move(texto)) {}
+  /// The whole text, as changed so far.
   const UnicodeString& Texto() const noexcept { return texto_; }
 
   /// The value as stored, quotes included; nothing when there is no such key. Valid until the text changes.

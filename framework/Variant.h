@@ -20,7 +20,9 @@ class Variant;
 
 /// An array of variants whose first index is `low` (0 unless said otherwise).
 struct VariantArray {
+  /// Index of the first item.
   int low = 0;
+  /// The items, in order.
   std::vector<Variant> items;
 };
 
@@ -52,6 +54,7 @@ class UTILVEL90_EXPORT Variant {
   /// raises EVariantTypeCastError.
   template <TipoEntero T>
   Variant(T valor) : valor_(Entero(valor)) {}
+  /// From a floating number, a date, a text, or an array.
   template <std::floating_point T>
   Variant(T valor) : valor_(static_cast<double>(valor)) {}
   Variant(TDateTime valor) : valor_(valor) {}
@@ -67,7 +70,9 @@ class UTILVEL90_EXPORT Variant {
   requires(!std::same_as<std::remove_cv_t<T>, char16_t>) Variant(T*)
   = delete;
 
+  /// What it holds.
   Kind GetKind() const noexcept { return static_cast<Kind>(valor_.index()); }
+  /// Whether it holds what the name says.
   bool IsEmpty() const noexcept { return GetKind() == Kind::Empty; }
   bool IsNull() const noexcept { return GetKind() == Kind::Null; }
   bool IsArray() const noexcept { return GetKind() == Kind::Array; }

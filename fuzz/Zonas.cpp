@@ -10,7 +10,7 @@
 #include "Uutilext/time/ConversionZonas.h"
 #include "fuzz/Entrada.h"
 #include "fuzz/Exige.h"
-#include "platform/posix/Tzif.h"
+#include "platform/Tzif.h"
 
 namespace {
 
@@ -77,7 +77,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t lar
   }
   const std::string bytes = entrada.Resto();
   if (bytes.starts_with("TZif")) {
-    const std::optional<ZonaHoraria> zona = posix::LeeTzif(bytes);
+    const std::optional<ZonaHoraria> zona = LeeTzif(bytes);
     if (!zona.has_value()) return 0;
     for (const std::int64_t m : momentos) ExigeDesfases(*zona, m);
     for (std::size_t i = 0; i < std::min<std::size_t>(zona->cambios.size(), 10); ++i) {
@@ -87,7 +87,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t lar
     return 0;
   }
   ZonaHoraria zona;
-  if (!posix::LeeReglaPosix(bytes, zona)) return 0;
+  if (!LeeReglaPosix(bytes, zona)) return 0;
   zona.inicial = zona.estandar;
   for (const std::int64_t m : momentos) ExigeDesfases(zona, m);
   // The C library takes hours to 24; for a summer without rules it has ways of its own.

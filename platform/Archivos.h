@@ -31,8 +31,11 @@ enum class ClaseFalla : std::uint8_t {
 /// The answer of an operation: nothing, or what went wrong and the system's own text for it, in the user's
 /// language where the system knows it.
 struct FallaArchivo {
+  /// What went wrong.
   ClaseFalla clase = ClaseFalla::Ninguna;
+  /// The system's own text for it; may be empty.
   UnicodeString texto;
+  /// Whether anything went wrong.
   bool Hubo() const noexcept { return clase != ClaseFalla::Ninguna; }
 };
 
@@ -108,6 +111,7 @@ class UTILVEL90_EXPORT CandadoArchivo {
   CandadoArchivo(const CandadoArchivo&) = delete;
   CandadoArchivo& operator=(const CandadoArchivo&) = delete;
   ~CandadoArchivo();
+  /// Why there is no lock; nothing when it is held.
   const FallaArchivo& Falla() const noexcept { return falla_; }
 
  private:

@@ -17,6 +17,7 @@ struct CarpetasConocidas {
   UnicodeString datosComunes;
 };
 
+/// Both, asked of the system anew at each call.
 UTILVEL90_EXPORT CarpetasConocidas DameCarpetasConocidas();
 
 }  // namespace vel

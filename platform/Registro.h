@@ -18,11 +18,13 @@ namespace vel {
 
 /// What a key holds under one name.
 struct ValorRegistro {
+  /// Whether the key is there.
   bool claveExiste = false;
   /// The text of a text value; nothing when the key has no such value or it is no text.
   std::optional<UnicodeString> texto;
 };
 
+/// Reads a value by key ("SOFTWARE\TAVEX") and name; one that cannot be read counts as missing.
 UTILVEL90_EXPORT ValorRegistro LeeRegistro(std::u16string_view clave, std::u16string_view nombre);
 
 /// Writes a text value, creating the key when needed; on POSIX in one step, under a lock and with all else in

@@ -14,7 +14,9 @@ enum class Codificacion : std::uint8_t { Windows1252, Utf8, Utf8ConMarca, Utf16 
 
 /// A file's text, without its byte-order mark, and what it takes to write it back in the same way.
 struct TextoArchivo {
+  /// The text, without mark.
   UnicodeString texto;
+  /// How it stands in the file.
   Codificacion codificacion = Codificacion::Windows1252;
   /// Half a character at the end of a damaged UTF-16 file.
   std::string resto;

@@ -2,7 +2,7 @@
 #  - the built-ins of the formulas stand in their header's text, and each has a case;
 #  - the kinds of company folders stand in their header's table;
 #  - what the set-up of a machine creates, and the environment variables, stand in their page;
-#  - README's table of what to call names what the headers beside it have.
+#  - the guide's table of what to call names what the headers beside it have.
 
 set(faltas "")
 
@@ -45,10 +45,10 @@ foreach(archivo Carpetas Registro Rutas ZonasHorarias)
   exige(docs/installation.md "`@`" ${variables})
 endforeach()
 
-# Rows of README: | quiero ... | `Function`, `Class::Function` | `folder/Header.h` |
-file(STRINGS ${RAIZ}/README.md quiero REGEX "\\| `[^|]+` *[.]* \\| `[^|]+[.]h` \\|$")
+# Rows of the guide's index: | quiero ... | `Function`, `Class::Function` | `folder/Header.h` |
+file(STRINGS ${RAIZ}/docs/guia/indice.md quiero REGEX "\\| `[^|]+` *[.]* \\| `[^|]+[.]h` \\|$")
 if(NOT quiero)
-  message(FATAL_ERROR "README.md: no table of what to call")
+  message(FATAL_ERROR "docs/guia/indice.md: no table of what to call")
 endif()
 foreach(fila ${quiero})
   string(REGEX MATCH "\\| ([^|]+) \\| ([^|]+) \\|$" _ "${fila}")
@@ -61,13 +61,13 @@ foreach(fila ${quiero})
       file(READ ${RAIZ}/${encabezado} suyo)
       string(APPEND texto "${suyo}")
     else()
-      list(APPEND faltas "README.md: there is no ${encabezado}")
+      list(APPEND faltas "docs/guia/indice.md: there is no ${encabezado}")
     endif()
   endforeach()
   foreach(nombre ${nombres})
     string(REPLACE "`" "" nombre ${nombre})
     if(NOT texto MATCHES "[^A-Za-z0-9_]${nombre}[^A-Za-z0-9_]")
-      list(APPEND faltas "README.md: ${nombre} does not stand in ${encabezados}")
+      list(APPEND faltas "docs/guia/indice.md: ${nombre} does not stand in ${encabezados}")
     endif()
   endforeach()
 endforeach()

@@ -35,6 +35,7 @@ UTILVEL90_EXPORT UnicodeString DameArchivoConfig();
 UTILVEL90_EXPORT UnicodeString DameValor(std::u16string_view archivo, std::u16string_view seccion,
                                          std::u16string_view clave);
 UTILVEL90_EXPORT UnicodeString DameValor(std::u16string_view seccion, std::u16string_view clave);
+/// Writes a value; without a file name into that of DameArchivoConfig.
 UTILVEL90_EXPORT void EscribeValor(std::u16string_view archivo, std::u16string_view seccion,
                                    std::u16string_view clave, std::u16string_view valor);
 UTILVEL90_EXPORT void EscribeValor(std::u16string_view seccion, std::u16string_view clave,
@@ -80,6 +81,7 @@ UTILVEL90_EXPORT UnicodeString DameDriverDefault();
 
 /// "PARADOX" when empty.
 UTILVEL90_EXPORT UnicodeString DameDriver(int numEmp);
+/// Name of the database driver.
 UTILVEL90_EXPORT void EscribeDriver(int numEmp, std::u16string_view driver);
 /// "RutaDatos", which DameValor reads. It is not the local data folder of Rutas.h (DameDirDatosLocal).
 UTILVEL90_EXPORT void EscribeDirDatos(int numEmp, std::u16string_view carpeta);
@@ -90,12 +92,13 @@ UTILVEL90_EXPORT bool DameTipoAcceso();
 UTILVEL90_EXPORT void EscribeTipoAcceso(ENUM_TIP_ACCESO tipo);
 /// Records per packet; 50 when missing, no integer, or 0. "-7" gives -7, "abc" gives 50.
 UTILVEL90_EXPORT int DameTamPaquete();
+/// Writes the number as it is given.
 UTILVEL90_EXPORT void EscribeTamPaquete(int registros);
 /// Written "-1" or "0". Raises EConvertError when missing or malformed.
 UTILVEL90_EXPORT bool DameRegsXDemanda();
 UTILVEL90_EXPORT void EscribeRegsXDemanda(bool valor);
 
-// Written "true" or "false".
+/// A switch of the program or, with a number, of a company; written "true" or "false".
 UTILVEL90_EXPORT bool DameMultimoneda(int numEmp);
 UTILVEL90_EXPORT void EscribeMultimoneda(int numEmp, bool valor);
 UTILVEL90_EXPORT bool DameValEnLinea();

@@ -50,6 +50,7 @@ UTILVEL90_EXPORT UnicodeString DameRutaDatos();
 UTILVEL90_EXPORT UnicodeString DameDirectorioReportes();
 /// The company catalog, a file.
 UTILVEL90_EXPORT UnicodeString DameRutaArchEmpresas();
+/// The folder of mail templates, in the engine folder.
 UTILVEL90_EXPORT UnicodeString DameRutaPlantillasCorreo();
 /// The company's local data folder as the settings name it, else "Ejemplos" in the engine folder, without a
 /// trailing backslash.

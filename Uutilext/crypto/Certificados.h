@@ -33,7 +33,9 @@ UTILVEL90_EXPORT bool CertGetFechaHora(std::u16string_view rutaCertificado, bool
 /// A part of a name in a certificate: the dotted object identifier of its type ("2.5.4.3" is the common name,
 /// "2.5.4.45" the unique identifier; ITU-T X.520) and its text.
 struct TParteNombre {
+  /// Dotted object identifier: "2.5.4.3".
   std::string Tipo;
+  /// What the certificate says under it.
   UnicodeString Texto;
   friend bool operator==(const TParteNombre&, const TParteNombre&) = default;
 };
@@ -44,9 +46,11 @@ struct TDatosCertificado {
   UnicodeString Numero;
   /// First and last moment of its validity, as CertGetFechaHora gives them.
   UnicodeString Desde;
+  /// Last moment of its validity, as CertGetFechaHora gives it.
   UnicodeString Hasta;
   /// Names in the order of the certificate; a type may come more than once.
   std::vector<TParteNombre> Sujeto;
+  /// Names of who issued it, likewise.
   std::vector<TParteNombre> Emisor;
   friend bool operator==(const TDatosCertificado&, const TDatosCertificado&) = default;
 };

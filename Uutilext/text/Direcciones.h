@@ -8,11 +8,11 @@
 namespace vel {
 
 /// Splits one address line into street, exterior and interior number, and two cross streets, at keywords with
-/// a blank on either side and in any case: " # ", " NUMERO ", " NO. " ... for the exterior number, " INTERIOR
-/// ", " INT. " ... for the interior one, " X ", " ENTRE " ... for the first cross street, " Y " for the
-/// second. In each group the first keyword of its list that occurs counts, wherever another one stands. All
-/// five outputs are written, trimmed; those without a keyword become empty, and a line without any is the
-/// street.
+/// a blank on either side and in any case: " # ", " NUMERO ", " NO. " ... for the exterior number,
+/// " INTERIOR ", " INT. " ... for the interior one, " X ", " ENTRE " ... for the first cross street, " Y "
+/// for the second. In each group the first keyword of its list that occurs counts, wherever another one
+/// stands. All five outputs are written, trimmed; those without a keyword become empty, and a line without
+/// any is the street.
 ///
 ///     "AV. JUAREZ NUMERO 120 INT. 4 ENTRE HIDALGO Y MORELOS"
 ///         // "AV. JUAREZ", "120", "4", "HIDALGO", "MORELOS"

@@ -12,19 +12,33 @@ namespace vel {
 /// The day of a yearly change: month 1 to 12 (0: there is none), day of the week (0 is Sunday), and in wDay
 /// the week of the month, 1 to 5, 5 being the last; wYear is 0. The time is local.
 struct SYSTEMTIME {
-  std::uint16_t wYear, wMonth, wDayOfWeek, wDay, wHour, wMinute, wSecond, wMilliseconds;
+  std::uint16_t wYear;          ///< Always 0.
+  std::uint16_t wMonth;         ///< Month, 1 to 12; 0 when there is no change.
+  std::uint16_t wDayOfWeek;     ///< Day of the week, 0 is Sunday.
+  std::uint16_t wDay;           ///< Week of the month, 1 to 5.
+  std::uint16_t wHour;          ///< Hour of the change, local time.
+  std::uint16_t wMinute;        ///< Its minute.
+  std::uint16_t wSecond;        ///< Its second.
+  std::uint16_t wMilliseconds;  ///< Its millisecond.
   friend bool operator==(const SYSTEMTIME&, const SYSTEMTIME&) = default;
 };
 
 /// Rules of a time zone. Biases are minutes: universal time is local time plus Bias plus the bias of the
 /// season. Names are cut to 31 characters and end in a zero.
 struct TIME_ZONE_INFORMATION {
+  /// Minutes to add to standard local time for universal time, without the season's.
   std::int32_t Bias;
+  /// Name of standard time.
   char16_t StandardName[32];
+  /// When standard time begins.
   SYSTEMTIME StandardDate;
+  /// Minutes to add to Bias in standard time.
   std::int32_t StandardBias;
+  /// Name of daylight saving time.
   char16_t DaylightName[32];
+  /// When daylight saving time begins.
   SYSTEMTIME DaylightDate;
+  /// Minutes to add to Bias in daylight saving time.
   std::int32_t DaylightBias;
 };
 
