@@ -22,6 +22,7 @@ namespace vel {
 class TRemotable;
 
 /// A place that owns a remotable object or nothing.
+/// Threads: one at a time.
 class UTILVEL90_EXPORT HuecoRemotable {
  public:
   HuecoRemotable() = default;
@@ -38,6 +39,7 @@ class UTILVEL90_EXPORT HuecoRemotable {
 };
 
 /// A dynamic array of such places.
+/// Threads: one at a time.
 class UTILVEL90_EXPORT ArregloRemotable {
  public:
   ArregloRemotable() = default;
@@ -55,6 +57,7 @@ class UTILVEL90_EXPORT ArregloRemotable {
 
 /// Goes through the published properties of an object, in their order: the generic writer and reader, and
 /// whatever else wants to know them.
+/// Threads: one at a time.
 class UTILVEL90_EXPORT VisitantePropiedades {
  public:
   VisitantePropiedades() = default;
@@ -159,6 +162,7 @@ class UTILVEL90_EXPORT VisitantePropiedades {
 
 /// Base of the classes whose published properties travel as XML. A class lists its properties once, in
 /// order; the names are what other programs read.
+/// Threads: one at a time.
 class UTILVEL90_EXPORT TRemotable : public TObject {
  public:
   virtual void Propiedades(VisitantePropiedades& visitante) = 0;
