@@ -9,6 +9,16 @@
 
 /// UTILVEL90_EXPORT marks what the shared library offers to its callers; all else stays hidden. With
 /// UTILVEL90_ESTATICA the library's objects are linked themselves, as some of its own tests do.
+///
+/// Threads. Functions that are no members, and static members, may be called by all threads at once, for the
+/// same file too: what two of them save, one after the other saves whole. Different objects may be used by
+/// different threads. What holds for one object is the last sentence of its class:
+///
+///     Threads: one at a time.                         its const members too
+///     Threads: const members may be called by all.    while no thread changes the object
+///
+/// Records of public members are as the second. Nobody may set an environment variable meanwhile: the
+/// system's own functions do not allow it.
 #if defined(_WIN32)
 #if defined(UTILVEL90_ESTATICA)
 #define UTILVEL90_EXPORT

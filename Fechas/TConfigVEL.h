@@ -28,6 +28,8 @@ struct Fecha {
 /// then the month, then the day; a day set beyond its month's end is that end.
 ///
 ///     with 15/05/2024:   1/0/0 is 01/05/2024    31/0/0 is 31/05/2024    31/12/-1 is 31/12/2023
+///
+/// Threads: const members may be called by all.
 class UTILVEL90_EXPORT TConfigVEL {
  public:
   /// Reads the file, as Inicio does, for that reference date.

@@ -10,6 +10,7 @@
 namespace vel {
 
 /// One field of a select list.
+/// Threads: one at a time.
 class UTILVEL90_EXPORT TParamSelect : public TRemotable {
  public:
   /// Column or expression.

@@ -13,6 +13,7 @@
 namespace vel {
 
 /// One condition of WHERE, of HAVING, or of the personalised ones.
+/// Threads: one at a time.
 class UTILVEL90_EXPORT TParamWhereSimple : public TRemotable {
  public:
   /// Column or expression tested.

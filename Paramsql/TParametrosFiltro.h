@@ -49,7 +49,8 @@ namespace vel {
 /// Group marks open and close one parenthesis each. Null entries of the lists are skipped. An operation that
 /// throws, also for want of memory, leaves the definition as it was.
 ///
-/// Published properties are public members of the same name; objects are used by one thread at a time.
+/// Published properties are public members of the same name.
+/// Threads: one at a time.
 class UTILVEL90_EXPORT TParametrosFiltro : public TRemotable {
  public:
   /// An empty definition on a table: all its columns, no conditions.

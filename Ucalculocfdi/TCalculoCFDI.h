@@ -61,6 +61,7 @@ class TResumenFiscal;
 /// and "MUESTRA_PAR" are optional); a text that is no number raises EConvertError. Totals are then partial;
 /// when memory runs out, totals and lists are as they were, and the lines may stand on another one. A null
 /// field reads as 0 or the empty text; a zero exchange rate or quantity gives infinity or NaN.
+/// Threads: one at a time.
 class UTILVEL90_EXPORT TCalculoCFDI {
  public:
   /// How many taxes a line has.

@@ -8,6 +8,7 @@
 namespace vel {
 
 /// An exact amount as it is printed: a whole number of units of 10^-Decimales. {1050, 2} is 10.50.
+/// Threads: const members may be called by all.
 struct UTILVEL90_EXPORT TMontoFiscal {
   /// The amount in units of its last decimal.
   std::int64_t Unidades = 0;

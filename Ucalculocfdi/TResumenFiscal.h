@@ -191,6 +191,7 @@ struct TLimitesFiscales {
 ///             + TotalLocalesTrasladados - TotalLocalesRetenidos
 ///
 /// to the last digit. No figure is negative.
+/// Threads: const members may be called by all.
 class UTILVEL90_EXPORT TResumenFiscal {
  public:
   /// An empty document.

@@ -111,7 +111,7 @@ struct TFallaRenglon {
 /// after any of them; when memory runs out every operation leaves it as it was. Cost is linear in the length,
 /// and nesting needs no stack.
 ///
-/// An object serves one thread at a time.
+/// Threads: one at a time.
 class UTILVEL90_EXPORT TFormula {
  public:
   TFormula();

@@ -28,6 +28,7 @@ class Grupo;
 enum class Letras : std::uint8_t { SinDistinguir = 0, ComoEstan };
 
 /// A condition that has its field and waits for its comparison: the half that is no template.
+/// Threads: one at a time.
 class UTILVEL90_EXPORT CondicionAbierta {
  public:
   CondicionAbierta(const CondicionAbierta&) = delete;
@@ -140,6 +141,7 @@ class [[nodiscard("a condition lacks its comparison: igual, entre, contiene...")
 ///
 /// While a group is being filled, what is outside of it takes no condition (EInvalidOperation). A function
 /// that throws leaves no condition of its group.
+/// Threads: one at a time.
 class UTILVEL90_EXPORT Grupo {
  public:
   Grupo(const Grupo&) = delete;

@@ -13,6 +13,7 @@
 namespace vel::facil {
 
 /// A statement with the values to bind, in its order; TParam says how one is bound.
+/// Threads: const members may be called by all.
 struct UTILVEL90_EXPORT Sentencia {
   /// The statement, with a mark for each parameter.
   UnicodeString texto;
@@ -50,7 +51,8 @@ struct UTILVEL90_EXPORT Sentencia {
 /// Names are not empty (EInvalidOperation), and are else written as they are.
 ///
 /// It owns its definition. One that was moved from or gave its definition away raises EInvalidOperation
-/// ("La consulta ya se entregó"). What throws leaves the query as it was. One thread at a time.
+/// ("La consulta ya se entregó"). What throws leaves the query as it was.
+/// Threads: one at a time.
 class UTILVEL90_EXPORT Consulta {
  public:
   /// `driver` tells for which database patterns are escaped: SQL Server's have one wildcard more.

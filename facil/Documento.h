@@ -84,8 +84,8 @@ struct ImpuestoPorTasa {
 /// One line too stands in a list: Documento({{.Precio = 50}}). Partida.h tells how its members are named.
 ///
 /// Where the engine's figures are not those of the lines, because it repeats discounts or writes a quota over
-/// earlier lines (see TCalculoCFDI), Avisos tells; the summary has the lines' figures. An object serves one
-/// thread at a time: its engine's current record moves.
+/// earlier lines (see TCalculoCFDI), Avisos tells; the summary has the lines' figures.
+/// Threads: one at a time, since its engine's current record moves.
 class UTILVEL90_EXPORT Documento {
  public:
   /// Raises as CreaPartidas.

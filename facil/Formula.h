@@ -19,6 +19,7 @@ namespace vel::facil {
 ///     ValoresFormula{{"VENTA", 12000}, {"TASA", 0.05}}    ValoresFormula(mapa)
 ///
 /// Names match without regard to case. EInvalidOperation: a name that is given twice, is empty or holds "=".
+/// Threads: const members may be called by all.
 class UTILVEL90_EXPORT ValoresFormula {
  public:
   /// A variable and its number.
@@ -64,7 +65,8 @@ class UTILVEL90_EXPORT ValoresFormula {
 ///     comision.Evalua({{"VENTA", 20000}});              // 1000
 ///
 /// Numbers reach the evaluator as all its values travel, as texts of at most 15 significant digits
-/// (FloatToStr). An object serves one thread at a time.
+/// (FloatToStr).
+/// Threads: one at a time.
 class UTILVEL90_EXPORT Formula {
  public:
   /// EInvalidOperation with the place and the message of the first thing that Revisa(texto) finds ("Fórmula,

@@ -16,6 +16,8 @@ namespace vel::facil {
 ///     using namespace std::chrono;
 ///     Momento(2024y / May / 13)                                   // the day, at midnight
 ///     Momento(local_days(2024y / May / 13) + 14h + 30min)         // TDateTime 45425.604166...
+///
+/// Threads: const members may be called by all.
 class UTILVEL90_EXPORT Momento {
  public:
   /// From a date of either kind, as told above.

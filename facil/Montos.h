@@ -22,6 +22,7 @@ UTILVEL90_EXPORT UnicodeString FormateaMonto(const TMontoFiscal& monto);
 UTILVEL90_EXPORT UnicodeString FormateaMonto(const TMontoFiscal& monto, int decimales);
 
 /// The words of a currency, in capitals; what follows the cents may be empty.
+/// Threads: const members may be called by all.
 struct UTILVEL90_EXPORT Moneda {
   /// Pesos: "UN PESO 00/100 M.N."
   Moneda();

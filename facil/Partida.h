@@ -26,6 +26,7 @@ struct CuotaIeps {
 };
 
 /// A local tax, on the amount less discounts: of lodging, say, or withheld on fees. Its name identifies it.
+/// Threads: const members may be called by all.
 struct UTILVEL90_EXPORT ImpuestoLocal {
   /// Name, percentage, and whether it is withheld.
   ImpuestoLocal(const Texto& nombre, double tasa, bool retenido = false);

@@ -10,6 +10,8 @@ namespace vel::facil {
 /// A digest, as bytes or as text.
 ///
 ///     Sha256("abc").Hex() == "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad"
+///
+/// Threads: const members may be called by all.
 class UTILVEL90_EXPORT Resumen {
  public:
   /// Takes the bytes as a digest.

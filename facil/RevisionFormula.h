@@ -36,6 +36,8 @@ struct RevisionFormula {
 /// Names of variables, from a list in either encoding.
 ///
 ///     Revisa("VENTA*TASA", {"VENTA", "TASA"})    Revisa(texto, vectorDeTextos)
+///
+/// Threads: const members may be called by all.
 class UTILVEL90_EXPORT NombresVariables {
  public:
   /// From the names themselves.

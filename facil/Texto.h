@@ -18,6 +18,8 @@ namespace vel::facil {
 /// EInvalidOperation ("Falta un texto: el puntero es nulo").
 ///
 ///     Consulta(u"CLIENTES")    Consulta("CLIENTES")    Consulta(nombreEnUtf8)
+///
+/// Threads: const members may be called by all.
 class UTILVEL90_EXPORT Texto {
  public:
   /// From a text in either encoding; see above what a wrong one raises.

@@ -21,6 +21,8 @@ namespace vel::facil {
 /// Never what a user typed.
 ///
 ///     donde("F.IMPORTE").mayor(Sql("F.SALDO"))    donde("F.CVE").en(Sql("SELECT CVE FROM VIP"))
+///
+/// Threads: const members may be called by all.
 struct UTILVEL90_EXPORT Sql {
   /// The text is written into the statement as it stands.
   explicit Sql(const Texto& sql);
@@ -56,6 +58,7 @@ concept TipoPuntero = std::is_null_pointer_v<T> ||(std::is_pointer_v<T> && !Tipo
 ///
 /// An empty std::optional is what the user did not give: its condition is left out. It is no null, which
 /// esNulo asks for.
+/// Threads: const members may be called by all.
 class UTILVEL90_EXPORT Valor {
  public:
   /// A value of any other field type: Valor(TFieldType::ftDate, Variant(dia)).
@@ -116,6 +119,8 @@ class UTILVEL90_EXPORT Valor {
 /// Empty optionals among them are left out, and with nothing but these so is the condition.
 ///
 ///     en({1, 2, 3})    en({"FERRETERÍA", "MUEBLES"})    en(std::vector<std::string>{...})
+///
+/// Threads: const members may be called by all.
 class UTILVEL90_EXPORT Valores {
  public:
   /// From a list of values, or from a sub-query.

@@ -22,6 +22,7 @@ using MomentoUniversal = std::chrono::sys_time<std::chrono::milliseconds>;
 /// tz database ("America/Tijuana", in its own capitals). Texts in either encoding become one.
 ///
 /// EInvalidOperation ("Zona horaria desconocida: America/Ciudad") for any other name.
+/// Threads: const members may be called by all.
 class UTILVEL90_EXPORT Zona {
  public:
   /// By its Windows name or its tz name, in either encoding.

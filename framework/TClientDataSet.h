@@ -41,6 +41,7 @@ struct TFieldDef {
 /// A field of a data set, read and written in the data set's current record. Belongs to the data set and
 /// stays valid until its structure changes (CreateDataSet, AssignData, LoadFromXML, Close). Look it up once
 /// and read it per record: no name is searched.
+/// Threads: one at a time.
 class UTILVEL90_EXPORT TField {
  public:
   /// Definition of the field, as in its TFieldDef.
@@ -107,6 +108,8 @@ class UTILVEL90_EXPORT TField {
 ///     datos.FieldByName(u"PREC").SetAsFloat(9.5);
 ///     datos.Post();
 ///     datos.Locate(u"PREC", Variant(9.5));   // true; RecNo() == 1
+///
+/// Threads: one at a time.
 class UTILVEL90_EXPORT TClientDataSet : public TObject {
  public:
   TClientDataSet();

@@ -11,6 +11,7 @@ namespace vel {
 
 /// A moment without time zone: days since 30 December 1899; the fraction is the time of day. Before that
 /// day the whole part counts back and the fraction still counts forward (-1.25 is 29/12/1899 06:00).
+/// Threads: const members may be called by all.
 class UTILVEL90_EXPORT TDateTime {
  public:
   constexpr TDateTime() noexcept = default;

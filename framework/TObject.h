@@ -5,6 +5,7 @@
 namespace vel {
 
 /// Base of what a string list can own beside its texts.
+/// Threads: one at a time, unless its class says otherwise.
 class UTILVEL90_EXPORT TObject {
  public:
   TObject() = default;

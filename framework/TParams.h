@@ -25,6 +25,7 @@ struct TParam {
 };
 
 /// Ordered list of the parameters of a query. Names match without regard to case.
+/// Threads: const members may be called by all.
 class UTILVEL90_EXPORT TParams {
  public:
   TParams() = default;

@@ -22,6 +22,7 @@ namespace vel {
 class TRemotable;
 
 /// A place that owns a remotable object or nothing.
+/// Threads: one at a time.
 class UTILVEL90_EXPORT HuecoRemotable {
  public:
   HuecoRemotable() = default;
@@ -40,6 +41,7 @@ class UTILVEL90_EXPORT HuecoRemotable {
 };
 
 /// A dynamic array of such places.
+/// Threads: one at a time.
 class UTILVEL90_EXPORT ArregloRemotable {
  public:
   ArregloRemotable() = default;
@@ -59,6 +61,7 @@ class UTILVEL90_EXPORT ArregloRemotable {
 
 /// Goes through the published properties of an object, in their order: the generic writer and reader, and
 /// whatever else wants to know them.
+/// Threads: one at a time.
 class UTILVEL90_EXPORT VisitantePropiedades {
  public:
   VisitantePropiedades() = default;
@@ -169,6 +172,7 @@ class UTILVEL90_EXPORT VisitantePropiedades {
 
 /// Base of the classes whose published properties travel as XML. A class lists its properties once, in
 /// order; the names are what other programs read.
+/// Threads: one at a time.
 class UTILVEL90_EXPORT TRemotable : public TObject {
  public:
   /// Shows the visitor each property, in order.

@@ -22,6 +22,8 @@ enum class TDuplicates : std::uint8_t { dupIgnore, dupAccept, dupError };
 ///     TStringList lista;
 ///     lista.SetValue(u"A", u"1");   // the text "A=1"
 ///     lista.Values(u"a") == u"1"    lista.Values(u"b") == u""
+///
+/// Threads: const members may be called by all.
 class UTILVEL90_EXPORT TStringList : public TObject {
  public:
   TStringList() = default;

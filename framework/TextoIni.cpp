@@ -103,19 +103,18 @@ void TextoIni::Pon(std::u16string_view seccion, std::u16string_view clave, std::
     texto_.insert(*lugar, sinSalto(*lugar) ? finDeLinea + nueva : nueva);
     return;
   }
-  AbreSeccion(seccion, finDeLinea);
-  texto_ += nueva;
+  texto_ += LineaDeSeccion(seccion, finDeLinea).append(nueva);
 }
 
-// Writes the line of a new section at the end, with a blank line before it.
-void TextoIni::AbreSeccion(std::u16string_view seccion, std::u16string_view finDeLinea) {
+// The line of a new section as it is added at the end, with a blank line before it.
+UnicodeString TextoIni::LineaDeSeccion(std::u16string_view seccion, std::u16string_view finDeLinea) const {
+  UnicodeString linea;
   if (!texto_.empty()) {
-    const bool enLinea = texto_.back() != u'\n' && texto_.back() != u'\r';
-    if (enLinea) texto_ += finDeLinea;
+    if (texto_.back() != u'\n' && texto_.back() != u'\r') linea += finDeLinea;
     const UnicodeString enBlanco = UnicodeString(finDeLinea).append(finDeLinea);
-    if (!texto_.ends_with(enBlanco)) texto_ += finDeLinea;
+    if (!linea.empty() || !texto_.ends_with(enBlanco)) linea += finDeLinea;
   }
-  texto_.append(u"[").append(TrimView(seccion)).append(u"]").append(finDeLinea);
+  return linea.append(u"[").append(TrimView(seccion)).append(u"]").append(finDeLinea);
 }
 
 void TextoIni::AgregaSeccion(std::u16string_view seccion,
@@ -123,10 +122,11 @@ void TextoIni::AgregaSeccion(std::u16string_view seccion,
   for (const auto& [clave, valor] : claves) Valida(seccion, clave, valor);
   if (claves.empty()) return;
   const UnicodeString finDeLinea(FinDeLinea());
-  AbreSeccion(seccion, finDeLinea);
+  UnicodeString nuevas = LineaDeSeccion(seccion, finDeLinea);
   for (const auto& [clave, valor] : claves) {
-    texto_.append(TrimView(clave)).append(u"=").append(valor).append(finDeLinea);
+    nuevas.append(TrimView(clave)).append(u"=").append(valor).append(finDeLinea);
   }
+  texto_ += nuevas;
 }
 
 void TextoIni::Borra(std::u16string_view seccion) {

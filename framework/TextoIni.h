@@ -19,6 +19,8 @@ namespace vel {
 ///     TextoIni ini(u"[A]\r\n; nota\r\nx = 1\r\n");
 ///     ini.Pon(u"a", u"X", u"2");
 ///     ini.Pon(u"A", u"y", u"3");   // "[A]\r\n; nota\r\nx = 2\r\ny=3\r\n"
+///
+/// Threads: const members may be called by all.
 class UTILVEL90_EXPORT TextoIni {
  public:
   TextoIni() = default;
@@ -50,7 +52,7 @@ class UTILVEL90_EXPORT TextoIni {
 
  private:
   std::u16string_view FinDeLinea() const noexcept;
-  void AbreSeccion(std::u16string_view seccion, std::u16string_view finDeLinea);
+  UnicodeString LineaDeSeccion(std::u16string_view seccion, std::u16string_view finDeLinea) const;
 
   UnicodeString texto_;
 };

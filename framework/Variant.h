@@ -35,6 +35,7 @@ concept TipoEntero =
 /// The framework's tagged value: empty (unassigned), null, 32-bit or 64-bit integer, double, date-time,
 /// boolean, text, or an array of variants. A value type: copies are deep. UTF-16 texts, numbers, dates and
 /// truth values become one by themselves; 8-bit texts, characters, null pointers and other pointers do not.
+/// Threads: const members may be called by all.
 class UTILVEL90_EXPORT Variant {
  public:
   /// What the value holds; the ordinals are those of the alternatives inside.

@@ -61,15 +61,17 @@ UTILVEL90_EXPORT std::optional<std::string> LeeArchivo(std::u16string_view ruta)
 UTILVEL90_EXPORT bool ExisteArchivo(std::u16string_view ruta);
 UTILVEL90_EXPORT bool ExisteCarpeta(std::u16string_view ruta);
 
-/// Creates the folder with all its parents; one that exists is no fault.
+/// Creates the folder with all its parents, which outlive a power failure; one that exists is no fault.
 UTILVEL90_EXPORT FallaArchivo CreaCarpeta(std::u16string_view ruta);
 
-/// Gives the file new contents in one step: readers and a crash at any moment find the old contents or the
-/// new ones, whole. A temporary file beside it is written, flushed to the disk and renamed over it; its group
-/// and permissions are kept (where this user cannot give it its group, the new group gets no more than all
-/// users have), and a link's target is replaced, not the link. What is no file (a folder, a device) or
-/// protected against writing is AccesoDenegado. On a fault the old file stands and the temporary one is gone;
-/// one that a killed process leaves behind goes with the next save in that folder.
+/// Gives the file new contents in one step: readers, a crash and a power failure at any moment find the old
+/// contents or the new ones, whole; once it has returned, the new ones. A temporary file beside it is
+/// written, flushed to the disk and renamed over it, and the folder is flushed; its group and permissions are
+/// kept (where this user cannot give it its group, the new group gets no more than all users have), and a
+/// link's target is replaced, not the link. What is no file (a folder, a device) or protected against writing
+/// is AccesoDenegado. On a fault the old file stands and the temporary one is gone; one that a killed process
+/// leaves behind goes with the next save in that folder. Only where the disk fails as the folder is flushed,
+/// at the very end, the new file stands, and a power failure may still undo it.
 ///
 /// Windows: attributes and the access rights of the file's own are kept, inherited ones come from its folder;
 /// a link to nothing is RutaNoExiste. A file cannot be replaced while a program reads it: after ten seconds
@@ -88,7 +90,8 @@ UTILVEL90_EXPORT FallaArchivo CopiaArchivo(std::u16string_view origen, std::u16s
 
 /// Adds a line, given with its line break, at the file's end in one write, creating the file when it is
 /// missing: what several threads and processes add does not mix. A line that the disk cannot take whole
-/// (DiscoLleno) is cut and gets its "\r\n" within the room there is, so that the next one stands alone.
+/// (DiscoLleno) is cut and gets its "\r\n" within the room there is, so that the next one stands alone. It is
+/// not flushed: a power failure may take the last lines.
 UTILVEL90_EXPORT FallaArchivo AgregaAlFinal(std::u16string_view ruta, std::string_view bytes);
 
 /// Deletes a file; a missing one is no fault.
@@ -103,6 +106,7 @@ UTILVEL90_EXPORT void CierraArchivo(int manejador) noexcept;
 /// Keeps other threads and processes that ask for the lock of a file in the same folder out, until it is
 /// destroyed. The system lifts the lock of a process that ends in any way. On Windows it is a hidden file in
 /// the folder, so whoever asks must have the right to create one there.
+/// Threads: one at a time.
 class UTILVEL90_EXPORT CandadoArchivo {
  public:
   /// Waits for the lock, at most ten seconds. A folder that cannot be opened, or that another keeps locked,

@@ -89,6 +89,33 @@ bool EscribeTodo(int fd, std::string_view bytes) {
   return true;
 }
 
+// Once it returns true, what was written survives a power failure.
+bool Vacia(int fd) noexcept {
+  while (fsync(fd) != 0) {
+    if (errno != EINTR) return false;
+  }
+  return true;
+}
+
+Descriptor AbreCarpeta(const std::string& carpeta) {
+  return Descriptor(open(carpeta.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+}
+
+// The folder of a path, open for VaciaCarpeta. It is opened before anything changes, so that a fault leaves
+// all as it was. `falla` stays without one, and so does the answer, where the user may enter the folder but
+// not read it.
+Descriptor AbreParaVaciar(const std::string& ruta, FallaArchivo& falla) {
+  Descriptor carpeta = AbreCarpeta(CarpetaDe(ruta));
+  if (carpeta.Fd() < 0 && errno != EACCES) falla = FallaDeRuta(errno, ruta);
+  return carpeta;
+}
+
+// Makes the names in a folder survive a power failure. A file system that cannot do it for folders, as some
+// of other machines, keeps their order in its own way.
+bool VaciaCarpeta(const Descriptor& carpeta) noexcept {
+  return carpeta.Fd() < 0 || Vacia(carpeta.Fd()) || errno == EINVAL || errno == EBADF || errno == ENOTSUP;
+}
+
 // Claims a file that is open for writing; the claim ends with the descriptor, and so with its process, also
 // one on another machine that shares the folder. These are other locks than AbreArchivo's, which must not
 // find a file in use because it was saved at that moment.
@@ -130,7 +157,7 @@ Descriptor CreaTemporal(const std::string& destino, mode_t modo, std::string& te
     // such locks nobody deletes anything.
     const bool perdido = !Reclama(archivo.Fd()) && (errno == EAGAIN || errno == EACCES);
     struct stat estado {};
-    if (!perdido && fstat(archivo.Fd(), &estado) == 0 && estado.st_nlink != 0) return archivo;
+    if (!perdido && (fstat(archivo.Fd(), &estado) != 0 || estado.st_nlink != 0)) return archivo;
   }
 }
 
@@ -164,16 +191,20 @@ FallaArchivo Coloca(std::u16string_view ruta, std::string_view bytes, const stru
                     bool sobrescribe) {
   const std::string destino = Resuelve(Nativa(ruta));
   struct stat anterior {};
-  const bool existe = stat(destino.c_str(), &anterior) == 0;
+  const bool existe = lstat(destino.c_str(), &anterior) == 0;
   if (!existe && errno != ENOENT) return FallaDeRuta(errno, destino);
   if (existe && !sobrescribe) return {};
-  // A device or a pipe must not give way to a file; nor may one that is protected against writing.
+  // A device or a pipe must not give way to a file, nor a link that could not be followed; nor may a file
+  // that is protected against writing.
   if (existe && !S_ISREG(anterior.st_mode)) {
     return posix::FallaDe(S_ISDIR(anterior.st_mode) ? EISDIR : EACCES);
   }
   if (existe && faccessat(AT_FDCWD, destino.c_str(), W_OK, AT_EACCESS) != 0) return posix::FallaDe(errno);
   if (existe && modelo == nullptr) modelo = &anterior;
 
+  FallaArchivo falla;
+  const Descriptor carpeta = AbreParaVaciar(destino, falla);
+  if (falla.Hubo()) return falla;
   std::string temporal;
   // Nobody may open it before it has its group.
   const Descriptor archivo =
@@ -181,8 +212,8 @@ FallaArchivo Coloca(std::u16string_view ruta, std::string_view bytes, const stru
   if (archivo.Fd() < 0) return FallaDeRuta(errno, destino);
   // It keeps its claim until it has its name.
   if ((modelo == nullptr || HeredaPermisos(archivo.Fd(), *modelo)) && EscribeTodo(archivo.Fd(), bytes) &&
-      fsync(archivo.Fd()) == 0 && Publica(temporal, destino, sobrescribe)) {
-    return {};
+      Vacia(archivo.Fd()) && Publica(temporal, destino, sobrescribe)) {
+    return VaciaCarpeta(carpeta) ? FallaArchivo{} : posix::FallaDe(errno);
   }
   // First of all the file goes: telling the fault takes memory, which may be short.
   const int error = errno;
@@ -252,12 +283,17 @@ FallaArchivo CreaCarpeta(std::u16string_view ruta) {
   while (nativa.size() > 1 && nativa.back() == '/') nativa.pop_back();
   if (nativa.empty()) return posix::FallaDe(ENOENT);
   constexpr mode_t kModo = 0777;
+  struct stat estado {};
+  if (stat(nativa.c_str(), &estado) == 0 && S_ISDIR(estado.st_mode)) return {};
   for (std::size_t fin = nativa.find('/', 1);; fin = nativa.find('/', fin + 1)) {
     const std::string parte = nativa.substr(0, fin);
-    if (mkdir(parte.c_str(), kModo) != 0 && errno != EEXIST) return posix::FallaDe(errno);
+    FallaArchivo falla;
+    const Descriptor padre = AbreParaVaciar(parte, falla);
+    if (falla.Hubo()) return falla;
+    const bool hecha = mkdir(parte.c_str(), kModo) == 0;
+    if (hecha ? !VaciaCarpeta(padre) : errno != EEXIST) return posix::FallaDe(errno);
     if (fin == std::string::npos) break;
   }
-  struct stat estado {};
   if (stat(nativa.c_str(), &estado) != 0) return posix::FallaDe(errno);
   return S_ISDIR(estado.st_mode) ? FallaArchivo{} : posix::FallaDe(ENOTDIR);
 }
@@ -334,7 +370,7 @@ struct CandadoArchivo::Candado {
 
 CandadoArchivo::CandadoArchivo(std::u16string_view ruta) {
   const std::string carpeta = CarpetaDe(Resuelve(Nativa(ruta)));
-  Descriptor descriptor(open(carpeta.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  Descriptor descriptor = AbreCarpeta(carpeta);
   int r = descriptor.Fd() < 0 ? -1 : flock(descriptor.Fd(), LOCK_EX | LOCK_NB);
   // A stopped program that holds the lock must not stop the others for ever.
   constexpr std::chrono::seconds kEspera{10};
