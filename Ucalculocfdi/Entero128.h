@@ -1,6 +1,5 @@
 #pragma once
 
-#include <bit>
 #include <compare>
 #include <concepts>
 #include <cstdint>

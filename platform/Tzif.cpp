@@ -1,6 +1,7 @@
 #include "platform/Tzif.h"
 
 #include <cstdint>
+#include <vector>
 
 namespace vel {
 namespace {

@@ -12,7 +12,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <fstream>
-#include <initializer_list>
 #include <iterator>
 #include <string>
 #include <string_view>

@@ -41,7 +41,7 @@ STANDARD = {
     'cstdio': '''FILE fclose fflush fgets fopen fprintf fputc fputs fread fwrite printf puts remove rename snprintf
         sscanf vsnprintf perror getchar''',
     'cstdlib': 'abort abs atexit atof atoi atoll exit free getenv malloc quick_exit strtod strtol strtoll strtoull system',
-    'cstring': 'memchr memcmp memcpy memmove memset strchr strcmp strcpy strerror strlen strncmp strrchr strstr',
+    'cstring': 'memchr memcmp memcpy memmove memset strchr strcmp strcpy strerror strerror_l strlen strncmp strrchr strstr',
     'ctime': 'clock gmtime localtime mktime strftime time time_t tm timespec',
     'deque': 'deque',
     'exception': '''current_exception exception exception_ptr make_exception_ptr rethrow_exception terminate
@@ -151,7 +151,9 @@ def check(path):
         if std:
             if header == 'compare' and '<=>' in body:
                 continue
-            if STANDARD.get(header) and not any(header in WHERE.get(name, ()) for name in used):
+            # Functions of C are also called by their bare names.
+            named = used | set(re.findall(r'\b(\w+)\b', body)) if header.startswith('c') else used
+            if STANDARD.get(header) and not any(header in WHERE.get(name, ()) for name in named):
                 yield f'<{header}> of which nothing is named'
         elif header != own and header.endswith('.h') and os.path.exists(header):
             names = declared(read(header))

@@ -1,6 +1,7 @@
 #include "platform/Rutas.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdlib>
 
 #include "platform/Carpetas.h"

@@ -3,7 +3,6 @@
 #include <memory>
 #include <objbase.h>
 #include <shlobj.h>
-#include <string>
 
 #include "platform/windows/Sistema.h"
 

@@ -1,7 +1,7 @@
 #include "platform/windows/FallasWindows.h"
 
 #include <array>
-#include <string_view>
+#include <string>
 
 namespace vel::windows {
 namespace {

@@ -1,6 +1,5 @@
 #include "platform/RecursoVersion.h"
 
-#include <string>
 #include <vector>
 
 #include "platform/windows/ModuloPropio.h"

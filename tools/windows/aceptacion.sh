@@ -48,7 +48,7 @@ rc=0
 OPENSSL_CONF=$hostile openssl dgst -sha256 </dev/null >/dev/null 2>&1 && rc=1
 report $rc 'openssl: con OPENSSL_CONF hostil no resume'
 "$native/tests/windows/volcado_resumenes" >"$work/resumenes.nativo"
-OPENSSL_CONF="Z:$(realpath $hostile | tr / '\\')" \
+OPENSSL_CONF="Z:$(realpath $hostile | sed 's|/|\\|g')" \
   in_wine volcado_resumenes >"$work/resumenes.windows" || true
 compare resumenes 'todos los resúmenes, con OPENSSL_CONF hostil'
 

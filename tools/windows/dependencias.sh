@@ -32,6 +32,7 @@ fetch() {
   local work=$folder/fuentes s
   rm -rf "$work"
   mkdir -p "$work/lists/partial" "$work/cache/archives/partial"
+  # shellcheck disable=SC2016 # the names are apt's
   apt-get indextargets --format 'deb-src $(REPO_URI) $(RELEASE) $(COMPONENT)' \
     'Identifier: Packages' 'Origin: Debian' 'Label: Debian' | sort -u >"$work/sources.list"
   local apt=(apt-get -q -o "Dir::Etc::sourcelist=$work/sources.list" -o Dir::Etc::sourceparts=/dev/null

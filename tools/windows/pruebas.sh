@@ -28,6 +28,7 @@ mkfifo "$WINEPREFIX/espera"
 exec 8<>"$WINEPREFIX/espera"
 "$wine" cmd <&8 8<&- >/dev/null 2>&1 &
 waiting=$!
+# shellcheck disable=SC2317 # the trap calls it
 stop() {
   exec 8<&-
   kill "$waiting" 2>/dev/null || true

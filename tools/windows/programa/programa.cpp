@@ -1,7 +1,6 @@
 // A program of someone who has the unpacked zip and nothing else: a statement and the total of an invoice.
 // Its errors are caught by the library's own types, which is what a mismatch of compilers breaks first.
 #include <cstdio>
-#include <string>
 
 #include "UtilVel90.h"
 
