@@ -30,7 +30,7 @@ TEST(Variant, ConvertsToTextAndNumber) {
   } casos[] = {
       {Variant(), u"", 0},
       {7, u"7", 7},
-      {1L << 40, u"1099511627776", 1099511627776.0},
+      {std::int64_t{1} << 40, u"1099511627776", 1099511627776.0},
       {-5LL, u"-5", -5},
       {4294967295U, u"4294967295", 4294967295.0},
       {9223372036854775807ULL, u"9223372036854775807", 9223372036854775807.0},
@@ -54,7 +54,7 @@ TEST(Variant, ConvertsToTextAndNumber) {
     EXPECT_EQ(valor.GetKind(), Variant::Kind::String);
   EXPECT_EQ(Variant::Null().AsString(), u"");
   EXPECT_EQ(Variant(std::uint16_t{7}).GetKind(), Variant::Kind::Integer);
-  EXPECT_EQ(Variant(7L).GetKind(), Variant::Kind::Int64);
+  EXPECT_EQ(Variant(std::int64_t{7}).GetKind(), Variant::Kind::Int64);
   EXPECT_EQ(Variant(std::size_t{7}).GetKind(), Variant::Kind::Int64);
   EXPECT_THROW(Variant(9223372036854775808ULL), EVariantTypeCastError);
 }
