@@ -11,6 +11,7 @@
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
 #include "framework/Texto.h"
+#include "platform/PrecisionExtendida.h"
 
 namespace vel::formula {
 namespace {
@@ -24,13 +25,20 @@ double Entero32(double valor) noexcept {
   return cabe ? entero : std::numeric_limits<double>::quiet_NaN();
 }
 
+// Some systems compute powers in the x87 unit, by whatever precision the thread has.
+double Potencia(double base, double exponente) noexcept {
+  const PrecisionExtendida guardia;
+  return PrecisionExtendida::Fija(
+      std::pow(PrecisionExtendida::Fija(base), PrecisionExtendida::Fija(exponente)));
+}
+
 constexpr auto kInternas = std::to_array<FuncionInterna>({
     {u"SUMA", 1, [](Argumentos a) { return std::accumulate(a.begin(), a.end(), 0.0); }},
     {u"PRODCTO", 1,
      [](Argumentos a) { return std::accumulate(a.begin(), a.end(), 1.0, std::multiplies<>()); }},
     {u"ABS", 1, [](Argumentos a) { return std::abs(Entero32(a[0])); }, true},
-    {u"PTENCIA", 2, [](Argumentos a) { return std::pow(a[0], a[1]); }},
-    {u"CUBO", 1, [](Argumentos a) { return std::pow(a[0], 3.0); }},
+    {u"PTENCIA", 2, [](Argumentos a) { return Potencia(a[0], a[1]); }},
+    {u"CUBO", 1, [](Argumentos a) { return Potencia(a[0], 3.0); }},
     {u"QADRADO", 1, [](Argumentos a) { return a[0] * a[0]; }},
     {u"MIN", 1, [](Argumentos a) { return *std::min_element(a.begin(), a.end()); }},
     {u"MAX", 1, [](Argumentos a) { return *std::max_element(a.begin(), a.end()); }},

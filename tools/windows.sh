@@ -48,6 +48,8 @@ pack() {
     done
   fi
   cp "$out/dependencias/versiones.txt" tools/windows/LEEME.txt "$folder/"
+  # The table of zones is made from it.
+  echo "tzdata $(dpkg-query -W -f='${Version}' tzdata)" >>"$folder/versiones.txt"
   cp -r "$out/dependencias/licencias" "$folder/"
   tools/exportadas.py --herramientas "$target-w64-mingw32-" "$folder/bin/UtilVel90.dll" "$folder/include/utilvel90"
   check_imports "$folder/bin/UtilVel90.dll" "$target"

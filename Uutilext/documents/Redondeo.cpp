@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cfloat>
+#include <charconv>
 #include <cmath>
 #include <limits>
 #include <string_view>
@@ -29,9 +30,16 @@ long double PotenciaExtendida(int exponente) noexcept {
   return exponente >= 0 ? diez::kExtendidas[absoluto] : 1.0L / diez::kExtendidas[absoluto];
 }
 
+// The double nearest to 10^-decimales, read from its text beyond the table: power functions of the systems
+// differ.
 double PotenciaNegativa(int decimales) noexcept {
-  return decimales <= diez::kMayorExacta ? diez::kInversas[static_cast<std::size_t>(decimales)]
-                                         : std::pow(10.0, -decimales);
+  if (decimales <= diez::kMayorExacta) return diez::kInversas[static_cast<std::size_t>(decimales)];
+  std::array<char, 16> texto{'1', 'E', '-'};
+  const char* const fin = std::to_chars(texto.data() + 3, texto.data() + texto.size(), decimales).ptr;
+  double potencia = 0;
+  // Left at zero by what is below the least double.
+  std::from_chars(texto.data(), fin, potencia);
+  return potencia;
 }
 
 // g_redoTo as its header has it, on decimal texts, for decimales > 0.

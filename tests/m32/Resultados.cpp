@@ -85,7 +85,7 @@ void Textos(Azar& azar) {
 void Formulas(Azar& azar) {
   constexpr std::u16string_view kFormulas[] = {u"A*1.16*0.1+A/3-A*1.16", u"SI(A>B,A*0.05,B/7)",
                                                u"RAIZ(A*A+B*B)",         u"TRUNCAR(A/B*100)/100",
-                                               u"(A-B)/(A+B)*100",       u"FRACC(A)+CUBO(B)"};
+                                               u"(A-B)/(A+B)*100",       u"FRACC(A)+QADRADO(B)"};
   for (const std::u16string_view texto : kFormulas) {
     vel::TFormula formula;
     vel::TVariableEnlazada a = formula.EnlazaVariable(u"A");
