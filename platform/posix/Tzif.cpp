@@ -69,18 +69,17 @@ bool Consume(std::string_view& texto, char c) {
   return true;
 }
 
+// Three letters or more; between "<" and ">" digits and signs too.
 bool LeeNombre(std::string_view& texto) {
-  if (Consume(texto, '<')) {
-    const std::size_t fin = texto.find('>');
-    if (fin == std::string_view::npos) return false;
-    texto.remove_prefix(fin + 1);
-    return true;
-  }
+  const bool citado = Consume(texto, '<');
+  const auto vale = [citado](char c) {
+    const bool letra = (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+    return letra || (citado && ((c >= '0' && c <= '9') || c == '+' || c == '-'));
+  };
   std::size_t n = 0;
-  while (n < texto.size() && ((texto[n] >= 'A' && texto[n] <= 'Z') || (texto[n] >= 'a' && texto[n] <= 'z')))
-    ++n;
+  while (n < texto.size() && vale(texto[n])) ++n;
   texto.remove_prefix(n);
-  return n >= 3;
+  return n >= 3 && (!citado || Consume(texto, '>'));
 }
 
 bool LeeNumero(std::string_view& texto, int maximo, int& numero) {

@@ -175,7 +175,7 @@ TEST(HoraBase, RoundsHalvesAwayFromZero) {
 TEST(Tzif, RefusesWhatIsNoZone) {
   ZonaHoraria zona;
   for (const char* malo : {"", "C6", "CST", "CST6CDT,M13.1.0,M11.1.0", "CST6CDT,M3.2.0",
-                           "CST6CDT,M3.2.0,M11.1.0x", "<CST6", "CST200"}) {
+                           "CST6CDT,M3.2.0,M11.1.0x", "<CST6", "<C6>6", "<C,T>6", "<>6", "CST200"}) {
     EXPECT_FALSE(posix::LeeReglaPosix(malo, zona)) << malo;
   }
   EXPECT_FALSE(posix::LeeTzif("").has_value());
