@@ -2,6 +2,11 @@
 
 # UTILVEL90_SANITIZA: build everything under the Address and UndefinedBehavior sanitizers.
 option(UTILVEL90_SANITIZA "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+# With Clang the same objects serve the tests and the programs of fuzz/.
+set(UTILVEL90_FUZZ OFF)
+if(UTILVEL90_SANITIZA AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+  set(UTILVEL90_FUZZ ON)
+endif()
 
 add_library(utilvel90_compilador INTERFACE)
 target_compile_features(utilvel90_compilador INTERFACE cxx_std_20)
