@@ -63,7 +63,7 @@ TEST(Rutas, KnowTheLibrarysFolder) {
     // In a process that knows the library by a relative path, and stands elsewhere by now.
     ASSERT_EQ(chdir("/"), 0);
     // The sanitizers ask a pipe whether an object's memory can be read, which takes files of its own.
-#ifndef __SANITIZE_ADDRESS__
+#ifndef CON_SANITIZADORES
     rlimit limite{};
     getrlimit(RLIMIT_NOFILE, &limite);
     const rlimit ninguno{3, limite.rlim_max};
