@@ -2,6 +2,8 @@
 
 # UTILVEL90_SANITIZA: build everything under the Address and UndefinedBehavior sanitizers.
 option(UTILVEL90_SANITIZA "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+# UTILVEL90_HILOS: build everything under ThreadSanitizer.
+option(UTILVEL90_HILOS "Build with ThreadSanitizer" OFF)
 
 add_library(utilvel90_compilador INTERFACE)
 target_compile_features(utilvel90_compilador INTERFACE cxx_std_20)
@@ -14,6 +16,10 @@ if(UTILVEL90_SANITIZA)
   target_compile_options(utilvel90_compilador INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(utilvel90_compilador INTERFACE -fsanitize=address,undefined)
+endif()
+if(UTILVEL90_HILOS)
+  target_compile_options(utilvel90_compilador INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
+  target_link_options(utilvel90_compilador INTERFACE -fsanitize=thread)
 endif()
 
 # utilvel90_prepara(<target>): the settings that every target of this project has.
