@@ -7,6 +7,8 @@ set(UTILVEL90_FUZZ OFF)
 if(UTILVEL90_SANITIZA AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
   set(UTILVEL90_FUZZ ON)
 endif()
+# UTILVEL90_HILOS: build everything under ThreadSanitizer.
+option(UTILVEL90_HILOS "Build with ThreadSanitizer" OFF)
 
 add_library(utilvel90_compilador INTERFACE)
 target_compile_features(utilvel90_compilador INTERFACE cxx_std_20)
@@ -25,6 +27,10 @@ if(UTILVEL90_SANITIZA)
   target_compile_options(utilvel90_compilador INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(utilvel90_compilador INTERFACE -fsanitize=address,undefined)
+endif()
+if(UTILVEL90_HILOS)
+  target_compile_options(utilvel90_compilador INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
+  target_link_options(utilvel90_compilador INTERFACE -fsanitize=thread)
 endif()
 
 # A project that we are a part of may take shortcuts in arithmetic, but not in ours; and the warnings that it asks for,

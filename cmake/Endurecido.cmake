@@ -2,7 +2,7 @@
 # serving an attacker. packaging/endurecido.sh checks that they are in the built library and program.
 
 option(UTILVEL90_ENDURECE "Harden the library and programs (ELF, release configurations)" ${PROJECT_IS_TOP_LEVEL})
-if(NOT UTILVEL90_ENDURECE OR NOT CMAKE_EXECUTABLE_FORMAT STREQUAL "ELF" OR UTILVEL90_SANITIZA)
+if(NOT UTILVEL90_ENDURECE OR NOT CMAKE_EXECUTABLE_FORMAT STREQUAL "ELF" OR UTILVEL90_SANITIZA OR UTILVEL90_HILOS)
   return()
 endif()
 

@@ -152,7 +152,10 @@ void RestauraCatalogo() {
   const auto copia = [&](const UnicodeString& origen, const UnicodeString& destino) {
     ExigeSinFalla(CopiaArchivo(origen, destino, true), kNoSePuede, destino);
   };
-  if (ExisteArchivo(archivos.catalogo)) copia(archivos.catalogo, archivos.Otro(u" anterior.xml"));
+  // Only a catalog that is not there needs no copy: one that cannot be read now is not lost for it.
+  const UnicodeString anterior = archivos.Otro(u" anterior.xml");
+  const FallaArchivo falla = CopiaArchivo(archivos.catalogo, anterior, true);
+  if (falla.clase != ClaseFalla::NoExiste) ExigeSinFalla(falla, kNoSePuede, anterior);
   copia(respaldo, archivos.Otro(u" copia.bak"));
   copia(respaldo, archivos.catalogo);
 }

@@ -1,14 +1,18 @@
 #include "facil/Instalacion.h"
 
 #include <algorithm>
+#include <string>
+#include <string_view>
 
 #include "Uutilext/config/Configuracion.h"
 #include "Uutilext/config/Rutas.h"
 #include "facil/Catalogo.h"
 #include "framework/Excepciones.h"
+#include "framework/TextoIni.h"
 #include "platform/Archivos.h"
 #include "platform/Registro.h"
 #include "platform/Rutas.h"
+#include "platform/TextoArchivo.h"
 
 namespace vel::facil {
 namespace {
@@ -40,6 +44,9 @@ constexpr AjusteInicial kAjustes[] = {
     {u"Acceso", u"LOCAL"},     {u"tamPaquete", u"50"},         {u"RegsXDemanda", u"0"},
     {u"ValEnLinea", u"false"}, {u"ModificaAlmacen", u"false"},
 };
+
+constexpr std::u16string_view kRemedio =
+    u"\nHágalo un administrador o, en Linux, nombre un archivo propio en la variable UTILVEL_REGISTRO.";
 
 bool EsDiagonal(char16_t c) noexcept { return c == u'\\' || c == u'/'; }
 
@@ -78,21 +85,29 @@ class Obra {
       try {
         EscribeDirectorioArchComun(carpeta);
       } catch (const Exception& e) {
-        throw Exception(e.Message() +
-                        u"\nHágalo un administrador o, en Linux, nombre un archivo propio en la variable "
-                        u"UTILVEL_REGISTRO.");
+        throw Exception(UnicodeString(e.Message()).append(kRemedio));
       }
     }
     Anota(ENUM_OBRA::REGISTRO, u"TAVEXComunDir=" + UnicodeString(carpeta), falta);
   }
 
-  void Ajuste(const AjusteInicial& ajuste) {
-    UnicodeString valor = DameValor(kSistema, ajuste.clave);
-    const bool falta = valor.empty();
-    if (falta) EscribeValor(kSistema, ajuste.clave, valor = ajuste.valor);
-    Anota(ENUM_OBRA::AJUSTE,
+  // The file is read once, and a fault told: settings that could not be read for a moment would be written
+  // over.
+  void Ajustes() {
+    const UnicodeString archivo = DameArchivoConfig();
+    std::string bytes;
+    const FallaArchivo falla = LeeArchivo(archivo, bytes);
+    if (falla.clase != ClaseFalla::NoExiste) ExigeSinFalla(falla, u"No se puede leer el archivo", archivo);
+    const TextoIni ini(DecodificaArchivo(bytes).texto);
+    for (const AjusteInicial& ajuste : kAjustes) {
+      UnicodeString valor(ini.Valor(kSistema, ajuste.clave).value_or(std::u16string_view()));
+      const bool falta = valor.empty();
+      if (falta) EscribeValor(kSistema, ajuste.clave, valor = ajuste.valor);
+      Anota(
+          ENUM_OBRA::AJUSTE,
           UnicodeString(u"[").append(kSistema).append(u"] ").append(ajuste.clave).append(u"=").append(valor),
           falta);
+    }
   }
 
   void Catalogo() {
@@ -114,6 +129,11 @@ enum class Nombrada : std::uint8_t { Ninguna, Esta, Otra };
 
 Nombrada LaDelRegistro(std::u16string_view carpeta) {
   const ValorRegistro valor = LeeRegistro(u"Software\\Tavex", u"TAVEXComunDir");
+  // A folder that is named must not give way because the registry could not be read for a moment.
+  if (valor.falla.Hubo()) {
+    throw Exception(
+        UnicodeString(u"No se puede leer el registro: ").append(Descripcion(valor.falla)).append(kRemedio));
+  }
   if (!valor.texto.has_value() || valor.texto->empty()) return Nombrada::Ninguna;
   return RutaNativa(SinDiagonalFinal(*valor.texto)) == RutaNativa(carpeta) ? Nombrada::Esta : Nombrada::Otra;
 }
@@ -151,7 +171,7 @@ InformeInstalacion Instala(const Texto& carpetaComun, ENUM_OTRA_COMUN otra) {
     obra.Carpeta(UnicodeString(informe.carpetaMotor).append(nombre));
   obra.Carpeta(UnicodeString(informe.carpetaComun).append(kCarpetaComprobantes));
   informe.archivoAjustes = DameArchivoConfig();
-  for (const AjusteInicial& ajuste : kAjustes) obra.Ajuste(ajuste);
+  obra.Ajustes();
   obra.Catalogo();
   return informe;
 }

@@ -15,14 +15,9 @@ namespace fuzz {
 class ArchivoEnMemoria {
  public:
   explicit ArchivoEnMemoria(const std::string& nombre) {
-<<<<<<< HEAD
-    std::string plantilla = "/dev/shm/utilvel90_fuzz_XXXXXX";
-    Exige(mkdtemp(plantilla.data()) != nullptr, "no folder in /dev/shm");
-=======
     const char* const base = std::getenv("TMPDIR");
     std::string plantilla = std::string(base != nullptr ? base : "/dev/shm") + "/utilvel90_fuzz_XXXXXX";
     Exige(mkdtemp(plantilla.data()) != nullptr, "no folder in the memory file system");
->>>>>>> fuzz
     carpeta_ = plantilla;
     ruta_ = carpeta_ + "/" + nombre;
   }

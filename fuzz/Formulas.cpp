@@ -13,11 +13,7 @@ using pruebas::Texto;
 using namespace vel;
 
 // Variables that a formula may name, and what they may hold.
-<<<<<<< HEAD
-constexpr const char16_t* kNombres[] = {u"A", u"B", u"IVA", u"FUN1", u"SUMA0", u"T"};
-=======
 constexpr const char16_t* kNombres[] = {u"A", u"B", u"IVA", u"T", u"FUN1", u"SUMA0"};
->>>>>>> fuzz
 constexpr const char16_t* kTextos[] = {u"7", u"-2.25", u"0.16", u"0", u"texto", u"", u"1E308", u" 5 "};
 
 // The rules leave open what a formula without balance means.
@@ -39,14 +35,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t lar
   TFormula formula;
   std::vector<std::pair<TVariableEnlazada, double>> enlaces;
   for (const char16_t* nombre : kNombres) {
-<<<<<<< HEAD
-    const Texto valor = kTextos[entrada.Entero<std::size_t>(0, std::size(kTextos) - 1)];
-=======
     Texto valor = kTextos[entrada.Entero<std::size_t>(0, std::size(kTextos) - 1)];
     // Names of results, which would hide what the formula computes.
     const bool oculta = Texto(nombre).find_first_of(u"01") != Texto::npos;
     if (oculta && entrada.Entero(0, 3) != 3) valor.clear();
->>>>>>> fuzz
     lista.SetValue(nombre, valor);
     if (!valor.empty()) reglas.variables[nombre] = valor;
   }
@@ -58,11 +50,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t lar
     reglas.variables.erase(nombre);
     if (!(valor != valor)) reglas.variables[nombre] = FloatToStr(valor);
   }
-<<<<<<< HEAD
-  const Texto texto = fuzz::Entrada::ATexto(entrada.Resto().substr(0, 400));
-=======
   const Texto texto = fuzz::Entrada::ATexto(entrada.Resto().substr(0, 200));
->>>>>>> fuzz
   const Texto obtenido =
       pruebas::Resultado([&] { return formula.FormateaFormula(texto), formula.Execute(); });
   if (!EnBalance(texto)) {

@@ -147,21 +147,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t lar
   fuzz::Entrada entrada(datos, largo);
   const int cambios = entrada.Entero(1, 4);
   // The edits come from the end of the input, which a file's own bytes rarely fill.
-<<<<<<< HEAD
-  const std::string numeros = entrada.Cola(24);
-=======
   const std::string numeros = entrada.Cola(40);
->>>>>>> fuzz
   fuzz::Entrada ediciones(reinterpret_cast<const std::uint8_t*>(numeros.data()), numeros.size());
   const std::string bytes = entrada.Resto();
   const TextoArchivo leido = DecodificaArchivo(bytes);
   if (SeReescribeIgual(bytes, leido)) ExigeIgual(CodificaArchivo(leido), bytes, "a file written back");
   TextoIni ini(leido.texto);
   for (int i = 0; i < cambios; ++i) {
-<<<<<<< HEAD
-    const Texto seccion = Pieza(ediciones, leido.texto);
-    const Texto clave = Pieza(ediciones, leido.texto);
-=======
     Texto seccion = Pieza(ediciones, leido.texto);
     Texto clave = Pieza(ediciones, leido.texto);
     // More often than not a key that is there.
@@ -171,7 +163,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t lar
       seccion = suyo.seccion;
       clave = suyo.clave;
     }
->>>>>>> fuzz
     const Texto valor = Pieza(ediciones, leido.texto);
     if (i == 0) ComparaBytes(bytes, leido, seccion, clave, valor);
     if (ediciones.Entero(0, 7) == 0) {

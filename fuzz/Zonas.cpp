@@ -10,11 +10,7 @@
 #include "Uutilext/time/ConversionZonas.h"
 #include "fuzz/Entrada.h"
 #include "fuzz/Exige.h"
-<<<<<<< HEAD
 #include "platform/Tzif.h"
-=======
-#include "platform/Tzif.h"
->>>>>>> fuzz
 
 namespace {
 
@@ -55,8 +51,6 @@ void ExigeDesfases(const ZonaHoraria& zona, std::int64_t utc) {
   ExigeIgual(vuelta + DesfaseEnUtc(zona, vuelta).segundos, local, "the local time, there and back");
 }
 
-<<<<<<< HEAD
-=======
 // The C library takes the rules of the universal year, which is another than the local one at its ends.
 bool LejosDeAnioNuevo(std::int64_t utc) {
   const auto momento = static_cast<std::time_t>(utc);
@@ -65,7 +59,6 @@ bool LejosDeAnioNuevo(std::int64_t utc) {
   return partes.tm_yday > 3 && partes.tm_yday < 361;
 }
 
->>>>>>> fuzz
 // The C library's offset by a POSIX rule.
 long DesfaseDeLibc(const std::string& regla, std::int64_t utc) {
   // In one place: setenv keeps every text that it was ever given.
@@ -92,11 +85,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t lar
   }
   const std::string bytes = entrada.Resto();
   if (bytes.starts_with("TZif")) {
-<<<<<<< HEAD
     const std::optional<ZonaHoraria> zona = LeeTzif(bytes);
-=======
-    const std::optional<ZonaHoraria> zona = LeeTzif(bytes);
->>>>>>> fuzz
     if (!zona.has_value()) return 0;
     for (const std::int64_t m : momentos) ExigeDesfases(*zona, m);
     for (std::size_t i = 0; i < std::min<std::size_t>(zona->cambios.size(), 10); ++i) {
@@ -106,11 +95,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t lar
     return 0;
   }
   ZonaHoraria zona;
-<<<<<<< HEAD
   if (!LeeReglaPosix(bytes, zona)) return 0;
-=======
-  if (!LeeReglaPosix(bytes, zona)) return 0;
->>>>>>> fuzz
   zona.inicial = zona.estandar;
   for (const std::int64_t m : momentos) ExigeDesfases(zona, m);
   // The C library takes hours to 24; for a summer without rules it has ways of its own.
@@ -122,11 +107,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t lar
                                             hora(zona.verano->termina)));
   if (!comparable || bytes.find('\0') != std::string::npos || bytes.front() == ':') return 0;
   const auto compara = [&](std::int64_t m) {
-<<<<<<< HEAD
-    if (m < 0) return;
-=======
     if (m < 0 || !LejosDeAnioNuevo(m)) return;
->>>>>>> fuzz
     ExigeIgual(static_cast<long>(DesfaseEnUtc(zona, m).segundos), DesfaseDeLibc(bytes, m),
                "the C library's offset");
   };

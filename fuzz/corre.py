@@ -18,10 +18,7 @@ import random
 import re
 import subprocess
 import sys
-<<<<<<< HEAD
-=======
 import tempfile
->>>>>>> fuzz
 
 RAIZ = pathlib.Path(__file__).resolve().parent.parent
 PROGRAMAS = RAIZ / "build/sanitize/fuzz"
@@ -77,19 +74,12 @@ def corre(nombre, segundos):
     if diccionario.exists():
         orden.append(f"-dict={diccionario}")
     orden += [corpus, semillas(nombre)]
-<<<<<<< HEAD
-    # Fail as the tests do: leaks count, and nobody's own options change a run.
-    entorno = dict(os.environ, UBSAN_OPTIONS="print_stacktrace=1", ASAN_OPTIONS="detect_leaks=1", TZ="UTC")
-    salida = subprocess.run(orden, env=entorno, cwd=RAIZ, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
-                            check=False)
-=======
     with tempfile.TemporaryDirectory(dir="/dev/shm") as memoria:
         # Fail as the tests do: leaks count, and nobody's own options change a run.
         entorno = dict(os.environ, UBSAN_OPTIONS="print_stacktrace=1", ASAN_OPTIONS="detect_leaks=1", TZ="UTC",
                        TMPDIR=memoria)
         salida = subprocess.run(orden, env=entorno, cwd=RAIZ, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
                                 check=False)
->>>>>>> fuzz
     texto = salida.stdout.decode("utf-8", "replace")
 
     def ultimo(patron):

@@ -22,6 +22,9 @@ struct ValorRegistro {
   bool claveExiste = false;
   /// The text of a text value; nothing when the key has no such value or it is no text.
   std::optional<UnicodeString> texto;
+  /// Why the registry could not be read (too many open files, a broken disk, another's file): nothing is
+  /// known of the key then. One that is not there is no fault and has no keys.
+  FallaArchivo falla{};
 };
 
 /// Reads a value by key ("SOFTWARE\TAVEX") and name; one that cannot be read counts as missing.

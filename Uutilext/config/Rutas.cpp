@@ -76,6 +76,8 @@ UnicodeString DameRutaDll() { return CarpetaBiblioteca(); }
 
 UnicodeString DameDirectorioArchComun() {
   const ValorRegistro valor = LeeRegistro(u"Software\\Tavex", kValorComun);
+  // Without its folder files would go astray, below wherever the process stands.
+  ExigeSinFalla(valor.falla, u"No se puede leer del registro el valor", kValorComun);
   if (!valor.claveExiste) return {};
   UnicodeString carpeta = valor.texto.value_or(u"c:\\sistemas\\tavex\\comunes");
   if (!carpeta.empty() && carpeta.back() != u'\\') carpeta += u'\\';

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/Archivos.h"
@@ -204,8 +205,13 @@ std::optional<Hallazgo> BuscaValor(std::u16string_view texto, const Clave& clave
 }  // namespace
 
 ValorRegistro LeeRegistro(std::u16string_view clave, std::u16string_view nombre) {
-  const UnicodeString registro = DecodificaArchivo(LeeArchivo(RutaRegistro()).value_or(std::string())).texto;
   ValorRegistro leido;
+  std::string bytes;
+  FallaArchivo falla = LeeArchivo(RutaRegistro(), bytes);
+  if (falla.clase != ClaseFalla::NoExiste && falla.clase != ClaseFalla::RutaNoExiste) {
+    leido.falla = std::move(falla);
+  }
+  const UnicodeString registro = DecodificaArchivo(bytes).texto;
   for (const bool nodo32 : {true, false}) {
     const Clave encontrada = BuscaClave(registro, ClaveCompleta(clave, nodo32));
     if (!encontrada.existe) continue;

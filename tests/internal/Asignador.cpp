@@ -12,7 +12,14 @@ namespace {
 void* Pide(std::size_t largo) noexcept {
   const bool falla = asignador.restan > 0 && --asignador.restan == 0;
   asignador.fallo = asignador.fallo || falla;
-  return falla || asignador.agotado ? nullptr : std::malloc(largo == 0 ? 1 : largo);
+  if (falla || asignador.agotado) return nullptr;
+  ++asignador.vivas;
+  return std::malloc(largo == 0 ? 1 : largo);
+}
+
+void Devuelve(void* p) noexcept {
+  if (p != nullptr) --asignador.vivas;
+  std::free(p);
 }
 
 }  // namespace
@@ -25,9 +32,9 @@ void* operator new(std::size_t largo) {
 void* operator new[](std::size_t largo) { return operator new(largo); }
 void* operator new(std::size_t largo, const std::nothrow_t&) noexcept { return pruebas::Pide(largo); }
 void* operator new[](std::size_t largo, const std::nothrow_t&) noexcept { return pruebas::Pide(largo); }
-void operator delete(void* p) noexcept { std::free(p); }
-void operator delete[](void* p) noexcept { std::free(p); }
-void operator delete(void* p, std::size_t) noexcept { std::free(p); }
-void operator delete[](void* p, std::size_t) noexcept { std::free(p); }
-void operator delete(void* p, const std::nothrow_t&) noexcept { std::free(p); }
-void operator delete[](void* p, const std::nothrow_t&) noexcept { std::free(p); }
+void operator delete(void* p) noexcept { pruebas::Devuelve(p); }
+void operator delete[](void* p) noexcept { pruebas::Devuelve(p); }
+void operator delete(void* p, std::size_t) noexcept { pruebas::Devuelve(p); }
+void operator delete[](void* p, std::size_t) noexcept { pruebas::Devuelve(p); }
+void operator delete(void* p, const std::nothrow_t&) noexcept { pruebas::Devuelve(p); }
+void operator delete[](void* p, const std::nothrow_t&) noexcept { pruebas::Devuelve(p); }

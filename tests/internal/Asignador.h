@@ -10,6 +10,8 @@ struct Asignador {
   bool fallo = false;
   /// There is no memory at all.
   bool agotado = false;
+  /// Allocations that were not given back.
+  long vivas = 0;
 };
 extern Asignador asignador;
 

@@ -16,6 +16,7 @@
 #include "framework/Columnas.h"
 #include "framework/Numeros.h"
 #include "framework/TRemotable.h"
+#include "framework/TextoIni.h"
 #include "platform/Archivos.h"
 #include "tests/CarpetaTemporal.h"
 #include "tests/internal/Asignador.h"
@@ -140,6 +141,18 @@ TEST(SinMemoria, LeavesDefinitionsWhole) {
     e.f.AgregaFiltroStr(u"C.CIUDAD", u"1", u"\"'Aguascalientes','León'\"", u"IN", u"AND", u"(", true);
   });
   Prueba<E>("EliminaFiltro", [](E& e) { e.f.EliminaFiltro(u"CLIENTES.FECHA"); });
+  Prueba<E>("AgregaFiltroLIKE",
+            [](E& e) { e.f.AgregaFiltroLIKE(u"C.CIUDAD", u"100% de Aguascalientes", ENUM_COINCIDENCIA{1}); });
+  Prueba<E>("AgregaHaving", [](E& e) {
+    e.f.AgregaHaving(u"SUM(C.SALDO)", TFieldType::ftFloat, 1000.5, ENUM_OPERADOR::MAYOR);
+  });
+  Prueba<E>("AgregaHavingLIKE", [](E& e) {
+    e.f.AgregaHavingLIKE(u"MAX(C.NOMBRE)", u"Un nombre más largo", ENUM_COINCIDENCIA{1});
+  });
+  Prueba<E>("EliminaJoin", [](E& e) { e.otra.EliminaJoin(u"inner join OTRA O on O.CVE = C.CVE"); });
+  Prueba<E>("DameSentenciaSQL con sus parámetros",
+            [](E& e) { return e.f.DameSentenciaSQL(ENUM_MARCADOR::INTERROGACION, 0, e.parametros); });
+  Prueba<E>("GuardaConsulta", [](E& e) { GuardaConsulta(e.otra, e.archivo); });
   Prueba<E>("EliminaFiltros", [](E& e) { e.f.EliminaFiltros(); });
   Prueba<E>("CopiaFiltros", [](E& e) { e.f.CopiaFiltros(e.otra.ParamWhere, 1); });
   Prueba<E>("AgregaFiltros", [](E& e) { e.f.AgregaFiltros(e.otra.ParamWhere); });
@@ -194,6 +207,11 @@ TEST(SinMemoria, LeavesQueriesInWordsWhole) {
     });
   });
   Prueba<E>("sql", [](E& e) { e.consulta.sql("CLIENTES.SALDO > CLIENTES.LIMITE"); });
+  Prueba<E>("campo", [](E& e) { e.consulta.campo("CLIENTES.RFC", "Contribuyente del impuesto"); });
+  Prueba<E>("join", [](E& e) { e.consulta.join("LEFT JOIN CIUDADES D ON D.CVE = C.CIUDAD"); });
+  Prueba<E>("having", [](E& e) { e.consulta.having("SUM(CLIENTES.SALDO)").mayor(1000.5); });
+  Prueba<E>("agrupa", [](E& e) { e.consulta.agrupa("CLIENTES.CIUDAD, CLIENTES.ESTADO"); });
+  Prueba<E>("literal", [](E& e) { return e.consulta.literal(); });
   Prueba<E>("ordena", [](E& e) { e.consulta.ordena("CLIENTES.CIUDAD, CLIENTES.SALDO"); });
   Prueba<E>("unionCon", [](E& e) { e.consulta.unionCon(facil::Consulta("CLIENTES_NUEVOS N")); });
   Prueba<E>("sentencia", [](E& e) { return e.consulta.sentencia().texto; });
@@ -243,6 +261,13 @@ TEST(SinMemoria, LeavesDataSetsWhole) {
   Prueba<E>("Post", [](E& e) { e.d.Post(); });
   Prueba<E>("Cancel", [](E& e) { e.d.Cancel(); });
   Prueba<A>("Cancel de un alta", [](A& e) { e.d.Cancel(); });
+  Prueba<Datos>("CreateDataSet", [](Datos& e) {
+    e.d.CreateDataSet({{.Name = u"UN_CAMPO_DE_NOMBRE_LARGO", .DataType = TFieldType::ftInteger}});
+  });
+  Prueba<Datos>("Delete", [](Datos& e) { e.d.Delete(); });
+  Prueba<E>("EmptyDataSet", [](E& e) { e.d.EmptyDataSet(); });
+  Prueba<E>("SetValue", [](E& e) { e.d.FieldByName(u"NOMBRE").SetValue(123456789.123456); });
+  Prueba<E>("Clear", [](E& e) { e.d.FieldByName(u"NOMBRE").Clear(); });
   Prueba<E>("SetAsString",
             [](E& e) { e.d.FieldByName(u"NOMBRE").SetAsString(u"Un nombre más largo que los otros dos"); });
   Prueba<A>("NestedDataSet", [](A& e) { return e.d.FieldByName(u"PARTES").NestedDataSet()->FieldCount(); });
@@ -263,12 +288,14 @@ struct Textos {
     condicion.ValorCampo = VarArrayOf({1, 2.5, true});
   }
   UnicodeString Ve() {
-    UnicodeString texto = lista.Text() + Bytes(EscribeRemotableXML(condicion, u"c")) + IntToStr(codigo);
+    UnicodeString texto = lista.Text() + otra.Text() + ini.Texto() +
+                          Bytes(EscribeRemotableXML(condicion, u"c")) + IntToStr(codigo);
     for (const TParam& p : parametros) texto += p.Name + u"=" + p.Value.AsString();
     for (const UnicodeString& t : partes) texto += t + u"|";
     return texto;
   }
   TStringList lista, otra;
+  TextoIni ini{u"[Sección]\r\nclave=valor\r\n; nota\r\n[Otra]\r\nclave=valor\r\n"};
   TParams parametros;
   TParamWhereSimple condicion;
   Variant valor = VarArrayOf({u"Primer elemento", VarArrayOf({1, u"Segundo elemento"})});
@@ -287,6 +314,26 @@ TEST(SinMemoria, LeavesListsAndTextsWhole) {
   const std::string largo(60, '\xC1');
   Prueba<O>("Add", [](O& e) { return e.lista.Add(u"CALLE=Insurgentes Sur 1602"); });
   Prueba<E>("SetValue", [](E& e) { e.lista.SetValue(u"CIUDAD", u"San Cristóbal de las Casas"); });
+  Prueba<E>("Insert", [](E& e) { e.lista.Insert(1, u"CALLE=Insurgentes Sur 1602"); });
+  Prueba<E>("Put", [](E& e) { e.lista.Put(1, u"CALLE=Insurgentes Sur 1602"); });
+  Prueba<E>("AddObject", [](E& e) {
+    return e.lista.AddObject(u"CALLE=Insurgentes Sur 1602", std::make_unique<TStringList>()) == 3;
+  });
+  Prueba<E>("Delete", [](E& e) { e.lista.Delete(1); });
+  Prueba<E>("SetSorted", [](E& e) { e.lista.SetSorted(true); });
+  Prueba<O>("SetStrings", [](O& e) {
+    e.lista.SetStrings({u"CALLE=Insurgentes Sur 1602", u"CIUDAD=Otra ciudad"});
+  });
+  Prueba<E>("AddStrings que se entregan", [](E& e) { e.lista.AddStrings(std::move(e.otra)); });
+  Prueba<E>("TextoIni::Pon",
+            [](E& e) { e.ini.Pon(u"Sección", u"clave", u"Un valor más largo que el otro"); });
+  Prueba<E>("TextoIni::Pon, otra sección",
+            [](E& e) { e.ini.Pon(u"Una sección nueva", u"clave", u"Un valor"); });
+  Prueba<E>("TextoIni::AgregaSeccion", [](E& e) {
+    e.ini.AgregaSeccion(u"Una sección nueva",
+                        {{u"clave", u"Un valor largo"}, {u"otra", u"Otro valor largo"}});
+  });
+  Prueba<E>("TextoIni::Borra", [](E& e) { e.ini.Borra(u"Sección"); });
   Prueba<E>("AddStrings", [](E& e) { e.lista.AddStrings(e.otra); });
   Prueba<O>("AddStrings en orden", [](O& e) { e.lista.AddStrings(e.otra); });
   Prueba<O>("AddStrings con repetidos", [](O& e) {
@@ -389,6 +436,12 @@ TEST(SinMemoria, LeavesFormulasWhole) {
     return todo + FloatToStr(salida[2]);
   });
   Prueba<E>("DameFuncionN", [&](E& e) { return e.f.DameFuncionN(plana); });
+  Prueba<E>("CreaFuncionN", [](E& e) { e.f.CreaFuncionN(u"VENTAS_DEL_MES+OTRA_VENTA"); });
+  Prueba<E>("FormateaFormula", [&](E& e) { return e.f.FormateaFormula(larga); });
+  Prueba<E>("RemplazaVariables", [](E& e) { return e.f.RemplazaVariables(u"VENTAS_DEL_MES"); });
+  Prueba<E>("facil::Formula", [](E&) {
+    return facil::Formula("VENTAS_DEL_MES*TASA").Evalua({{"VENTAS_DEL_MES", 12000}, {"TASA", 0.05}});
+  });
   Prueba<E>("CreaFuncionInterna", [](E& e) { return e.f.CreaFuncionInterna(u"suma", u"META,TASA,FUN1"); });
 }
 
@@ -415,6 +468,13 @@ struct Documento {
   TClientDataSet lineas = Paquete("partidas.xml");
 };
 
+struct EnPartes {
+  UnicodeString Ve() { return Bytes(resumen.DameJson()); }
+  TResumenFiscal resumen =
+      facil::Documento({{.Precio = 99.99, .Iva = 16, .RetencionIsr = 10}, {.Precio = 33.333333, .Iva = 16}})
+          .Resumen();
+};
+
 TEST(SinMemoria, LeavesDocumentsWhole) {
   using E = Documento;
   Prueba<E>("SetCabecera", [](E& e) { e.c.SetCabecera(e.lineas); });
@@ -429,6 +489,12 @@ TEST(SinMemoria, LeavesDocumentsWhole) {
            facil::MontoEnLetra(conjunto.Total()) + IntToStr(static_cast<int>(conjunto.Avisos().size()));
   });
   Prueba<E>("LlenaListImpuestos", [](E& e) { e.c.LlenaListImpuestos(123.456789, 10.6666667, 13.1, 2); });
+  Prueba<E>("TResumenFiscal", [](E& e) { return Bytes(TResumenFiscal(e.c).DameJson()); });
+  Prueba<EnPartes>("Totaliza", [](EnPartes& e) { e.resumen.Totaliza(); });
+  Prueba<EnPartes>("AjustaCentavos", [](EnPartes& e) {
+    return AjustaCentavos(e.resumen, {e.resumen.Total.Unidades + 1, e.resumen.Total.Decimales})
+               .Movimientos.size() > 0;
+  });
 }
 
 struct Instalacion {
@@ -469,6 +535,10 @@ TEST(SinMemoria, LeavesFilesAndWhatIsReadFromThemWhole) {
   Prueba<E>("EscribeValor",
             [](E& e) { EscribeValor(e.ini, u"FECHAS", u"Fch1", u"Un rango nuevo,?/?/?,?/?/?"); });
   Prueba<E>("DameValoresSeccion", [](E& e) { DameValoresSeccion(e.ini, u"FECHAS", e.lista); });
+  Prueba<E>("DameDatosDeSeccion", [](E& e) { DameDatosDeSeccion(e.ini, u"FECHAS", e.lista); });
+  Prueba<E>("DameListaConexiones", [](E& e) { DameListaConexiones(e.ini, e.lista); });
+  Prueba<E>("BorraSeccion", [](E& e) { BorraSeccion(e.ini, u"FECHAS"); });
+  Prueba<E>("CopiaArchivo", [](E& e) { ExigeSinFalla(CopiaArchivo(e.catalogo, e.ini, true), u"No", e.ini); });
   Prueba<E>("EscribeDirectorioArchComun",
             [](E&) { EscribeDirectorioArchComun(u"C:\\Otra carpeta común\\"); });
   Prueba<E>("AgregaEmpresaXML", [](E&) {

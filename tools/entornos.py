@@ -1,0 +1,118 @@
+#!/usr/bin/env python3
+"""Runs the tests of a built tree under other languages, time zones and users.
+
+    tools/entornos.py BUILD [TEXT...]    only the environments whose name holds one of the texts
+
+Each test program runs whole, once in each environment. The locales are made in the build folder by localedef; the
+machine's own are not touched. Programs that write the log beside the library run one at a time.
+"""
+import concurrent.futures
+import contextlib
+import dataclasses
+import json
+import os
+import pathlib
+import subprocess
+import sys
+import threading
+import time
+
+NADIE = 65534
+IDIOMAS = ('es_MX', 'de_DE', 'tr_TR')
+# They take long, and what they show does not depend on the environment.
+LARGAS = ('Muertes.*', '*AfterAKill*', 'SinMemoria.*', 'Fallas.EachCallOfTheSystemOnce', 'Fallas.FullDisk')
+
+
+def entornos(carpeta):
+    """The environments by name: variables that are added, and what else is special."""
+    anfitrion = {'LD_PRELOAD': str(carpeta / 'tests' / 'entornos' / 'libanfitrion.so')}
+    utf8 = {'LOCPATH': str(carpeta / 'locales')}
+    lista = {
+        'C, Tijuana': {'LC_ALL': 'C', 'TZ': 'America/Tijuana'},
+        'es_MX, Kiritimati': {**utf8, 'LC_ALL': 'es_MX.UTF-8', 'TZ': 'Pacific/Kiritimati'},
+        'es_MX of the host too, Kathmandu': {**utf8, **anfitrion, 'LC_ALL': 'es_MX.UTF-8', 'TZ': 'Asia/Kathmandu'},
+        'de_DE of the host too, Lord Howe': {**utf8, **anfitrion, 'LC_ALL': 'de_DE.UTF-8',
+                                             'TZ': 'Australia/Lord_Howe'},
+        'tr_TR of the host too, New York by rule': {**utf8, **anfitrion, 'LC_ALL': 'tr_TR.UTF-8',
+                                                    'TZ': 'EST5EDT,M3.2.0,M11.1.0'},
+        'no environment': None,
+    }
+    if os.geteuid() == 0:
+        lista['another user without a home'] = {'HOME': '/nonexistent', 'USER': 'nobody'}
+    else:
+        print('another user: left out, only root can become one')
+    return lista
+
+
+@dataclasses.dataclass
+class Trabajo:
+    orden: list
+    carpeta: str
+    variables: dict
+    # It writes the log beside the library, and so not at the same time as another.
+    bitacora: bool
+    # It writes in the build folder, which is not another user's.
+    construye: bool
+
+
+def trabajos(construccion):
+    """The commands of the tests; of a program of GoogleTest one for all of its tests."""
+    salida = subprocess.run(['ctest', '--test-dir', str(construccion), '--show-only=json-v1', '-LE', 'bases'],
+                            check=True, capture_output=True, text=True).stdout
+    lista = {}
+    for prueba in json.loads(salida)['tests']:
+        # What looks at sources and objects, or compiles, sees no environment; threads have a run of their own.
+        if prueba['name'].startswith(('Casa.', 'Hilos.', 'Consulta.DeslicesSeDicenSolos', 'Fin.LlamaTodo')):
+            continue
+        orden = prueba.get('command')
+        if orden is None:
+            sys.exit(f'{prueba["name"]} is not built')
+        propiedades = {p['name']: p['value'] for p in prueba['properties']}
+        if any(parte.startswith('--gtest_filter=') for parte in orden):
+            orden = [orden[0], '--gtest_brief=1', '--gtest_filter=-' + ':'.join(LARGAS)]
+        variables = dict(v.split('=', 1) for v in propiedades.get('ENVIRONMENT', []))
+        bitacora = 'bitacora' in str(propiedades.get('RESOURCE_LOCK', ''))
+        construye = bitacora or prueba['name'].startswith('Fin.') or 'FIXTURES_SETUP' in propiedades
+        lista[(*orden, *sorted(variables.items()))] = Trabajo(
+            orden, propiedades.get('WORKING_DIRECTORY'), variables, bitacora, construye)
+    return list(lista.values())
+
+
+def corre(trabajo, variables, usuario, candado):
+    ambiente = {} if variables is None else {'PATH': os.environ['PATH'], **variables}
+    ambiente.update(trabajo.variables)
+    with candado if trabajo.bitacora else contextlib.nullcontext():
+        hecho = subprocess.run(trabajo.orden, cwd=trabajo.carpeta, env=ambiente, user=usuario, group=usuario,
+                               extra_groups=None if usuario is None else [], stdin=subprocess.DEVNULL, text=True,
+                               stdout=subprocess.PIPE, stderr=subprocess.STDOUT, errors='replace', timeout=300)
+    return hecho.returncode, hecho.stdout
+
+
+def main():
+    construccion = pathlib.Path(sys.argv[1]).resolve()
+    locales = construccion / 'locales'
+    locales.mkdir(exist_ok=True)
+    for idioma in IDIOMAS:
+        if not (locales / f'{idioma}.UTF-8').exists():
+            subprocess.run(['localedef', '-i', idioma, '-f', 'UTF-8', str(locales / f'{idioma}.UTF-8')], check=True)
+    lista = trabajos(construccion)
+    candado = threading.Lock()
+    faltas = 0
+    for nombre, variables in entornos(construccion).items():
+        if sys.argv[2:] and not any(texto in nombre for texto in sys.argv[2:]):
+            continue
+        inicio = time.monotonic()
+        usuario = NADIE if 'another user' in nombre else None
+        suyos = [t for t in lista if usuario is None or not t.construye]
+        with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as hilos:
+            hechos = hilos.map(lambda t: corre(t, variables, usuario, candado), suyos)
+            for trabajo, (codigo, texto) in zip(suyos, hechos):
+                if codigo != 0:
+                    faltas += 1
+                    print(f'-- {nombre}: {" ".join(trabajo.orden)} ended with {codigo}\n{texto[-4000:]}')
+        print(f'{nombre}: {len(suyos)} programs, {time.monotonic() - inicio:.1f} s', flush=True)
+    sys.exit(1 if faltas else 0)
+
+
+if __name__ == '__main__':
+    main()
