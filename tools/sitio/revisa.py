@@ -94,7 +94,7 @@ def exportados_sin_pagina(biblioteca, etiquetas, privados, nm="nm"):
             continue
         nombre = sin_corchetes(simbolo)
         # The standard library's templates on our types.
-        if not re.fullmatch(r"(vel::|uv90_)[\w:~]+", nombre):
+        if not re.fullmatch(r"(vel::|uv90_)[\w:~]+[=!]*", nombre):
             continue
         cuenta.add(nombre)
         dueno, _, ultimo = nombre.rpartition("::")
