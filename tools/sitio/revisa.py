@@ -90,9 +90,12 @@ def exportados_sin_pagina(biblioteca, etiquetas, privados, nm="nm"):
         clase, simbolo = linea.split(" ", 2)[1:]
         simbolo = re.sub(r"^(vtable|typeinfo name|typeinfo|VTT|construction vtable|(non-)?virtual thunk|guard variable) (for|to) ",
                          "", simbolo)
-        if simbolo == "A" or clase == "A" or not simbolo.startswith(("vel::", "uv90_")):
+        if clase == "A" or not simbolo.startswith(("vel::", "uv90_")):
             continue
         nombre = sin_corchetes(simbolo)
+        # The standard library's templates on our types.
+        if not re.fullmatch(r"(vel::|uv90_)[\w:~]+[=!]*", nombre):
+            continue
         cuenta.add(nombre)
         dueno, _, ultimo = nombre.rpartition("::")
         propio = ultimo.startswith("~") or ultimo == dueno.rpartition("::")[2] or ultimo.startswith("operator")
