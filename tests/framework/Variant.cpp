@@ -55,7 +55,7 @@ TEST(Variant, ConvertsToTextAndNumber) {
     EXPECT_EQ(valor.GetKind(), Variant::Kind::String);
   EXPECT_EQ(Variant::Null().AsString(), u"");
   EXPECT_EQ(Variant(std::uint16_t{7}).GetKind(), Variant::Kind::Integer);
-  EXPECT_EQ(Variant(7L).GetKind(), Variant::Kind::Int64);
+  EXPECT_EQ(Variant(std::int64_t{7}).GetKind(), Variant::Kind::Int64);
   EXPECT_EQ(Variant(std::size_t{7}).GetKind(), Variant::Kind::Int64);
   EXPECT_THROW(Variant(9223372036854775808ULL), EVariantTypeCastError);
 }

@@ -75,7 +75,7 @@ TEST(LanzaThrow, RaisesAMessageOrACode) {
   for (const std::string nombre : {"SrvVEL90", "IServerVEL90", "VELMovil30"}) {
     const UnicodeString modulo = UTF8ToString(nombre) + u".DLL";
     EXPECT_FALSE(ModuloCargado(modulo));
-    EXPECT_TRUE(DameArchivoConfig().ends_with(u"casa/.local/share\\Tavex\\VEL9.00\\VELWIN90.INI"));
+    EXPECT_EQ(DameArchivoConfig(), c.Archivo("casa/.local/share") + u"\\Tavex\\VEL9.00\\VELWIN90.INI");
     const pruebas::Modulo cargado(MODULOS "/" MODULO_INICIO + nombre + MODULO_FIN);
     EXPECT_TRUE(ModuloCargado(modulo));
     codigo = 42;
@@ -111,8 +111,12 @@ TEST(IntentarAbrirArchivo, NamesTheFileAndTheFault) {
   std::filesystem::create_directory(c.Ruta("carpeta"));
   EXPECT_EQ(mensaje("carpeta", 0, false), "Acceso denegado al archivo carpeta\nVerifique los permisos");
   const int manejador = IntentarAbrirArchivo(c.Archivo("a.txt"), 0x12, true, false);
-  const std::string enUso = "El archivo \"" + c.Utf8("a.txt") + "\" está en uso por otro programa";
-  for (const unsigned modo : {0x00U, 0x20U, 0x42U, 0x12U}) EXPECT_EQ(mensaje("a.txt", modo, false), enUso);
+  int otro = 0;
+  const FallaArchivo falla = AbreArchivo(c.Archivo("a.txt"), 0x40, otro);
+  EXPECT_EQ(falla.clase, ClaseFalla::EnUso);
+  EXPECT_EQ(otro, -1);
+  for (const unsigned modo : {0x00U, 0x20U, 0x42U, 0x12U})
+    EXPECT_EQ(mensaje("a.txt", modo, false), UTF8Encode(falla.texto)) << modo;
   CierraArchivo(manejador);
   EXPECT_EQ(mensaje("nuevo.txt", 0xFF00, false), "No se pudo encontrar el archivo nuevo.txt");
   EXPECT_EQ(mensaje("a.txt", 0xFF02, false), "none");

@@ -78,6 +78,7 @@ TEST(IntentarAbrirArchivo, NamesTheSystemsFaults) {
     fallaAlAbrir = 0;
   }
   const int manejador = IntentarAbrirArchivo(c.Archivo("a.txt"), 0x12, true, false);
+  EXPECT_EQ(mensaje("a.txt"), "El archivo \"" + c.Utf8("a.txt") + "\" está en uso por otro programa");
   EXPECT_EQ(write(manejador, "y", 1), 1) << "a descriptor of the system";
   CierraArchivo(manejador);
   EXPECT_EQ(c.Lee("a.txt"), "y");

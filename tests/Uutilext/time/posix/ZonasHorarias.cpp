@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "Uutilext/time/CalculoZonas.h"
+#include "platform/ReglasZona.h"
 #include "tests/Casos.h"
 
 namespace vel {
