@@ -43,7 +43,7 @@ class UTILVEL90_EXPORT TextoIni {
   /// the text does not hold. Raises as Valida does, and changes nothing.
   void AgregaSeccion(std::u16string_view seccion,
                      const std::vector<std::pair<UnicodeString, UnicodeString>>& claves);
-  /// Removes every section of that name with its keys; comments after its last key stay.
+  /// Removes every section of that name with its keys; comments after its last key stay. Raises as Valida.
   void Borra(std::u16string_view seccion);
 
  private:

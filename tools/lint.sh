@@ -18,7 +18,7 @@ clang-format --dry-run -Werror "${files[@]}"
 echo "layers"
 cmake -DRAIZ="$PWD" -P tools/capas.cmake
 
-sources=$(tree '*.cpp' | grep -vE '^(tests|benchmarks)/')
+sources=$(tree '*.cpp' | grep -vE '^(tests|benchmarks|fuzz)/')
 mapfile -t sources <<<"$sources"
 echo "clang-tidy: ${#sources[@]} files"
 cmake --preset clang >/dev/null
