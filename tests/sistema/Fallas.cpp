@@ -126,6 +126,7 @@ struct Ensayo {
 };
 
 TEST(Fallas, EachCallOfTheSystemOnce) {
+  constexpr std::size_t kMuchas = 200;
   long ensayos = 0;
   std::set<Llamada> vistas;
   const std::string objetos = pruebas::Objetos();
@@ -137,7 +138,10 @@ TEST(Fallas, EachCallOfTheSystemOnce) {
     for (std::size_t n = 1; n <= llamadas.size(); ++n) {
       const Llamada llamada = llamadas[n - 1];
       vistas.insert(llamada);
-      for (const int error : kErrores.at(llamada)) {
+      std::vector<int> errores = kErrores.at(llamada);
+      // An operation of hundreds of calls, most of them alike, has them fail by one error each, in turn.
+      if (llamadas.size() > kMuchas) errores = {errores[n % errores.size()]};
+      for (const int error : errores) {
         SCOPED_TRACE("call " + std::to_string(n) + ", kind " + std::to_string(static_cast<int>(llamada)) +
                      ": " + strerrorname_np(error));
         if (Retrata(ensayo.c.Ruta()) != ensayo.antes) pruebas::Revela(ensayo.c.Ruta(), ensayo.antes);
