@@ -40,8 +40,8 @@ class Desvio {
   std::vector<std::pair<std::string, std::optional<std::string>>> previas_;
 };
 
-/// The folder that is drive C for the library of a test whose folder is `carpeta`; nothing when the machine's own
-/// would be touched.
+/// The folder that is drive C for the library of a test whose folder is `carpeta`; nothing when the machine's
+/// own would be touched.
 std::optional<std::filesystem::path> UnidadC(const std::filesystem::path& carpeta);
 
 /// A shared library, loaded as long as this lives.
