@@ -108,7 +108,7 @@ class UTILVEL90_EXPORT VisitantePropiedades {
   }
 
  private:
-  // What Enumeracion calls in programs built with 9.0.
+  /// What Enumeracion calls in programs built with 9.0.
   [[noreturn]] static void RechazaOrdinal(std::u16string_view nombre);
 
   template <typename T, typename Crea_>
