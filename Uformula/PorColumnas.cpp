@@ -110,10 +110,12 @@ Evaluador::Bloque::Bloque(Evaluador& evaluador, std::span<const Columna> columna
   }
   for (std::uint32_t i = 0; i < evaluador.programa_.size(); ++i) {
     Instruccion& in = evaluador.programa_[i];
-    const std::span lugares = std::span(evaluador.lugares_).subspan(in.primero, in.cuenta);
-    cambia[i] = in.operacion == Operacion::llama
-                    ? std::any_of(lugares.begin(), lugares.end(), [&](std::uint32_t c) { return cambia[c]; })
-                    : cambia[in.izquierdo] || cambia[in.derecho];
+    if (in.operacion == Operacion::llama) {
+      const std::span lugares = std::span(evaluador.lugares_).subspan(in.primero, in.cuenta);
+      cambia[i] = std::any_of(lugares.begin(), lugares.end(), [&](std::uint32_t c) { return cambia[c]; });
+    } else {
+      cambia[i] = cambia[in.izquierdo] || cambia[in.derecho];
+    }
     if (cambia[i]) {
       pasos_.push_back(i);
     } else {

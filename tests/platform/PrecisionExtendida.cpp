@@ -67,8 +67,9 @@ TEST(PrecisionExtendida, RoundsTheSameWhateverTheThreadsControlWord) {
   int cambiados = 0;
   Pon(0x027F);
   LimpiaBanderas();
-  const std::uint32_t antes = Unidad();
   for (std::size_t i = 0; i < valores.size(); ++i) {
+    // Each time: 32-bit code turns doubles into whole numbers in this unit, which leaves flags.
+    const std::uint32_t antes = Unidad();
     const double extendido = redondea(i);
     cambiados += Unidad() != antes ? 1 : 0;
     const double porTexto = redondeaTexto(i);
