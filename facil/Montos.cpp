@@ -3,6 +3,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -133,9 +134,9 @@ void Agrega(UnicodeString& texto, std::u16string_view palabra) {
 /// Gender that a group of three digits agrees with: before "MIL" its hundreds do, its "UN" does not.
 enum class Genero : std::uint8_t { MASCULINO, FEMENINO, FEMENINO_MIL };
 
-void AgregaGrupo(UnicodeString& texto, std::uint64_t n, Genero genero) {
-  const std::uint64_t centenas = n / 100;
-  const std::uint64_t resto = n % 100;
+void AgregaGrupo(UnicodeString& texto, std::size_t n, Genero genero) {
+  const std::size_t centenas = n / 100;
+  const std::size_t resto = n % 100;
   if (centenas == 1) {
     Agrega(texto, resto == 0 ? u"CIEN" : u"CIENTO");
   } else if (centenas > 1) {
@@ -143,7 +144,7 @@ void AgregaGrupo(UnicodeString& texto, std::uint64_t n, Genero genero) {
     texto += genero == Genero::MASCULINO ? u"OS" : u"AS";
   }
   const bool una = genero == Genero::FEMENINO;
-  const auto hasta29 = [una](std::uint64_t k) {
+  const auto hasta29 = [una](std::size_t k) {
     return una && k == 1 ? u"UNA" : una && k == 21 ? u"VEINTIUNA" : kHasta29[k];
   };
   if (resto == 0) return;
@@ -155,7 +156,7 @@ void AgregaGrupo(UnicodeString& texto, std::uint64_t n, Genero genero) {
 }
 
 /// A number below a million; nothing for 0.
-void AgregaMiles(UnicodeString& texto, std::uint64_t n, bool femenino) {
+void AgregaMiles(UnicodeString& texto, std::size_t n, bool femenino) {
   if (n >= 1000) {
     AgregaGrupo(texto, n / 1000, femenino ? Genero::FEMENINO_MIL : Genero::MASCULINO);
     Agrega(texto, u"MIL");
@@ -170,17 +171,21 @@ UnicodeString EnLetra(const Decimal& d, const Moneda& moneda) {
                             u" no se escribe con letra: pasa de 9,999,999,999,999.99");
   }
   constexpr std::uint64_t kMillon = 1'000'000;
+  const auto menorAlMillon = [](std::uint64_t cuantos) {
+    return static_cast<std::size_t>(cuantos % kMillon);
+  };
   std::uint64_t n = 0;
   std::from_chars(enteros.data(), enteros.data() + enteros.size(), n);
   UnicodeString texto(d.negativo ? u"MENOS" : u"");
-  const std::array<std::pair<std::uint64_t, std::array<std::u16string_view, 2>>, 2> millones{
-      {{n / kMillon / kMillon, {u"BILLÓN", u"BILLONES"}}, {n / kMillon % kMillon, {u"MILLÓN", u"MILLONES"}}}};
+  const std::array<std::pair<std::size_t, std::array<std::u16string_view, 2>>, 2> millones{
+      {{menorAlMillon(n / kMillon / kMillon), {u"BILLÓN", u"BILLONES"}},
+       {menorAlMillon(n / kMillon), {u"MILLÓN", u"MILLONES"}}}};
   for (const auto& [cuantos, nombres] : millones) {
     if (cuantos == 0) continue;
     AgregaMiles(texto, cuantos, false);
     Agrega(texto, nombres[cuantos == 1 ? 0 : 1]);
   }
-  AgregaMiles(texto, n % kMillon, moneda.Femenina);
+  AgregaMiles(texto, menorAlMillon(n), moneda.Femenina);
   if (n == 0) Agrega(texto, u"CERO");
   if (n != 0 && n % kMillon == 0) Agrega(texto, u"DE");
   Agrega(texto, n == 1 ? moneda.Singular : moneda.Plural);

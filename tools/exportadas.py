@@ -27,12 +27,11 @@ def simbolos(biblioteca, prefijo):
         tabla = ejecuta(prefijo + "objdump", "-p", str(biblioteca)).partition("[Ordinal/Name Pointer] Table")[2]
         # Some versions of the tool write a second number before the name.
         crudos = [("D", n) for n in re.findall(r"^\s*\[ *\d+\](?: \+base\[ *\d+\] +[0-9a-f]+)? (\S+)$", tabla, re.M)]
-        # Names of C++ have a leading "_" of the system's own on 32 bits.
-        crudos = [(c, "_" + n if n.startswith("Z") else n) for c, n in crudos]
     else:
         lineas = ejecuta(prefijo + "nm", "--dynamic", "--defined-only", str(biblioteca)).splitlines()
         crudos = [tuple(linea.split()[-2:]) for linea in lineas]
-    nombres = ejecuta(prefijo + "c++filt", entrada="\n".join(n for _, n in crudos)).splitlines()
+    # Tools for 32-bit Windows would take a "_" from the names, which these have not got.
+    nombres = ejecuta(prefijo + "c++filt", "--no-strip-underscore", entrada="\n".join(n for _, n in crudos)).splitlines()
     return [(clase, nombre) for (clase, _), nombre in zip(crudos, nombres)]
 
 

@@ -44,7 +44,9 @@ pack() {
   cmake --install "build/windows-$target" --prefix "$folder" >/dev/null
   if [ "$target" = i686 ]; then
     for file in "${runtime[@]}"; do
-      install -m 755 "$(find_runtime "$target" "$file")" "$folder/bin/"
+      # The tool writes the moment into what it strips, unless it is told one.
+      SOURCE_DATE_EPOCH=315532800 install -m 755 --strip --strip-program="$target-w64-mingw32-strip" "$(find_runtime "$target" "$file")" \
+        "$folder/bin/"
     done
   fi
   cp "$out/dependencias/versiones.txt" tools/windows/LEEME.txt "$folder/"

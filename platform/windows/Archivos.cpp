@@ -38,16 +38,21 @@ constexpr milliseconds kEsperaNegado{100};
 
 DWORD UltimoError(bool bien) noexcept { return bien ? ERROR_SUCCESS : GetLastError(); }
 
-// Does what the short use of a file by another program makes fail, until it succeeds or the wait is over.
+// Does what the short use of a file by another program makes fail, until it succeeds, `espera` is over, or it
+// was denied for `esperaNegado` on end.
 template <class Intento>
 DWORD Insiste(milliseconds espera, milliseconds esperaNegado, Intento intento) {
   const auto inicio = std::chrono::steady_clock::now();
+  auto negadoDesde = inicio;
   for (;;) {
     const DWORD error = intento();
-    const bool enUso =
-        error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION || error == ERROR_DELETE_PENDING;
-    if (!enUso && error != ERROR_ACCESS_DENIED) return error;
-    if (std::chrono::steady_clock::now() - inicio >= (enUso ? espera : esperaNegado)) return error;
+    const auto ahora = std::chrono::steady_clock::now();
+    if (error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION || error == ERROR_DELETE_PENDING) {
+      negadoDesde = ahora;
+    } else if (error != ERROR_ACCESS_DENIED) {
+      return error;
+    }
+    if (ahora - inicio >= espera || ahora - negadoDesde >= esperaNegado) return error;
     std::this_thread::sleep_for(milliseconds(1));
   }
 }
@@ -331,7 +336,7 @@ class CandadoDelFinal {
  public:
   explicit CandadoDelFinal(HANDLE archivo) : archivo_(archivo) {
     lugar_.OffsetHigh = 0x40000000;
-    error_ = Insiste(kEsperaCandado, milliseconds(0), [this] {
+    error_ = Insiste(kEsperaCandado, kEsperaNegado, [this] {
       return UltimoError(
           LockFileEx(archivo_, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &lugar_) != 0);
     });

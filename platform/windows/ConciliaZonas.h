@@ -1,11 +1,9 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <map>
 #include <optional>
 #include <string_view>
-#include <vector>
 
 #include "platform/ZonasHorarias.h"
 

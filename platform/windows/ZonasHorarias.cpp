@@ -5,6 +5,7 @@
 #include <cstring>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <string>
 
 #include "framework/Numeros.h"
@@ -76,13 +77,13 @@ class Llave {
   HKEY llave_ = nullptr;
 };
 
-// What the system knows of a zone by its Windows name; nothing when it has no such zone.
 struct Leida {
   ZonaSistema reglas;
   UnicodeString estandar;
   UnicodeString verano;
 };
 
+// What the system knows of a zone by its Windows name; nothing when it has no such zone.
 std::optional<Leida> LeeSistema(std::u16string_view nombre) {
   constexpr std::u16string_view kNoDeNombre(u"\\\0", 2);
   if (nombre.empty() || nombre.size() > kNombreMaximo || nombre.find_first_of(kNoDeNombre) != nombre.npos)

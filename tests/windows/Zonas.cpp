@@ -44,18 +44,18 @@ TEST(ZonasWindows, NewRecordsOfTheSystemWin) {
   // Decreed after the table was made: an hour more from next year on.
   const DWORD primero = 2000;
   const auto ultimo = static_cast<DWORD>(este + 1);
-  PonTzi(L"Tonga Standard Time", L"TZI", -840);
-  PonTzi(L"Tonga Standard Time\\Dynamic DST", L"2000", -780);
-  PonTzi(L"Tonga Standard Time\\Dynamic DST", std::to_wstring(ultimo).c_str(), -840);
-  Pon(L"Tonga Standard Time\\Dynamic DST", L"FirstEntry", REG_DWORD, &primero, sizeof primero);
-  Pon(L"Tonga Standard Time\\Dynamic DST", L"LastEntry", REG_DWORD, &ultimo, sizeof ultimo);
-  for (const char* nombre : {"Tonga Standard Time", "Pacific/Tongatapu"}) {
-    EXPECT_NEAR(Horas(nombre, 2020), 13, 1e-6) << nombre;
-    EXPECT_NEAR(Horas(nombre, este), 13, 1e-6) << nombre;
-    EXPECT_NEAR(Horas(nombre, este + 1), 14, 1e-6) << nombre;
-    EXPECT_NEAR(Horas(nombre, este + 20), 14, 1e-6) << nombre;
+  PonTzi(L"Korea Standard Time", L"TZI", -600);
+  PonTzi(L"Korea Standard Time\\Dynamic DST", L"2000", -540);
+  PonTzi(L"Korea Standard Time\\Dynamic DST", std::to_wstring(ultimo).c_str(), -600);
+  Pon(L"Korea Standard Time\\Dynamic DST", L"FirstEntry", REG_DWORD, &primero, sizeof primero);
+  Pon(L"Korea Standard Time\\Dynamic DST", L"LastEntry", REG_DWORD, &ultimo, sizeof ultimo);
+  for (const char* nombre : {"Korea Standard Time", "Asia/Seoul", "ROK"}) {
+    EXPECT_NEAR(Horas(nombre, 2020), 9, 1e-6) << nombre;
+    EXPECT_NEAR(Horas(nombre, este), 9, 1e-6) << nombre;
+    EXPECT_NEAR(Horas(nombre, este + 1), 10, 1e-6) << nombre;
+    EXPECT_NEAR(Horas(nombre, este + 20), 10, 1e-6) << nombre;
   }
-  EXPECT_NEAR(Horas("Pacific/Fakaofo", este + 1), 13, 1e-6) << "another zone of the same hours";
+  EXPECT_NEAR(Horas("Asia/Tokyo", este + 1), 9, 1e-6) << "another zone of the same hours";
 
   // A zone that is newer than the library, named in the system's language.
   const std::wstring estandar = L"Hora estándar de Coatzacoalcos";
@@ -67,7 +67,9 @@ TEST(ZonasWindows, NewRecordsOfTheSystemWin) {
   ASSERT_TRUE(GetInfoTimeZone(tzi, u"Coatzacoalcos Standard Time"));
   EXPECT_EQ(tzi.Bias, 330);
   EXPECT_EQ(std::u16string_view(tzi.StandardName), std::u16string(estandar.begin(), estandar.end()));
-  for (const char16_t* malo : {u"Tonga Standard Time\\Dynamic DST", u"Dynamic DST", u"Tonga"})
+  // What stands below a zone is none.
+  PonTzi(L"Coatzacoalcos Standard Time\\Otra", L"TZI", 330);
+  for (const char16_t* malo : {u"Coatzacoalcos Standard Time\\Otra", u"Otra", u"Korea"})
     EXPECT_FALSE(GetInfoTimeZone(tzi, malo));
 }
 
