@@ -77,7 +77,7 @@ struct ImpuestoPorTasa {
 ///
 ///     const Documento factura({{.Cantidad = 2, .Precio = 4599.90, .Descuentos = {10}, .Iva = 16},
 ///                              {.Precio = 1234.56, .Iva = 16, .RetencionIsr = 10}});
-///     factura.Total();                              // 11,131.04
+///     factura.Total();                              // 10,913.22
 ///     MontoEnLetra(factura.Total());
 ///     for (const ImpuestoPorTasa& i : factura.PorTasa()) ...
 ///
