@@ -38,7 +38,7 @@ trap stop EXIT
 timed 'wine prefix'
 
 # Two at a time, except for what writes the same log.
-ctest --test-dir "$build" -j 2 --output-on-failure --no-tests=error -E '^Casa\.' 8<&- || failed=1
+ctest --test-dir "$build" -j 2 --output-on-failure --no-tests=error -E '^Casa\.|^Consulta\.Deslices' 8<&- || failed=1
 timed 'test programs'
 bash tools/windows/aceptacion.sh build/dev "$build" 8<&- || failed=1
 timed 'comparison with this system'
