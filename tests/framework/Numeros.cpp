@@ -13,13 +13,14 @@
 #include "framework/Excepciones.h"
 #include "tests/Casos.h"
 #include "tests/Mensaje.h"
+#include "tests/Reales.h"
 
 namespace vel {
 namespace {
 
 UnicodeString Resultado(const std::string& funcion, const std::string& argumento) try {
   const UnicodeString texto = UTF8ToString(argumento);
-  if (funcion == "FloatToStr") return FloatToStr(std::strtod(argumento.c_str(), nullptr));
+  if (funcion == "FloatToStr") return FloatToStr(pruebas::Real(argumento));
   if (funcion == "StrToFloat") return FloatToStr(StrToFloat(texto));
   if (funcion == "StrToInt") return IntToStr(StrToInt(texto));
   if (funcion == "StrToInt64") return IntToStr(StrToInt64(texto));
@@ -47,7 +48,7 @@ TEST(FloatToStr, HoldsTheDigitsOfPrintf) {
     std::snprintf(esperado, sizeof esperado, "%.15g", valor);
     double leido = 0;
     ASSERT_TRUE(TryStrToFloat(FloatToStr(valor), leido)) << esperado;
-    ASSERT_EQ(leido, std::strtod(esperado, nullptr)) << esperado;
+    ASSERT_EQ(leido, pruebas::Real(esperado)) << esperado;
   }
 }
 

@@ -15,6 +15,7 @@
 #include "platform/Archivos.h"
 #include "platform/posix/Tzif.h"
 #include "tests/Casos.h"
+#include "tests/Reales.h"
 
 namespace vel {
 namespace {
@@ -108,7 +109,7 @@ TEST(Zonas, MexicoGaveUpDaylightSavingInOctober2022) {
   const Tz tz("America/Mexico_City");
   for (const auto& c : pruebas::Casos("zonas/conversiones.txt", "|")) {
     CivilDate dia;
-    std::istringstream(c.at(0)) >> dia.anio >> dia.mes >> dia.dia;
+    pruebas::Entrada(c.at(0)) >> dia.anio >> dia.mes >> dia.dia;
     const TDateTime convertida = ConvertTimeToTimeZone(Fecha(dia, {12, 0, 0, 7}), UTF8ToString(c.at(1)));
     EXPECT_EQ(DecodeTime(convertida), (CivilTime{std::stoi(c.at(2)), 0, 0, 7})) << c[1];
     EXPECT_EQ(DecodeDate(convertida), dia);
