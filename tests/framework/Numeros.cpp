@@ -45,7 +45,8 @@ TEST(FloatToStr, HoldsTheDigitsOfPrintf) {
       valor = std::ldexp(static_cast<double>(azar()), static_cast<int>(azar() % 2000) - 1060);
     }
     char esperado[40];
-    std::snprintf(esperado, sizeof esperado, "%.15g", valor);
+    // printf's digits, whatever locale the host has set.
+    *std::to_chars(esperado, esperado + sizeof esperado, valor, std::chars_format::general, 15).ptr = '\0';
     double leido = 0;
     ASSERT_TRUE(TryStrToFloat(FloatToStr(valor), leido)) << esperado;
     ASSERT_EQ(leido, pruebas::Real(esperado)) << esperado;
