@@ -128,11 +128,12 @@ class Obra {
 enum class Nombrada : std::uint8_t { Ninguna, Esta, Otra };
 
 Nombrada LaDelRegistro(std::u16string_view carpeta) {
-  const ValorRegistro valor = LeeRegistro(u"Software\\Tavex", u"TAVEXComunDir");
+  FallaArchivo falla;
+  const ValorRegistro valor = LeeRegistro(u"Software\\Tavex", u"TAVEXComunDir", falla);
   // A folder that is named must not give way because the registry could not be read for a moment.
-  if (valor.falla.Hubo()) {
+  if (falla.Hubo()) {
     throw Exception(
-        UnicodeString(u"No se puede leer el registro: ").append(Descripcion(valor.falla)).append(kRemedio));
+        UnicodeString(u"No se puede leer el registro: ").append(Descripcion(falla)).append(kRemedio));
   }
   if (!valor.texto.has_value() || valor.texto->empty()) return Nombrada::Ninguna;
   return RutaNativa(SinDiagonalFinal(*valor.texto)) == RutaNativa(carpeta) ? Nombrada::Esta : Nombrada::Otra;

@@ -22,13 +22,15 @@ struct ValorRegistro {
   bool claveExiste = false;
   /// The text of a text value; nothing when the key has no such value or it is no text.
   std::optional<UnicodeString> texto;
-  /// Why the registry could not be read (too many open files, a broken disk, another's file): nothing is
-  /// known of the key then. One that is not there is no fault and has no keys.
-  FallaArchivo falla{};
 };
 
 /// Reads a value by key ("SOFTWARE\TAVEX") and name; one that cannot be read counts as missing.
 UTILVEL90_EXPORT ValorRegistro LeeRegistro(std::u16string_view clave, std::u16string_view nombre);
+
+/// The same, telling in `falla` why the registry could not be read (too many open files, a broken disk,
+/// another's file): nothing is known of the key then. A registry or a key that is not there is no fault.
+UTILVEL90_EXPORT ValorRegistro LeeRegistro(std::u16string_view clave, std::u16string_view nombre,
+                                           FallaArchivo& falla);
 
 /// Writes a text value, creating the key when needed; on POSIX in one step, under a lock and with all else in
 /// the file kept. Key and name have no line breaks; the empty name is the key's default value.

@@ -75,9 +75,10 @@ UnicodeString Ruta(const Carpeta& carpeta, int numEmp) {
 UnicodeString DameRutaDll() { return CarpetaBiblioteca(); }
 
 UnicodeString DameDirectorioArchComun() {
-  const ValorRegistro valor = LeeRegistro(u"Software\\Tavex", kValorComun);
+  FallaArchivo falla;
+  const ValorRegistro valor = LeeRegistro(u"Software\\Tavex", kValorComun, falla);
   // Without its folder files would go astray, below wherever the process stands.
-  ExigeSinFalla(valor.falla, u"No se puede leer del registro el valor", kValorComun);
+  ExigeSinFalla(falla, u"No se puede leer del registro el valor", kValorComun);
   if (!valor.claveExiste) return {};
   UnicodeString carpeta = valor.texto.value_or(u"c:\\sistemas\\tavex\\comunes");
   if (!carpeta.empty() && carpeta.back() != u'\\') carpeta += u'\\';

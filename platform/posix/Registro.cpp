@@ -204,13 +204,11 @@ std::optional<Hallazgo> BuscaValor(std::u16string_view texto, const Clave& clave
 
 }  // namespace
 
-ValorRegistro LeeRegistro(std::u16string_view clave, std::u16string_view nombre) {
+ValorRegistro LeeRegistro(std::u16string_view clave, std::u16string_view nombre, FallaArchivo& falla) {
   ValorRegistro leido;
   std::string bytes;
-  FallaArchivo falla = LeeArchivo(RutaRegistro(), bytes);
-  if (falla.clase != ClaseFalla::NoExiste && falla.clase != ClaseFalla::RutaNoExiste) {
-    leido.falla = std::move(falla);
-  }
+  falla = LeeArchivo(RutaRegistro(), bytes);
+  if (falla.clase == ClaseFalla::NoExiste || falla.clase == ClaseFalla::RutaNoExiste) falla = {};
   const UnicodeString registro = DecodificaArchivo(bytes).texto;
   for (const bool nodo32 : {true, false}) {
     const Clave encontrada = BuscaClave(registro, ClaveCompleta(clave, nodo32));

@@ -58,11 +58,14 @@ std::optional<UnicodeString> LeeTexto(HKEY clave, const std::wstring& nombre) {
 
 }  // namespace
 
-ValorRegistro LeeRegistro(std::u16string_view clave, std::u16string_view nombre) {
+ValorRegistro LeeRegistro(std::u16string_view clave, std::u16string_view nombre, FallaArchivo& falla) {
   ValorRegistro leido;
   Clave abierta;
-  leido.claveExiste = RegOpenKeyExW(HKEY_LOCAL_MACHINE, NombreEnVista(clave).c_str(), 0,
-                                    KEY_QUERY_VALUE | kVista, abierta.Lugar()) == ERROR_SUCCESS;
+  const LSTATUS r = RegOpenKeyExW(HKEY_LOCAL_MACHINE, NombreEnVista(clave).c_str(), 0,
+                                  KEY_QUERY_VALUE | kVista, abierta.Lugar());
+  leido.claveExiste = r == ERROR_SUCCESS;
+  const bool falta = r == ERROR_FILE_NOT_FOUND || r == ERROR_PATH_NOT_FOUND;
+  falla = falta ? FallaArchivo{} : windows::FallaDe(static_cast<DWORD>(r));
   if (leido.claveExiste) leido.texto = LeeTexto(abierta.Hkey(), windows::Ancha(nombre));
   return leido;
 }

@@ -5,6 +5,7 @@
 
 #include "tests/CarpetaTemporal.h"
 #include "tests/Casos.h"
+#include "tests/Reales.h"
 
 namespace vel {
 namespace {
@@ -17,7 +18,7 @@ TEST(Macros, MoveTheDate) {
   for (const auto& caso : pruebas::Casos("textos/macros.txt", "|")) {
     const auto fecha = [](const std::string& texto) {
       Fecha f;
-      std::istringstream(texto) >> f.dia >> f.mes >> f.anio;
+      pruebas::Entrada(texto) >> f.dia >> f.mes >> f.anio;
       return f;
     };
     Fecha f = fecha(caso.at(0));

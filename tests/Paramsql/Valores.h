@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "framework/Variant.h"
+#include "tests/Reales.h"
 
 namespace pruebas {
 
@@ -18,9 +19,9 @@ inline vel::Variant ValorDe(const std::string& texto) {
     case 'l':
       return vel::Variant(std::stoll(resto));
     case 'd':
-      return vel::Variant(std::stod(resto));
+      return vel::Variant(pruebas::Real(resto));
     case 'f':
-      return vel::Variant(vel::TDateTime(std::stod(resto)));
+      return vel::Variant(vel::TDateTime(pruebas::Real(resto)));
     case 'b':
       return vel::Variant(resto == "1");
     case 't':
@@ -33,7 +34,7 @@ inline vel::Variant ValorDe(const std::string& texto) {
       break;
   }
   std::vector<vel::Variant> elementos;
-  std::istringstream partes(resto);
+  std::istringstream partes = pruebas::Entrada(resto);
   for (std::string uno; std::getline(partes, uno, '~');) elementos.push_back(ValorDe(uno));
   return vel::VarArrayOf(std::move(elementos));
 }

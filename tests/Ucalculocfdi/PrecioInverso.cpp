@@ -16,6 +16,7 @@
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
 #include "tests/Casos.h"
+#include "tests/Reales.h"
 #include "tests/Ucalculocfdi/Partidas.h"
 
 namespace vel {
@@ -128,19 +129,19 @@ TEST(Partida, GivesTheBasesAndReadsOnlyWhatApplies) {
 
 TDatosPartida Lee(const std::vector<std::string>& caso) {
   TDatosPartida p;
-  p.Cantidad = std::stod(caso[2]);
-  std::istringstream impuestos(caso[3]);
+  p.Cantidad = pruebas::Real(caso[2]);
+  std::istringstream impuestos = pruebas::Entrada(caso[3]);
   for (std::string impuesto; caso[3] != "-" && impuestos >> impuesto;) {
     const auto n = static_cast<std::size_t>(std::stoi(impuesto) - 1);
-    p.Tasa[n] = std::stod(impuesto.substr(2));
+    p.Tasa[n] = pruebas::Real(impuesto.substr(2));
     p.Codigo[n] = std::stoi(impuesto.substr(impuesto.find('@') + 1));
   }
   if (char modo = 0; caso[4] != "-") {
-    std::istringstream(caso[4]) >> p.ImpuestoConCuota >> modo >> p.Cuota;
+    pruebas::Entrada(caso[4]) >> p.ImpuestoConCuota >> modo >> p.Cuota;
     p.ModoCuota = static_cast<ENUM_CUOTA>(modo);
   }
-  std::istringstream(caso[5]) >> p.PorcDescuento[0] >> p.PorcDescuento[1] >> p.PorcDescuento[2];
-  p.TipoCambio = std::stod(caso[7]);
+  pruebas::Entrada(caso[5]) >> p.PorcDescuento[0] >> p.PorcDescuento[1] >> p.PorcDescuento[2];
+  p.TipoCambio = pruebas::Real(caso[7]);
   return p;
 }
 
@@ -148,7 +149,7 @@ TEST(PrecioInverso, IsTheNearestNetPriceThatComesToThePriceOrAnError) {
   for (const auto& caso : Casos("documentos/precios_inversos.txt", " | ")) {
     SCOPED_TRACE(caso[0]);
     TDatosPartida p = Lee(caso);
-    const double precio = std::stod(caso[1]);
+    const double precio = pruebas::Real(caso[1]);
     const auto tipo = caso[6] == "lista" ? ENUM_PRECIO::PRECIO_LISTA : ENUM_PRECIO::PRECIO_FINAL;
     if (caso.size() == 9) {
       try {
@@ -160,7 +161,7 @@ TEST(PrecioInverso, IsTheNearestNetPriceThatComesToThePriceOrAnError) {
       continue;
     }
     const TPrecioInverso inverso = ObtenPrecioInverso(precio, p, tipo);
-    EXPECT_EQ(inverso.PrecioNeto, std::stod(caso[8]));
+    EXPECT_EQ(inverso.PrecioNeto, pruebas::Real(caso[8]));
     EXPECT_EQ(UTF8Encode(inverso.TotalPedido.Texto()), caso[9]);
     EXPECT_EQ(inverso.Residuo, std::stoll(caso[10]));
     p.Precio = inverso.PrecioNeto;
@@ -197,13 +198,13 @@ TEST(PrecioInverso, MissesOnlyPricesThatNoNetPriceReaches) {
 // "amount tax tax ...; ...": see ajuste_centavos.txt.
 std::vector<TPartidaFiscal> Impresas(const std::string& texto, int decimales) {
   std::vector<TPartidaFiscal> partidas;
-  std::istringstream lineas(texto);
+  std::istringstream lineas = pruebas::Entrada(texto);
   for (std::string linea; std::getline(lineas, linea, ';');) {
     TPartidaFiscal& p = partidas.emplace_back();
     p.Renglon = partidas.size();
     p.Cantidad = p.ValorUnitario = {1'000'000, 6};
     p.Importe = p.Descuento = {0, decimales};
-    std::istringstream campos(linea);
+    std::istringstream campos = pruebas::Entrada(linea);
     campos >> p.Importe.Unidades;
     char clase = 0;
     for (TImpuestoImpreso t; campos >> t.Numero >> clase >> t.CodigoBase >> t.Tasa.Unidades >>

@@ -12,6 +12,7 @@
 #include "framework/Excepciones.h"
 #include "tests/Casos.h"
 #include "tests/Mensaje.h"
+#include "tests/Reales.h"
 #include "tests/Ucalculocfdi/Partidas.h"
 
 namespace vel {
@@ -46,7 +47,7 @@ std::string Codigos(const std::vector<TMotivoFiscal>& motivos) {
 
 // The line of a case: see resumen.txt.
 Partida LineaDeCaso(const std::vector<std::string>& c, TNotaPartida& nota) {
-  const auto real = [&c](std::size_t i) { return Variant(std::stod(c[i])); };
+  const auto real = [&c](std::size_t i) { return Variant(pruebas::Real(c[i])); };
   const auto texto = [&c](std::size_t i) { return Variant(UTF8ToString(c[i])); };
   Partida p = {{u"CANT", real(1)},  {u"PREC", real(2)},  {u"TIP_CAM", real(3)},
                {u"DESC1", real(4)}, {u"DESC2", real(5)}, {u"DESC3", real(6)}};
@@ -56,7 +57,7 @@ Partida LineaDeCaso(const std::vector<std::string>& c, TNotaPartida& nota) {
   if (!c[10].empty()) nota.Unidades = StrToFloat(UTF8ToString(c[10]));
   p = Mas(p, {{u"TIPO_PROD", Variant(u"P")}, {u"TIPO_ELEM", texto(11)}, {u"MUESTRA_PAR", texto(12)}});
   for (int n = 1; n <= 8; ++n) p = Mas(p, Impuesto(n, 0, 6));
-  std::istringstream impuestos(c[13]);
+  std::istringstream impuestos = pruebas::Entrada(c[13]);
   for (std::string uno; impuestos >> uno;) {
     const std::size_t corte = uno.rfind(':');
     const int numero = uno[0] - '0';
@@ -64,7 +65,7 @@ Partida LineaDeCaso(const std::vector<std::string>& c, TNotaPartida& nota) {
     const bool exento = tasa[0] == 'E';
     nota.Exento[static_cast<std::size_t>(numero - 1)] = exento;
     if (exento) tasa.replace(0, 1, "0");
-    p = Mas(p, Impuesto(numero, std::stod(tasa), std::stoi(uno.substr(corte + 1))));
+    p = Mas(p, Impuesto(numero, pruebas::Real(tasa), std::stoi(uno.substr(corte + 1))));
   }
   return p;
 }

@@ -13,13 +13,14 @@
 #include "framework/Excepciones.h"
 #include "tests/Casos.h"
 #include "tests/Mensaje.h"
+#include "tests/Reales.h"
 
 namespace vel {
 namespace {
 
 UnicodeString Resultado(const std::string& funcion, const std::string& argumento) try {
   const UnicodeString texto = UTF8ToString(argumento);
-  if (funcion == "FloatToStr") return FloatToStr(std::strtod(argumento.c_str(), nullptr));
+  if (funcion == "FloatToStr") return FloatToStr(pruebas::Real(argumento));
   if (funcion == "StrToFloat") return FloatToStr(StrToFloat(texto));
   if (funcion == "StrToInt") return IntToStr(StrToInt(texto));
   if (funcion == "StrToInt64") return IntToStr(StrToInt64(texto));
@@ -44,10 +45,11 @@ TEST(FloatToStr, HoldsTheDigitsOfPrintf) {
       valor = std::ldexp(static_cast<double>(azar()), static_cast<int>(azar() % 2000) - 1060);
     }
     char esperado[40];
-    std::snprintf(esperado, sizeof esperado, "%.15g", valor);
+    // printf's digits, whatever locale the host has set.
+    *std::to_chars(esperado, esperado + sizeof esperado, valor, std::chars_format::general, 15).ptr = '\0';
     double leido = 0;
     ASSERT_TRUE(TryStrToFloat(FloatToStr(valor), leido)) << esperado;
-    ASSERT_EQ(leido, std::strtod(esperado, nullptr)) << esperado;
+    ASSERT_EQ(leido, pruebas::Real(esperado)) << esperado;
   }
 }
 

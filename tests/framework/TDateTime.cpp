@@ -5,6 +5,7 @@
 
 #include "framework/Excepciones.h"
 #include "tests/Casos.h"
+#include "tests/Reales.h"
 
 namespace vel {
 namespace {
@@ -21,7 +22,7 @@ TEST(TDateTime, WritesAndReadsItsText) {
     } else if (c[0] == "lee") {
       EXPECT_EQ(UTF8Encode(DateTimeToStr(StrToDateTime(texto))), c.at(2));
     } else {
-      const TDateTime dias(std::stod(c[0]));
+      const TDateTime dias(pruebas::Real(c[0]));
       EXPECT_EQ(DateTimeToStr(dias), texto);
       EXPECT_NEAR(StrToDateTime(texto).Val(), dias.Val(), 1e-9);
       EXPECT_EQ(UTF8Encode(DateTimeToISO(dias)), c.at(2));

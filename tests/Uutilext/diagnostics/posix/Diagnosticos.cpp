@@ -5,6 +5,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <locale.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -71,7 +72,7 @@ TEST(IntentarAbrirArchivo, NamesTheSystemsFaults) {
   const std::pair<int, const char*> fallas[] = {
       {EMFILE, "El sistema no pudo abrir el archivo a.txt\nDemasiados archivos abiertos"},
       {ENOMEM, "No hay suficiente memoria para abrir el archivo a.txt\nDemasiados archivos abiertos"},
-      {EIO, strerror(EIO)}};
+      {EIO, strerror_l(EIO, newlocale(LC_CTYPE_MASK | LC_MESSAGES_MASK, "", nullptr))}};
   for (const auto& [falla, texto] : fallas) {
     fallaAlAbrir = falla;
     EXPECT_EQ(mensaje("a.txt"), texto);

@@ -12,6 +12,7 @@
 #include "Uutilext/time/CalculoZonas.h"
 #include "platform/ReglasZona.h"
 #include "tests/Casos.h"
+#include "tests/Reales.h"
 
 namespace vel {
 namespace {
@@ -94,7 +95,7 @@ TEST(Zonas, MexicoGaveUpDaylightSavingInOctober2022) {
   const Tz tz("America/Mexico_City");
   for (const auto& c : pruebas::Casos("zonas/conversiones.txt", "|")) {
     CivilDate dia;
-    std::istringstream(c.at(0)) >> dia.anio >> dia.mes >> dia.dia;
+    pruebas::Entrada(c.at(0)) >> dia.anio >> dia.mes >> dia.dia;
     const TDateTime convertida = ConvertTimeToTimeZone(Fecha(dia, {12, 0, 0, 7}), UTF8ToString(c.at(1)));
     EXPECT_EQ(DecodeTime(convertida), (CivilTime{std::stoi(c.at(2)), 0, 0, 7})) << c[1];
     EXPECT_EQ(DecodeDate(convertida), dia);
