@@ -21,6 +21,8 @@ NADIE = 65534
 IDIOMAS = ('es_MX', 'de_DE', 'tr_TR')
 # They take long, and what they show does not depend on the environment.
 LARGAS = ('Muertes.*', '*AfterAKill*', 'SinMemoria.*', 'Fallas.EachCallOfTheSystemOnce', 'Fallas.FullDisk')
+# They write beside the library, where another user may not.
+JUNTO_A_LA_BIBLIOTECA = ':Configuracion.GivesItsDefaultsOnABareMachine'
 
 
 def entornos(carpeta):
@@ -81,8 +83,10 @@ def trabajos(construccion):
 def corre(trabajo, variables, usuario, candado):
     ambiente = {} if variables is None else {'PATH': os.environ['PATH'], **variables}
     ambiente.update(trabajo.variables)
+    orden = [parte + JUNTO_A_LA_BIBLIOTECA if usuario is not None and parte.startswith('--gtest_filter=') else parte
+             for parte in trabajo.orden]
     with candado if trabajo.bitacora else contextlib.nullcontext():
-        hecho = subprocess.run(trabajo.orden, cwd=trabajo.carpeta, env=ambiente, user=usuario, group=usuario,
+        hecho = subprocess.run(orden, cwd=trabajo.carpeta, env=ambiente, user=usuario, group=usuario,
                                extra_groups=None if usuario is None else [], stdin=subprocess.DEVNULL, text=True,
                                stdout=subprocess.PIPE, stderr=subprocess.STDOUT, errors='replace', timeout=300)
     return hecho.returncode, hecho.stdout
