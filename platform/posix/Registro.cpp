@@ -4,7 +4,6 @@
 #include <cstdlib>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "platform/Archivos.h"
