@@ -141,6 +141,8 @@ void LeenLosMismosObjetos() {
 int main(int argc, char** argv) {
   vel::carpeta.emplace().Instala();
   std::filesystem::copy_file(EMPRESAS, vel::carpeta->Motor() / "Empresas.xml");
+  // From the first change on there is a backup, whichever thread asks for it.
+  vel::facil::RenombraEmpresa(1, "Una");
   vel::LeenLosMismosObjetos();
   vel::GuardanEnElMismoArchivo();
   vel::TodasLasFunciones(std::chrono::seconds(argc > 1 ? std::atoi(argv[1]) : 0));
