@@ -4,6 +4,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
+mkdir -p build
 for bits in 32 64; do
   cmake -S tests/m32 -B build/m$bits -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_FLAGS_RELEASE=-O2 \
     -DUTILVEL90_BITS=$bits >build/m$bits-configure.log

@@ -3,8 +3,8 @@
 
     tools/promesas.py
 
-Each file there is named after its command and holds what that printed in its last good run. What a run says of itself
-is looked for by the expressions below; a file in which one finds nothing is a fault.
+Each file there is named after its command and holds what that printed in its last good run; one that tells no counts is
+a fault.
 """
 import datetime
 import pathlib
@@ -12,25 +12,73 @@ import re
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-# Command, as its file is named; how it is called; what it counts.
+
+
+def total(pattern, text):
+    """The sum of what the pattern finds, and how often it does."""
+    found = [int(n.replace(',', '')) for n in re.findall(pattern, text, re.M)]
+    return (sum(found), len(found)) if found else None
+
+
+def tests(text):
+    found = total(r'tests passed, 0 tests failed out of (\d+)', text)
+    return found and f'{found[0]} tests'
+
+
+def calls(text):
+    found = re.search(r'^(\d+) calls by (\d+) threads, 0 faults', text, re.M)
+    return found and f'{int(found[1]):,} calls by {found[2]} threads, no race'
+
+
+def environments(text):
+    found = total(r'^.+: (\d+) programs, [\d.]+ s$', text)
+    return found and f'{found[1]} environments, {found[0]} runs of test programs'
+
+
+def inputs(text):
+    found = total(r'^\w+ +([\d,]+) inputs', text)
+    return found and f'{found[0]:,} inputs to {found[1]} programs, no fault'
+
+
+def windows(text):
+    found = total(r'^Tests that ran to their end: (\d+); failed: 0$', text)
+    return found and f'{found[0]} tests under wine, and the comparisons with Linux'
+
+
+def lines(text):
+    found = re.search(r'^all +\d+ +([\d.]+%) +\d+ +([\d.]+%)', text, re.M)
+    return found and f'{found[1]} of the lines, {found[2]} of the branches'
+
+
+def sources(text):
+    found = re.search(r'^clang-tidy: (\d+) files', text, re.M)
+    return found and f'{found[1]} sources, no finding'
+
+
+# The file that a command leaves; how it is called; what that tells.
 COUNTS = [
-    ('test', 'test', r'tests passed, \d+ tests failed out of (?P<n>\d+)', '{n} tests'),
-    ('sanitize', 'test --sanitize', r'tests passed, \d+ tests failed out of (?P<n>\d+)',
-     '{n} tests under the sanitizers, with Clang'),
+    ('test', 'test', tests),
+    ('sanitize', 'test --sanitize', tests),
+    ('threads', 'test --threads', calls),
+    ('entornos', 'test --entornos', environments),
+    ('fuzz', 'fuzz', inputs),
+    ('windows', 'windows --test', windows),
+    ('lint', 'lint', sources),
+    ('coverage', 'coverage', lines),
 ]
 
 
 def main():
     rows = []
-    for name, command, pattern, sentence in COUNTS:
+    for name, command, tell in COUNTS:
         file = ROOT / 'build/cuentas' / f'{name}.txt'
         if not file.exists():
             continue
-        found = re.search(pattern, file.read_text(encoding='utf-8', errors='replace'))
-        if not found:
-            sys.exit(f'{file}: nothing like "{pattern}"')
+        told = tell(file.read_text(encoding='utf-8', errors='replace'))
+        if not told:
+            sys.exit(f'{file}: no counts in it')
         day = datetime.date.fromtimestamp(file.stat().st_mtime)
-        rows.append(f'| `./run {command}` | {sentence.format(**found.groupdict())} | {day} |')
+        rows.append(f'| `./run {command}` | {told} | {day} |')
     if not rows:
         sys.exit('build/cuentas: no command has left its counts')
     page = ROOT / 'docs/promises.md'
