@@ -30,7 +30,7 @@ class Lector {
     for (const char c : bytes) valor = valor << 8 | static_cast<unsigned char>(c);
     return static_cast<std::int64_t>(valor);
   }
-  // Without sign, so that lengths made of a file's counts do not overflow.
+  // Without sign; lengths made of a file's counts take 64 bits, also where sizes have 32.
   std::size_t Cuenta() { return static_cast<std::uint32_t>(Entero(4)); }
 
  private:
@@ -43,9 +43,9 @@ struct Encabezado {
   std::size_t indicadoresUt, indicadoresEst, saltos, momentos, tipos, letras;
 
   // Length of the block that follows, with moments of `ancho` bytes.
-  std::size_t Largo(std::size_t ancho) const {
-    return momentos * (ancho + 1) + tipos * 6 + letras + saltos * (ancho + 4) + indicadoresEst +
-           indicadoresUt;
+  std::uint64_t Largo(std::uint64_t ancho) const {
+    return momentos * (ancho + 1) + tipos * std::uint64_t{6} + letras + saltos * (ancho + 4) +
+           indicadoresEst + indicadoresUt;
   }
 };
 
@@ -164,7 +164,8 @@ std::optional<ZonaHoraria> LeeTzif(std::string_view bytes) {
   Encabezado e = LeeEncabezado(lector);
   // The first block, with moments of 32 bits, is for old readers.
   if (!lector.Bueno() || e.version < '2') return std::nullopt;
-  lector.Toma(e.Largo(4));
+  if (e.Largo(4) > lector.Resto().size()) return std::nullopt;
+  lector.Toma(static_cast<std::size_t>(e.Largo(4)));
   e = LeeEncabezado(lector);
   if (!lector.Bueno() || e.tipos == 0 || e.Largo(8) > lector.Resto().size()) return std::nullopt;
 

@@ -111,9 +111,9 @@ Descriptor AbreParaVaciar(const std::string& ruta, FallaArchivo& falla) {
 }
 
 // Makes the names in a folder survive a power failure. A file system that cannot do it for folders, as some
-// of other machines, keeps their order in its own way.
+// of other machines, keeps their order in its own way; only what the disk says is a fault.
 bool VaciaCarpeta(const Descriptor& carpeta) noexcept {
-  return carpeta.Fd() < 0 || Vacia(carpeta.Fd()) || errno == EINVAL || errno == EBADF || errno == ENOTSUP;
+  return carpeta.Fd() < 0 || Vacia(carpeta.Fd()) || (errno != EIO && errno != ENOSPC && errno != EDQUOT);
 }
 
 // Claims a file that is open for writing; the claim ends with the descriptor, and so with its process, also

@@ -125,6 +125,16 @@ std::wstring Resuelve(std::wstring ruta) {
   return destino;
 }
 
+// Makes the names in the folder of a path survive a power failure. By the folder's own handle: nobody who
+// opens the file meanwhile finds it in use. What a file system cannot do for folders is no fault.
+DWORD VaciaCarpeta(const std::wstring& ruta) noexcept {
+  const Manejador carpeta(CreateFileW(CarpetaDe(ruta).c_str(), FILE_ADD_FILE, kCompartidoConTodos, nullptr,
+                                      OPEN_EXISTING, kTambienCarpetas, nullptr));
+  if (!carpeta.Valido() || FlushFileBuffers(carpeta.Handle()) != 0) return ERROR_SUCCESS;
+  const DWORD error = GetLastError();
+  return error == ERROR_IO_DEVICE || error == ERROR_DISK_FULL ? error : ERROR_SUCCESS;
+}
+
 DWORD EscribeTodo(HANDLE archivo, std::string_view bytes) noexcept {
   constexpr std::size_t kBloque = std::size_t{1} << 30U;
   while (!bytes.empty()) {
@@ -183,7 +193,7 @@ DWORD Temporal::Crea(const std::wstring& destino, DWORD atributos, bool soloProp
   for (unsigned i = 0; i < kNombres; ++i) {
     const std::wstring nombre = carpeta + L".utilvel90." + std::to_wstring(i) + L".tmp";
     archivo_ = Manejador(CreateFileW(nombre.c_str(), acceso, soloPropio ? 0 : FILE_SHARE_READ, nullptr,
-                                     CREATE_NEW, atributos, nullptr));
+                                     CREATE_NEW, atributos | FILE_FLAG_WRITE_THROUGH, nullptr));
     error = UltimoError(archivo_.Valido());
     // Another writer's name; also one that is about to disappear, which the system calls denied.
     if (error != ERROR_FILE_EXISTS && error != ERROR_ALREADY_EXISTS && error != ERROR_ACCESS_DENIED) break;
@@ -233,7 +243,7 @@ DWORD PreparaReemplazo(const std::wstring& destino, bool sobrescribe, bool& exis
   Abierto abierto;
   const DWORD error = Consulta(destino, abierto);
   existe = error == ERROR_SUCCESS;
-  if (error == ERROR_FILE_NOT_FOUND && !destino.empty()) return ERROR_SUCCESS;
+  if (error == ERROR_FILE_NOT_FOUND) return ERROR_SUCCESS;
   if (error != ERROR_SUCCESS || !sobrescribe) return error;
   constexpr DWORD kIntocable = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY;
   if ((abierto.datos.dwFileAttributes & kIntocable) != 0) return ERROR_ACCESS_DENIED;
@@ -245,6 +255,8 @@ DWORD PreparaReemplazo(const std::wstring& destino, bool sobrescribe, bool& exis
 // that it replaces.
 DWORD Coloca(const std::wstring& ruta, std::string_view bytes, const Modelo* dado, bool sobrescribe) {
   const std::wstring destino = Resuelve(ruta);
+  // A link to nothing.
+  if (destino.empty()) return ruta.empty() ? ERROR_FILE_NOT_FOUND : ERROR_PATH_NOT_FOUND;
   bool existe = false;
   Modelo anterior;
   DWORD error = PreparaReemplazo(destino, sobrescribe, existe, anterior);
@@ -261,6 +273,7 @@ DWORD Coloca(const std::wstring& ruta, std::string_view bytes, const Modelo* dad
   if (error == ERROR_SUCCESS) error = EscribeTodo(temporal.Handle(), bytes);
   if (error == ERROR_SUCCESS) error = UltimoError(FlushFileBuffers(temporal.Handle()) != 0);
   if (error == ERROR_SUCCESS) error = temporal.Publica(destino, sobrescribe);
+  if (error == ERROR_SUCCESS) error = VaciaCarpeta(destino);
   // The first of several that make a new file wins.
   if (!sobrescribe && (error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS)) return ERROR_SUCCESS;
   if (error == ERROR_SUCCESS && (modelo.atributos & FILE_ATTRIBUTE_READONLY) != 0) {
@@ -314,7 +327,7 @@ bool Existe(std::u16string_view ruta, bool carpeta) {
 }
 
 DWORD CreaCarpetaNativa(const std::wstring& ruta) {
-  if (CreateDirectoryW(ruta.c_str(), nullptr) != 0) return ERROR_SUCCESS;
+  if (CreateDirectoryW(ruta.c_str(), nullptr) != 0) return VaciaCarpeta(ruta);
   const DWORD error = GetLastError();
   if (error != ERROR_PATH_NOT_FOUND) {
     // The root of a drive that is there is denied, not said to exist.
@@ -326,7 +339,8 @@ DWORD CreaCarpetaNativa(const std::wstring& ruta) {
   if (diagonal == std::wstring::npos || diagonal == 0 || ruta[diagonal - 1] == L'\\') return error;
   const DWORD deMadre = CreaCarpetaNativa(ruta.substr(0, diagonal));
   if (deMadre != ERROR_SUCCESS) return deMadre;
-  return UltimoError(CreateDirectoryW(ruta.c_str(), nullptr) != 0 || GetLastError() == ERROR_ALREADY_EXISTS);
+  if (CreateDirectoryW(ruta.c_str(), nullptr) != 0) return VaciaCarpeta(ruta);
+  return UltimoError(GetLastError() == ERROR_ALREADY_EXISTS);
 }
 
 /// One byte far beyond the end of a file, locked for whoever adds to the file: where two programs append at

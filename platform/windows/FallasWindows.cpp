@@ -17,11 +17,9 @@ ClaseFalla ClaseDe(DWORD error) noexcept {
     // Of a character that names cannot have.
     case ERROR_INVALID_NAME:
       return ClaseFalla::NoExiste;
+    // Not a drive without its disk, nor a server that is down: what stands there is not missing.
     case ERROR_PATH_NOT_FOUND:
     case ERROR_INVALID_DRIVE:
-    case ERROR_NOT_READY:
-    case ERROR_BAD_NETPATH:
-    case ERROR_BAD_NET_NAME:
     case ERROR_BAD_PATHNAME:
     case ERROR_DIRECTORY:
       return ClaseFalla::RutaNoExiste;

@@ -11,6 +11,9 @@ namespace vel {
 namespace {
 
 UnicodeString BuscaRutaBiblioteca() {
+  // For no module the system would answer with the program's path.
+  if (windows::ModuloPropio() == nullptr)
+    throw Exception(u"No se pudo determinar la carpeta de la biblioteca");
   // The longest path that the system has.
   constexpr DWORD kLargoMaximo = 32768;
   std::wstring ruta(MAX_PATH, L'\0');

@@ -41,7 +41,7 @@ std::wstring NombreEnVista(std::u16string_view clave) {
   return nombre + windows::Ancha(clave);
 }
 
-std::optional<UnicodeString> LeeTexto(HKEY clave, const std::wstring& nombre) {
+std::optional<UnicodeString> LeeTexto(HKEY clave, const std::wstring& nombre, FallaArchivo& falla) {
   // Variables of the environment in it stay as they are written.
   constexpr DWORD kTipos = RRF_RT_REG_SZ | RRF_RT_REG_EXPAND_SZ | RRF_NOEXPAND;
   std::wstring texto(MAX_PATH, L'\0');
@@ -52,6 +52,8 @@ std::optional<UnicodeString> LeeTexto(HKEY clave, const std::wstring& nombre) {
     r = RegGetValueW(clave, nullptr, nombre.c_str(), kTipos, nullptr, texto.data(), &bytes);
     if (r == ERROR_MORE_DATA) texto.resize(bytes / sizeof(wchar_t) + 1);
   }
+  const bool sinTexto = r == ERROR_FILE_NOT_FOUND || r == ERROR_UNSUPPORTED_TYPE;
+  if (!sinTexto) falla = windows::FallaDe(static_cast<DWORD>(r));
   if (r != ERROR_SUCCESS) return std::nullopt;
   return windows::DeAncha(texto.c_str());
 }
@@ -66,7 +68,7 @@ ValorRegistro LeeRegistro(std::u16string_view clave, std::u16string_view nombre,
   leido.claveExiste = r == ERROR_SUCCESS;
   const bool falta = r == ERROR_FILE_NOT_FOUND || r == ERROR_PATH_NOT_FOUND;
   falla = falta ? FallaArchivo{} : windows::FallaDe(static_cast<DWORD>(r));
-  if (leido.claveExiste) leido.texto = LeeTexto(abierta.Hkey(), windows::Ancha(nombre));
+  if (leido.claveExiste) leido.texto = LeeTexto(abierta.Hkey(), windows::Ancha(nombre), falla);
   return leido;
 }
 

@@ -35,6 +35,7 @@ fetch() {
   # shellcheck disable=SC2016 # the names are apt's
   apt-get indextargets --format 'deb-src $(REPO_URI) $(RELEASE) $(COMPONENT)' \
     'Identifier: Packages' 'Origin: Debian' 'Label: Debian' | sort -u >"$work/sources.list"
+  [ -s "$work/sources.list" ] || { echo 'apt has no lists of Debian here: run apt-get update first' >&2; exit 1; }
   local apt=(apt-get -q -o "Dir::Etc::sourcelist=$work/sources.list" -o Dir::Etc::sourceparts=/dev/null
     -o "Dir::State::lists=$work/lists" -o "Dir::Cache=$work/cache" -o APT::Get::List-Cleanup=0
     -o APT::Sandbox::User=)
