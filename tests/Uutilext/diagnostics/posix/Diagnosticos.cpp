@@ -6,8 +6,10 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <locale.h>
+#include <memory>
 #include <sys/resource.h>
 #include <sys/syscall.h>
+#include <type_traits>
 #include <unistd.h>
 
 #include "Uutilext/config/Rutas.h"
@@ -71,10 +73,12 @@ TEST(IntentarAbrirArchivo, NamesTheSystemsFaults) {
     return mensaje("cerrado.txt") == "Acceso denegado al archivo cerrado.txt\nVerifique los permisos";
   }));
   c.Escribe("a.txt", "x");
+  const std::unique_ptr<std::remove_pointer_t<locale_t>, decltype(&freelocale)> idioma(
+      newlocale(LC_CTYPE_MASK | LC_MESSAGES_MASK, "", nullptr), &freelocale);
   const std::pair<int, const char*> fallas[] = {
       {EMFILE, "El sistema no pudo abrir el archivo a.txt\nDemasiados archivos abiertos"},
       {ENOMEM, "No hay suficiente memoria para abrir el archivo a.txt\nDemasiados archivos abiertos"},
-      {EIO, strerror_l(EIO, newlocale(LC_CTYPE_MASK | LC_MESSAGES_MASK, "", nullptr))}};
+      {EIO, strerror_l(EIO, idioma.get())}};
   for (const auto& [falla, texto] : fallas) {
     fallaAlAbrir = falla;
     EXPECT_EQ(mensaje("a.txt"), texto);
