@@ -10,6 +10,7 @@
 #include "Uutilext/time/ConversionZonas.h"
 #include "fuzz/Entrada.h"
 #include "fuzz/Exige.h"
+#include "platform/ReglasZona.h"
 #include "platform/Tzif.h"
 
 namespace {
