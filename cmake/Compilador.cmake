@@ -39,7 +39,7 @@ if(NOT PROJECT_IS_TOP_LEVEL)
   target_compile_options(utilvel90_compilador INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-fno-fast-math -w>)
 endif()
 
-include(cmake/Endurecido.cmake)
+include(${CMAKE_CURRENT_LIST_DIR}/Endurecido.cmake)
 
 # utilvel90_prepara(<target>): the settings that every target of this project has.
 function(utilvel90_prepara objetivo)

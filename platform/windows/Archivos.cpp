@@ -125,12 +125,13 @@ std::wstring Resuelve(std::wstring ruta) {
   return destino;
 }
 
-// Makes the names in the folder of a path survive a power failure. By the folder's own handle: nobody who
-// opens the file meanwhile finds it in use. What a file system cannot do for folders is no fault.
-DWORD VaciaCarpeta(const std::wstring& ruta) noexcept {
-  const Manejador carpeta(CreateFileW(CarpetaDe(ruta).c_str(), FILE_ADD_FILE, kCompartidoConTodos, nullptr,
+// Makes the names in a folder survive a power failure. By the folder's own handle: nobody who opens a file of
+// it meanwhile finds that in use. What a file system cannot do for folders is no fault. It takes no memory:
+// what it is called for has happened already.
+DWORD VaciaCarpeta(const std::wstring& carpeta) noexcept {
+  const Manejador abierta(CreateFileW(carpeta.c_str(), FILE_ADD_FILE, kCompartidoConTodos, nullptr,
                                       OPEN_EXISTING, kTambienCarpetas, nullptr));
-  if (!carpeta.Valido() || FlushFileBuffers(carpeta.Handle()) != 0) return ERROR_SUCCESS;
+  if (!abierta.Valido() || FlushFileBuffers(abierta.Handle()) != 0) return ERROR_SUCCESS;
   const DWORD error = GetLastError();
   return error == ERROR_IO_DEVICE || error == ERROR_DISK_FULL ? error : ERROR_SUCCESS;
 }
@@ -257,6 +258,7 @@ DWORD Coloca(const std::wstring& ruta, std::string_view bytes, const Modelo* dad
   const std::wstring destino = Resuelve(ruta);
   // A link to nothing.
   if (destino.empty()) return ruta.empty() ? ERROR_FILE_NOT_FOUND : ERROR_PATH_NOT_FOUND;
+  const std::wstring carpeta = CarpetaDe(destino);
   bool existe = false;
   Modelo anterior;
   DWORD error = PreparaReemplazo(destino, sobrescribe, existe, anterior);
@@ -273,7 +275,7 @@ DWORD Coloca(const std::wstring& ruta, std::string_view bytes, const Modelo* dad
   if (error == ERROR_SUCCESS) error = EscribeTodo(temporal.Handle(), bytes);
   if (error == ERROR_SUCCESS) error = UltimoError(FlushFileBuffers(temporal.Handle()) != 0);
   if (error == ERROR_SUCCESS) error = temporal.Publica(destino, sobrescribe);
-  if (error == ERROR_SUCCESS) error = VaciaCarpeta(destino);
+  if (error == ERROR_SUCCESS) error = VaciaCarpeta(carpeta);
   // The first of several that make a new file wins.
   if (!sobrescribe && (error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS)) return ERROR_SUCCESS;
   if (error == ERROR_SUCCESS && (modelo.atributos & FILE_ATTRIBUTE_READONLY) != 0) {
@@ -327,7 +329,8 @@ bool Existe(std::u16string_view ruta, bool carpeta) {
 }
 
 DWORD CreaCarpetaNativa(const std::wstring& ruta) {
-  if (CreateDirectoryW(ruta.c_str(), nullptr) != 0) return VaciaCarpeta(ruta);
+  const std::wstring madre = CarpetaDe(ruta);
+  if (CreateDirectoryW(ruta.c_str(), nullptr) != 0) return VaciaCarpeta(madre);
   const DWORD error = GetLastError();
   if (error != ERROR_PATH_NOT_FOUND) {
     // The root of a drive that is there is denied, not said to exist.
@@ -339,7 +342,7 @@ DWORD CreaCarpetaNativa(const std::wstring& ruta) {
   if (diagonal == std::wstring::npos || diagonal == 0 || ruta[diagonal - 1] == L'\\') return error;
   const DWORD deMadre = CreaCarpetaNativa(ruta.substr(0, diagonal));
   if (deMadre != ERROR_SUCCESS) return deMadre;
-  if (CreateDirectoryW(ruta.c_str(), nullptr) != 0) return VaciaCarpeta(ruta);
+  if (CreateDirectoryW(ruta.c_str(), nullptr) != 0) return VaciaCarpeta(madre);
   return UltimoError(GetLastError() == ERROR_ALREADY_EXISTS);
 }
 
