@@ -19,8 +19,9 @@ import time
 
 NADIE = 65534
 IDIOMAS = ('es_MX', 'de_DE', 'tr_TR')
-# They take long, and what they show does not depend on the environment.
-LARGAS = ('Muertes.*', '*AfterAKill*', 'SinMemoria.*', 'Fallas.EachCallOfTheSystemOnce', 'Fallas.FullDisk')
+# They take long, and what they show does not depend on the environment; or they need servers.
+LARGAS = ('Muertes.*', '*AfterAKill*', 'SinMemoria.*', 'Fallas.EachCallOfTheSystemOnce', 'Fallas.FullDisk',
+          'Servidores/*')
 # They write beside the library, where another user may not.
 JUNTO_A_LA_BIBLIOTECA = ':Configuracion.GivesItsDefaultsOnABareMachine'
 
@@ -55,6 +56,8 @@ class Trabajo:
     bitacora: bool
     # It writes in the build folder, which is not another user's.
     construye: bool
+    # Others read what it makes, so it goes before them.
+    prepara: bool
 
 
 def trabajos(construccion):
@@ -74,9 +77,10 @@ def trabajos(construccion):
             orden = [orden[0], '--gtest_brief=1', '--gtest_filter=-' + ':'.join(LARGAS)]
         variables = dict(v.split('=', 1) for v in propiedades.get('ENVIRONMENT', []))
         bitacora = 'bitacora' in str(propiedades.get('RESOURCE_LOCK', ''))
-        construye = bitacora or prueba['name'].startswith('Fin.') or 'FIXTURES_SETUP' in propiedades
+        prepara = 'FIXTURES_SETUP' in propiedades
+        construye = bitacora or prueba['name'].startswith('Fin.') or prepara
         lista[(*orden, *sorted(variables.items()))] = Trabajo(
-            orden, propiedades.get('WORKING_DIRECTORY'), variables, bitacora, construye)
+            orden, propiedades.get('WORKING_DIRECTORY'), variables, bitacora, construye, prepara)
     return list(lista.values())
 
 
@@ -109,8 +113,10 @@ def main():
         usuario = NADIE if 'another user' in nombre else None
         suyos = [t for t in lista if usuario is None or not t.construye]
         with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as hilos:
-            hechos = hilos.map(lambda t: corre(t, variables, usuario, candado), suyos)
-            for trabajo, (codigo, texto) in zip(suyos, hechos):
+            hechos = [(t, corre(t, variables, usuario, candado)) for t in suyos if t.prepara]
+            demas = [t for t in suyos if not t.prepara]
+            hechos += zip(demas, hilos.map(lambda t: corre(t, variables, usuario, candado), demas))
+            for trabajo, (codigo, texto) in hechos:
                 if codigo != 0:
                     faltas += 1
                     print(f'-- {nombre}: {" ".join(trabajo.orden)} ended with {codigo}\n{texto[-4000:]}')

@@ -6,7 +6,7 @@ namespace vel {
 
 std::int64_t LocalAUtc(const ZonaHoraria& zona, std::int64_t local) {
   // No offset of any zone reaches a day and two hours.
-  constexpr std::int64_t kVentana = 26 * 3600;
+  constexpr std::int64_t kVentana = std::int64_t{26} * 3600;
   const DesfaseZona antes = DesfaseEnUtc(zona, local - kVentana);
   const DesfaseZona despues = DesfaseEnUtc(zona, local + kVentana);
   if (antes == despues && DesfaseEnUtc(zona, local - antes.segundos) == antes) return local - antes.segundos;
