@@ -30,4 +30,10 @@ inline std::istringstream Entrada(const std::string& texto) {
   return entrada;
 }
 
+/// A number with all its bits, as printf's "%.17g" writes it in "C".
+inline std::string Exacto(double valor) {
+  char texto[40];
+  return {texto, std::to_chars(texto, texto + sizeof texto, valor, std::chars_format::general, 17).ptr};
+}
+
 }  // namespace pruebas

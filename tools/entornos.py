@@ -78,7 +78,7 @@ def trabajos(construccion):
         variables = dict(v.split('=', 1) for v in propiedades.get('ENVIRONMENT', []))
         bitacora = 'bitacora' in str(propiedades.get('RESOURCE_LOCK', ''))
         prepara = 'FIXTURES_SETUP' in propiedades
-        construye = bitacora or prueba['name'].startswith('Fin.') or prepara
+        construye = bitacora or prueba['name'].startswith(('Fin.', 'Recortes.')) or prepara
         lista[(*orden, *sorted(variables.items()))] = Trabajo(
             orden, propiedades.get('WORKING_DIRECTORY'), variables, bitacora, construye, prepara)
     return list(lista.values())
@@ -111,7 +111,9 @@ def main():
             continue
         inicio = time.monotonic()
         usuario = NADIE if 'another user' in nombre else None
-        suyos = [t for t in lista if usuario is None or not t.construye]
+        # Programs of the pages print with the host's own streams, which follow its language.
+        suyos = [t for t in lista if (usuario is None or not t.construye)
+                 and not ('of the host' in nombre and any(parte.startswith('-DCARPETA=') for parte in t.orden))]
         with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as hilos:
             hechos = [(t, corre(t, variables, usuario, candado)) for t in suyos if t.prepara]
             demas = [t for t in suyos if not t.prepara]

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
 #include <functional>
 #include <map>
 #include <numeric>
@@ -13,6 +12,7 @@
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
 #include "framework/Texto.h"
+#include "tests/Reales.h"
 
 namespace pruebas {
 
@@ -210,9 +210,7 @@ struct Literal {
 template <class Accion>
 Texto Resultado(Accion accion) {
   try {
-    char exacto[40];
-    std::snprintf(exacto, sizeof exacto, "%.17g", accion());
-    return UTF8ToString(exacto);
+    return UTF8ToString(Exacto(accion()));
   } catch (const Exception& e) {
     return e.Message();
   }

@@ -7,6 +7,7 @@
 #include "framework/Numeros.h"
 #include "tests/Casos.h"
 #include "tests/Mensaje.h"
+#include "tests/Reales.h"
 
 namespace vel {
 namespace {
@@ -101,8 +102,7 @@ TEST(Formula, CarriesFifteenDigitsBetweenOperations) {
         std::ldexp(entero, static_cast<int>(azar() % 1900) - 1074),
         std::nextafter(std::pow(10.0, static_cast<double>(azar() % 40) - 20), i % 2 * 1e30)};
     const double valor = formas[i % 6] * (i % 7 == 0 ? -1 : 1);
-    char exacto[40];
-    std::snprintf(exacto, sizeof exacto, "A=%.17g", valor);
+    const std::string exacto = "A=" + pruebas::Exacto(valor);
     Pon(formula, UTF8ToString(exacto));
     ASSERT_EQ(formula.Execute(), StrToFloat(FloatToStr(valor))) << exacto;
   }
