@@ -66,8 +66,11 @@ class EnteroDeDosPartes {
   friend constexpr EnteroDeDosPartes operator>>(EnteroDeDosPartes a, int bits) noexcept {
     const auto alto = static_cast<std::int64_t>(a.alto_);
     if (bits == 0) return a;
+    // Since C++20 the sign fills up.
     if (bits >= 64)
+      // cppcheck-suppress shiftTooManyBitsSigned
       return {static_cast<std::uint64_t>(alto >> 63), static_cast<std::uint64_t>(alto >> (bits - 64))};
+    // cppcheck-suppress shiftTooManyBitsSigned
     return {static_cast<std::uint64_t>(alto >> bits), a.bajo_ >> bits | a.alto_ << (64 - bits)};
   }
 

@@ -39,7 +39,7 @@ step codespell "${pages[@]}"
 codespell --ignore-words tools/palabras.txt "${pages[@]}"
 
 # Sources of the Windows half are not built here.
-mapfile -t sources < <(tree '*.cpp' | grep -vE '^(tests|benchmarks|fuzz)/|^platform/windows/')
+mapfile -t sources < <(tree '*.cpp' | grep -vE '^(tests|benchmarks|fuzz)/|^(platform|tools)/windows/')
 step cppcheck "${sources[@]}"
 mkdir -p build/cppcheck
 cppcheck -q -j "$(nproc)" -I . --std=c++20 --enable=warning,performance,portability --inline-suppr \
