@@ -8,8 +8,8 @@
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
 #include "platform/Archivos.h"
-#include "tests/CarpetaTemporal.h"
 #include "tests/Mensaje.h"
+#include "tests/Uutilext/config/ConCatalogo.h"
 #include "tests/apoyo/Tarea.h"
 
 namespace vel {
@@ -17,18 +17,10 @@ namespace {
 
 using pruebas::MensajeDe;
 
-constexpr const char* kCatalogo = "C/Sistemas Tavex/VEL9.00/Empresas.xml";
-constexpr const char* kRespaldo = "C/Sistemas Tavex/VEL9.00/Empresas.bak";
-constexpr const char* kCopia = "C/Sistemas Tavex/VEL9.00/Empresas copia.bak";
-
-class Catalogo : public testing::Test {
- protected:
-  void SetUp() override {
-    c_.Instala();
-    std::filesystem::copy(DATOS_PRUEBA "/catalogo/Empresas.xml", c_.Motor());
-  }
-  pruebas::CarpetaTemporal c_;
-};
+using pruebas::kCatalogo;
+using pruebas::kCopia;
+using pruebas::kRespaldo;
+using Catalogo = pruebas::ConCatalogo;
 
 TEST_F(Catalogo, AddsRenamesAndAnswers) {
   AgregaEmpresaXML(1, u"C:\\Datos1", u"DEVARTINTERBASE", u"Peña & Ñandú, S.A.", u"", u"9.00");

@@ -6,8 +6,8 @@
 #include <unistd.h>
 
 #include "Uutilext/config/Etiquetas.h"
-#include "tests/CarpetaTemporal.h"
 #include "tests/Mensaje.h"
+#include "tests/Uutilext/config/ConCatalogo.h"
 #include "tests/posix/OtroUsuario.h"
 
 namespace vel {
@@ -15,18 +15,10 @@ namespace {
 
 using pruebas::MensajeDe;
 
-constexpr const char* kCatalogo = "C/Sistemas Tavex/VEL9.00/Empresas.xml";
-constexpr const char* kRespaldo = "C/Sistemas Tavex/VEL9.00/Empresas.bak";
-constexpr const char* kCopia = "C/Sistemas Tavex/VEL9.00/Empresas copia.bak";
-
-class CatalogoPosix : public testing::Test {
- protected:
-  void SetUp() override {
-    c_.Instala();
-    std::filesystem::copy(DATOS_PRUEBA "/catalogo/Empresas.xml", c_.Motor());
-  }
-  pruebas::CarpetaTemporal c_;
-};
+using pruebas::kCatalogo;
+using pruebas::kCopia;
+using pruebas::kRespaldo;
+using CatalogoPosix = pruebas::ConCatalogo;
 
 TEST_F(CatalogoPosix, IsNoMoreOpenInItsCopies) {
   const auto acceso = [this](const char* archivo) {
