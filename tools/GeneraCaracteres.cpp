@@ -76,6 +76,7 @@ std::string TablaLetras(UChar32 (*letra)(UChar32)) {
     tramos.push_back({c, c, 0, nueva});
   }
   std::vector<std::string> entradas;
+  entradas.reserve(tramos.size());
   for (const Tramo& t : tramos) {
     entradas.push_back(
         Formatea("{0x%04X, 0x%04X, %d, 0x%04X}", t.primero, t.ultimo, t.paso == 2 ? 2 : 1, t.destino));
