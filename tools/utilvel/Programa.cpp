@@ -73,6 +73,8 @@ void RevisaSalida(const CLI::App& comando) {
 
 Programa::Programa() : raiz_(std::make_unique<CLI::App>("", "utilvel")) {
   raiz_->set_help_flag("-h,--help,--ayuda", "Esta ayuda");
+  // As an option too, which is what people and installers try: it runs the command of that name.
+  raiz_->set_version_flag("--version", std::string());
   raiz_->require_subcommand(1);
 }
 
@@ -107,6 +109,8 @@ Codigo Programa::Ejecuta(int argc, const char* const* argv) {
     salida.Escribe(Ayuda(*this, Pedido(*raiz_)));
     salida.Termina();
     return Codigo::Bien;
+  } catch (const CLI::CallForVersion&) {
+    return Busca(*raiz_->get_subcommand("version"))->corre();
   } catch (const CLI::ParseError& error) {
     const CLI::App& pedido = Pedido(*raiz_);
     throw Falla(Codigo::Uso, EnEspanol(error, pedido) + ". " + Antes(Ayuda(*this, pedido), "\n"));
