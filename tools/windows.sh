@@ -49,8 +49,8 @@ pack() {
   if [ "$target" = i686 ]; then
     for file in "${runtime[@]}"; do
       # The tool writes the moment into what it strips, unless it is told one.
-      SOURCE_DATE_EPOCH=315532800 install -m 755 --strip --strip-program="$target-w64-mingw32-strip" "$(find_runtime "$target" "$file")" \
-        "$folder/bin/"
+      SOURCE_DATE_EPOCH=315532800 install -m 755 --strip --strip-program="$target-w64-mingw32-strip" \
+        "$(find_runtime "$target" "$file")" "$folder/bin/"
     done
   fi
   cp "$out/dependencias/versiones.txt" tools/windows/LEEME.txt COPYRIGHT "$folder/"
