@@ -403,6 +403,7 @@ TEST(Consulta, RefusesWhatCouldNotBeMeant) {
       {[](Consulta&) { Consulta(" "); }, "Falta la tabla de la consulta"},
       {[](Consulta& c) { c.campo(""); }, "Falta el campo de una consulta"},
       {[](Consulta& c) { c.donde("").igual(1); }, "Falta el campo de una condición"},
+      {[](Consulta& c) { c.existe(Sql(" ")); }, "Falta el SQL de una condición"},
       {[](Consulta& c) { c.join(""); }, "Falta la cláusula de un join"},
       {[](Consulta& c) { c.sql(" "); }, "Falta el texto de una condición"},
       {[](Consulta& c) { c.agrupa(""); }, "Falta la columna de un grupo"},
