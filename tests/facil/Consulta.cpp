@@ -554,6 +554,12 @@ TEST(ConsultaGuardada, IsWholeOrRefused) {
     EXPECT_THROW(GuardaConsulta(otra, archivo), EInvalidOperation);
     EXPECT_EQ(carpeta.Lee("consulta.ini"), bytes);
   }
+  try {
+    GuardaConsulta(f, carpeta.Archivo("nada/consulta.ini"));
+    ADD_FAILURE() << "nothing thrown";
+  } catch (const EStreamError& e) {
+    EXPECT_TRUE(std::string_view(e.what()).ends_with("consulta.ini\": la carpeta no existe")) << e.what();
+  }
   // Without an order what the view said is gone.
   Consulta("T").guarda(archivo);
   EXPECT_EQ(Consulta::lee(archivo).sentencia().texto, u"SELECT  *  from T ");
