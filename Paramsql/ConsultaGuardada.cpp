@@ -4,6 +4,7 @@
 #include "Paramsql/Redactor.h"
 #include "Uutilext/config/ArchivoIni.h"
 #include "framework/Excepciones.h"
+#include "platform/Archivos.h"
 
 namespace vel {
 
@@ -21,7 +22,7 @@ UnicodeString Sentencia(const TParametrosFiltro& definicion) {
 
 void GuardaConsulta(const TParametrosFiltro& definicion, std::u16string_view archivo) {
   if (definicion.NombreTabla.empty()) throw EInvalidOperation(u"La consulta no tiene tabla");
-  CambiaIni(archivo, kNoSePuedeActualizar, [&](TextoIni& texto) {
+  const FallaArchivo falla = IntentaCambiarIni(archivo, [&](TextoIni& texto) {
     PonDefinicion(texto, definicion, 0, persistencia::Alcance::Entera);
     const auto leida = LeeDefinicion(texto, 0, persistencia::Alcance::Entera);
     if (Sentencia(*leida) != Sentencia(definicion)) {
@@ -29,6 +30,7 @@ void GuardaConsulta(const TParametrosFiltro& definicion, std::u16string_view arc
           u"La consulta sería otra al leerla del archivo: quite los espacios alrededor de sus nombres");
     }
   });
+  ExigeSinFalla(falla, u"No se puede guardar la consulta en", archivo);
 }
 
 std::unique_ptr<TParametrosFiltro> LeeConsulta(std::u16string_view archivo) {

@@ -18,8 +18,9 @@ namespace vel {
 ///     letters in HAVING         "Sensitive0"... of section "HAVING"
 ///
 /// What is saved builds the same statement when it is read: EInvalidOperation for a definition that a file
-/// would change (blanks around names, a line break), one without a table, or one that cannot be built; else
-/// raises as SaveToIni. The file is then as it was.
+/// would change (blanks around names, a line break), one without a table, or one that cannot be built;
+/// EStreamError, with the reason, when the file cannot be written; else raises as SaveToIni. The file is then
+/// as it was.
 UTILVEL90_EXPORT void GuardaConsulta(const TParametrosFiltro& definicion, std::u16string_view archivo);
 
 /// The definition that GuardaConsulta saved, or SaveToIni with number 0. A file that is missing or holds none

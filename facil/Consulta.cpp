@@ -18,10 +18,10 @@ std::unique_ptr<TParametrosFiltro> Exige(std::unique_ptr<TParametrosFiltro> defi
   return definicion;
 }
 
-// A name that is empty would leave a statement that no database takes.
-std::u16string_view ExigeNombre(std::u16string_view nombre, std::u16string_view falta) {
-  if (TrimView(nombre).empty()) throw EInvalidOperation(falta);
-  return nombre;
+// A name or clause that is empty would leave a statement that no database takes.
+std::u16string_view Exige(std::u16string_view texto, std::u16string_view falta) {
+  if (TrimView(texto).empty()) throw EInvalidOperation(falta);
+  return texto;
 }
 
 // Why a value has no literal; empty when it has one.
@@ -81,8 +81,7 @@ void Agrega(UnicodeString& columnas, std::u16string_view otras) {
 std::string Sentencia::utf8() const { return UTF8Encode(texto); }
 
 Consulta::Consulta(const Texto& tabla, TiposDeDriver driver)
-    : Consulta(std::make_unique<TParametrosFiltro>(ExigeNombre(tabla, u"Falta la tabla de la consulta")),
-               driver) {}
+    : Consulta(std::make_unique<TParametrosFiltro>(Exige(tabla, u"Falta la tabla de la consulta")), driver) {}
 
 Consulta::Consulta(std::unique_ptr<TParametrosFiltro> definicion, TiposDeDriver driver)
     : definicion_(Exige(std::move(definicion))),
@@ -119,7 +118,7 @@ Consulta Consulta::lee(const Texto& archivo, TiposDeDriver driver) {
 }
 
 Consulta& Consulta::campo(const Texto& expresion, const Texto& alias, bool visible) {
-  Definicion().AgregaCampoSelect(ExigeNombre(expresion, u"Falta el campo de una consulta"), alias, visible);
+  Definicion().AgregaCampoSelect(Exige(expresion, u"Falta el campo de una consulta"), alias, visible);
   return *this;
 }
 
@@ -129,14 +128,14 @@ Consulta& Consulta::distintos(bool si) {
 }
 
 Consulta& Consulta::join(const Texto& clausula) {
-  Definicion().AgregaJoin(clausula);
+  Definicion().AgregaJoin(Exige(clausula, u"Falta la cláusula de un join"));
   return *this;
 }
 
 Consulta& Consulta::sql(const Texto& condicion) {
   TParametrosFiltro& f = Definicion();
   UnicodeString& texto = f.FilterTextPers;
-  const std::u16string_view nueva = condicion;
+  const std::u16string_view nueva = Exige(condicion, u"Falta el texto de una condición");
   if (f.FiltroPActivo == 0 && !texto.empty()) {
     throw EInvalidOperation(u"La consulta guarda una condición personalizada que no está activa");
   }
@@ -148,7 +147,7 @@ Consulta& Consulta::sql(const Texto& condicion) {
 }
 
 Consulta& Consulta::agrupa(const Texto& columnas) {
-  Agrega(Definicion().GroupBy, columnas);
+  Agrega(Definicion().GroupBy, Exige(columnas, u"Falta la columna de un grupo"));
   return *this;
 }
 
@@ -156,7 +155,7 @@ Consulta& Consulta::ordena(const Texto& columnas) {
   TParametrosFiltro& f = Definicion();
   // The definition's flag is of the last column; that of an earlier one stands in the text.
   UnicodeString orden = f.OrdDesc ? f.OrderBy + u" DESC" : f.OrderBy;
-  Agrega(orden, columnas);
+  Agrega(orden, Exige(columnas, u"Falta la columna del orden"));
   f.OrderBy = std::move(orden);
   f.OrdDesc = false;
   return *this;

@@ -48,7 +48,7 @@ struct UTILVEL90_EXPORT Sentencia {
 /// A query has a name first, as here, and is then filled: calls give a reference to it, and it is moved, not
 /// copied, so that `Consulta q = Consulta("T").campo("C")` does not compile.
 ///
-/// Names are not empty (EInvalidOperation), and are else written as they are.
+/// Names and clauses are not empty (EInvalidOperation), and are else written as they are.
 ///
 /// It owns its definition. One that was moved from or gave its definition away raises EInvalidOperation
 /// ("La consulta ya se entregó"). What throws leaves the query as it was.
@@ -74,7 +74,7 @@ class UTILVEL90_EXPORT Consulta {
   /// A whole clause: "LEFT JOIN VEND V ON V.CVE = F.CVE_VEND".
   Consulta& join(const Texto& clausula);
 
-  // --- Conditions
+  // --- Conditions.
 
   /// Conditions, all of which hold; see Grupo. Those of the groups in HAVING begin with `donde` too.
   Condicion<Consulta> donde(const Texto& campo) { return {*this, Where(), campo}; }

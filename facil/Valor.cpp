@@ -29,7 +29,9 @@ TFieldType TipoDe(const Variant& valor) {
 
 }  // namespace
 
-Sql::Sql(const Texto& sql) : texto(sql.Vista()) {}
+Sql::Sql(const Texto& sql) : texto(sql.Vista()) {
+  if (TrimView(texto).empty()) throw EInvalidOperation(u"Falta el SQL de una condición");
+}
 
 Valor::Valor(TFieldType tipo, Variant valor) noexcept : tipo_(tipo), valor_(std::move(valor)) {}
 

@@ -24,7 +24,7 @@ namespace vel::facil {
 ///
 /// Threads: const members may be called by all.
 struct UTILVEL90_EXPORT Sql {
-  /// The text is written into the statement as it stands.
+  /// The text is written into the statement as it stands; an empty one raises EInvalidOperation.
   explicit Sql(const Texto& sql);
   /// The SQL.
   UnicodeString texto;

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Runs the programs of fuzz/, two at a time, and tells what each has done.
+"""Runs the programs of fuzz/, one on each processor, and tells what each has done.
 
     fuzz/corre.py [--seconds N] [--release] [NAME...]
 
@@ -91,8 +91,9 @@ def corre(nombre, segundos):
         "seconds": int(ultimo(r"Done \d+ runs in (\d+) second") if "Done " in texto else segundos),
         "coverage": int(ultimo(r"cov: (\d+)")),
         "corpus": int(ultimo(r"corp: (\d+)")),
-        "failed": salida.returncode != 0,
     }
+    # One that has run nothing has found nothing.
+    cifras["failed"] = salida.returncode != 0 or cifras["executions"] == 0
     if cifras["failed"]:
         cifras["artifact"] = ultimo(r"Test unit written to (\S+)")
         # Without libFuzzer's own account, and of the calls those of this project.

@@ -67,7 +67,7 @@ if [ "$(dpkg-parsechangelog -l packaging/debian/changelog -S Version)" != "$vers
 fi
 target=$PWD/build/paquetes
 packages "$PWD/build/paquete" "$target"
-rm -f "$target"/*.tar.gz
+rm -f "$target"/*.tar.gz "$target"/*.zip
 if in_git; then
   source_archive "$target"
   git diff --quiet HEAD -- || echo 'Changes that are not committed are not in the source archive.' >&2
@@ -75,7 +75,9 @@ else
   echo 'No source archive: this tree is one.' >&2
 fi
 # What the build for Windows left, where there is one.
-find build/windows -maxdepth 1 -name '*.zip' -exec cp {} "$target" \; 2>/dev/null || true
+for zip in build/windows/UtilVel90-"$version"-windows-*.zip; do
+  if [ -e "$zip" ]; then cp "$zip" "$target"; fi
+done
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT

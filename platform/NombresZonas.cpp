@@ -7,10 +7,10 @@ namespace vel {
 namespace {
 
 // The zone names of Windows and the zones of the tz database that they stand for: the public mapping of the
-// Unicode Common Locale Data Repository (windowsZones, territory 001), in the order of CompareText. Newer
-// than the table of the installed ICU in two points: Mazatlan stands for "Mountain Standard Time (Mexico)"
-// since Chihuahua keeps central time, and Bishkek for "Central Asia Standard Time" since all of Kazakhstan
-// is five hours ahead of universal time (March 2024).
+// Unicode Common Locale Data Repository (windowsZones, territory 001), in the order of CompareText. Older
+// tables differ in two points: Mazatlan stands for "Mountain Standard Time (Mexico)" since Chihuahua keeps
+// central time, and Bishkek for "Central Asia Standard Time" since all of Kazakhstan is five hours ahead of
+// universal time (March 2024).
 constexpr ZonaWindows kZonas[kZonasWindows] = {
     {u"Afghanistan Standard Time", "Asia/Kabul"},
     {u"Alaskan Standard Time", "America/Anchorage"},

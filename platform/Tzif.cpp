@@ -96,13 +96,13 @@ bool LeeNumero(std::string_view& texto, int maximo, int& numero) {
 }
 
 // [+-]hh[:mm[:ss]]
-bool LeeTiempo(std::string_view& texto, std::int32_t& segundos) {
+bool LeeTiempo(std::string_view& texto, int maximoHoras, std::int32_t& segundos) {
   const bool negativo = Consume(texto, '-');
   if (!negativo) Consume(texto, '+');
   int horas = 0;
   int minutos = 0;
   int resto = 0;
-  if (!LeeNumero(texto, 167, horas)) return false;
+  if (!LeeNumero(texto, maximoHoras, horas)) return false;
   if (Consume(texto, ':')) {
     if (!LeeNumero(texto, 59, minutos)) return false;
     if (Consume(texto, ':') && !LeeNumero(texto, 59, resto)) return false;
@@ -130,14 +130,18 @@ bool LeeRegla(std::string_view& texto, ReglaCambio& regla) {
   constexpr std::int32_t kDosDeLaManana = 2 * 3600;
   if (!Consume(texto, ',') || !LeeDia(texto, regla)) return false;
   regla.segundos = kDosDeLaManana;
-  return !Consume(texto, '/') || LeeTiempo(texto, regla.segundos);
+  // RFC 8536, section 3.3.1: a week less an hour.
+  constexpr int kMaximoHoras = 167;
+  return !Consume(texto, '/') || LeeTiempo(texto, kMaximoHoras, regla.segundos);
 }
 
 }  // namespace
 
 bool LeeReglaPosix(std::string_view texto, ZonaHoraria& zona) {
+  // Of an offset; POSIX.1-2017, section 8.3.
+  constexpr int kMaximoHoras = 24;
   std::int32_t oeste = 0;
-  if (!LeeNombre(texto) || !LeeTiempo(texto, oeste)) return false;
+  if (!LeeNombre(texto) || !LeeTiempo(texto, kMaximoHoras, oeste)) return false;
   const DesfaseZona estandar{-oeste, false};
   if (texto.empty()) {
     zona.estandar = estandar;
@@ -148,7 +152,7 @@ bool LeeReglaPosix(std::string_view texto, ZonaHoraria& zona) {
   verano.desfase = {estandar.segundos + 3600, true};
   if (!LeeNombre(texto)) return false;
   if (!texto.empty() && texto.front() != ',') {
-    if (!LeeTiempo(texto, oeste)) return false;
+    if (!LeeTiempo(texto, kMaximoHoras, oeste)) return false;
     verano.desfase.segundos = -oeste;
   }
   // Without rules POSIX leaves them to the system; those of the United States are the common choice.

@@ -108,9 +108,12 @@ def main():
     lista = trabajos(construccion)
     candado = threading.Lock()
     faltas = 0
-    for nombre, variables in entornos(construccion).items():
-        if sys.argv[2:] and not any(texto in nombre for texto in sys.argv[2:]):
-            continue
+    todos = entornos(construccion)
+    pedidos = [n for n in todos if not sys.argv[2:] or any(texto in n for texto in sys.argv[2:])]
+    if not pedidos or not lista:
+        sys.exit(f'Nothing to run; the environments are {"; ".join(todos)}')
+    for nombre in pedidos:
+        variables = todos[nombre]
         inicio = time.monotonic()
         usuario = NADIE if 'another user' in nombre else None
         # Programs of the pages print with the host's own streams, which follow its language.

@@ -6,8 +6,7 @@
 - An include of the standard library or of this project of which nothing is named is one too many.
 
 Sizes need no header of their own: all containers declare them. A header that holds nothing but includes is for those
-who want them all. Another include that stands for its readers, not for the
-file, says so behind it: "// for callers".
+who want them all. Another include that stands for its readers, not for the file, says so behind it: "// for callers".
 """
 import os
 import re

@@ -2,6 +2,7 @@
 """Plants the faults of a list, one at a time, and says which of them no test notices.
 
     tools/mutantes.py [TEXT...]    only the faults whose file or program holds one of the texts
+    tools/mutantes.py --check      plants none: names those that the code has left behind
 
 A fault is a head, the lines to take away and the lines to put there. The head names the file and the test program,
 with a filter of its tests where the others take long:
@@ -92,12 +93,16 @@ class ErrorDeLista(Exception):
     """A fault that cannot be planted any more, or does not compile."""
 
 
+def exige_lugar(falta, sano):
+    if sano.count(falta.quita) != 1:
+        raise ErrorDeLista(f'the text to take away stands {sano.count(falta.quita)} times')
+
+
 def vive(falta):
     """Whether the tests pass with the fault planted."""
     archivo = COPIA / falta.archivo
     sano = archivo.read_text(encoding='utf-8')
-    if sano.count(falta.quita) != 1:
-        raise ErrorDeLista(f'the text to take away stands {sano.count(falta.quita)} times')
+    exige_lugar(falta, sano)
     try:
         archivo.write_text(sano.replace(falta.quita, falta.pone), encoding='utf-8')
         if not construye([falta.programa]):
@@ -107,8 +112,23 @@ def vive(falta):
         archivo.write_text(sano, encoding='utf-8')
 
 
+def comprueba(faltas):
+    """How many faults cannot be planted, each told."""
+    errores = 0
+    for falta in faltas:
+        try:
+            exige_lugar(falta, (RAIZ / falta.archivo).read_text(encoding='utf-8'))
+        except (ErrorDeLista, OSError) as error:
+            errores += 1
+            print(f'{error}: {falta}')
+    print(f'{len(faltas)} faults, {errores} that cannot be planted')
+    return errores
+
+
 def main():
     faltas = lee_lista((RAIZ / 'tools' / 'mutantes.txt').read_text(encoding='utf-8'))
+    if sys.argv[1:] == ['--check']:
+        return 1 if comprueba(faltas) or not faltas else 0
     faltas = [f for f in faltas if not sys.argv[1:] or any(t in f.archivo or t in f.programa for t in sys.argv[1:])]
     copia_arbol()
     subprocess.run(['cmake', '--preset', 'dev'], cwd=COPIA, check=True, stdout=subprocess.DEVNULL)

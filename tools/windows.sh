@@ -24,12 +24,15 @@ build() {
 
 # The imports of a library that are neither the system's nor, for 32 bits, the runtime in the same folder.
 check_imports() {
-  local library=$1 target=$2 name others=()
+  local library=$1 target=$2 names name others=()
+  # Not behind "<(...)", where a tool that failed would leave nothing to complain of.
+  names=$("$target-w64-mingw32-objdump" -p "$library" | sed -n 's/^\s*DLL Name: //p')
+  [ -n "$names" ] || { echo "$library: no imports found" >&2; exit 1; }
   while read -r name; do
     [[ $name =~ ^($system_libraries)\.dll$ ]] && continue
     [ "$target" = i686 ] && [ -e "$(dirname "$library")/$name" ] && continue
     others+=("$name")
-  done < <("$target-w64-mingw32-objdump" -p "$library" | sed -n 's/^\s*DLL Name: //p')
+  done <<<"$names"
   if [ ${#others[@]} -gt 0 ]; then
     echo "$library imports ${others[*]}" >&2
     exit 1
@@ -40,16 +43,17 @@ check_imports() {
 pack() {
   local target=$1 name=UtilVel90-$version-windows-$1 file
   local folder=$out/$name
-  rm -rf "$folder" "$folder.zip"
+  # Those of other versions too: whoever takes the zips takes what stands there.
+  rm -rf "$out"/UtilVel90-*-windows-"$target" "$out"/UtilVel90-*-windows-"$target".zip
   cmake --install "build/windows-$target" --prefix "$folder" >/dev/null
   if [ "$target" = i686 ]; then
     for file in "${runtime[@]}"; do
       # The tool writes the moment into what it strips, unless it is told one.
-      SOURCE_DATE_EPOCH=315532800 install -m 755 --strip --strip-program="$target-w64-mingw32-strip" "$(find_runtime "$target" "$file")" \
-        "$folder/bin/"
+      SOURCE_DATE_EPOCH=315532800 install -m 755 --strip --strip-program="$target-w64-mingw32-strip" \
+        "$(find_runtime "$target" "$file")" "$folder/bin/"
     done
   fi
-  cp "$out/dependencias/versiones.txt" tools/windows/LEEME.txt "$folder/"
+  cp "$out/dependencias/versiones.txt" tools/windows/LEEME.txt COPYRIGHT "$folder/"
   # The table of zones is made from it.
   echo "tzdata $(dpkg-query -W -f='${Version}' tzdata)" >>"$folder/versiones.txt"
   cp -r "$out/dependencias/licencias" "$folder/"

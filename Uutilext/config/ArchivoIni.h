@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "framework/TextoIni.h"
+#include "platform/Archivos.h"
 
 // INI files on disk: their encoding, their lock and their safe replacement.
 namespace vel {
@@ -21,9 +22,12 @@ UnicodeString ValorDeIni(std::u16string_view archivo, std::u16string_view seccio
 /// Loads the file, lets `cambio` change its text and saves it, while no other program of the suite does the
 /// same. The encoding on disk is kept: UTF-16LE or UTF-8 with a mark, UTF-8, Windows-1252 (also for a file
 /// that is new or has only ASCII characters); a text that would not be read back from it makes it UTF-16LE
-/// with a mark. A text that did not change is not saved. Any fault of the file, damaged text in it included,
-/// raises Exception with the message `mensaje` + the path between quotation marks, a line break and the
-/// advice about permissions; the file is then as it was.
+/// with a mark. A text that did not change is not saved. On any fault of the file, damaged text in it
+/// included, it is as it was.
+FallaArchivo IntentaCambiarIni(std::u16string_view archivo, const std::function<void(TextoIni&)>& cambio);
+
+/// The same, where any fault raises Exception with the message `mensaje` + the path between quotation marks,
+/// a line break and the advice about permissions.
 void CambiaIni(std::u16string_view archivo, std::u16string_view mensaje,
                const std::function<void(TextoIni&)>& cambio);
 

@@ -35,8 +35,8 @@ enum class ENUM_RUTA : std::int32_t {};
 /// Folder of this library's own file. Raises Exception when the system does not tell it.
 UTILVEL90_EXPORT UnicodeString DameRutaDll();
 /// The common files folder that the installation names in the registry; "c:\sistemas\tavex\comunes\" when its
-/// key names none, empty when there is no key. Raises EStreamError when the registry cannot
-/// be read, as when too many files are open; so do all functions here that begin at that folder.
+/// key names none, empty when there is no key. Raises EStreamError when the registry cannot be read, as when
+/// too many files are open; so do all functions here that begin at that folder.
 UTILVEL90_EXPORT UnicodeString DameDirectorioArchComun();
 /// Names it. Raises Exception when the registry cannot be written.
 UTILVEL90_EXPORT void EscribeDirectorioArchComun(std::u16string_view carpeta);

@@ -12,9 +12,8 @@
 #include "platform/NombresZonas.h"
 #include "platform/Tzif.h"
 
-// The zones come from the system's tz database and not from ICU's own copy of it: Debian keeps the first up
-// to date, while the copy in Debian 12's ICU was made before Mexico gave up daylight saving time in October
-// 2022.
+// The zones come from the system's tz database, which its updates keep up: a copy that comes with a library
+// knows of no law that is newer than the library.
 
 namespace vel {
 namespace {

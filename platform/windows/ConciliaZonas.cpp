@@ -166,10 +166,11 @@ ZonaHoraria DeSistema(const ZonaSistema& sistema) {
 ZonaHoraria Concilia(ZonaHoraria tabla, int anioTabla, int anioActual, const ZonaSistema& sistema) {
   const int ultimo = sistema.porAnio.empty() ? 0 : sistema.porAnio.rbegin()->first;
   const bool recienRegistrado = ultimo >= anioTabla && ultimo <= anioActual + 1;
-  if (!recienRegistrado && sistema.edicion <= anioTabla) return tabla;
+  const int edicion = sistema.edicion <= anioActual + 1 ? sistema.edicion : 0;
+  if (!recienRegistrado && edicion <= anioTabla) return tabla;
   const ZonaHoraria suya = DeSistema(sistema);
   if (Difieren(tabla, suya, anioTabla - 2) || Difieren(tabla, suya, anioTabla - 1)) return tabla;
-  const int fin = std::max(ultimo, sistema.edicion);
+  const int fin = std::max(ultimo, edicion);
   int anio = anioTabla;
   while (anio <= fin && !Difieren(tabla, suya, anio)) ++anio;
   if (anio > fin) return tabla;

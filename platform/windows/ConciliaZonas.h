@@ -46,8 +46,9 @@ ZonaHoraria DeSistema(const ZonaSistema& sistema);
 ///
 /// The system is newer when its edition is of a later year, or when its last record is of the table's year or
 /// a later one: changes are recorded under the year that they begin with. A record more than a year ahead is
-/// no such sign, since it was computed (Morocco's follow the moon) and may be old. And it must have the two
-/// years before the table's as the table has them: what is past by then a newer system knows.
+/// no such sign, since it was computed (Morocco's follow the moon) and may be old, and an edition more than a
+/// year ahead is none. And it must have the two years before the table's as the table has them: what is past
+/// by then a newer system knows.
 ///
 /// It is believed from the first year on in which both differ by more than a day in all; less is the way
 /// records are written (midnight as 23:59:59.999). Before that year the table holds.

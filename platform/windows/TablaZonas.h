@@ -3,7 +3,7 @@
 #include <string_view>
 
 // The tz database as it was when the library was built, since the system has none: about 450 zones under 600
-// names, a quarter of a megabyte.
+// names, a third of a megabyte.
 namespace vel {
 
 /// The file (RFC 8536) of a name of the tz database, in its own capitals; empty when there is none. Names

@@ -10,8 +10,10 @@ namespace pruebas {
 /// Work that a test gives to processes of their own: copies of the test program that do this and no tests.
 /// Their exit code is 0 when no expectation failed and nothing was thrown.
 ///
-///     const Tarea kSuma("suma", [](const Argumentos& a) { EXPECT_EQ(a.at(0), u"2"); });   // beside the
-///     tests Proceso p = kSuma.Empieza({u"2"}); EXPECT_EQ(p.Espera(), 0);
+///     const Tarea kDos("dos", [](const Argumentos& a) { EXPECT_EQ(a.at(0), u"2"); });   // beside the tests
+///
+///     Proceso p = kDos.Empieza({u"2"});
+///     EXPECT_EQ(p.Espera(), 0);
 class Tarea {
  public:
   Tarea(const char* nombre, void (*trabajo)(const Argumentos&));

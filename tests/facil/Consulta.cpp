@@ -403,6 +403,11 @@ TEST(Consulta, RefusesWhatCouldNotBeMeant) {
       {[](Consulta&) { Consulta(" "); }, "Falta la tabla de la consulta"},
       {[](Consulta& c) { c.campo(""); }, "Falta el campo de una consulta"},
       {[](Consulta& c) { c.donde("").igual(1); }, "Falta el campo de una condición"},
+      {[](Consulta& c) { c.existe(Sql(" ")); }, "Falta el SQL de una condición"},
+      {[](Consulta& c) { c.join(""); }, "Falta la cláusula de un join"},
+      {[](Consulta& c) { c.sql(" "); }, "Falta el texto de una condición"},
+      {[](Consulta& c) { c.agrupa(""); }, "Falta la columna de un grupo"},
+      {[](Consulta& c) { c.ordenaDesc(""); }, "Falta la columna del orden"},
       {[](Consulta& c) { c.donde("X").en(std::vector<int>()); }, "La condición sobre 'X' no tiene valores"},
       {[](Consulta& c) {
          c.donde("X").en({1, "a"});
@@ -548,6 +553,12 @@ TEST(ConsultaGuardada, IsWholeOrRefused) {
     mala(otra);
     EXPECT_THROW(GuardaConsulta(otra, archivo), EInvalidOperation);
     EXPECT_EQ(carpeta.Lee("consulta.ini"), bytes);
+  }
+  try {
+    GuardaConsulta(f, carpeta.Archivo("nada/consulta.ini"));
+    ADD_FAILURE() << "nothing thrown";
+  } catch (const EStreamError& e) {
+    EXPECT_TRUE(std::string_view(e.what()).ends_with("consulta.ini\": la carpeta no existe")) << e.what();
   }
   // Without an order what the view said is gone.
   Consulta("T").guarda(archivo);

@@ -102,6 +102,8 @@ def main():
     sin_pagina, simbolos = revisa.exportados_sin_pagina(biblioteca, obra / "etiquetas.xml",
                                                         cabeceras.privados(raiz, publicas))
     faltas += [f"exported without a page: {s}" for s in sin_pagina]
+    if not simbolos:
+        faltas.append(f"{biblioteca}: exports nothing that could have a page")
     if faltas:
         sys.exit("\n".join(faltas))
     print(f"{obra}/sitio/index.html: {cuantas} pages, {len(publicas)} headers, {simbolos} exported names")

@@ -50,7 +50,8 @@ std::string NombreEnUso(const CLI::Option& opcion) {
 
 std::vector<const CLI::Option*> Opciones(const CLI::App& comando, bool posicionales) {
   return comando.get_options([posicionales, &comando](const CLI::Option* o) {
-    return o->get_positional() == posicionales && o != comando.get_help_ptr();
+    return o->get_positional() == posicionales && o != comando.get_help_ptr() &&
+           o != comando.get_version_ptr();
   });
 }
 
@@ -244,6 +245,7 @@ std::string Completado(const Programa& programa) {
     for (const CLI::App* c : Subcomandos(*comando)) palabras += c->get_name() + " ";
     palabras += "\" opciones=\"";
     for (const CLI::Option* o : Opciones(*comando, false)) palabras += o->get_name(false, false) + " ";
+    if (comando->get_version_ptr() != nullptr) palabras += "--version ";
     palabras += "--help\" ;;\n";
   }
   return bash + "    esac\n  done\n" + palabras +

@@ -17,6 +17,7 @@
 #include "framework/Excepciones.h"
 #include "tools/utilvel/Avance.h"
 #include "tools/utilvel/Comandos.h"
+#include "tools/utilvel/Entrada.h"
 #include "tools/utilvel/Errores.h"
 #include "tools/utilvel/Filas.h"
 #include "tools/utilvel/Programa.h"
@@ -293,6 +294,7 @@ Codigo Corre(const Opciones& o) {
   std::vector<std::string> archivos = o.archivos;
   if (!o.lista.empty()) {
     for (std::string& nombre : LeeLista(o.lista)) archivos.push_back(std::move(nombre));
+    ExigeOtraSalida(o.filas.archivo, archivos);
   } else if (archivos.empty()) {
     throw Falla(Codigo::Uso, "Falta FACTURA o --lista");
   }

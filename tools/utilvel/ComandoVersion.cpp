@@ -22,7 +22,8 @@ Codigo Corre() {
 void AgregaVersion(Programa& programa) {
   programa.Agrega({.nombre = "version",
                    .resumen = "Versión de la biblioteca y nombre de las carpetas de su entrega",
-                   .ejemplos = {{"utilvel version", "La versión instalada."}}},
+                   .ejemplos = {{"utilvel version", "La versión instalada."},
+                                {"utilvel --version", "Lo mismo, como opción."}}},
                   Corre);
 }
 

@@ -29,6 +29,15 @@ std::string LeeTodo(const std::string& ruta) {
   } while (true);
 }
 
+void ExigeOtraSalida(const std::string& salida, const std::vector<std::string>& leidos) {
+  std::error_code falta;
+  if (salida.empty() || !std::filesystem::is_regular_file(salida, falta)) return;
+  for (const std::string& leido : leidos) {
+    if (std::filesystem::equivalent(leido, salida, falta))
+      throw Falla(Codigo::Uso, "El archivo de --salida es uno de los que se leen: " + salida);
+  }
+}
+
 ArchivoParaLeer::ArchivoParaLeer(const std::string& ruta) : ruta_(ruta), temporal_(ruta == "-") {
   if (!temporal_) {
     const Lector seLee(ruta);

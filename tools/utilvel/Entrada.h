@@ -16,6 +16,10 @@ namespace utilvel {
 
 std::string LeeTodo(const std::string& ruta);
 
+/// Raises Falla (Uso) when the file that is to receive the results, an empty name for none, is one of those
+/// that are read: it appears whole in that file's place, and an invoice would give way to the report on it.
+void ExigeOtraSalida(const std::string& salida, const std::vector<std::string>& leidos);
+
 /// A file that a library function is to read by its path. Standard input is copied to a private temporary
 /// file that ends with the object. Raises when there is nothing to read, where those functions take a missing
 /// file for an empty one.

@@ -2,14 +2,13 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <filesystem>
 #include <new>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
 #include "framework/Excepciones.h"
 #include "tools/utilvel/Ayuda.h"
+#include "tools/utilvel/Entrada.h"
 #include "tools/utilvel/Errores.h"
 #include "tools/utilvel/Sistema.h"
 
@@ -61,21 +60,12 @@ std::string EnEspanol(const CLI::ParseError& error, const CLI::App& pedido) {
   return mensaje;
 }
 
-// A command writes its result whole in the place of the file that --salida names: were it one of those that
-// the command reads, an invoice would give way to the report on it.
-void ExigeOtraSalida(const CLI::App& comando) {
+// Any text of the line may name a file that the command reads.
+void RevisaSalida(const CLI::App& comando) {
   const CLI::Option* const salida = comando.get_option_no_throw("--salida");
   if (salida == nullptr || salida->count() == 0) return;
-  const std::string& archivo = salida->results().front();
-  std::error_code falta;
-  if (!std::filesystem::is_regular_file(archivo, falta)) return;
   for (const CLI::Option* const otra : comando.get_options()) {
-    if (otra == salida) continue;
-    for (const std::string& valor : otra->results()) {
-      if (std::filesystem::equivalent(valor, archivo, falta)) {
-        throw Falla(Codigo::Uso, "El archivo de --salida es uno de los que se leen: " + archivo);
-      }
-    }
+    if (otra != salida) ExigeOtraSalida(salida->results().front(), otra->results());
   }
 }
 
@@ -83,6 +73,8 @@ void ExigeOtraSalida(const CLI::App& comando) {
 
 Programa::Programa() : raiz_(std::make_unique<CLI::App>("", "utilvel")) {
   raiz_->set_help_flag("-h,--help,--ayuda", "Esta ayuda");
+  // As an option too, which is what people and installers try: it runs the command of that name.
+  raiz_->set_version_flag("--version", std::string());
   raiz_->require_subcommand(1);
 }
 
@@ -117,12 +109,14 @@ Codigo Programa::Ejecuta(int argc, const char* const* argv) {
     salida.Escribe(Ayuda(*this, Pedido(*raiz_)));
     salida.Termina();
     return Codigo::Bien;
+  } catch (const CLI::CallForVersion&) {
+    return Busca(*raiz_->get_subcommand("version"))->corre();
   } catch (const CLI::ParseError& error) {
     const CLI::App& pedido = Pedido(*raiz_);
     throw Falla(Codigo::Uso, EnEspanol(error, pedido) + ". " + Antes(Ayuda(*this, pedido), "\n"));
   }
   const CLI::App& pedido = Pedido(*raiz_);
-  ExigeOtraSalida(pedido);
+  RevisaSalida(pedido);
   return Busca(pedido)->corre();
 }
 
