@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <limits>
 
-#include "Ucalculocfdi/Entero128.h"
+#include "framework/Entero128.h"
 #include "Ucalculocfdi/TMontoFiscal.h"
 
 namespace vel::exacto {
