@@ -13,25 +13,24 @@
 
 // a^y is 2^t with t = y * log2(a), computed in whole numbers alone: they have the same bits on every
 // processor, whatever the state of its floating-point unit. Tables and series as in P. T. P. Tang,
-// "Table-driven implementation of the logarithm function in IEEE floating-point arithmetic", 1990, and its
-// sister of 1989.
+// "Table-driven implementation of the logarithm function in IEEE floating-point arithmetic", 1990, and in his
+// paper on the exponential function, 1989.
 //
 //  1. a = 2^e * m; a table has c, near 1 / m, and -log2(c). With z = m * c - 1, which is exact in 64 bits and
 //     below 2^-7.7, log2(a) = e - log2(c) + log2(1 + z), the last by its series. Where e and log2(c) are
-//     zero, a is near 1; z is then shifted up, so that what it lacks of bits the logarithm does not lack too.
+//     zero, a is near 1; z is then shifted up, so that the logarithm has all its bits.
 //  2. t = n + j / 128 + u, and |u| is at most 2^-8: 2^t is 2^n * 2^(j / 128) * 2^u, of a table and a series.
 //
 // This is done up to twice (A. Ziv, "Fast evaluation of elementary mathematical functions with correctly
-// rounded last bit", 1991), each time looking whether what the sum may err by could change the rounding:
+// rounded last bit", 1991), each time with the question whether its error could change the rounding:
 //
-//  - The short way errs by less than 6 * 2^-62: the two factors of the last product and the product are cut
-//  at
-//    2^-62, which is 4 in all, the series leave out less than 2^-72 of the logarithm, 2^-62 of a power near
-//    the greatest, and u is cut at 2^-64. Once in a hundred times that is too much.
-//  - The long way errs by less than 2^-103: 2^-115 of the logarithm, which t makes 2^-105, and 2^-109 in the
+//  - The short way errs by less than 6 * 2^-62: 4 where the last product and its factors are cut, less than 1
+//    by the series of the logarithm, which leaves out 2^-73 of it, and less than 1 by u, cut at 2^-64. Once
+//    in a hundred times that is too much.
+//  - The long way errs by less than 2^-103: 2^-115 of the logarithm, which t makes 2^-105, and 2^-107 in the
 //    series of 2^u. That is too much only where the power is as near as this to the middle of two doubles.
-//    Those that are a middle, as 3^34 is, are rounded to even; so would be one that is not quite, if a
-//    program ever meets it.
+//    Those that are a middle, as 3^34 is, are rounded to even; so would be one that is not quite, if ever a
+//    program meets it.
 //
 // A fraction is a whole number of units of 2^-126, or of 2^-62 where 64 bits are enough; other units are
 // named.
@@ -70,8 +69,8 @@ constexpr auto kReciprocos = []() {
   return tabla;
 }();
 
-// ln(a / b) for a / b from 1/2 to 2: twice the area tangent of w = (a - b) / (a + b), w + w^3 / 3 + w^5 / 5
-// ...
+// ln(a / b) for a / b from 1/2 to 2: twice w + w^3 / 3 + w^5 / 5 ..., w being
+// (a - b) / (a + b).
 constexpr Entero128 Ln(std::int64_t a, std::int64_t b) noexcept {
   const Entero128 dividendo = Entero128{a - b} << 63;
   const Entero128 w = ((dividendo / (a + b)) << 63) + ((dividendo % (a + b)) << 63) / (a + b);
@@ -245,7 +244,7 @@ Redondeo Eleva(double a, double y) noexcept {
     const auto r = static_cast<std::int64_t>((Entero128{Alto(raiz)} * serie) >> kFraccionCorta);
     return Redondea<std::int64_t>(r, kFraccionCorta, 6, n);
   } else {
-    Entero128 r = Multiplica(raiz, Suma<6, 11>(kSeriePotencia, u));
+    Entero128 r = Multiplica(raiz, Suma<6, 10>(kSeriePotencia, u));
     // What u leaves, v < 2^-64: 2^v = 1 + v * ln(2).
     const auto v = static_cast<std::int64_t>(resto - (Entero128{u} << kSobranU));
     r += (Entero128{Por(Alto(r), Alto(kLn2))} * v) >> (kFraccionT + 60 - kFraccion);
