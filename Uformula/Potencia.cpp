@@ -53,6 +53,7 @@ constexpr std::int64_t Bajo(Entero128 a) noexcept {
 // a * b / 2^64.
 constexpr std::int64_t Por(std::int64_t a, std::int64_t b) noexcept { return Alto(Entero128{a} * b); }
 constexpr Entero128 Por(Entero128 a, std::int64_t b) noexcept {
+  // cppcheck-suppress shiftTooManyBitsSigned
   return Entero128{Alto(a)} * b + ((Entero128{Bajo(a)} * b) >> 63);
 }
 
