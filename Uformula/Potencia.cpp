@@ -177,7 +177,7 @@ template <std::size_t Largos, std::size_t Terminos>
 Fijo Logaritmo(double a) noexcept {
   auto [mantisa, e] = Separa(a);
   constexpr int kResto = 45;
-  const std::size_t i = ((mantisa + (std::uint64_t{1} << (kResto - 1))) >> kResto) - kPartes;
+  const auto i = static_cast<std::size_t>((mantisa + (std::uint64_t{1} << (kResto - 1))) >> kResto) - kPartes;
   if (i >= kRaizDeDos) ++e;
   // m * c, whose whole part, 1, has no place in 64 bits.
   const auto z = static_cast<std::int64_t>(mantisa * kFilas[i].factor);
