@@ -7,8 +7,8 @@
 #include <cstdint>
 #include <limits>
 
-#include "Ucalculocfdi/Entero128.h"
 #include "Ucalculocfdi/TMontoFiscal.h"
+#include "framework/Entero128.h"
 
 namespace vel::exacto {
 

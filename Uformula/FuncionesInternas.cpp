@@ -8,10 +8,10 @@
 #include <limits>
 #include <numeric>
 
+#include "Uformula/Potencia.h"
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
 #include "framework/Texto.h"
-#include "platform/PrecisionExtendida.h"
 
 namespace vel::formula {
 namespace {
@@ -23,13 +23,6 @@ double Entero32(double valor) noexcept {
   const bool cabe = entero >= std::numeric_limits<std::int32_t>::min() &&
                     entero <= std::numeric_limits<std::int32_t>::max();
   return cabe ? entero : std::numeric_limits<double>::quiet_NaN();
-}
-
-// Some systems compute powers in the x87 unit, by whatever precision the thread has.
-double Potencia(double base, double exponente) noexcept {
-  const PrecisionExtendida guardia;
-  return PrecisionExtendida::Fija(
-      std::pow(PrecisionExtendida::Fija(base), PrecisionExtendida::Fija(exponente)));
 }
 
 constexpr auto kInternas = std::to_array<FuncionInterna>({

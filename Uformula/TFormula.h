@@ -99,10 +99,11 @@ struct TFallaRenglon {
 /// convert in the operation that takes it: 1/0 ends in EConvertError.
 ///
 /// **Built-ins**: SUMA, PRODCTO, MIN, MAX (any number of arguments); ABS (of the whole part, 32 bits);
-/// PTENCIA (first raised to the second); CUBO; QADRADO; RAIZ; RDONDEA (Redondea); TRUNCAR (toward minus
-/// infinity); FRACC (value less its whole part: keeps the sign); SIGNO (-1, 0 or 1); INVERSO (times -1); SI
-/// (the second argument when the first is not 0, else the third); NO (1 for 0, else 0). All arguments are
-/// evaluated, also those that are not chosen or not needed; an empty one fails as an operand.
+/// PTENCIA (first raised to the second: the double nearest to the true power); CUBO; QADRADO; RAIZ; RDONDEA
+/// (Redondea); TRUNCAR (toward minus infinity); FRACC (value less its whole part: keeps the sign); SIGNO (-1,
+/// 0 or 1); INVERSO (times -1); SI (the second argument when the first is not 0, else the third); NO (1 for
+/// 0, else 0). All arguments are evaluated, also those that are not chosen or not needed; an empty one fails
+/// as an operand.
 ///
 /// **Errors.** EConvertError: an operand that is no number and no known name. EInvalidOperation: unbalanced
 /// parentheses, a group with nothing in it (`5()`), no formula, a formula whose names refer back to

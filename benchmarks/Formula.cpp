@@ -1,16 +1,20 @@
 // Formulas that our evaluator, muParser and FParser take with the same meaning: building and evaluating a
 // formula, evaluating a built one, and the scale of building.
+#include <array>
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <fparser.hh>
 #include <memory>
 #include <muParser.h>
 #include <omp.h>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "Uformula/Potencia.h"
 #include "Uformula/Uformula.h"
 #include "benchmarks/Medicion.h"
 #include "framework/Numeros.h"
@@ -189,6 +193,34 @@ class PorColumnas {
   std::vector<std::unique_ptr<Una>> formulas_;
 };
 
+// Rates raised to months and to parts of years, against the C library's function.
+class Potencias {
+ public:
+  Potencias() {
+    std::mt19937 azar(12);
+    int distintas = 0;
+    for (auto& [tasa, exponente] : pares_) {
+      tasa = 1 + static_cast<double>(azar() % 200'000) / 1e6;
+      exponente = static_cast<double>(azar() % 361) / (azar() % 2 == 0 ? 1 : 12);
+      const double propia = vel::formula::Potencia(tasa, exponente);
+      const double par = std::pow(tasa, exponente);
+      medicion::Exige(propia == std::nextafter(par, propia), "pow, to a bit");
+      distintas += propia != par ? 1 : 0;
+    }
+    std::fprintf(stderr, "Potencia: %d of %zu differ from pow, by the last bit\n", distintas, pares_.size());
+  }
+  template <double (*Funcion)(double, double)>
+  double Suma() const {
+    double suma = 0;
+    for (const auto& [tasa, exponente] : pares_) suma += Funcion(tasa, exponente);
+    return suma;
+  }
+  double Unidades() const { return static_cast<double>(pares_.size()); }
+
+ private:
+  std::array<std::pair<double, double>, 4096> pares_;
+};
+
 // Building with every variable known, on one object of each side, as a program that reads formulas would.
 struct Lectores {
   explicit Lectores(std::vector<std::unique_ptr<Banco>>& b) : bancos(b) {
@@ -268,6 +300,7 @@ int main(int argc, char** argv) {
 
   PorColumnas mil(1'000);
   PorColumnas millon(1'000'000);
+  const Potencias potencias;
 
   return medicion::Ejecuta(
       argc, argv,
@@ -283,6 +316,8 @@ int main(int argc, char** argv) {
            mil.Unidades()},
           {"Ejecuta, 1,000,000 rows | Eval, bulk", [&] { millon.Propio(); }, [&] { millon.Mu(); }, 1,
            "muParser", millon.Unidades()},
+          {"Potencia | pow", [&] { suma += potencias.Suma<vel::formula::Potencia>(); },
+           [&] { suma += potencias.Suma<std::pow>(); }, 4, "libm", potencias.Unidades()},
           // SetVariables + Execute less this one is Execute with changed variables.
           {"SetVariables | assign", pon, ponMu, 0, "muParser", cuenta},
       },

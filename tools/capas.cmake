@@ -24,7 +24,7 @@ set(filas
   "Fechas: framework platform version Uutilext/time Uutilext/config"
   "Paramsql: framework platform version Uutilext/diagnostics Uutilext/config"
   "Ucalculocfdi: framework Uutilext/documents"
-  "Uformula: framework platform Uutilext/documents"
+  "Uformula: framework Uutilext/documents"
   # The front: public headers of everything below.
   "facil: framework platform version Uutilext Uutilext/documents Uutilext/text Uutilext/time Uutilext/diagnostics Uutilext/config Uutilext/crypto Fechas Paramsql Ucalculocfdi Uformula"
   "tools/utilvel: framework platform version Uutilext/documents Uutilext/text Uutilext/time Uutilext/config Uutilext/crypto Fechas Paramsql Ucalculocfdi Uformula facil")

@@ -27,11 +27,16 @@ static_assert(std::numeric_limits<long double>::digits >= 64,
 static_assert(FLT_EVAL_METHOD == 0,
               "doubles must be computed as doubles: on 32-bit x86 compile with -msse2 -mfpmath=sse");
 
-// 10^exponente, correctly rounded while the power is exact above.
+// 10^exponente, correctly rounded while the power is exact above. Beyond, by products: power functions of the
+// systems differ.
 long double PotenciaExtendida(int exponente) noexcept {
-  const auto absoluto = static_cast<unsigned>(std::abs(static_cast<long long>(exponente)));
-  if (absoluto >= diez::kExtendidas.size()) return std::pow(10.0L, static_cast<long double>(exponente));
-  return exponente >= 0 ? diez::kExtendidas[absoluto] : 1.0L / diez::kExtendidas[absoluto];
+  constexpr std::size_t kMayor = diez::kExtendidas.size() - 1;
+  constexpr long long kInfinita = 5000;
+  const auto absoluto =
+      static_cast<std::size_t>(std::min(std::abs(static_cast<long long>(exponente)), kInfinita));
+  long double potencia = diez::kExtendidas[absoluto % kMayor];
+  for (std::size_t i = absoluto / kMayor; i > 0; --i) potencia *= diez::kExtendidas[kMayor];
+  return exponente >= 0 ? potencia : 1.0L / potencia;
 }
 
 // The double nearest to 10^-decimales, read from its text beyond the table: power functions of the systems

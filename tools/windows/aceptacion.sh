@@ -42,6 +42,10 @@ compare zonas "$(tail -n 1 "$work/zonas.nativo" | tr '|' ' '), diferencias $(
 in_wine volcado_caracteres >"$work/caracteres.windows" || true
 compare caracteres "65,536 unidades, $(tail -n 1 "$work/caracteres.nativo")"
 
+"$native/tests/windows/volcado_resultados" >"$work/resultados.nativo"
+in_wine volcado_resultados >"$work/resultados.windows" || true
+compare resultados "$(wc -l <"$work/resultados.nativo") resultados, en sus bits"
+
 # A configuration file of libcrypto that leaves a program without any algorithm, as it does openssl's own.
 hostile=tests/data/fin/openssl_sin_algoritmos.cnf
 rc=0

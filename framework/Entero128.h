@@ -74,6 +74,13 @@ class EnteroDeDosPartes {
     return {static_cast<std::uint64_t>(alto >> bits), a.bajo_ >> bits | a.alto_ << (64 - bits)};
   }
 
+  /// By 0 to 127 bits; those that do not fit are lost.
+  friend constexpr EnteroDeDosPartes operator<<(EnteroDeDosPartes a, int bits) noexcept {
+    if (bits == 0) return a;
+    if (bits >= 64) return {a.bajo_ << (bits - 64), 0};
+    return {a.alto_ << bits | a.bajo_ >> (64 - bits), a.bajo_ << bits};
+  }
+
   constexpr EnteroDeDosPartes& operator+=(EnteroDeDosPartes b) noexcept { return *this = *this + b; }
   constexpr EnteroDeDosPartes& operator-=(EnteroDeDosPartes b) noexcept { return *this = *this - b; }
   constexpr EnteroDeDosPartes& operator*=(EnteroDeDosPartes b) noexcept { return *this = *this * b; }
