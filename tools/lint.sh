@@ -22,6 +22,13 @@ mapfile -t files < <(tree '*.h' '*.cpp')
 step clang-format "${files[@]}"
 clang-format --dry-run -Werror "${files[@]}"
 
+mapfile -t scripts < <(tree '*.py')
+step pyflakes "${scripts[@]}"
+pyflakes3 "${scripts[@]}"
+
+echo "mutants"
+python3 tools/mutantes.py --check
+
 echo "layers"
 cmake -DRAIZ="$PWD" -P tools/capas.cmake
 

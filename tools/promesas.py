@@ -22,7 +22,17 @@ def total(pattern, text):
 
 def tests(text):
     found = total(r'tests passed, 0 tests failed out of (\d+)', text)
-    return found and f'{found[0]} tests'
+    if not found:
+        return None
+    counts = [f'{found[0]} tests']
+    for pattern, what in ((r'^(\d+) failed calls', 'failed calls of the system'),
+                          (r'^\d+ functions, (\d+) failed', 'failed allocations'),
+                          (r'^(\d+) kills', 'kills'),
+                          (r'^(\d+) states of files', 'states of the disk after a power failure')):
+        went_through = total(pattern, text)
+        if went_through:
+            counts.append(f'{went_through[0]:,} {what}')
+    return ', '.join(counts)
 
 
 def calls(text):
