@@ -205,14 +205,15 @@ DWORD Temporal::Crea(const std::wstring& destino, DWORD atributos, bool soloProp
 DWORD Temporal::Publica(const std::wstring& destino, bool sobrescribe) {
   const std::size_t largo = destino.size() * sizeof(wchar_t);
   std::vector<std::byte> memoria(sizeof(FILE_RENAME_INFO) + largo);
-  auto* const nombre = ::new (memoria.data()) FILE_RENAME_INFO{};
-  nombre->ReplaceIfExists = sobrescribe ? TRUE : FALSE;
-  nombre->FileNameLength = static_cast<DWORD>(largo);
+  FILE_RENAME_INFO nombre{};
+  nombre.ReplaceIfExists = sobrescribe ? TRUE : FALSE;
+  nombre.FileNameLength = static_cast<DWORD>(largo);
+  std::memcpy(memoria.data(), &nombre, sizeof nombre);
   std::memcpy(memoria.data() + offsetof(FILE_RENAME_INFO, FileName), destino.data(), largo);
   // The system denies it while anybody reads the old file. That this user may replace it has been seen
   // before, so a refusal that lasts is another program's too.
   DWORD error = Insiste(kEsperaCandado, kEsperaCandado, [&] {
-    return UltimoError(SetFileInformationByHandle(archivo_.Handle(), FileRenameInfo, nombre,
+    return UltimoError(SetFileInformationByHandle(archivo_.Handle(), FileRenameInfo, memoria.data(),
                                                   static_cast<DWORD>(memoria.size())) != 0);
   });
   if (error == ERROR_ACCESS_DENIED) error = ERROR_SHARING_VIOLATION;

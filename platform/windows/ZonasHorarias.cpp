@@ -208,6 +208,7 @@ Zona DameZonaActiva() {
   if (GetDynamicTimeZoneInformation(&ahora) == TIME_ZONE_ID_INVALID)
     return std::make_shared<const ZonaHoraria>();
   const std::lock_guard<std::mutex> guardia(ultima->candado);
+  // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison,cert-exp42-c,cert-flp37-c)
   if (ultima->zona == nullptr || std::memcmp(&ultima->respuesta, &ahora, sizeof ahora) != 0) {
     ultima->zona = LeeActiva(ahora);
     ultima->respuesta = ahora;
