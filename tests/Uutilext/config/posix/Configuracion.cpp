@@ -32,6 +32,14 @@ TEST(Configuracion, FindsItsFolderWithoutAHome) {
   EXPECT_TRUE(comoNadie);
 }
 
+TEST(Configuracion, ChangesTheFileThatALinkLeadsTo) {
+  const pruebas::CarpetaTemporal c;
+  c.Escribe("a.ini", "");
+  std::filesystem::create_symlink("a.ini", c.Ruta("enlace.ini"));
+  EscribeValor(c.Archivo("enlace.ini"), u"S", u"k", u"1");
+  EXPECT_EQ(DameValor(c.Archivo("a.ini"), u"S", u"k"), u"1");
+}
+
 TEST(Configuracion, LeavesWhatItMayNotWrite) {
   const pruebas::CarpetaTemporal c;
   ASSERT_EQ(mkfifo(c.Ruta("tubo").c_str(), 0666), 0);
