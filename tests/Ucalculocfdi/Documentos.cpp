@@ -1,5 +1,6 @@
 // Whole documents against the results of a second, independent working of the rules, bit for bit.
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <map>
 #include <set>
@@ -7,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "Ucalculocfdi/Partida.h"
 #include "tests/Casos.h"
 #include "tests/Ucalculocfdi/Partidas.h"
 
@@ -87,6 +89,17 @@ void Comprueba(const Documento& d) {
   const TCalculoCFDI::Impuestos impuestos = calculo.ImpuestoPartida;
   calculo.CalculaImpDescPar();
   EXPECT_EQ(calculo.ImpuestoPartida, impuestos);
+  // And without a document.
+  const TCalculoCFDI::Descuentos porcentajes = calculo.PorcDescuento;
+  calculo.InicializaValores();
+  calculo.PorcDescuento = porcentajes;
+  calculo.CalculaImpDescPar();
+  const TImpuestosPartida sola = CalcularImpuestosPartida(calculo.Partidas, calculo.Modulo,
+                                                          calculo.IgnoraTipoCambio, calculo.DecimalesPartida);
+  EXPECT_EQ(sola.Impuesto, impuestos);
+  EXPECT_EQ(sola.ImpuestoRedondeado, calculo.TotalImpuesto);
+  const bool conImpuestos = std::ranges::find(sola.Aplica, true) != sola.Aplica.end();
+  EXPECT_TRUE(!conImpuestos || sola.Descuento == calculo.DescuentoPartida);
 }
 
 TEST(Documentos, GiveTheResultsOfTheCaseFile) {

@@ -11,15 +11,12 @@
 #include <string_view>
 #include <vector>
 
-#include "Ucalculocfdi/TCalculoCFDI.h"
 #include "Uformula/TFormula.h"
 #include "Uutilext/documents/Redondeo.h"
 #include "framework/Numeros.h"
-#include "framework/TClientDataSet.h"
+#include "tests/Ucalculocfdi/Partidas.h"
 
 namespace {
-
-using vel::UnicodeString;
 
 void Escribe(const char* grupo, double valor) {
   std::printf("%s %016" PRIX64 "\n", grupo, std::bit_cast<std::uint64_t>(valor));
@@ -107,44 +104,22 @@ void Formulas(Azar& azar) {
 }
 
 void Documentos(Azar& azar) {
-  std::vector<vel::TFieldDef> campos{{.Name = u"CVE_DOC", .DataType = vel::TFieldType::ftString},
-                                     {.Name = u"MAN_IEPS", .DataType = vel::TFieldType::ftString},
-                                     {.Name = u"TIPO_PROD", .DataType = vel::TFieldType::ftString},
-                                     {.Name = u"TIPO_ELEM", .DataType = vel::TFieldType::ftString},
-                                     {.Name = u"APL_MAN_IEPS", .DataType = vel::TFieldType::ftString}};
-  for (const std::u16string_view nombre :
-       {u"CANT", u"PREC", u"COST", u"TIP_CAM", u"DESC1", u"DESC2", u"DESC3", u"DESCU", u"MTO_CUOTA"}) {
-    campos.push_back({.Name = UnicodeString(nombre), .DataType = vel::TFieldType::ftFloat});
-  }
-  for (int n = 1; n <= 8; ++n) {
-    campos.push_back({.Name = u"IMPU" + vel::IntToStr(n), .DataType = vel::TFieldType::ftFloat});
-    campos.push_back({.Name = u"IMP" + vel::IntToStr(n) + u"APLA", .DataType = vel::TFieldType::ftInteger});
-  }
-  campos.push_back({.Name = u"APL_MAN_IMP", .DataType = vel::TFieldType::ftInteger});
   constexpr double kTasas[] = {16, 8, 0, 26.5, 10.6667, -10, 3, 0.5};
+  using vel::Variant;
   for (int i = 0; i < 3'000; ++i) {
-    vel::TClientDataSet lineas;
-    lineas.CreateDataSet(campos);
+    std::vector<pruebas::Partida> lineas;
     for (int k = azar.Hasta(4); k >= 0; --k) {
-      lineas.Append();
-      const auto pon = [&lineas](std::u16string_view campo, double valor) {
-        lineas.FieldByName(campo).SetValue(vel::Variant(valor));
-      };
-      lineas.FieldByName(u"CVE_DOC").SetValue(vel::Variant(u"A1"));
-      lineas.FieldByName(u"MAN_IEPS").SetValue(vel::Variant(u"N"));
-      pon(u"CANT", azar.Hasta(100'000) / 1000.0 + 1);
-      pon(u"PREC", azar.Hasta(10'000'000) / 7.0);
-      pon(u"TIP_CAM", azar.Hasta(2) == 0 ? 1 : 17.0345);
-      pon(u"DESC1", azar.Hasta(300) / 10.0);
+      pruebas::Partida& linea = lineas.emplace_back();
+      linea[u"CANT"] = Variant(azar.Hasta(100'000) / 1000.0 + 1);
+      linea[u"PREC"] = Variant(azar.Hasta(10'000'000) / 7.0);
+      linea[u"TIP_CAM"] = Variant(azar.Hasta(2) == 0 ? 1 : 17.0345);
+      linea[u"DESC1"] = Variant(azar.Hasta(300) / 10.0);
       for (int n = 1; n <= 4; ++n) {
-        pon(u"IMPU" + vel::IntToStr(n), kTasas[azar.Hasta(8)]);
-        lineas.FieldByName(u"IMP" + vel::IntToStr(n) + u"APLA").SetValue(vel::Variant(azar.Hasta(4)));
+        linea[u"IMPU" + vel::IntToStr(n)] = Variant(kTasas[azar.Hasta(8)]);
+        linea[u"IMP" + vel::IntToStr(n) + u"APLA"] = Variant(azar.Hasta(4));
       }
-      lineas.Post();
     }
-    vel::TCalculoCFDI calculo(vel::ENUM_MODULO::MODULO_VENTAS, vel::ENUM_PROC_FACTCOMP::PROC_NORMAL,
-                              vel::TIPO_DOCTO::TD_FACTURA);
-    calculo.SetPartidas(lineas);
+    pruebas::Motor calculo(lineas);
     calculo.CalculaTotales();
     Escribe("documento", calculo.Subtotal);
     Escribe("documento", calculo.TotalImpuestos);

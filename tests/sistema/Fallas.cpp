@@ -64,9 +64,11 @@ std::set<std::string> Descriptores() {
 // What it raised, in any way that a caller has to foresee; empty when it did its work.
 std::string Guarda(const Operacion& operacion, CarpetaTemporal& c) {
   try {
-    const FallaArchivo falla = operacion.guarda(c);
-    return falla.Hubo() ? "fault: " + UTF8Encode(Descripcion(falla)) : "";
+    operacion.guarda(c);
+    return "";
   } catch (const Exception& e) {
+    // What it tells needs memory.
+    pruebas::asignador.restan = 0;
     return e.what();
   } catch (const std::bad_alloc&) {
     return "bad_alloc";
@@ -170,6 +172,32 @@ TEST(Fallas, EachCallOfTheSystemOnce) {
   }
   EXPECT_EQ(vistas.size(), kErrores.size()) << "kinds of calls that nothing makes, or that are not seen";
   std::cout << ensayos << " failed calls\n";
+}
+
+// What an operation leaves of its objects in memory is tests/internal/Memoria.cpp's.
+TEST(Fallas, EachAllocationOnce) {
+  const std::string objetos = pruebas::Objetos();
+  sistema.disco = false;
+  long ensayos = 0;
+  for (const Operacion& operacion : pruebas::Operaciones()) {
+    SCOPED_TRACE(operacion.nombre);
+    Ensayo ensayo(operacion);
+    for (long n = 1;; ++n) {
+      if (Retrata(ensayo.c.Ruta()) != ensayo.antes) pruebas::Revela(ensayo.c.Ruta(), ensayo.antes);
+      const std::set<std::string> abiertos = Descriptores();
+      pruebas::asignador.fallo = false;
+      pruebas::asignador.restan = n;
+      const std::string obtenido = Guarda(operacion, ensayo.c);
+      pruebas::asignador.restan = 0;
+      EXPECT_EQ(Descriptores(), abiertos);
+      ensayo.Revisa(obtenido, false);
+      EXPECT_EQ(pruebas::Objetos(), objetos);
+      if (!pruebas::asignador.fallo || HasFailure()) break;
+      ++ensayos;
+    }
+  }
+  sistema.disco = true;
+  std::cout << ensayos << " failed allocations\n";
 }
 
 // A disk with room for so many bytes more.
@@ -280,6 +308,19 @@ TEST(Fallas, LogLineIsWholeOrEnded) {
     }
   }
   EXPECT_GT(fallidos, 10);
+  // A disk that takes a part: what comes next begins a line of its own.
+  for (long cabe = 0; cabe <= 20; ++cabe) {
+    c.Escribe("log", antes);
+    FallaArchivo falla;
+    {
+      const EnVigor lleno(0, 0, cabe);
+      falla = AgregaAlFinal(c.Archivo("log"), linea);
+    }
+    const std::string hay = c.Lee("log");
+    EXPECT_EQ(UTF8Encode(Descripcion(falla)), hay == antes + linea ? "" : "no queda espacio en el disco");
+    EXPECT_FALSE(AgregaAlFinal(c.Archivo("log"), "otra\r\n").Hubo());
+    EXPECT_TRUE(c.Lee("log").ends_with("\notra\r\n")) << cabe << ": " << c.Lee("log");
+  }
 }
 
 // The clock of the day leaps between any two readings, and stands in years that no line of the log has room

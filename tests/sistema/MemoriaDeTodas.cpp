@@ -1,6 +1,6 @@
 // Every exported function with each of its allocations failed once: it raises, or answers right all the same,
 // keeps no memory, and works when there is memory again. What an operation leaves of its objects is
-// tests/internal/Memoria.cpp's.
+// tests/internal/Memoria.cpp's, what it leaves of its files is Fallas.cpp's.
 
 #include <gtest/gtest.h>
 #include <iostream>

@@ -80,6 +80,8 @@ void Ini(CarpetaTemporal& c) {
   chmod((c.Ruta() / "a.ini").c_str(), 0640);
 }
 
+void Exige(const FallaArchivo& falla) { ExigeSinFalla(falla, u"No se puede escribir", u"el archivo"); }
+
 }  // namespace
 
 std::string Objetos() {
@@ -90,16 +92,8 @@ std::string Objetos() {
 const std::vector<Operacion>& Operaciones() {
   using C = CarpetaTemporal&;
   static const std::vector<Operacion> operaciones{
-      {"a setting", Ini,
-       [](C c) {
-         EscribeValor(c.Archivo("a.ini"), u"S", u"k", u"2");
-         return FallaArchivo{};
-       }},
-      {"a setting of a new file", [](C) {},
-       [](C c) {
-         EscribeValor(c.Archivo("a.ini"), u"S", u"k", u"2");
-         return FallaArchivo{};
-       }},
+      {"a setting", Ini, [](C c) { EscribeValor(c.Archivo("a.ini"), u"S", u"k", u"2"); }},
+      {"a setting of a new file", [](C) {}, [](C c) { EscribeValor(c.Archivo("a.ini"), u"S", u"k", u"2"); }},
       {"a setting through a link",
        [](C c) {
          Ini(c);
@@ -107,85 +101,42 @@ const std::vector<Operacion>& Operaciones() {
          fs::rename(c.Ruta() / "a.ini", c.Ruta() / "otra/b.ini");
          fs::create_symlink("otra/b.ini", c.Ruta() / "a.ini");
        },
-       [](C c) {
-         EscribeValor(c.Archivo("a.ini"), u"S", u"k", u"2");
-         return FallaArchivo{};
-       }},
-      {"a setting of a new machine", [](C) {},
-       [](C) {
-         EscribeTamPaquete(50);
-         return FallaArchivo{};
-       }},
-      {"a section that goes", Ini,
-       [](C c) {
-         BorraSeccion(c.Archivo("a.ini"), u"S");
-         return FallaArchivo{};
-       }},
+       [](C c) { EscribeValor(c.Archivo("a.ini"), u"S", u"k", u"2"); }},
+      {"a setting of a new machine", [](C) {}, [](C) { EscribeTamPaquete(50); }},
+      {"a section that goes", Ini, [](C c) { BorraSeccion(c.Archivo("a.ini"), u"S"); }},
       {"the registry", [](C c) { c.Instala(); },
-       [](C) { return EscribeRegistro(u"SOFTWARE\\Tavex", u"TAVEXComunDir", u"D:\\Otra"); }},
+       [](C) { Exige(EscribeRegistro(u"SOFTWARE\\Tavex", u"TAVEXComunDir", u"D:\\Otra")); }},
       {"the registry in new folders",
        [](C c) { c.Pon("UTILVEL_REGISTRO", (c.Ruta() / "uno/dos/registro.reg").string()); },
-       [](C) { return EscribeRegistro(u"SOFTWARE\\Tavex", u"TAVEXComunDir", u"D:\\Otra"); }},
-      {"the catalog", Motor,
-       [](C) {
-         ActualizaXMLNombreEmpresa(1, u"Otro nombre de la empresa");
-         return FallaArchivo{};
-       }},
+       [](C) { Exige(EscribeRegistro(u"SOFTWARE\\Tavex", u"TAVEXComunDir", u"D:\\Otra")); }},
+      {"the catalog", Motor, [](C) { ActualizaXMLNombreEmpresa(1, u"Otro nombre de la empresa"); }},
       {"the catalog restored",
        [](C c) {
          Motor(c);
          ActualizaXMLNombreEmpresa(1, u"Otro nombre de la empresa");
        },
-       [](C) {
-         facil::RestauraCatalogo();
-         return FallaArchivo{};
-       }},
-      {"a new catalog", [](C c) { c.Instala(); },
-       [](C) {
-         facil::CreaCatalogo();
-         return FallaArchivo{};
-       }},
-      {"a new machine", [](C) {},
-       [](C c) {
-         facil::Instala(c.Archivo("C"));
-         return FallaArchivo{};
-       }},
+       [](C) { facil::RestauraCatalogo(); }},
+      {"a new catalog", [](C c) { c.Instala(); }, [](C) { facil::CreaCatalogo(); }},
+      {"a new machine", [](C) {}, [](C c) { facil::Instala(c.Archivo("C")); }},
       {"a machine set up again",
        [](C c) {
          facil::Instala(c.Archivo("C"));
          EscribeTamPaquete(99);
          EscribeRegsXDemanda(true);
        },
-       [](C c) {
-         facil::Instala(c.Archivo("C"));
-         return FallaArchivo{};
-       }},
+       [](C c) { facil::Instala(c.Archivo("C")); }},
       // It raises, and changes nothing.
       {"a machine that has another folder", [](C c) { c.Instala(); },
-       [](C c) {
-         facil::Instala(c.Archivo("D"));
-         return FallaArchivo{};
-       }},
+       [](C c) { facil::Instala(c.Archivo("D")); }},
       {"a data set", [](C c) { c.Escribe("a.xml", "<antes/>"); },
-       [](C c) {
-         Objeto().datos.SaveToFile(c.Archivo("a.xml"));
-         return FallaArchivo{};
-       }},
-      {"a definition", Ini,
-       [](C c) {
-         Objeto().filtro.SaveToIni(c.Archivo("a.ini"), 0);
-         return FallaArchivo{};
-       }},
-      {"a query", Ini,
-       [](C c) {
-         Objeto().consulta.guarda(c.Archivo("a.ini"));
-         return FallaArchivo{};
-       }},
+       [](C c) { Objeto().datos.SaveToFile(c.Archivo("a.xml")); }},
+      {"a definition", Ini, [](C c) { Objeto().filtro.SaveToIni(c.Archivo("a.ini"), 0); }},
+      {"a query", Ini, [](C c) { Objeto().consulta.guarda(c.Archivo("a.ini")); }},
       {"a copy", [](C c) { Ini(c), c.Escribe("b.ini", "antes"); },
-       [](C c) { return CopiaArchivo(c.Archivo("a.ini"), c.Archivo("b.ini"), true); }},
+       [](C c) { Exige(CopiaArchivo(c.Archivo("a.ini"), c.Archivo("b.ini"), true)); }},
       {"a copy to a new file", Ini,
-       [](C c) { return CopiaArchivo(c.Archivo("a.ini"), c.Archivo("b.ini"), false); }},
-      {"new folders", [](C) {}, [](C c) { return CreaCarpeta(c.Archivo("uno/dos")); }},
+       [](C c) { Exige(CopiaArchivo(c.Archivo("a.ini"), c.Archivo("b.ini"), false)); }},
+      {"new folders", [](C) {}, [](C c) { Exige(CreaCarpeta(c.Archivo("uno/dos"))); }},
   };
   return operaciones;
 }

@@ -8,7 +8,6 @@
 #include <utility>
 #include <vector>
 
-#include "platform/Archivos.h"
 #include "tests/CarpetaTemporal.h"
 #include "tests/sistema/Llamadas.h"
 
@@ -32,11 +31,11 @@ using Versiones = std::set<std::pair<std::string, Visto>>;
 /// Adds the file that this call gave its name.
 void Publica(const Suceso& suceso, Versiones& enteras);
 
-/// One kind of saving. It gives its fault or raises it.
+/// One kind of saving. It raises its fault.
 struct Operacion {
   const char* nombre;
   void (*prepara)(CarpetaTemporal& c);
-  vel::FallaArchivo (*guarda)(CarpetaTemporal& c);
+  void (*guarda)(CarpetaTemporal& c);
 };
 const std::vector<Operacion>& Operaciones();
 

@@ -1,6 +1,7 @@
 // A program without the compiler's runtime, as hosts made by other compilers are to this library: its own
 // entry point, the system's functions alone, the library loaded by name. Its code is 0 when 600,000 roundings
-// are the same under the control word that the system gave it and under 64 bits of precision.
+// are the same under the control word that the system gave it and under 64 bits of precision, in the thread
+// that it began with and in one that it makes.
 
 #include <cstdint>
 #include <windows.h>
@@ -41,21 +42,13 @@ void Escribe(const char* rotulo, unsigned valor, unsigned base) {
   ExitProcess(1);
 }
 
-}  // namespace
+Redondeo funciones[2];
 
-extern "C" [[noreturn]] void entrada() {
+// Rounds amounts as a program's own arithmetic leaves them; whether the thread began as the system begins
+// them and rounded the same.
+DWORD WINAPI Redondea(void* hilo) {
   // What every program with a runtime changes before its first line.
   const std::uint16_t recibida = Control();
-  const HMODULE biblioteca = LoadLibraryW(L"UtilVel90.dll");
-  if (biblioteca == nullptr) Termina("no se puede cargar UtilVel90.dll\n");
-  const std::uint16_t cargada = Control();
-  const auto redondea = reinterpret_cast<Redondeo>(
-      reinterpret_cast<void (*)()>(GetProcAddress(biblioteca, "_ZN3vel8RedondeaEdi")));
-  const auto redoTo = reinterpret_cast<Redondeo>(
-      reinterpret_cast<void (*)()>(GetProcAddress(biblioteca, "_ZN3vel8g_redoToEdi")));
-  if (redondea == nullptr || redoTo == nullptr) Termina("la biblioteca no exporta Redondea o g_redoTo\n");
-
-  const Redondeo funciones[] = {redondea, redoTo};
   std::uint64_t azar = 90;
   unsigned distintos = 0;
   unsigned cambiadas = 0;
@@ -73,10 +66,30 @@ extern "C" [[noreturn]] void entrada() {
     }
   }
   PonControl(recibida);
+  Escribe(static_cast<const char*>(hilo));
   Escribe("palabra de control al empezar: ", recibida, 16);
-  Escribe("con la biblioteca cargada: ", cargada, 16);
   Escribe("redondeos: ", 600'000, 10);
   Escribe("distintos: ", distintos, 10);
   Escribe("palabras cambiadas: ", cambiadas, 10);
-  ExitProcess(recibida == 0x027F && distintos == 0 && cambiadas == 0 ? 0 : 1);
+  return recibida == 0x027F && distintos == 0 && cambiadas == 0 ? 1 : 0;
+}
+
+}  // namespace
+
+extern "C" [[noreturn]] void entrada() {
+  const HMODULE biblioteca = LoadLibraryW(L"UtilVel90.dll");
+  if (biblioteca == nullptr) Termina("no se puede cargar UtilVel90.dll\n");
+  const char* const nombres[] = {"_ZN3vel8RedondeaEdi", "_ZN3vel8g_redoToEdi"};
+  for (int i = 0; i < 2; ++i) {
+    funciones[i] =
+        reinterpret_cast<Redondeo>(reinterpret_cast<void (*)()>(GetProcAddress(biblioteca, nombres[i])));
+    if (funciones[i] == nullptr) Termina("la biblioteca no exporta Redondea o g_redoTo\n");
+  }
+  char primero[] = "primer hilo\n";
+  char otro[] = "otro hilo\n";
+  DWORD bien = 0;
+  const HANDLE hilo = CreateThread(nullptr, 0, Redondea, otro, 0, nullptr);
+  WaitForSingleObject(hilo, INFINITE);
+  GetExitCodeThread(hilo, &bien);
+  ExitProcess(Redondea(primero) == 1 && bien == 1 ? 0 : 1);
 }

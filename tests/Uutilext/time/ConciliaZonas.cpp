@@ -4,6 +4,7 @@
 #include <chrono>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -11,6 +12,8 @@
 #include "platform/ReglasZona.h"
 #include "platform/Tzif.h"
 #include "platform/windows/TablaZonas.h"
+#include "tests/Casos.h"
+#include "tests/Reales.h"
 
 namespace vel {
 namespace {
@@ -58,104 +61,39 @@ void ExigeOrden(const ZonaHoraria& zona, const char* nombre) {
   }
 }
 
+// "with" and "without" summer time, for ever or in the years given.
+ZonaHoraria TablaDe(const std::string& texto) {
+  if (texto == "with") return PorRegla(kReglaConVerano);
+  if (texto == "without") return PorRegla("CST6");
+  return ConVerano(std::stoi(texto), std::stoi(texto.substr(5)));
+}
+
+// What the system has: its rule of today, which counts only where it has no years, and "year rule" for those.
+ZonaSistema SistemaDe(const std::string& hoy, const std::string& anios, const std::string& edicion) {
+  const auto registro = [](const std::string& regla) { return regla == "with" ? kConVerano : kSinVerano; };
+  ZonaSistema sistema{registro(hoy), {}, std::stoi(edicion)};
+  std::istringstream partes = pruebas::Entrada(anios);
+  std::string regla;
+  for (int anio = 0; partes >> anio >> regla;) sistema.porAnio[anio] = registro(regla);
+  return sistema;
+}
+
 TEST(Concilia, BelievesTheSystemOnlyWhereItIsNewer) {
-  struct Caso {
-    const char* nombre;
-    ZonaHoraria tabla;
-    int anioTabla;
-    int anioActual;
-    ZonaSistema sistema;
-    // Hours in July of the table's year and of the three after it, the last for ever.
-    int julio[4];
-  };
+  for (const auto& c : pruebas::Casos("zonas/concilia.txt", " | ")) {
+    ASSERT_EQ(c.size(), 8U) << c[0];
+    const int anioTabla = std::stoi(c[2]);
+    const ZonaHoraria zona = Concilia(TablaDe(c[1]), anioTabla, std::stoi(c[3]), SistemaDe(c[4], c[5], c[6]));
+    std::istringstream julio = pruebas::Entrada(c[7]);
+    int horas = 0;
+    for (int i = 0; julio >> horas; ++i)
+      EXPECT_EQ(Horas(zona, Utc(anioTabla + i, 7, 1)), horas) << c[0] << ' ' << i;
+    EXPECT_EQ(Horas(zona, Utc(2060, 7, 1)), horas) << c[0];
+    EXPECT_EQ(Horas(zona, Utc(2060, 1, 1)), -6) << c[0];
+    ExigeOrden(zona, c[0].c_str());
+  }
   const ZonaHoraria con = PorRegla(kReglaConVerano);
-  const ZonaHoraria sin = PorRegla("CST6");
   RegistroTzi enMarzo = kConVerano;
   enMarzo.verano = {0, 3, 0, 2, 2, 0, 0, 0};
-  // What the system keeps as the rule of today counts only where it has no years.
-  const Caso casos[] = {
-      {"a decree after the table",
-       con,
-       2022,
-       2023,
-       {kConVerano, {{2022, kConVerano}, {2023, kSinVerano}}, 0},
-       {-5, -6, -6, -6}},
-      {"one of two years later",
-       con,
-       2022,
-       2023,
-       {kSinVerano, {{2023, kConVerano}, {2024, kSinVerano}}, 0},
-       {-5, -5, -6, -6}},
-      {"one of the table's own year",
-       con,
-       2022,
-       2022,
-       {kSinVerano, {{2021, kConVerano}, {2022, kSinVerano}}, 0},
-       {-6, -6, -6, -6}},
-      {"one decree after another",
-       con,
-       2022,
-       2025,
-       {kSinVerano, {{2022, kConVerano}, {2023, kSinVerano}, {2024, kConVerano}, {2025, kSinVerano}}, 0},
-       {-5, -6, -5, -6}},
-      {"one against changes that the table foresees",
-       ConVerano(2000, 2040),
-       2022,
-       2023,
-       {kSinVerano, {{2022, kConVerano}, {2023, kSinVerano}}, 0},
-       {-5, -6, -6, -6}},
-      {"the end of what the table foresees",
-       ConVerano(1970, 2022),
-       2022,
-       2024,
-       {kConVerano, {}, 2024},
-       {-5, -5, -5, -5}},
-      {"a system that was never updated", sin, 2025, 2026, {kConVerano, {}, 0}, {-6, -6, -6, -6}},
-      {"nor since its edition",
-       ConVerano(1970, 2022),
-       2022,
-       2024,
-       {kConVerano, {{2007, kConVerano}}, 2022},
-       {-5, -6, -6, -6}},
-      {"an old forecast of years to come",
-       sin,
-       2025,
-       2026,
-       {kConVerano, {{2024, kSinVerano}, {2026, kConVerano}, {2030, kConVerano}}, 2025},
-       {-6, -6, -6, -6}},
-      {"one of an edition that is no year",
-       sin,
-       2025,
-       2026,
-       {kConVerano, {{2024, kSinVerano}, {2026, kConVerano}, {2030, kConVerano}}, 65535},
-       {-6, -6, -6, -6}},
-      {"a new one",
-       sin,
-       2025,
-       2026,
-       {kConVerano, {{2024, kSinVerano}, {2026, kConVerano}, {2030, kConVerano}}, 2026},
-       {-6, -5, -5, -5}},
-      {"one that did not know last year",
-       sin,
-       2025,
-       2029,
-       {kConVerano, {{2023, kSinVerano}, {2024, kConVerano}, {2025, kSinVerano}, {2026, kConVerano}}, 2029},
-       {-6, -6, -6, -6}},
-      {"nor the year before",
-       sin,
-       2025,
-       2029,
-       {kConVerano, {{2023, kConVerano}, {2024, kSinVerano}, {2026, kConVerano}}, 2029},
-       {-6, -6, -6, -6}},
-  };
-  for (const Caso& c : casos) {
-    const ZonaHoraria zona = Concilia(c.tabla, c.anioTabla, c.anioActual, c.sistema);
-    for (int i = 0; i < 4; ++i)
-      EXPECT_EQ(Horas(zona, Utc(c.anioTabla + i, 7, 1)), c.julio[i]) << c.nombre << ' ' << i;
-    EXPECT_EQ(Horas(zona, Utc(2060, 7, 1)), c.julio[3]) << c.nombre;
-    EXPECT_EQ(Horas(zona, Utc(2060, 1, 1)), -6) << c.nombre;
-    ExigeOrden(zona, c.nombre);
-  }
   // Weeks are news even where summer stays summer.
   const ZonaHoraria zona = Concilia(con, 2025, 2026, {enMarzo, {{2026, kConVerano}, {2027, enMarzo}}, 0});
   EXPECT_EQ(Horas(zona, Utc(2026, 3, 20)), -6);

@@ -1,21 +1,16 @@
 // What the system tells of files, with its own faults made to order.
 #include <cerrno>
-#include <csignal>
 #include <cstdarg>
 #include <cstring>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <locale.h>
 #include <memory>
-#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <type_traits>
 #include <unistd.h>
 
-#include "Uutilext/config/Rutas.h"
-#include "Uutilext/diagnostics/Bitacora.h"
 #include "Uutilext/diagnostics/Errores.h"
-#include "platform/Archivos.h"
 #include "tests/CarpetaTemporal.h"
 #include "tests/Mensaje.h"
 #include "tests/posix/OtroUsuario.h"
@@ -35,32 +30,6 @@ namespace vel {
 namespace {
 
 using pruebas::MensajeDe;
-
-std::string Bitacora() { return LeeArchivo(DameRutaDll() + u"0010552.log").value_or("missing"); }
-
-TEST(Bitacora, EndsALineThatAFullDiskCuts) {
-  signal(SIGXFSZ, SIG_IGN);
-  rlimit limite{};
-  getrlimit(RLIMIT_FSIZE, &limite);
-  constexpr rlim_t kLinea = 29;
-  // What another test left behind.
-  Deletelog();
-  for (const rlim_t cabe : {1U, 2U, 30U}) {
-    logInterAux("a");
-    const rlimit corto{kLinea + cabe, limite.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &corto);
-    const std::string mensaje = MensajeDe([] { logInterAux("cortado"); });
-    setrlimit(RLIMIT_FSIZE, &limite);
-    EXPECT_TRUE(mensaje.ends_with("0010552.log\": no queda espacio en el disco")) << mensaje;
-    logInterAux("b");
-    const std::string todo = Bitacora();
-    EXPECT_EQ(todo.size(), 2 * kLinea + cabe);
-    EXPECT_EQ(todo.substr(kLinea - 6, 6), " - a\r\n");
-    const std::string cortada = todo.substr(kLinea, cabe);
-    EXPECT_EQ(cortada.substr(cabe > 25 ? 23 : 0), cabe == 1 ? "\n" : cabe == 2 ? "\r\n" : " - co\r\n");
-    Deletelog();
-  }
-}
 
 TEST(IntentarAbrirArchivo, NamesTheSystemsFaults) {
   const pruebas::CarpetaTemporal c;

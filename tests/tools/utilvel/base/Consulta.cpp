@@ -256,29 +256,5 @@ TEST(Direcciones, AreRefusedWithoutRepeatingThem) {
   }
 }
 
-// Without a database: the statement and its parameters, for people and for programs.
-TEST(Consultas, ArePrinted) {
-  pruebas::CarpetaTemporal carpeta;
-  const Programa programa(carpeta);
-  TParametrosFiltro filtro(u"T");
-  filtro.Distinct = true;
-  filtro.AgregaFiltro(u"F", TFieldType::ftDateTime, Variant(TDateTime(45425.5)), Op::IGUAL, AND, NADA, true);
-  filtro.AgregaFiltro(u"N", TFieldType::ftString, Variant(u"Peña, S.A."), Op::IGUAL, AND, NADA, true);
-  filtro.SetOrderBy(u"N");
-  GuardaConsulta(filtro, carpeta.Archivo("c.ini"));
-  EXPECT_EQ(programa.Corre("utilvel consulta - <c.ini").salida,
-            "SELECT DISTINCT  *  from T  WHERE (F=:var1 AND N=:var2)  ORDER BY N\n"
-            ":var1  fecha y hora  2024-05-13 12:00:00\n:var2  texto  Peña, S.A.\n");
-  EXPECT_EQ(
-      programa.Corre("utilvel consulta c.ini --csv --valor var2=A=B").salida,
-      "nombre,tipo,valor\nsentencia,,SELECT DISTINCT  *  from T  WHERE (F=:var1 AND N=:var2)  ORDER BY N\n"
-      ":var1,fecha y hora,2024-05-13 12:00:00\n:var2,texto,A=B\n");
-  EXPECT_EQ(programa.Corre("utilvel consulta c.ini --literales --valor var2=x | cut -c 29-").salida,
-            "WHERE (F='2024-05-13 12:00:00' AND N='x')  ORDER BY N\n");
-  EXPECT_EQ(programa.Corre("utilvel consulta c.ini --valor var1=ayer").codigo, 4);
-  EXPECT_EQ(programa.Corre("utilvel consulta c.ini --valor var3=1").codigo, 2);
-  EXPECT_EQ(programa.Corre("utilvel consulta c.ini --numero 7").codigo, 4);
-}
-
 }  // namespace
 }  // namespace vel
