@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <limits>
 #include <memory>
 #include <string>
 
@@ -64,8 +65,8 @@ void ArmaTodo(TParametrosFiltro& f) {
   f.FiltroPActivo = 2;
   f.FilterTextPers = u" C.I > 0 ";
   f.FilterPersItems = {u"I mayor que 0", u"con, coma"};
-  f.FilterParamsPers =
-      VarArrayOf({Variant(u"x'y"), Variant(3), Variant(0.5), Variant::Null(), Variant(false)});
+  f.FilterParamsPers = VarArrayOf({Variant(u"x'y"), Variant(3), Variant(0.5), Variant::Null(), Variant(false),
+                                   Variant(std::int64_t{1} << 40), Variant(TDateTime(45427.5))});
 }
 
 TEST_F(Definicion, OfAnyContentReloadsToTheSame) {
@@ -133,6 +134,10 @@ TEST(Valores, AreStoredAsTheirOwnTexts) {
     EXPECT_EQ(UTF8Encode(TParametrosFiltro::DameValorIni(tipo, valor)), '"' + c[2] + '"');
   }
   EXPECT_EQ(TParametrosFiltro::DameValorIni(Tipo::ftInteger, Variant(u"a'b")), u"\"'a'b'\"");
+  constexpr double kInfinito = std::numeric_limits<double>::infinity();
+  for (const double ajeno : {kInfinito, -kInfinito, kInfinito - kInfinito})
+    EXPECT_THROW(TParametrosFiltro::DameValorIni(Tipo::ftFloat, Variant(ajeno)), EInvalidOperation);
+  EXPECT_EQ(TParametrosFiltro(u"T").SaveToExistsInn(Variant(1)), u"\"{}\"");
 }
 
 TEST_F(Definicion, WrittenByHandLoads) {
