@@ -174,6 +174,7 @@ TEST_F(Definicion, OneSectionHoldsConditions) {
   TParametrosFiltro f(u"T");
   f.AgregaFiltro(u"I", Tipo::ftInteger, Variant(1), Op::IGUAL, Y, SIN, true);
   f.FilterTextPers = u"P=1";
+  f.FilterPersItems = {u"P es uno"};
   f.SaveToIni(archivo_, u"Otra");
   f.SaveToIni(archivo_, u"MiFiltro");
   const std::string bytes = Lee();
@@ -183,6 +184,7 @@ TEST_F(Definicion, OneSectionHoldsConditions) {
   leida.LoadFromIni(archivo_, u"MIFILTRO");
   EXPECT_EQ(Huella(leida), Huella(f));
   EXPECT_EQ(leida.FilterTextPers, u"P=1");
+  EXPECT_EQ(leida.FilterPersItems, f.FilterPersItems) << "one alone";
   leida.FilterTextPers.clear();
   leida.LoadParamPersFromIni(archivo_, u"MiFiltro");
   EXPECT_EQ(leida.FilterTextPers, u"P=1");

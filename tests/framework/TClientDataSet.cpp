@@ -234,6 +234,7 @@ TEST(TClientDataSet, NamesTheFieldThatFails) {
   EXPECT_EQ(MensajeDe([&] { cantidad.AsFloat(); }),
             "'doce' no es un valor de punto flotante válido (campo 'CANT')");
   EXPECT_THROW(cantidad.AsInteger(), EConvertError);
+  EXPECT_THROW(cantidad.AsBoolean(), EConvertError);
   EXPECT_THROW(cantidad.AsDateTime(), EConvertError);
   EXPECT_EQ(MensajeDe([&] { datos.FieldByName(u"PRECIO"); }), "El campo 'PRECIO' no existe");
   EXPECT_EQ(MensajeDe([&] { datos.Fields(1); }), "Índice de campo fuera de rango (1)");
