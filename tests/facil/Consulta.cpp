@@ -216,10 +216,12 @@ Pareja Inventa(Azar& azar, bool conOrden) {
   }
   p.aMano->Distinct = azar.De(2) == 0;
   p.enPalabras.distintos(p.aMano->Distinct);
-  if (azar.De(3) == 0) {
+  for (auto n = azar.De(3) == 0 ? 1 + azar.De(2) : 0; n > 0; --n) {
     Pareja otra = Inventa(azar, false);
     p.enPalabras.unionCon(std::move(otra.enPalabras));
-    p.aMano->ParametrosUnion = std::move(otra.aMano);
+    TParametrosFiltro* ultima = p.aMano.get();
+    while (ultima->ParametrosUnion != nullptr) ultima = ultima->ParametrosUnion.get();
+    ultima->ParametrosUnion = std::move(otra.aMano);
     for (TParametrosFiltro* f = p.aMano.get(); f != nullptr; f = f->ParametrosUnion.get())
       f->FechaTrabajo = p.aMano->FechaTrabajo;
   }

@@ -100,6 +100,7 @@ struct Sorteado {
     p.Cuota = CuotaIeps{.PorUnidad = Una({1.63, 0.6166, 5})};
     if (Hasta(2) == 0) nota.Unidades = p.Cuota->Unidades = static_cast<double>(1 + Hasta(1'000)) / 10;
     const char16_t* modo = p.Ieps ? u"A" : u"C";
+    if (!p.Ieps && Hasta(2) == 0) p.Cuota->Modo = ENUM_CUOTA::SOLA;
     if (p.Ieps && Hasta(2) == 0) {
       p.Cuota->Modo = ENUM_CUOTA::MINIMA;
       modo = u"M";
