@@ -47,7 +47,7 @@ def explained():
 
 def measured(build):
     filters = [arg for folder in FOLDERS for arg in ('--filter', f'{ROOT}/{folder}/')]
-    result = subprocess.run(['gcovr', '--root', ROOT, '--json', '-', '-j', '2', '--exclude-unreachable-branches',
+    result = subprocess.run(['gcovr', '--root', ROOT, '--json', '-', '--exclude-unreachable-branches',
                              *filters, build], check=True, capture_output=True, text=True)
     return json.loads(result.stdout)['files']
 
