@@ -28,12 +28,12 @@ constexpr std::u16string_view kNulo = u"NULL";
 
 // The text of a value that reads back to it: a number that its general text would round keeps all its digits.
 UnicodeString TextoIda(const Variant& valor) {
-  if (valor.GetKind() != Variant::Kind::Double || RoundToText(valor.AsDouble()) == valor.AsDouble()) {
-    return valor.AsString();
-  }
+  if (valor.GetKind() != Variant::Kind::Double) return valor.AsString();
+  // What is written for these reads back as no number.
   if (!std::isfinite(valor.AsDouble())) {
     throw EInvalidOperation(u"No se puede guardar un valor que no es un número finito");
   }
+  if (RoundToText(valor.AsDouble()) == valor.AsDouble()) return valor.AsString();
   std::array<char, 40> buf;
   const auto r = std::to_chars(buf.data(), buf.data() + buf.size(), valor.AsDouble());
   return UnicodeString(buf.data(), r.ptr);

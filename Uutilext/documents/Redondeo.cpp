@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cfloat>
-#include <charconv>
 #include <cmath>
 #include <limits>
 #include <string_view>
@@ -39,18 +38,6 @@ long double PotenciaExtendida(int exponente) noexcept {
   return exponente >= 0 ? potencia : 1.0L / potencia;
 }
 
-// The double nearest to 10^-decimales, read from its text beyond the table: power functions of the systems
-// differ.
-double PotenciaNegativa(int decimales) noexcept {
-  if (decimales <= diez::kMayorExacta) return diez::kInversas[static_cast<std::size_t>(decimales)];
-  std::array<char, 16> texto{'1', 'E', '-'};
-  const char* const fin = std::to_chars(texto.data() + 3, texto.data() + texto.size(), decimales).ptr;
-  double potencia = 0;
-  // Left at zero by what is below the least double.
-  std::from_chars(texto.data(), fin, potencia);
-  return potencia;
-}
-
 // g_redoTo as its header has it, on decimal texts, for decimales > 0.
 double RedondeaPorTexto(double valor, int decimales) {
   std::array<char, kMaxFloatText> buf;
@@ -58,7 +45,8 @@ double RedondeaPorTexto(double valor, int decimales) {
   const std::size_t punto = texto.find('.');
   if (punto == std::string_view::npos) return valor;
   if (texto.size() - punto - 1 <= static_cast<std::size_t>(decimales)) return valor;
-  const double p = PotenciaNegativa(decimales);
+  // No text has 22 characters after its point: "-1.23456789012345E-300" has 19.
+  const double p = diez::kInversas[static_cast<std::size_t>(decimales)];
   const double w = valor < 0 ? valor / p - 0.5 : valor / p + 0.5;
   texto = {buf.data(), FloatToChars(w, buf)};
   texto = texto.substr(0, texto.find('.'));

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <utility>
 
 #include "Paramsql/Paramsql.h"
 #include "framework/Excepciones.h"
@@ -57,7 +58,15 @@ TEST(Condiciones, CopyKeepsSensitiveAndAppendDropsIt) {
   EXPECT_EQ(Campos(otro), u"B- ") << "its own list";
   otro.AgregaFiltros(otro.ParamWhere);
   EXPECT_EQ(Campos(otro), u"B- B- ");
-  otro.CopiaFiltros(filtro.ParamWhere, 2);
+  // A list that programs fill may hold nothing at a place.
+  otro.ParamWhere.insert(otro.ParamWhere.begin(), nullptr);
+  filtro.CopiaFiltros(otro.ParamWhere, 0);
+  filtro.AgregaFiltros(otro.ParamWhere);
+  EXPECT_EQ(Campos(filtro), u"B- B- B- B- ");
+  int numero = 0;
+  EXPECT_EQ(otro.DameCondWhere(false, numero), u"B='x' AND B='x'");
+  otro.EliminaFiltro(u"B");
+  otro.CopiaFiltros(filtro.ParamWhere, 4);
   EXPECT_EQ(Campos(otro), u"");
 }
 
@@ -74,7 +83,11 @@ TEST(Condiciones, SeveralValuesMakeAnArray) {
   TParametrosFiltro filtro(u"T");
   const Variant v(1);
   filtro.AgregaFiltro(u"A", TFieldType::ftInteger, ENUM_OPERADOR::INN, Y, SIN, v, v, v, v, Variant(5));
+  filtro.AgregaFiltro(u"A", TFieldType::ftInteger, ENUM_OPERADOR::INN, Y, SIN, v, v, v, Variant(4));
+  filtro.AgregaFiltro(u"A", TFieldType::ftInteger, ENUM_OPERADOR::INN, Y, SIN, v, v, Variant(3));
   EXPECT_EQ(filtro.ParamWhere[0]->ValorCampo, VarArrayOf({v, v, v, v, Variant(5)}));
+  EXPECT_EQ(filtro.ParamWhere[1]->ValorCampo, VarArrayOf({v, v, v, Variant(4)}));
+  EXPECT_EQ(filtro.ParamWhere[2]->ValorCampo, VarArrayOf({v, v, Variant(3)}));
   EXPECT_FALSE(filtro.ParamWhere[0]->Sensitive);
 }
 
@@ -120,10 +133,20 @@ TEST(Seleccion, AnswersNamesAndAliases) {
   EXPECT_EQ(filtro.DameAliasCampo(u"OTRO"), u"");
   EXPECT_TRUE(filtro.CampoVisible(u" C.NOMBRE"));
   EXPECT_FALSE(filtro.CampoVisible(u"C.RFC"));
+  EXPECT_FALSE(filtro.CampoVisible(u"OTRO"));
+  EXPECT_NE(filtro.DameSentenciaSQL(false, 0).find(filtro.DameCamposSelect()), UnicodeString::npos);
+  for (const auto& [escrito, alias] : {std::pair{u"Suma", u"Suma"}, {u"\"Suma", u"\"Suma"}, {u"\"", u""}}) {
+    filtro.ParamSelect[2]->AliasCampo = escrito;
+    EXPECT_EQ(filtro.DameAliasCampo(u"SALDO"), alias);
+  }
+  filtro.ParamSelect.insert(filtro.ParamSelect.begin(), nullptr);
+  EXPECT_EQ(filtro.CamposSelect(), u"\"Nombre completo\",C.RFC,\"");
   TParametrosFiltro copia(u"X");
   copia.CopiaCamposSelect(&filtro);
   copia.CopiaCamposSelect(&copia);
   EXPECT_EQ(copia.CamposSelect(), filtro.CamposSelect());
+  copia.CopiaCamposSelect(nullptr);
+  EXPECT_EQ(copia.CamposSelect(), u"");
 }
 
 TEST(Seleccion, JoinsAndOrderKeepTheirTexts) {
@@ -133,7 +156,13 @@ TEST(Seleccion, JoinsAndOrderKeepTheirTexts) {
   filtro.EliminaJoin(u"A");
   EXPECT_EQ(filtro.DameCadenaJoin(), u"  B ");
   filtro.CopiaJoin(std::make_unique<TParametrosFiltro>(u"V").get());
-  EXPECT_EQ(filtro.Join.size(), 1U);
+  filtro.CopiaJoin(&filtro);
+  filtro.CopiaJoin(nullptr);
+  EXPECT_EQ(filtro.DameCadenaJoin(), u"  B ") << "nothing to copy";
+  TParametrosFiltro copia(u"T");
+  copia.AgregaJoin(u"C");
+  copia.CopiaJoin(&filtro);
+  EXPECT_EQ(copia.DameCadenaJoin(), u"  B ");
   filtro.SetOrderBy(u"NOMBRE");
   EXPECT_FALSE(filtro.OrdDesc);
   filtro.SetOrderBy(u"NOM");

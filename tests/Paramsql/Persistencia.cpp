@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <limits>
 #include <memory>
 #include <string>
 
@@ -64,8 +65,8 @@ void ArmaTodo(TParametrosFiltro& f) {
   f.FiltroPActivo = 2;
   f.FilterTextPers = u" C.I > 0 ";
   f.FilterPersItems = {u"I mayor que 0", u"con, coma"};
-  f.FilterParamsPers =
-      VarArrayOf({Variant(u"x'y"), Variant(3), Variant(0.5), Variant::Null(), Variant(false)});
+  f.FilterParamsPers = VarArrayOf({Variant(u"x'y"), Variant(3), Variant(0.5), Variant::Null(), Variant(false),
+                                   Variant(std::int64_t{1} << 40), Variant(TDateTime(45427.5))});
 }
 
 TEST_F(Definicion, OfAnyContentReloadsToTheSame) {
@@ -133,6 +134,10 @@ TEST(Valores, AreStoredAsTheirOwnTexts) {
     EXPECT_EQ(UTF8Encode(TParametrosFiltro::DameValorIni(tipo, valor)), '"' + c[2] + '"');
   }
   EXPECT_EQ(TParametrosFiltro::DameValorIni(Tipo::ftInteger, Variant(u"a'b")), u"\"'a'b'\"");
+  constexpr double kInfinito = std::numeric_limits<double>::infinity();
+  for (const double ajeno : {kInfinito, -kInfinito, kInfinito - kInfinito})
+    EXPECT_THROW(TParametrosFiltro::DameValorIni(Tipo::ftFloat, Variant(ajeno)), EInvalidOperation);
+  EXPECT_EQ(TParametrosFiltro(u"T").SaveToExistsInn(Variant(1)), u"\"{}\"");
 }
 
 TEST_F(Definicion, WrittenByHandLoads) {
@@ -169,6 +174,7 @@ TEST_F(Definicion, OneSectionHoldsConditions) {
   TParametrosFiltro f(u"T");
   f.AgregaFiltro(u"I", Tipo::ftInteger, Variant(1), Op::IGUAL, Y, SIN, true);
   f.FilterTextPers = u"P=1";
+  f.FilterPersItems = {u"P es uno"};
   f.SaveToIni(archivo_, u"Otra");
   f.SaveToIni(archivo_, u"MiFiltro");
   const std::string bytes = Lee();
@@ -178,6 +184,7 @@ TEST_F(Definicion, OneSectionHoldsConditions) {
   leida.LoadFromIni(archivo_, u"MIFILTRO");
   EXPECT_EQ(Huella(leida), Huella(f));
   EXPECT_EQ(leida.FilterTextPers, u"P=1");
+  EXPECT_EQ(leida.FilterPersItems, f.FilterPersItems) << "one alone";
   leida.FilterTextPers.clear();
   leida.LoadParamPersFromIni(archivo_, u"MiFiltro");
   EXPECT_EQ(leida.FilterTextPers, u"P=1");

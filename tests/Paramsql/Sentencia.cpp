@@ -187,6 +187,8 @@ TEST(Sentencia, WritesAndBindsDatesByTheirTypes) {
 }
 
 TEST(Sentencia, BindsANullPatternAsNull) {
+  for (const auto tipo : {kTexto, TFieldType::ftDateTime})
+    EXPECT_EQ(TParametrosFiltro::DameValorCampoStr(tipo, Variant(u"x"), true), u"") << "bound, not written";
   TParametrosFiltro f(u"T");
   f.AgregaFiltro(u"C", kTexto, Variant::Null(), Op::LIKE, Y, SIN, false);
   TParams p;

@@ -2,10 +2,13 @@
 
 #include <cmath>
 #include <gtest/gtest.h>
+#include <limits>
 #include <string>
+#include <utility>
 
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
+#include "tests/Mensaje.h"
 #include "tests/Ucalculocfdi/Partidas.h"
 
 namespace vel {
@@ -24,7 +27,8 @@ TEST(TCalculoCFDI, StartsWithItsDefaults) {
   for (const bool incluye : calculo.IncluyeImpuesto) EXPECT_TRUE(incluye);
   EXPECT_EQ(calculo.DecimalesTotales, 2);
   EXPECT_EQ(calculo.DecimalesPartida, 6);
-  EXPECT_EQ(calculo.GetTotalImpuesto(8) + calculo.GetTotalDescuento(3) + calculo.GetTotalDescuento(-1), 0);
+  for (const int fuera : {-1, 8}) EXPECT_EQ(calculo.GetTotalImpuesto(fuera), 0);
+  for (const int fuera : {-1, 3}) EXPECT_EQ(calculo.GetTotalDescuento(fuera), 0);
 }
 
 TEST(Impuestos, TakeTheirBaseFromTheCode) {
@@ -93,6 +97,25 @@ TEST(Totales, WorkOnTheListsThatCallersHold) {
   calculo.CalculaTotales();
   EXPECT_EQ(ListaDe(calculo, 1), "16: 100 + 16; 8: 10 + 0.8");
   EXPECT_EQ(calculo.GetTotalImpuesto(0), 16.8);
+  for (const auto& [tasa, numero] : {std::pair{0.0, 1}, {16.0, 0}, {16.0, 9}})
+    calculo.LlenaListImpuestos(50, tasa, 8, numero);
+  for (const int numero : {0, 9}) {
+    TStringList* ninguna = nullptr;
+    calculo.DameListImpuestos(ninguna, numero);
+    EXPECT_EQ(ninguna, nullptr);
+  }
+  // What divides by zero stays what it is however often it is added to.
+  constexpr double kInfinito = std::numeric_limits<double>::infinity();
+  for (int vez = 0; vez < 3; ++vez) {
+    calculo.LlenaListImpuestos(kInfinito, 16, -kInfinito, 2);
+    calculo.LlenaListImpuestos(vez == 1 ? -kInfinito : kInfinito, 16, 1, 3);
+  }
+  EXPECT_EQ(ListaDe(calculo, 1), "16: 100 + 16; 8: 10 + 0.8");
+  EXPECT_EQ(ListaDe(calculo, 2), "16: INF + -INF");
+  EXPECT_EQ(ListaDe(calculo, 3), "16: NAN + 3");
+  lista->Add(u"4");
+  EXPECT_EQ(pruebas::MensajeDe([&] { calculo.CalculaTotales(); }),
+            "La tasa '4' de una lista de impuestos no tiene sus montos");
 }
 
 TEST(Totales, RaiseForAMissingFieldWhenItIsRead) {
@@ -119,6 +142,8 @@ TEST(Totales, RaiseForAMissingFieldWhenItIsRead) {
             "El campo 'MTO_CUOTA' no existe");
   EXPECT_EQ(falla(u"IMP1APLA", iva), "total 100") << "optional";
   EXPECT_EQ(falla(u"MAN_IEPS", {{u"PREC", Variant(100.0)}}), "total 100") << "no tax applies";
+  EXPECT_EQ(falla(u"", Mas(iva, {{u"TIPO_ELEM", Variant(7)}})), "total 116")
+      << "a number where a text stands";
 
   TCalculoCFDI vacio(ENUM_MODULO::MODULO_VENTAS, ENUM_PROC_FACTCOMP::PROC_NORMAL, TIPO_DOCTO::TD_FACTURA);
   vacio.CalculaTotales();

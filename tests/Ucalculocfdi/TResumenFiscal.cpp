@@ -7,6 +7,7 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <utility>
 
 #include "Ucalculocfdi/ReglasFiscales.h"
 #include "framework/Excepciones.h"
@@ -131,6 +132,14 @@ TEST(Resumen, TellsItsDistanceToTheEngineAndLeavesItAlone) {
   EXPECT_EQ(resumen.Diferencia, -1);
   EXPECT_EQ(motor.Partidas.RecNo(), 2U);
   EXPECT_FALSE(motor.Partidas.Eof());
+  for (const auto& [precio, total] : {std::pair{100.06, "108"}, {100.6, "109"}}) {
+    Motor yenes({Con(precio, Impuesto(4, 8))});
+    yenes.CalculaTotales();
+    TDatosFiscales sinDecimales;
+    sinDecimales.DecimalesMoneda = 0;
+    EXPECT_EQ(Texto(TResumenFiscal(yenes, sinDecimales).Total), total);
+    EXPECT_EQ(TResumenFiscal(yenes, sinDecimales).Diferencia, 0) << "the engine's total has two decimals";
+  }
   Motor compra(
       {Mas(Con(1e18), {{u"DESCU", Variant(50.0)}, {u"DESC1", Variant(7.0)}, {u"TIP_CAM", Variant(20.0)}})},
       ENUM_MODULO::MODULO_COMPRAS);
@@ -270,6 +279,9 @@ TEST(Resumen, KnowsTheLimitsByBothReadings) {
   EXPECT_EQ(limites({9999200000, 6}, 1'600'001, 2), "15998.72 15998.73, 15998.72 15998.73");
   EXPECT_EQ(limites({9992800004, 6}, 1'600'001, 2), "15988.48 15988.50, 15988.48 15988.50")
       << "15988.49 if less 10^-11";
+  for (const TMontoFiscal& base : {TMontoFiscal{-1, 2}, {1, -1}, {1, 7}}) {
+    EXPECT_THROW(limites(base, 160'000, 2), EInvalidOperation);
+  }
   const auto importe = [](TMontoFiscal cantidad, TMontoFiscal precio) {
     const TLimitesFiscales l = TResumenFiscal().LimitesImporte({1, cantidad, precio, {0, 2}, {}, {}});
     return Texto(l.Inferior) + " " + Texto(l.Superior);
@@ -280,8 +292,8 @@ TEST(Resumen, KnowsTheLimitsByBothReadings) {
 }
 
 TEST(Resumen, HandsItselfToPrograms) {
-  Motor motor(
-      {Con(10, Mas(Impuesto(2, 10), Mas(Impuesto(4, 0, 6), Impuesto(5, 3)))), Con(20, Impuesto(4, 0))});
+  Motor motor({Con(10, Mas(Impuesto(2, 10), Mas(Mas(Impuesto(1, 0, 6), Impuesto(4, 0, 6)), Impuesto(5, 3)))),
+               Con(20, Mas(Impuesto(1, 8), Impuesto(4, 0)))});
   motor.CalculaTotales();
   TDatosFiscales datos;
   datos.Impuestos[4] = {LOCAL, false, u"\"ISH\"\n"};
@@ -306,13 +318,14 @@ TEST(Resumen, HandsItselfToPrograms) {
       texto += UTF8Encode(totales.Fields(i).AsString()) + " ";
     texto += "; ";
   }
-  EXPECT_EQ(
-      texto,
-      "SubTotal     30.00 ; Descuento     0.00 ; Traslado 002 Exento  20.00  ; Retencion 001    1.00 ; "
-      "LocalTraslado ISH  0.030000  0.30 ; TotalImpuestosTrasladados     0.00 ; TotalImpuestosRetenidos     "
-      "1.00 ; TotalLocalesTrasladados     0.30 ; TotalLocalesRetenidos     0.00 ; Total     29.30 ; "
-      "Diferencia "
-      "    -2.00 ; ");
+  EXPECT_EQ(texto,
+            "SubTotal     30.00 ; Descuento     0.00 ; Traslado 003 Tasa 0.080000 20.00 1.60 ; Traslado 002 "
+            "Exento  "
+            "20.00  ; Retencion 001    1.00 ; LocalTraslado ISH  0.030000  0.30 ; TotalImpuestosTrasladados  "
+            "   1.60 ; "
+            "TotalImpuestosRetenidos     1.00 ; TotalLocalesTrasladados     0.30 ; TotalLocalesRetenidos     "
+            "0.00 ; "
+            "Total     30.90 ; Diferencia     -2.00 ; ");
   TClientDataSet partidas = vuelta(limpio.DamePartidas());
   const TClientDataSet& impuestos = *partidas.FieldByName(u"IMPUESTOS").NestedDataSet();
   EXPECT_EQ(impuestos.RecordCount(), 2U);
@@ -320,6 +333,12 @@ TEST(Resumen, HandsItselfToPrograms) {
   EXPECT_EQ(impuestos.FieldByName(u"IMPORTE").AsFloat(), 1);
   partidas.Next();
   EXPECT_EQ(partidas.FieldByName(u"VALORUNITARIO").AsString(), u"20.000000");
+  Motor sinTotales({Con(1)});
+  EXPECT_FALSE(TResumenFiscal(sinTotales).DameTotales().Locate(u"CONCEPTO", Variant(u"Diferencia")));
+  TImpuestoImpreso ajeno;
+  ajeno.Impuesto = LOCAL;
+  ajeno.Numero = 9;
+  EXPECT_EQ(resumen.DameNombre(ajeno) + DameClaveImpuesto(ENUM_IMPUESTO_FISCAL::NINGUNO), u"");
 }
 
 TEST(Monto, IsWrittenWithAllItsDecimals) {

@@ -180,6 +180,11 @@ TEST(Formula, OffersItsStepsOneByOne) {
   Pon(formula, u"A=7");
   EXPECT_EQ(formula.RemplazaVariables(u"SUMA0"), u"9.5");
   EXPECT_EQ(formula.RemplazaVariables(u"A"), u"7");
+  TVariableEnlazada b = formula.EnlazaVariable(u"B");
+  EXPECT_TRUE(std::isnan(b.Valor()));
+  EXPECT_EQ(formula.RemplazaVariables(u"B"), u"B") << "no value yet";
+  b.Asigna(0.5);
+  EXPECT_EQ(formula.RemplazaVariables(u"b"), u"0.5");
   EXPECT_EQ(formula.Interna(0).argumentos[2], u"A");
   EXPECT_THROW(formula.Nodo(3), EInvalidOperation);
 
@@ -199,6 +204,16 @@ TEST(Formula, OffersItsStepsOneByOne) {
   potencia.argumentos.Add(u"A");
   potencia.argumentos.Add(u"FUN1");
   EXPECT_EQ(formula.ResuelveFuncionIn(&potencia), 49);
+  potencia.nombre = u"XYZ";
+  EXPECT_EQ(MensajeDe([&] { formula.ResuelveFuncionIn(&potencia); }), "Funcion desconocida [XYZ]");
+  TStringList lista;
+  lista.SetText(u"B=1\nA=1");
+  TFormula::ConfigList(lista);
+  EXPECT_EQ(lista.Text(), u"A=1\r\nB=1\r\n");
+  // One token is left of what was folded, and "%" is no operator.
+  const std::size_t nodos = formula.Nodos();
+  for (const char16_t* op : {u"+", u"%"}) formula.CreaFunciones(op);
+  EXPECT_EQ(formula.Nodos(), nodos);
 }
 
 }  // namespace

@@ -68,8 +68,11 @@ struct Sorteado {
     m[u"MUESTRA_PAR"] = Variant(p.Visible ? u"N" : u"S");
     if (!p.Visible) return;
     p.ComponenteDeKit = Hasta(12) == 0;
-    m[u"TIPO_PROD"] = Variant(p.ComponenteDeKit ? u"P" : u"");
-    m[u"TIPO_ELEM"] = Variant(p.ComponenteDeKit ? u"K" : u"");
+    // All that a line may say of itself not to count.
+    constexpr const char16_t* kClases[][2] = {{u"P", u"K"}, {u"S", u"K"}, {u"G", u"N"}};
+    const auto& clase = kClases[Hasta(3)];
+    m[u"TIPO_PROD"] = Variant(p.ComponenteDeKit ? clase[0] : u"");
+    m[u"TIPO_ELEM"] = Variant(p.ComponenteDeKit ? clase[1] : u"");
     p.Descuentos[0] = Una({0, 0, 10, 2.5, 33.3333});
     m[u"DESCU"] = m[u"DESC1"] = Variant(p.Descuentos[0]);
     if (modulo == kVentas) m[u"DESC3"] = Variant(p.Descuentos[2] = Una({0, 0, 7}));
@@ -97,6 +100,7 @@ struct Sorteado {
     p.Cuota = CuotaIeps{.PorUnidad = Una({1.63, 0.6166, 5})};
     if (Hasta(2) == 0) nota.Unidades = p.Cuota->Unidades = static_cast<double>(1 + Hasta(1'000)) / 10;
     const char16_t* modo = p.Ieps ? u"A" : u"C";
+    if (!p.Ieps && Hasta(2) == 0) p.Cuota->Modo = ENUM_CUOTA::SOLA;
     if (p.Ieps && Hasta(2) == 0) {
       p.Cuota->Modo = ENUM_CUOTA::MINIMA;
       modo = u"M";

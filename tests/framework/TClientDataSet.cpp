@@ -1,9 +1,12 @@
 #include "framework/TClientDataSet.h"
 
+#include <cstdint>
+#include <functional>
 #include <gtest/gtest.h>
 #include <utility>
 
 #include "framework/Excepciones.h"
+#include "framework/TParams.h"
 #include "tests/Mensaje.h"
 
 namespace vel {
@@ -34,6 +37,12 @@ TEST(TClientDataSet, WalksItsRecords) {
   EXPECT_TRUE(datos.Eof() && datos.Bof());
   EXPECT_EQ(datos.RecNo(), 0U);
   EXPECT_EQ(datos.FieldByName(u"prec").AsFloat(), 0) << "an empty data set reads as null";
+  EXPECT_EQ(datos.FieldByName(u"CVE").AsString(), u"");
+  EXPECT_EQ(datos.FieldByName(u"CVE").TextView(), u"");
+  EXPECT_EQ(datos.FieldByName(u"CVE").AsDateTime().Val(), 0);
+  EXPECT_TRUE(datos.FieldByName(u"CVE").Value().IsNull());
+  EXPECT_EQ(datos.FieldByName(u"LOTES").NestedDataSet(), nullptr);
+  datos.Prior();
   datos.Next();
   EXPECT_TRUE(datos.Eof());
   Agrega(datos, u"A", 1.5);
@@ -50,6 +59,9 @@ TEST(TClientDataSet, WalksItsRecords) {
   EXPECT_EQ(cve.TextView(), u"B") << "the last record stays current after the end";
   datos.Prior();
   EXPECT_EQ(cve.TextView(), u"A");
+  EXPECT_FALSE(datos.Bof());
+  datos.Prior();
+  EXPECT_TRUE(datos.Bof());
   EXPECT_TRUE(datos.Locate(u"PREC", Variant(2)));
   EXPECT_EQ(datos.RecNo(), 2U);
   EXPECT_FALSE(datos.Locate(u"CVE", Variant(u"a")));
@@ -66,6 +78,16 @@ TEST(TClientDataSet, WalksItsRecords) {
   datos.First();
   datos.Delete();
   EXPECT_EQ(datos.RecNo(), 1U);
+  datos.Append();
+  datos.Delete();
+  EXPECT_EQ(datos.RecordCount(), 2U) << "what was not put is not there to delete";
+  datos.Delete();
+  datos.Delete();
+  EXPECT_TRUE(datos.Bof() && datos.Eof());
+  datos.Append();
+  datos.Cancel();
+  datos.Cancel();
+  EXPECT_TRUE(datos.Bof() && datos.Eof());
 }
 
 TEST(TClientDataSet, EditsAndPutsBack) {
@@ -79,6 +101,7 @@ TEST(TClientDataSet, EditsAndPutsBack) {
   lotes->Append();
   lotes->FieldByName(u"LOTE").SetAsString(u"L1");
   lotes->Post();
+  datos.Edit();
   EXPECT_THROW(datos.FieldByName(u"PREC").SetAsString(u"doce"), EConvertError);
   EXPECT_THROW(datos.FieldByName(u"CANT").SetAsFloat(3e9), EDatabaseError);
   EXPECT_THROW(datos.FieldByName(u"CVE").SetAsString(u"LARGA"), EDatabaseError);
@@ -106,7 +129,14 @@ TEST(TClientDataSet, CopiesAndAppendsByName) {
   TClientDataSet origen = Productos();
   Agrega(origen, u"1", 1.5);
   Agrega(origen, u"A", 2);
+  origen.Edit();
+  TClientDataSet* const lotes = origen.FieldByName(u"LOTES").NestedDataSet();
+  lotes->Append();
+  lotes->Fields(0).SetAsString(u"L1");
+  origen.Post();
   TClientDataSet copia;
+  copia.AppendData(TClientDataSet());
+  EXPECT_EQ(copia.FieldCount(), 0U);
   copia.AppendData(origen);
   copia.AppendData(copia);
   EXPECT_EQ(copia.RecordCount(), 4U);
@@ -124,6 +154,17 @@ TEST(TClientDataSet, CopiesAndAppendsByName) {
   otra.AppendData(origen);
   EXPECT_EQ(otra.FieldByName(u"PREC").AsString(), u"1.5");
   EXPECT_TRUE(otra.FieldByName(u"mas").IsNull());
+  otra = TClientDataSet(std::move(otra));
+  EXPECT_TRUE(otra.Locate(u"cve", Variant(u"A")));
+  EXPECT_EQ(otra.FieldByName(u"lotes").NestedDataSet()->Fields(0).AsString(), u"L1");
+  TClientDataSet angosta;
+  angosta.CreateDataSet({{.Name = u"LOTES", .DataType = TFieldType::ftDataSet, .ChildDefs = {}},
+                         {.Name = u"CVE", .DataType = TFieldType::ftString, .Size = 1},
+                         {.Name = u"PREC", .DataType = TFieldType::ftFloat},
+                         {.Name = u"CANT", .DataType = TFieldType::ftInteger}});
+  angosta.AppendData(origen);
+  EXPECT_TRUE(angosta.Locate(u"CVE", Variant(u"A")));
+  EXPECT_EQ(angosta.FieldByName(u"LOTES").NestedDataSet()->Fields(0).AsString(), u"L1");
 
   TClientDataSet numeros = Productos();
   numeros.CreateDataSet({{.Name = u"CVE", .DataType = TFieldType::ftInteger},
@@ -144,19 +185,38 @@ TEST(TClientDataSet, KeepsOfAValueWhatItsFieldIs) {
     TFieldType tipo;
     Variant valor;
     double queda;
-  } casos[] = {{TFieldType::ftDate, Variant(TDateTime(45427.75)), 45427},
-               {TFieldType::ftTime, Variant(TDateTime(45427.75)), 0.75},
-               {TFieldType::ftTime, Variant(TDateTime(-1.25)), 0.25},
-               {TFieldType::ftInteger, Variant(true), -1},
-               {TFieldType::ftFloat, Variant(true), -1},
-               {TFieldType::ftBoolean, Variant(7), -1}};
+    const char16_t* texto;
+  } casos[] = {{TFieldType::ftDate, Variant(TDateTime(45427.75)), 45427, u"15/05/2024"},
+               {TFieldType::ftTime, Variant(TDateTime(45427.75)), 0.75, u"18:00:00"},
+               {TFieldType::ftTime, Variant(TDateTime(-1.25)), 0.25, u"06:00:00"},
+               {TFieldType::ftTime, Variant(TDateTime(45427)), 0, u"00:00:00"},
+               {TFieldType::ftDateTime, Variant(u"15/05/2024"), 45427, u"15/05/2024"},
+               {TFieldType::ftInteger, Variant(true), -1, u"-1"},
+               {TFieldType::ftInteger, Variant(u" "), 0, u""},
+               {TFieldType::ftLargeint, Variant(std::int64_t{5'000'000'000}), 5e9, u"5000000000"},
+               {TFieldType::ftFloat, Variant(true), -1, u"-1"},
+               {TFieldType::ftBoolean, Variant(7), -1, u"True"},
+               {TFieldType::ftBoolean, Variant(0), 0, u"False"},
+               {TFieldType::ftBoolean, Variant(-0.5), -1, u"True"},
+               {TFieldType::ftBoolean, Variant(u"true"), -1, u"True"},
+               {TFieldType::ftString, Variant(-1.5), -1.5, u"-1.5"}};
   TClientDataSet datos;
   for (const auto& c : casos) {
     datos.CreateDataSet({{.Name = u"A", .DataType = c.tipo}});
     datos.Append();
     datos.Fields(0).SetValue(c.valor);
-    EXPECT_EQ(datos.Fields(0).AsFloat(), c.queda) << static_cast<int>(c.tipo);
+    SCOPED_TRACE(static_cast<int>(c.tipo));
+    EXPECT_EQ(datos.Fields(0).AsFloat(), c.queda);
+    EXPECT_EQ(datos.Fields(0).AsString(), c.texto);
+    EXPECT_EQ(datos.Fields(0).AsBoolean(), c.queda != 0);
+    EXPECT_EQ(datos.Locate(u"A", c.valor), *c.texto != 0);
   }
+  datos.CreateDataSet({{.Name = u"A", .DataType = TFieldType::ftString}});
+  datos.Append();
+  datos.Fields(0).SetAsBoolean(true);
+  EXPECT_EQ(datos.Fields(0).AsString(), u"True");
+  datos.Fields(0).SetAsDateTime(TDateTime(45427));
+  EXPECT_EQ(datos.Fields(0).AsString(), u"15/05/2024");
 }
 
 TEST(TClientDataSet, NamesTheFieldThatFails) {
@@ -174,8 +234,48 @@ TEST(TClientDataSet, NamesTheFieldThatFails) {
   EXPECT_EQ(MensajeDe([&] { cantidad.AsFloat(); }),
             "'doce' no es un valor de punto flotante válido (campo 'CANT')");
   EXPECT_THROW(cantidad.AsInteger(), EConvertError);
+  EXPECT_THROW(cantidad.AsBoolean(), EConvertError);
   EXPECT_THROW(cantidad.AsDateTime(), EConvertError);
   EXPECT_EQ(MensajeDe([&] { datos.FieldByName(u"PRECIO"); }), "El campo 'PRECIO' no existe");
+  EXPECT_EQ(MensajeDe([&] { datos.Fields(1); }), "Índice de campo fuera de rango (1)");
+
+  datos.CreateDataSet({{.Name = u"L", .DataType = TFieldType::ftDataSet, .ChildDefs = {}},
+                       {.Name = u"N", .DataType = TFieldType::ftLargeint},
+                       {.Name = u"S", .DataType = TFieldType::ftSingle},
+                       {.Name = u"D", .DataType = TFieldType::ftDate}});
+  datos.Append();
+  TField& lotes = datos.Fields(0);
+  lotes.NestedDataSet()->CreateDataSet({{.Name = u"A", .DataType = TFieldType::ftInteger}});
+  lotes.NestedDataSet()->Append();
+  const std::function<void()> ajenos[] = {[&] { lotes.AsString(); },
+                                          [&] { lotes.AsFloat(); },
+                                          [&] { lotes.AsInteger(); },
+                                          [&] { lotes.TextView(); },
+                                          [&] { lotes.SetAsString(u""); },
+                                          [&] { lotes.SetAsFloat(1); },
+                                          [&] { lotes.SetAsInteger(1); },
+                                          [&] { datos.Locate(u"L", Variant(1)); },
+                                          [&] { lotes.SetValue(VarArrayOf({})); }};
+  for (const auto& ajeno : ajenos)
+    EXPECT_EQ(MensajeDe(ajeno), "El valor no corresponde al tipo del campo 'L'");
+  datos.Fields(1).SetAsLargeInt(5'000'000'000);
+  EXPECT_EQ(MensajeDe([&] { datos.Fields(1).AsInteger(); }), "5000000000 está fuera de rango (campo 'N')");
+  EXPECT_EQ(MensajeDe([&] { datos.Fields(1).SetAsFloat(1e30); }), "1E30 está fuera de rango (campo 'N')");
+  EXPECT_EQ(MensajeDe([&] { datos.Fields(2).SetAsFloat(1e39); }), "1E39 está fuera de rango (campo 'S')");
+  EXPECT_EQ(MensajeDe([&] { datos.Fields(3).SetAsFloat(1e9); }),
+            "1000000000 no es una fecha válida (campo 'D')");
+}
+
+TEST(TParams, AreFoundByNameInAnyCase) {
+  TParams parametros;
+  parametros.Add({.Name = u"Var1", .Value = Variant(7)});
+  parametros.ParamByName(u"VAR1").Value = Variant(8);
+  EXPECT_EQ(std::as_const(parametros).ParamByName(u"var1").Value, Variant(8));
+  EXPECT_EQ(parametros.FindParam(u"var"), nullptr);
+  EXPECT_EQ(MensajeDe([&] { parametros.ParamByName(u"otro"); }), "El parámetro 'otro' no existe");
+  EXPECT_EQ(MensajeDe([&] { parametros[1]; }), "Índice de parámetro fuera de rango (1)");
+  parametros.Clear();
+  EXPECT_EQ(parametros.FindParam(u"Var1"), nullptr);
 }
 
 }  // namespace

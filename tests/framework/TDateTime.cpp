@@ -1,6 +1,7 @@
 #include "framework/TDateTime.h"
 
 #include <gtest/gtest.h>
+#include <initializer_list>
 #include <limits>
 
 #include "framework/Excepciones.h"
@@ -33,7 +34,17 @@ TEST(TDateTime, WritesAndReadsItsText) {
     }
   }
   EXPECT_EQ(DateTimeToStr(TDateTime(-1.99999999999)), u"30/12/1899") << "rounds forward to the next day";
-  EXPECT_FALSE(TryEncodeDate({2024, 257, 1}, fecha));
+  for (const CivilDate& f : std::initializer_list<CivilDate>{{0, 1, 1},
+                                                             {10000, 1, 1},
+                                                             {2024, 0, 1},
+                                                             {2024, 13, 1},
+                                                             {2024, 257, 1},
+                                                             {2024, 1, 0},
+                                                             {2024, 1, 32}})
+    EXPECT_FALSE(TryEncodeDate(f, fecha));
+  for (const CivilTime& h :
+       std::initializer_list<CivilTime>{{-1}, {24}, {0, 60}, {0, 0, 60}, {0, 0, 0, 1000}})
+    EXPECT_FALSE(TryEncodeTime(h, fecha));
 }
 
 TEST(TDateTime, RefusesWhatIsNoDate) {

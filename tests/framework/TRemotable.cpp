@@ -88,7 +88,8 @@ TEST(TRemotable, SaysWhatIsWrong) {
         cambia("<Numero v=\"0\"", "<Numero v=\"0x\""), cambia("<Tinte v=\"0\"", "<Tinte v=\"256\""),
         cambia("<Texto v=\"\"/>", "<Texto v=\"a & b\"/>"), cambia("<Texto v=\"\"/>", "<Texto v=\"<\"/>"),
         cambia("<Texto v=\"\"/>", "<Texto v=\"&nada;\"/>"), cambia("<Texto v=\"\"/>", "<Texto v=\"\"/>x"),
-        cambia("tipo=\"vacio\"", "tipo=\"raro\""), cambia("<Texto v=\"\"", "<Texto hex=\"12\"")}) {
+        cambia("tipo=\"vacio\"", "tipo=\"raro\""), cambia("<Texto v=\"\"", "<Texto hex=\"12\""),
+        cambia("<Texto v=\"\"", "<Texto hex=\"12x4\"")}) {
     Nodo leido;
     leido.Texto = u"viejo";
     leido.Hijo = std::make_unique<Nodo>();

@@ -40,6 +40,15 @@ TEST(TStringList, SortedListKeepsOrderAndRefusesDuplicates) {
   lista.SetDuplicates(TDuplicates::dupIgnore);
   EXPECT_EQ(lista.Add(u"FUN9"), 0U);
   EXPECT_EQ(lista.Count(), 1U);
+  lista.SetDuplicates(TDuplicates::dupAccept);
+  lista.Add(u"FUN9");
+  lista.SetSorted(true);
+  lista.SetSorted(false);
+  lista.Insert(1, u"A");
+  EXPECT_EQ(lista.Text(), u"FUN9\r\nA\r\nFUN9\r\n");
+  EXPECT_EQ(lista.IndexOf(u"a"), 1);
+  EXPECT_EQ(lista.IndexOf(u"b"), -1);
+  EXPECT_THROW(lista.Insert(4, u"B"), EStringListError);
 }
 
 TEST(TStringList, ReadsNamesAndValues) {
@@ -49,6 +58,7 @@ TEST(TStringList, ReadsNamesAndValues) {
   EXPECT_EQ(lista.Values(u"b"), u"x=y");
   EXPECT_EQ(lista.Values(u"suelto"), u"");
   EXPECT_EQ(lista.Names(2), u"");
+  EXPECT_EQ(lista.ValueFromIndex(2), u"");
   EXPECT_EQ(lista.IndexOfName(u"ñ"), 4);
   lista.SetValue(u"a", u"2");
   lista.SetValue(u"C", u"3");

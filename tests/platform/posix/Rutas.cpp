@@ -31,6 +31,8 @@ TEST(RutaNativa, IsMadeAtTheAccess) {
   c.Pon("XDG_DATA_HOME", "/d");
   EXPECT_EQ(RutaNativa(u"C:\\Datos\\Año\\a.ini"), u"/d/tavex/drive_c/Datos/Año/a.ini");
   EXPECT_EQ(RutaNativa(u"z:a.ini"), u"/d/tavex/drive_z/a.ini");
+  EXPECT_EQ(RutaNativa(u"C:/Datos"), u"/d/tavex/drive_c/Datos");
+  EXPECT_EQ(RutaNativa(u"5:\\a"), u"5:/a") << "no drive";
   EXPECT_EQ(RutaNativa(u"/tmp/x\\y"), u"/tmp/x/y");
   EXPECT_EQ(RutaNativa(u"a\\b"), u"a/b");
   EXPECT_EQ(RutaNativa(u""), u"");
@@ -39,6 +41,17 @@ TEST(RutaNativa, IsMadeAtTheAccess) {
 }
 
 TEST(LeeArchivo, ReadsAFileWithoutASize) { EXPECT_TRUE(LeeArchivo(u"/proc/self/stat").has_value()); }
+
+TEST(Archivos, RefuseWhatIsNoFile) {
+  const pruebas::CarpetaTemporal c;
+  EXPECT_TRUE(CreaCarpeta(u"").Hubo());
+  EXPECT_FALSE(CreaCarpeta(u"//").Hubo());
+  EXPECT_TRUE(BorraArchivo(c.Archivo("")).Hubo()) << "a folder";
+  int manejador = 0;
+  EXPECT_TRUE(AbreArchivo(u"/dev/null", 0x40, manejador).Hubo());
+  EXPECT_TRUE(AbreArchivo(u"/proc/self/stat", 0x43, manejador).Hubo()) << "no mode";
+  EXPECT_EQ(manejador, -1);
+}
 
 }  // namespace
 }  // namespace vel

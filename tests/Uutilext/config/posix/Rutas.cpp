@@ -51,6 +51,14 @@ TEST(Registro, IsMadeAsTheRegistryExports) {
   EscribeDirectorioArchComun(u"C:\\ñ");
   EXPECT_EQ(c.Lee("nueva/carpeta/r.reg").substr(0, 4), std::string("\xFF\xFEW\0", 4))
       << "as the registry exports";
+  const std::string inverso("\xFE\xFF\0[\0H", 6);
+  c.Escribe("nueva/carpeta/r.reg", inverso);
+  EXPECT_TRUE(EscribeRegistro(u"Software\\Tavex", u"a", u"b").Hubo()) << "in the other order of bytes";
+  EXPECT_EQ(c.Lee("nueva/carpeta/r.reg"), inverso);
+  c.Escribe("nueva/carpeta/r.reg", "REGEDIT4");
+  EXPECT_FALSE(EscribeRegistro(u"Software\\Tavex", u"", u"b").Hubo());
+  EXPECT_EQ(c.Lee("nueva/carpeta/r.reg"),
+            "REGEDIT4\r\n\r\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Tavex]\r\n@=\"b\"\r\n");
 }
 
 // The library is known by a relative path, and the process stands elsewhere by now.
