@@ -48,7 +48,8 @@ def explained():
 def measured(build):
     filters = [arg for folder in FOLDERS for arg in ('--filter', f'{ROOT}/{folder}/')]
     result = subprocess.run(['gcovr', '--root', ROOT, '--json', '-', '--exclude-unreachable-branches',
-                             *filters, build], check=True, capture_output=True, text=True)
+                             *filters, build],
+                            check=True, stdout=subprocess.PIPE, text=True)
     return json.loads(result.stdout)['files']
 
 

@@ -278,6 +278,7 @@ TEST(Consulta, LeavesOutWhatIsNotThere) {
   const std::optional<year_month_day> hoy = 2024y / May / 13;
   Consulta c("T", TiposDeDriver::DEVARTSQLSERVER);
   c.donde("A").igual(nada).donde("A").contiene(nada).donde("A").en({nada, nada}).donde("A").entre(nada, nada);
+  c.donde("A").si(false).entre(hoy, hoy).donde("A").si(false).en({1, 2}).donde("A").si(false).contiene("x");
   c.donde("A").si(false).esNulo().donde("A").si(true).si(false).entre(hoy, nada);
   c.alguna([&](auto& g) { g.todas([&](auto& h) { h.donde("A").igual(nada); }); });
   EXPECT_EQ(c.sentencia().texto, u"SELECT  *  from T ");
