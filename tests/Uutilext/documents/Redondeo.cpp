@@ -14,6 +14,7 @@
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
 #include "tests/Casos.h"
+#include "tests/Reales.h"
 
 namespace vel {
 namespace {
@@ -57,33 +58,13 @@ double PorTexto(double valor, int n) {
   return StrToFloat(w.substr(0, w.find(u'.'))) * p;
 }
 
-// Where one way of rounding gives way to another.
-constexpr double kEsquinas[] = {0,
-                                1e-4,
-                                9.9999e-5,
-                                1.5e-5,
-                                1.2345e-7,
-                                0.49999999999999994,
-                                0.005,
-                                0.0049999999999999,
-                                999999.5,
-                                999999999999.5,
-                                1e9,
-                                999999999.9999999,
-                                123456789012.345,
-                                99999999999999.9,
-                                1e12 - 0.5,
-                                1e15 - 0.125,
-                                1e15,
-                                1e15 + 0.25,
-                                123456.7890125,
-                                4503599627370497.5};
-
 TEST(GRedoTo, EqualsTheTextRuleBitForBit) {
   std::mt19937_64 azar(20240515);
   const auto entero = [&azar](std::int64_t maximo) {
     return static_cast<double>(static_cast<std::int64_t>(azar() % static_cast<std::uint64_t>(maximo)));
   };
+  // Where one way of rounding gives way to another.
+  const auto esquinas = pruebas::Casos("documentos/esquinas.txt", "|");
   std::array<std::vector<double>, 24> columnas;
   for (int i = 0; i < 400'000; ++i) {
     const int n = 1 + static_cast<int>(azar() % (i % 7 == 0 ? 23 : 9));
@@ -106,7 +87,7 @@ TEST(GRedoTo, EqualsTheTextRuleBitForBit) {
       default:
         valor = std::ldexp(entero(1LL << 53), static_cast<int>(azar() % 400) - 250);
     }
-    if (i % 64 == 0) valor = kEsquinas[azar() % std::size(kEsquinas)];
+    if (i % 64 == 0) valor = pruebas::Real(esquinas[azar() % esquinas.size()][0]);
     if (azar() % 2 == 0) valor = -valor;
     columnas[static_cast<std::size_t>(n)].push_back(valor);
     ASSERT_EQ(std::bit_cast<std::uint64_t>(g_redoTo(valor, n)),
