@@ -68,25 +68,16 @@ TEST(GRedoTo, EqualsTheTextRuleBitForBit) {
   std::array<std::vector<double>, 24> columnas;
   for (int i = 0; i < 400'000; ++i) {
     const int n = 1 + static_cast<int>(azar() % (i % 7 == 0 ? 23 : 9));
-    double valor = 0;
-    switch (i % 5) {
-      case 0:
-        valor = entero(1'000'000'000'000) / 1e6;
-        break;
-      case 1:  // halves and their neighbours
-        valor = (entero(100'000'000) + 0.5) / std::pow(10, n);
-        if (i % 2 == 0) valor = std::nextafter(valor, i % 4 == 0 ? kInf : 0);
-        break;
-      case 2:  // the fifteenth digit
-        valor = entero(2'000'000'000'000'000) / std::pow(10, static_cast<double>(azar() % 16));
-        break;
-      case 3:  // just below a whole number of units
-        valor =
-            (entero(1'000'000'000) + 1 - std::ldexp(1.0, -static_cast<int>(azar() % 53))) / std::pow(10, n);
-        break;
-      default:
-        valor = std::ldexp(entero(1LL << 53), static_cast<int>(azar() % 400) - 250);
-    }
+    const double unidad = std::pow(10, n);
+    // Amounts, halves, the fifteenth digit, just below a whole number of units, and all magnitudes.
+    const double formas[] = {
+        entero(1'000'000'000'000) / 1e6, (entero(100'000'000) + 0.5) / unidad,
+        entero(2'000'000'000'000'000) / std::pow(10, static_cast<double>(azar() % 16)),
+        (entero(1'000'000'000) + 1 - std::ldexp(1.0, -static_cast<int>(azar() % 53))) / unidad,
+        std::ldexp(entero(1LL << 53), static_cast<int>(azar() % 400) - 250)};
+    double valor = formas[i % 5];
+    // The neighbours of halves.
+    if (i % 10 == 6) valor = std::nextafter(valor, i % 4 == 0 ? kInf : 0);
     if (i % 64 == 0) valor = pruebas::Real(esquinas[azar() % esquinas.size()][0]);
     if (azar() % 2 == 0) valor = -valor;
     columnas[static_cast<std::size_t>(n)].push_back(valor);
