@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <map>
-#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -16,29 +15,6 @@ namespace vel {
 namespace {
 
 using namespace pruebas;
-using Pares = std::vector<std::pair<std::string, std::string>>;
-
-Pares ParesDe(std::string texto) {
-  Pares pares;
-  for (texto += ", "; !texto.empty(); texto.erase(0, texto.find(", ") + 2)) {
-    const std::size_t igual = texto.find('=');
-    pares.emplace_back(texto.substr(0, igual), texto.substr(igual + 1, texto.find(", ") - igual - 1));
-  }
-  return pares;
-}
-
-// A line of the file: what it does not name is 1, 2 (the cost) or nothing.
-Partida LineaDe(const std::string& texto) {
-  const std::set<std::string> textos = {"CVE_DOC",   "MAN_IEPS",  "APL_MAN_IEPS",
-                                        "TIPO_PROD", "TIPO_ELEM", "MUESTRA_PAR"};
-  Partida linea{{u"CVE_DOC", Variant(u"")}, {u"PREC", Variant(1.0)}, {u"COST", Variant(2.0)}};
-  for (const auto& [campo, valor] : ParesDe(texto)) {
-    const UnicodeString propio = UTF8ToString(valor);
-    linea[UTF8ToString(campo)] = textos.contains(campo) ? Variant(propio) : Variant(StrToFloat(propio));
-  }
-  return linea;
-}
-
 struct Documento {
   std::string nombre;
   std::map<std::string, int> ajustes;

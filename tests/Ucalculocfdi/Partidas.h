@@ -1,8 +1,10 @@
 #pragma once
 
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "Ucalculocfdi/TCalculoCFDI.h"
@@ -90,6 +92,30 @@ inline Partida Iva(double tasa, double precio) {
 inline Partida Mas(Partida partida, const Partida& otra) {
   for (const auto& [nombre, valor] : otra) partida[nombre] = valor;
   return partida;
+}
+
+using Pares = std::vector<std::pair<std::string, std::string>>;
+
+/// "name=value, name=value".
+inline Pares ParesDe(std::string texto) {
+  Pares pares;
+  for (texto += ", "; !texto.empty(); texto.erase(0, texto.find(", ") + 2)) {
+    const std::size_t igual = texto.find('=');
+    pares.emplace_back(texto.substr(0, igual), texto.substr(igual + 1, texto.find(", ") - igual - 1));
+  }
+  return pares;
+}
+
+/// The line of a case file: what it does not name is 1, 2 (the cost) or nothing.
+inline Partida LineaDe(const std::string& texto) {
+  const std::set<std::string> textos = {"CVE_DOC",   "MAN_IEPS",  "APL_MAN_IEPS",
+                                        "TIPO_PROD", "TIPO_ELEM", "MUESTRA_PAR"};
+  Partida linea{{u"CVE_DOC", Variant(u"")}, {u"PREC", Variant(1.0)}, {u"COST", Variant(2.0)}};
+  for (const auto& [campo, valor] : ParesDe(texto)) {
+    const UnicodeString propio = UTF8ToString(valor);
+    linea[UTF8ToString(campo)] = textos.contains(campo) ? Variant(propio) : Variant(StrToFloat(propio));
+  }
+  return linea;
 }
 
 }  // namespace pruebas

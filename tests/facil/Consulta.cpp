@@ -2,6 +2,7 @@
 
 #include "facil/Consulta.h"
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <gtest/gtest.h>
@@ -15,6 +16,7 @@
 #include "Paramsql/TParametrosFiltro.h"
 #include "facil/facil.h"
 #include "framework/Excepciones.h"
+#include "framework/Numeros.h"
 #include "framework/TRemotable.h"
 #include "tests/CarpetaTemporal.h"
 #include "tests/Mensaje.h"
@@ -148,122 +150,78 @@ TEST(Consulta, JoinsItsPartsAsTheyAreByHand) {
   }
 }
 
-// A condition "Cx=1" on a column x, or a group.
-struct Nodo {
-  bool fuera = false;
-  char16_t columna = 0;
-  std::vector<Nodo> hijos = {};
-  ENUM_CONECTOR conector = Y;
-  bool EsGrupo() const { return columna == 0; }
-};
+// What a condition says in each of the 64 ways in which six columns hold or do not, a bit for each; nothing
+// where all of it was left out.
+using Verdades = std::optional<std::uint64_t>;
+constexpr std::array<std::uint64_t, 6> kColumnas = {0xAAAA'AAAA'AAAA'AAAA, 0xCCCC'CCCC'CCCC'CCCC,
+                                                    0xF0F0'F0F0'F0F0'F0F0, 0xFF00'FF00'FF00'FF00,
+                                                    0xFFFF'0000'FFFF'0000, 0xFFFF'FFFF'0000'0000};
 
-class Azar {
- public:
-  explicit Azar(std::uint32_t semilla) : motor_(semilla) {}
-  int De(int cuantos) { return static_cast<int>(motor_() % static_cast<unsigned>(cuantos)); }
-
-  Nodo Arbol(int nivel, ENUM_CONECTOR conector) {
-    Nodo grupo{.conector = conector};
-    for (int i = De(5); i > 0; --i) {
-      if (nivel > 0 && De(2) == 0) {
-        grupo.hijos.push_back(Arbol(nivel - 1, De(3) == 0 ? Y : O));
-      } else {
-        grupo.hijos.push_back({De(5) == 0, static_cast<char16_t>(u'a' + De(16))});
-      }
-    }
-    return grupo;
-  }
-
- private:
-  std::mt19937 motor_;
-};
-
-void Llena(Grupo& g, const Nodo& grupo) {
-  for (const Nodo& n : grupo.hijos) {
-    if (!n.EsGrupo()) {
-      g.donde(u"C" + UnicodeString(1, n.columna)).si(!n.fuera).igual(1);
-    } else if (n.conector == O) {
-      g.alguna([&n](auto& h) { Llena(h, n); });
+// Fills a group with whatever comes, and tells what it means.
+Verdades Llena(Grupo& g, ENUM_CONECTOR conector, int nivel, std::mt19937& azar) {
+  Verdades todas;
+  for (auto n = azar() % 5; n > 0; --n) {
+    Verdades una;
+    if (nivel > 0 && azar() % 2 == 0) {
+      const bool conO = azar() % 3 != 0;
+      const auto llena = [&](Grupo& h) { una = Llena(h, conO ? O : Y, nivel - 1, azar); };
+      conO ? g.alguna(llena) : g.todas(llena);
     } else {
-      g.todas([&n](auto& h) { Llena(h, n); });
+      const int columna = static_cast<int>(azar() % kColumnas.size());
+      const bool dentro = azar() % 5 != 0;
+      g.donde(u"C" + IntToStr(columna)).si(dentro).igual(1);
+      if (dentro) una = kColumnas.at(static_cast<std::size_t>(columna));
     }
+    if (una.has_value()) todas = !todas.has_value() ? una : conector == Y ? *todas & *una : *todas | *una;
   }
+  return todas;
 }
 
-// Whether the statement's text holds, each column being true or not. AND binds tighter than OR.
-class Lector {
- public:
-  Lector(std::u16string_view texto, unsigned verdades) : resto_(texto), verdades_(verdades) {}
-  bool Alternativas() {
-    bool vale = Juntas();
-    while (Toma(u" OR ")) vale = Juntas() || vale;
-    return vale;
-  }
-  bool Acabo() const { return resto_.empty(); }
+bool Toma(std::u16string_view& texto, std::u16string_view parte) {
+  const bool hay = texto.starts_with(parte);
+  if (hay) texto.remove_prefix(parte.size());
+  return hay;
+}
 
- private:
-  bool Juntas() {
-    bool vale = Una();
-    while (Toma(u" AND ")) vale = Una() && vale;
-    return vale;
-  }
-  bool Una() {
-    if (Toma(u"(")) {
-      const bool vale = Alternativas();
-      EXPECT_TRUE(Toma(u")"));
-      return vale;
+// What stands at the front of a statement's text, of which it is taken. AND binds tighter than OR.
+std::uint64_t Alternativas(std::u16string_view& texto) {
+  const auto una = [&texto]() -> std::uint64_t {
+    if (Toma(texto, u"1=0")) return 0;
+    if (Toma(texto, u"(")) {
+      const std::uint64_t grupo = Alternativas(texto);
+      EXPECT_TRUE(Toma(texto, u")"));
+      return grupo;
     }
-    if (Toma(u"1=0")) return false;
-    EXPECT_TRUE(Toma(u"C"));
-    const unsigned columna = resto_[0] - u'a';
-    resto_.remove_prefix(1);
-    EXPECT_TRUE(Toma(u"=1"));
-    return (verdades_ >> columna & 1) != 0;
-  }
-  bool Toma(std::u16string_view texto) {
-    if (resto_.substr(0, texto.size()) != texto) return false;
-    resto_.remove_prefix(texto.size());
-    return true;
-  }
-
-  std::u16string_view resto_;
-  unsigned verdades_;
-};
-
-// What the groups mean; nothing for one whose conditions were all left out.
-std::optional<bool> Vale(const Nodo& n, unsigned verdades) {
-  if (!n.EsGrupo()) {
-    return n.fuera ? std::nullopt : std::optional((verdades >> (n.columna - u'a') & 1) != 0);
-  }
-  std::optional<bool> vale;
-  for (const Nodo& hijo : n.hijos) {
-    const std::optional<bool> suyo = Vale(hijo, verdades);
-    if (!suyo.has_value()) continue;
-    vale = !vale.has_value() ? suyo : n.conector == Y ? *vale && *suyo : *vale || *suyo;
-  }
+    EXPECT_TRUE(Toma(texto, u"C"));
+    const std::size_t columna = texto.at(0) - u'0';
+    texto.remove_prefix(1);
+    EXPECT_TRUE(Toma(texto, u"=1"));
+    return kColumnas.at(columna);
+  };
+  std::uint64_t vale = 0;
+  do {
+    std::uint64_t juntas = una();
+    while (Toma(texto, u" AND ")) juntas &= una();
+    vale |= juntas;
+  } while (Toma(texto, u" OR "));
   return vale;
 }
 
 TEST(Consulta, GroupsMeanWhatTheySayHoweverDeep) {
-  Azar azar(7);
+  std::mt19937 azar(7);
   int neutras = 0;
-  for (int vez = 0; vez < 2'000; ++vez) {
-    Nodo arbol;
-    arbol.hijos.push_back(azar.Arbol(6, vez % 2 == 0 ? Y : O));
+  for (int vez = 0; vez < 4'000; ++vez) {
     Consulta c(u"T");
-    c.todas([&](Grupo& g) { Llena(g, arbol); });
+    Verdades esperadas;
+    c.alguna([&](Grupo& g) { esperadas = Llena(g, O, 6, azar); });
     int numero = 0;
     const UnicodeString texto = c.filtro().DameCondWhere(false, numero);
+    ASSERT_EQ(texto.empty(), !esperadas.has_value());
+    if (texto.empty()) continue;
     if (texto.find(u"1=0") != UnicodeString::npos) ++neutras;
-    for (int i = 0; i < 20; ++i) {
-      const auto verdades = static_cast<unsigned>(azar.De(1 << 16));
-      const std::optional<bool> vale = Vale(arbol, verdades);
-      ASSERT_EQ(texto.empty(), !vale.has_value());
-      if (texto.empty()) break;
-      Lector lector(texto, verdades);
-      ASSERT_EQ(lector.Alternativas(), *vale) << UTF8Encode(texto);
-      ASSERT_TRUE(lector.Acabo()) << UTF8Encode(texto);
-    }
+    std::u16string_view resto = texto;
+    ASSERT_EQ(Alternativas(resto), *esperadas) << UTF8Encode(texto);
+    ASSERT_TRUE(resto.empty()) << UTF8Encode(texto);
   }
   EXPECT_GT(neutras, 100);
 }

@@ -2,15 +2,21 @@
 
 #include "facil/Documento.h"
 
+#include <algorithm>
 #include <bit>
 #include <functional>
 #include <gtest/gtest.h>
-#include <limits>
+#include <map>
+#include <optional>
 #include <random>
+#include <sstream>
+#include <string>
 
 #include "Uutilext/documents/Redondeo.h"
 #include "framework/Excepciones.h"
+#include "tests/Casos.h"
 #include "tests/Mensaje.h"
+#include "tests/Reales.h"
 #include "tests/Ucalculocfdi/Partidas.h"
 
 namespace {
@@ -31,11 +37,58 @@ using EnPalabras = vel::facil::Partida;
 constexpr auto kVentas = ENUM_MODULO::MODULO_VENTAS;
 constexpr auto kCompras = ENUM_MODULO::MODULO_COMPRAS;
 
-/// A document in words, and the fields and notes of the same one as a program writes them by hand.
+/// A line as case files write it: "Iva=16 Cuota=1.63,25.3,C Local=ISH,3 Local=Cedular,2,R".
+EnPalabras LeeEnPalabras(const std::string& texto) {
+  using P = EnPalabras;
+  static const std::map<std::string, double P::*> montos = {
+      {"Cantidad", &P::Cantidad}, {"Precio", &P::Precio}, {"TipoCambio", &P::TipoCambio}};
+  static const std::map<std::string, std::optional<double> P::*> tasas = {{"Iva", &P::Iva},
+                                                                          {"Ieps", &P::Ieps},
+                                                                          {"RetencionIsr", &P::RetencionIsr},
+                                                                          {"RetencionIva", &P::RetencionIva}};
+  static const std::map<std::string, bool P::*> marcas = {
+      {"IvaExento", &P::IvaExento}, {"ComponenteDeKit", &P::ComponenteDeKit}, {"Visible", &P::Visible}};
+  P p;
+  std::istringstream campos = pruebas::Entrada(texto);
+  for (std::string nombre, valor; std::getline(campos >> std::ws, nombre, '=') && campos >> valor;) {
+    std::istringstream entrada = pruebas::Entrada(valor);
+    std::vector<std::string> partes;
+    for (std::string parte; std::getline(entrada, parte, ',');) partes.push_back(parte);
+    if (nombre == "Descuentos") {
+      std::ranges::transform(partes, p.Descuentos.begin(), pruebas::Real);
+    } else if (nombre == "Cuota") {
+      CuotaIeps& cuota = p.Cuota.emplace(pruebas::Real(partes[0]));
+      if (partes.size() > 1 && !partes[1].empty()) cuota.Unidades = pruebas::Real(partes[1]);
+      if (partes.size() > 2) cuota.Modo = ENUM_CUOTA{static_cast<char16_t>(partes[2].at(0))};
+    } else if (nombre == "Local") {
+      p.Locales.emplace_back(partes[0], pruebas::Real(partes.at(1)), partes.size() > 2);
+    } else if (const auto marca = marcas.find(nombre); marca != marcas.end()) {
+      p.*marca->second = valor == "yes";
+    } else if (const auto monto = montos.find(nombre); monto != montos.end()) {
+      p.*monto->second = pruebas::Real(valor);
+    } else {
+      p.*tasas.at(nombre) = pruebas::Real(valor);
+    }
+  }
+  return p;
+}
+
+/// A document in words, and the fields and notes of the same one as a program writes them by hand: lines of
+/// palabras.txt, with amounts of their own.
 struct Sorteado {
-  explicit Sorteado(std::mt19937_64& generador, ENUM_MODULO elModulo) : modulo(elModulo), azar(generador) {
-    datos.DecimalesLinea = 2 + static_cast<int>(Hasta(5));
-    for (auto n = Hasta(8); n > 0; --n) Sortea();
+  Sorteado(std::mt19937_64& azar, ENUM_MODULO elModulo) : modulo(elModulo) {
+    static const auto filas = pruebas::Casos("documentos/palabras.txt", " | ");
+    datos.DecimalesLinea = 2 + static_cast<int>(azar() % 5);
+    for (auto n = azar() % 8; n > 0; --n) {
+      const auto& fila = filas[azar() % filas.size()];
+      EnPalabras p = LeeEnPalabras(fila[0]);
+      // Purchases have one discount.
+      if (modulo == kCompras && p.Descuentos[2] != 0) continue;
+      p.Cantidad = static_cast<double>(1 + azar() % 10'000) / 100;
+      p.Precio = static_cast<double>(azar() % 1'000'000'000) / 1e6;
+      enPalabras.push_back(p);
+      aMano.push_back(AMano(pruebas::LineaDe(fila.at(1)), p.Cantidad, p.Precio));
+    }
   }
 
   ENUM_MODULO modulo;
@@ -44,86 +97,37 @@ struct Sorteado {
   vel::TDatosFiscales datos;
 
  private:
-  std::uint64_t Hasta(std::uint64_t n) { return azar() % n; }
-  double Una(std::initializer_list<double> valores) { return valores.begin()[Hasta(valores.size())]; }
-
-  void Pon(int n, double tasa, int codigo) {
-    aMano.back()[u"IMPU" + IntToStr(n)] = Variant(tasa);
-    aMano.back()[u"IMP" + IntToStr(n) + u"APLA"] = Variant(codigo);
+  PorNombre AMano(PorNombre m, double cantidad, double precio) {
+    vel::TNotaPartida nota{.Renglon = enPalabras.size()};
+    nota.Exento[3] = !m.extract(u"EXENTO").empty();
+    if (const auto unidades = m.extract(u"UNIDADES")) nota.Unidades = unidades.mapped().AsDouble();
+    for (const char16_t* const nombre : {u"ISH", u"Cedular"}) {
+      const auto tasa = m.extract(nombre);
+      if (tasa) Pon(m, Local(nombre, tasa.mapped().AsDouble() < 0), tasa.mapped().AsDouble(), 0);
+    }
+    for (int n = 1; n <= 8; ++n) Pon(m, n, 0, n == 2 ? 0 : 6);
+    if (const auto cuota = m.find(u"MTO_CUOTA"); cuota != m.end())
+      cuota->second = vel::g_redoTo(cuota->second.AsDouble() * nota.Unidades.value_or(cantidad), 6);
+    m[u"CANT"] = cantidad;
+    m[u"PREC"] = m[u"COST"] = precio;
+    if (m.try_emplace(u"MUESTRA_PAR", u"N").second) datos.Notas.push_back(nota);
+    return m;
   }
 
-  void Sortea() {
-    EnPalabras& p = enPalabras.emplace_back();
-    PorNombre& m = aMano.emplace_back();
-    vel::TNotaPartida nota{.Renglon = aMano.size()};
-    p.Cantidad = static_cast<double>(1 + Hasta(10'000)) / 100;
-    p.Precio = static_cast<double>(Hasta(1'000'000'000)) / 1e6;
-    p.TipoCambio = Una({1, 1, 1, 16.7531});
-    m = {{u"CANT", Variant(p.Cantidad)},
-         {u"PREC", Variant(p.Precio)},
-         {u"COST", Variant(p.Precio)},
-         {u"TIP_CAM", Variant(p.TipoCambio)}};
-    for (int n = 1; n <= 8; ++n) Pon(n, 0, n == 2 ? 0 : 6);
-    p.Visible = Hasta(12) != 0;
-    m[u"MUESTRA_PAR"] = Variant(p.Visible ? u"N" : u"S");
-    if (!p.Visible) return;
-    p.ComponenteDeKit = Hasta(12) == 0;
-    // All that a line may say of itself not to count.
-    constexpr const char16_t* kClases[][2] = {{u"P", u"K"}, {u"S", u"K"}, {u"G", u"N"}};
-    const auto& clase = kClases[Hasta(3)];
-    m[u"TIPO_PROD"] = Variant(p.ComponenteDeKit ? clase[0] : u"");
-    m[u"TIPO_ELEM"] = Variant(p.ComponenteDeKit ? clase[1] : u"");
-    p.Descuentos[0] = Una({0, 0, 10, 2.5, 33.3333});
-    m[u"DESCU"] = m[u"DESC1"] = Variant(p.Descuentos[0]);
-    if (modulo == kVentas) m[u"DESC3"] = Variant(p.Descuentos[2] = Una({0, 0, 7}));
-    Excisa(p, nota);
-    const int sobre = p.Ieps || p.Cuota ? 1 : 0;
-    if (const double iva = Una({-1, 0, 8, 16, 16, 16}); iva >= 0) Pon(4, *(p.Iva = iva), sobre);
-    if (!p.Iva && Hasta(2) == 0) {
-      nota.Exento[3] = p.IvaExento = true;
-      Pon(4, 0, sobre);
-    }
-    if (Hasta(4) == 0) Pon(2, -*(p.RetencionIsr = Una({10, 1.25, 0})), 0);
-    if (Hasta(4) == 0) Pon(3, -*(p.RetencionIva = Una({10.6667, 4})), sobre);
-    for (const bool retenido : {false, true}) {
-      if (Hasta(6) != 0) continue;
-      const double tasa = Una({3, 2.5});
-      p.Locales.emplace_back(retenido ? "Cedular" : "ISH", tasa, retenido);
-      Pon(Local(retenido), retenido ? -tasa : tasa, 0);
-    }
-    datos.Notas.push_back(nota);
+  // Where the line does not say it already.
+  static void Pon(PorNombre& m, int n, double tasa, int codigo) {
+    m.try_emplace(u"IMPU" + IntToStr(n), tasa);
+    m.try_emplace(u"IMP" + IntToStr(n) + u"APLA", static_cast<double>(codigo));
   }
 
-  void Excisa(EnPalabras& p, vel::TNotaPartida& nota) {
-    if (const double ieps = Una({-1, -1, 8, 26.5, 160}); ieps >= 0) Pon(1, *(p.Ieps = ieps), 0);
-    if (Hasta(5) != 0) return;
-    p.Cuota = CuotaIeps{.PorUnidad = Una({1.63, 0.6166, 5})};
-    if (Hasta(2) == 0) nota.Unidades = p.Cuota->Unidades = static_cast<double>(1 + Hasta(1'000)) / 10;
-    const char16_t* modo = p.Ieps ? u"A" : u"C";
-    if (!p.Ieps && Hasta(2) == 0) p.Cuota->Modo = ENUM_CUOTA::SOLA;
-    if (p.Ieps && Hasta(2) == 0) {
-      p.Cuota->Modo = ENUM_CUOTA::MINIMA;
-      modo = u"M";
-    }
-    if (!p.Ieps) Pon(1, 0, 0);
-    aMano.back()[u"MAN_IEPS"] = Variant(u"S");
-    aMano.back()[u"APL_MAN_IMP"] = Variant(1);
-    aMano.back()[u"APL_MAN_IEPS"] = Variant(modo);
-    aMano.back()[u"MTO_CUOTA"] =
-        Variant(vel::g_redoTo(p.Cuota->PorUnidad * nota.Unidades.value_or(p.Cantidad), 6));
-  }
-
-  int Local(bool retenido) {
-    const vel::TImpuestoAsignado local{vel::ENUM_IMPUESTO_FISCAL::LOCAL, retenido,
-                                       retenido ? u"Cedular" : u"ISH"};
+  int Local(const UnicodeString& nombre, bool retenido) {
+    const vel::TImpuestoAsignado local{vel::ENUM_IMPUESTO_FISCAL::LOCAL, retenido, nombre};
     std::size_t i = 4;
     while (datos.Impuestos[i].Impuesto != vel::ENUM_IMPUESTO_FISCAL::NINGUNO && datos.Impuestos[i] != local)
       ++i;
     datos.Impuestos[i] = local;
     return static_cast<int>(i) + 1;
   }
-
-  std::mt19937_64& azar;
 };
 
 std::vector<std::uint64_t> Bits(const vel::TCalculoCFDI& m) {
@@ -224,40 +228,9 @@ TEST(Documentos, TellWhereTheEngineIsNotTheSumOfItsLines) {
 }
 
 TEST(Documentos, RefuseWhatIsImpossible) {
-  constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-  constexpr auto kLocal = [](int n) { return ImpuestoLocal(u"L" + IntToStr(n), 1); };
-  const std::vector<std::pair<EnPalabras, const char*>> casos{
-      {{.Cantidad = -1}, "Cantidad es -1, que no está entre 0 y 9000000000000"},
-      {{.Precio = kNan}, "Precio es NAN, que no está entre 0 y 9000000000000"},
-      {{.Cantidad = 1e7, .Precio = 1e7},
-       "el importe es 100000000000000, que no está entre 0 y 9000000000000"},
-      {{.TipoCambio = 0}, "TipoCambio es 0, que no está entre 1E-6 y 9000000000000"},
-      {{.Descuentos = {0, -5}}, "Descuentos es -5, que no está entre 0 y 100"},
-      {{.Descuentos = {60, 50}}, "la suma de Descuentos es 110, que no está entre 0 y 100"},
-      {{.Iva = 1600}, "Iva es 1600, que no está entre 0 y 1000"},
-      {{.Iva = 0, .IvaExento = true}, "Iva tiene tasa y la partida está exenta (IvaExento)"},
-      {{.Ieps = -8}, "Ieps es -8, que no está entre 0 y 1000"},
-      {{.Cantidad = 0, .Cuota = CuotaIeps{2}}, "Cuota.Unidades es 0, que no está entre 1E-6 y 9000000000000"},
-      {{.Cuota = CuotaIeps{2, {}, ENUM_CUOTA::MINIMA}},
-       "Cuota.Modo es MINIMA o ADICIONAL y falta la tasa en Ieps"},
-      {{.Ieps = 8, .Cuota = CuotaIeps{2, {}, ENUM_CUOTA::SOLA}},
-       "Cuota.Modo es SOLA y hay además una tasa en Ieps"},
-      {{.Ieps = 8, .Cuota = CuotaIeps{2, {}, ENUM_CUOTA{u'x'}}},
-       "Cuota.Modo no es uno de los modos de cuota"},
-      {{.RetencionIsr = -10}, "RetencionIsr es -10, que no está entre 0 y 1000"},
-      {{.RetencionIva = kNan}, "RetencionIva es NAN, que no está entre 0 y 1000"},
-      {{.Locales = {{"", 3}}}, "Locales tiene un impuesto sin nombre"},
-      {{.Locales = {{"ISH", 3}, {"ISH", 2}}}, "Locales tiene dos veces 'ISH'"},
-      {{.Locales = {kLocal(1), kLocal(2), kLocal(3), kLocal(4), kLocal(5)}},
-       "Locales tiene 'L5', y el documento no admite más de cuatro impuestos locales"},
-      {{.Iva = 0, .Visible = false},
-       "Visible es falso y la partida tiene impuestos, que el motor no calcula en una partida oculta"},
-      {{.Descuentos = {1}, .Visible = false},
-       "Visible es falso y la partida tiene Descuentos, que el motor no calcula en una partida oculta"}};
-  for (const auto& [partida, mensaje] : casos) {
-    const std::vector<EnPalabras> partidas{{}, partida};
-    const auto crea = [&partidas] { CreaPartidas(partidas); };
-    EXPECT_EQ(MensajeDe(crea), std::string("Partida 2: ") + mensaje);
+  for (const auto& caso : pruebas::Casos("documentos/palabras_errores.txt", " | ")) {
+    const std::vector<EnPalabras> partidas{{}, LeeEnPalabras(caso[0])};
+    EXPECT_EQ(MensajeDe([&] { CreaPartidas(partidas); }), "Partida 2: " + caso.at(1));
   }
   EXPECT_EQ(MensajeDe([] {
               Documento({{.Descuentos = {1, 1}}}, kCompras);

@@ -12,6 +12,7 @@
 #include "framework/Numeros.h"
 #include "tests/Casos.h"
 #include "tests/Mensaje.h"
+#include "tests/Reales.h"
 
 namespace {
 
@@ -22,27 +23,8 @@ using vel::UTF8Encode;
 constexpr double kInfinito = std::numeric_limits<double>::infinity();
 
 TEST(Montos, HaveThousandsAndAllTheirDecimals) {
-  const struct {
-    double valor;
-    int decimales;
-    const char* texto;
-  } casos[] = {{1234567.885, 2, "1,234,567.89"},
-               {-1234567.885, 2, "-1,234,567.89"},
-               {0, 2, "0.00"},
-               {-0.0, 0, "0"},
-               {-0.004, 2, "0.00"},
-               {-0.005, 2, "-0.01"},
-               {1.005, 2, "1.01"},
-               {999.995, 2, "1,000.00"},
-               {999, 0, "999"},
-               {2.5, 0, "3"},
-               {0.1 + 0.2, 15, "0.300000000000000"},
-               {1.5e-7, 2, "0.00"},
-               {1.5e-7, 8, "0.00000015"},
-               {5e-324, 0, "0"},
-               {1e15, 2, "1,000,000,000,000,000.00"},
-               {123456789012345678.0, 0, "123,456,789,012,346,000"}};
-  for (const auto& c : casos) EXPECT_EQ(UTF8Encode(FormateaMonto(c.valor, c.decimales)), c.texto);
+  for (const auto& c : pruebas::Casos("facil/montos.txt", "|"))
+    EXPECT_EQ(UTF8Encode(FormateaMonto(pruebas::Real(c.at(0)), std::stoi(c.at(1)))), c.at(2)) << c[0];
   EXPECT_EQ(FormateaMonto(1e300, 0).size(), 401U);
   EXPECT_EQ(FormateaMonto(TMontoFiscal{-123456785, 6}), u"-123.456785");
   EXPECT_EQ(FormateaMonto(TMontoFiscal{std::numeric_limits<std::int64_t>::min(), 3}, 2),

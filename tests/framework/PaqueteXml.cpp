@@ -49,16 +49,17 @@ TEST(PaqueteXml, ReadsWhatTheValuesMean) {
   EXPECT_EQ(datos.FieldByName(u"real").AsFloat(), 0.1);
   EXPECT_EQ(datos.FieldByName(u"Fijo").AsFloat(), 1234.5678);
   EXPECT_TRUE(datos.FieldByName(u"Si").AsBoolean());
-  EXPECT_EQ(texto(u"Cve"), u"A&<\"");
-  EXPECT_EQ(texto(u"Nombre"), u"Ñandú \n\t€ \U0001F600");
+  const std::pair<const char16_t*, const char16_t*> textos[] = {{u"Cve", u"A&<\""},
+                                                                {u"Nombre", u"Ñandú \n\t€ \U0001F600"},
+                                                                {u"Dia", u"29/02/2024"},
+                                                                {u"Hora", u"23:59:58.007"},
+                                                                {u"Momento", u"15/05/2024 06:00:00.500"},
+                                                                {u"Sello", u"01/01/0001"},
+                                                                {u"Memo", u"línea\r\ndos"},
+                                                                {u"Con blanco", u"sí"}};
+  for (const auto& [campo, esperado] : textos) EXPECT_EQ(texto(campo), esperado) << UTF8Encode(campo);
   EXPECT_EQ(datos.FieldByName(u"Nombre").Size(), 20);
-  EXPECT_EQ(texto(u"Dia"), u"29/02/2024");
-  EXPECT_EQ(texto(u"Hora"), u"23:59:58.007");
-  EXPECT_EQ(texto(u"Momento"), u"15/05/2024 06:00:00.500");
-  EXPECT_EQ(texto(u"Sello"), u"01/01/0001");
-  EXPECT_EQ(texto(u"Memo"), u"línea\r\ndos");
   EXPECT_FALSE(datos.FieldByName(u"MemoU").IsNull()) << "an empty text is not a null";
-  EXPECT_EQ(texto(u"Con blanco"), u"sí");
   TClientDataSet* const campos = datos.FieldByName(u"Campos").NestedDataSet();
   ASSERT_NE(campos, nullptr);
   ASSERT_EQ(campos->RecordCount(), 2U);

@@ -1,13 +1,17 @@
 #include "framework/TClientDataSet.h"
 
-#include <cstdint>
 #include <functional>
 #include <gtest/gtest.h>
+#include <map>
+#include <sstream>
+#include <string>
 #include <utility>
 
 #include "framework/Excepciones.h"
 #include "framework/TParams.h"
+#include "tests/Casos.h"
 #include "tests/Mensaje.h"
+#include "tests/Paramsql/Valores.h"
 
 namespace vel {
 namespace {
@@ -32,97 +36,70 @@ void Agrega(TClientDataSet& datos, std::u16string_view cve, double precio) {
   datos.Post();
 }
 
-TEST(TClientDataSet, WalksItsRecords) {
-  TClientDataSet datos = Productos();
-  EXPECT_TRUE(datos.Eof() && datos.Bof());
-  EXPECT_EQ(datos.RecNo(), 0U);
-  EXPECT_EQ(datos.FieldByName(u"prec").AsFloat(), 0) << "an empty data set reads as null";
-  EXPECT_EQ(datos.FieldByName(u"CVE").AsString(), u"");
-  EXPECT_EQ(datos.FieldByName(u"CVE").TextView(), u"");
-  EXPECT_EQ(datos.FieldByName(u"CVE").AsDateTime().Val(), 0);
-  EXPECT_TRUE(datos.FieldByName(u"CVE").Value().IsNull());
-  EXPECT_EQ(datos.FieldByName(u"LOTES").NestedDataSet(), nullptr);
-  datos.Prior();
-  datos.Next();
-  EXPECT_TRUE(datos.Eof());
-  Agrega(datos, u"A", 1.5);
-  Agrega(datos, u"B", 2);
-  datos.First();
-  const TField& cve = datos.FieldByName(u"CVE");
-  EXPECT_EQ(cve.TextView(), u"A");
-  EXPECT_TRUE(datos.Bof());
-  datos.Next();
-  EXPECT_EQ(cve.TextView(), u"B");
-  EXPECT_FALSE(datos.Eof());
-  datos.Next();
-  EXPECT_TRUE(datos.Eof());
-  EXPECT_EQ(cve.TextView(), u"B") << "the last record stays current after the end";
-  datos.Prior();
-  EXPECT_EQ(cve.TextView(), u"A");
-  EXPECT_FALSE(datos.Bof());
-  datos.Prior();
-  EXPECT_TRUE(datos.Bof());
-  EXPECT_TRUE(datos.Locate(u"PREC", Variant(2)));
-  EXPECT_EQ(datos.RecNo(), 2U);
-  EXPECT_FALSE(datos.Locate(u"CVE", Variant(u"a")));
-  datos.Edit();
-  datos.FieldByName(u"CVE").SetAsString(u"7");
-  datos.FieldByName(u"CANT").SetAsInteger(2);
-  EXPECT_TRUE(datos.Locate(u"CVE", Variant(7)));
-  EXPECT_FALSE(datos.Locate(u"CANT", Variant(2.5))) << "no whole number";
-  EXPECT_FALSE(datos.Locate(u"PREC", Variant(u"mucho")));
-  EXPECT_TRUE(datos.Locate(u"CANT", Variant::Null()));
-  EXPECT_THROW(datos.Locate(u"NADA", Variant(1)), EDatabaseError);
-  datos.First();
-  Agrega(datos, u"C", 3);
-  datos.First();
-  datos.Delete();
-  EXPECT_EQ(datos.RecNo(), 1U);
-  datos.Append();
-  datos.Delete();
-  EXPECT_EQ(datos.RecordCount(), 2U) << "what was not put is not there to delete";
-  datos.Delete();
-  datos.Delete();
-  EXPECT_TRUE(datos.Bof() && datos.Eof());
-  datos.Append();
-  datos.Cancel();
-  datos.Cancel();
-  EXPECT_TRUE(datos.Bof() && datos.Eof());
+// What a program sees of it: see recorridos.txt.
+std::string Ve(const TClientDataSet& datos) {
+  std::string texto = std::string(datos.Bof() ? "B" : ".") + (datos.Eof() ? "E" : ".") + " " +
+                      std::to_string(datos.RecNo()) + "/" + std::to_string(datos.RecordCount());
+  for (const char16_t* const nombre : {u"CVE", u"PREC", u"CANT"}) {
+    const TField& campo = datos.FieldByName(nombre);
+    texto += " " + (campo.IsNull() ? "-" : UTF8Encode(campo.AsString()));
+  }
+  const TField& lotes = datos.FieldByName(u"LOTES");
+  texto += " " + (lotes.IsNull() ? "-" : UTF8Encode(lotes.NestedDataSet()->Fields(0).AsString()));
+  return texto;
 }
 
-TEST(TClientDataSet, EditsAndPutsBack) {
+// One step of a walk; gives what it answers.
+std::string Da(TClientDataSet& datos, const std::string& paso) {
+  using D = TClientDataSet;
+  static const std::map<std::string, void (D::*)()> sueltos = {
+      {"first", &D::First},   {"next", &D::Next},     {"prior", &D::Prior},
+      {"append", &D::Append}, {"edit", &D::Edit},     {"post", &D::Post},
+      {"cancel", &D::Cancel}, {"delete", &D::Delete}, {"empty", &D::EmptyDataSet}};
+  if (const auto suelto = sueltos.find(paso); suelto != sueltos.end()) return (datos.*suelto->second)(), "";
+  std::istringstream entrada = pruebas::Entrada(paso);
+  std::string verbo, nombre, valor;
+  std::getline(entrada >> verbo >> nombre >> std::ws, valor);
+  if (verbo == "locate")
+    return datos.Locate(UTF8ToString(nombre), pruebas::ValorDe(valor)) ? "found" : "not found";
+  TField& campo = datos.FieldByName(UTF8ToString(nombre));
+  if (verbo == "text") campo.SetAsString(UTF8ToString(valor.substr(1, valor.size() - 2)));
+  if (verbo == "float") campo.SetAsFloat(pruebas::Real(valor));
+  if (verbo == "integer") campo.SetAsInteger(std::stoi(valor));
+  if (verbo == "value") campo.SetValue(pruebas::ValorDe(valor));
+  if (verbo == "clear") campo.Clear();
+  if (verbo == "nest") {
+    TClientDataSet* const lotes = campo.NestedDataSet();
+    lotes->Append();
+    lotes->Fields(0).SetAsString(UTF8ToString(valor));
+    lotes->Post();
+  }
+  return "";
+}
+
+TEST(TClientDataSet, IsWalkedAndEdited) {
   TClientDataSet datos = Productos();
-  EXPECT_THROW(datos.Edit(), EDatabaseError);
-  Agrega(datos, u"AAAA", 1.5);
-  EXPECT_THROW(datos.FieldByName(u"PREC").SetAsFloat(3), EDatabaseError) << "not in edit";
-  datos.Edit();
-  datos.FieldByName(u"PREC").SetAsString(u" 7.25 ");
-  TClientDataSet* const lotes = datos.FieldByName(u"LOTES").NestedDataSet();
-  lotes->Append();
-  lotes->FieldByName(u"LOTE").SetAsString(u"L1");
-  lotes->Post();
-  datos.Edit();
-  EXPECT_THROW(datos.FieldByName(u"PREC").SetAsString(u"doce"), EConvertError);
-  EXPECT_THROW(datos.FieldByName(u"CANT").SetAsFloat(3e9), EDatabaseError);
-  EXPECT_THROW(datos.FieldByName(u"CVE").SetAsString(u"LARGA"), EDatabaseError);
-  EXPECT_EQ(datos.FieldByName(u"PREC").AsFloat(), 7.25);
-  datos.Cancel();
-  EXPECT_EQ(datos.FieldByName(u"PREC").AsFloat(), 1.5);
-  EXPECT_TRUE(datos.FieldByName(u"LOTES").IsNull());
-  datos.Edit();
-  datos.FieldByName(u"CVE").Clear();
-  EXPECT_THROW(datos.Post(), EDatabaseError) << "required";
-  datos.FieldByName(u"CVE").SetValue(Variant(12));
-  datos.First();
-  EXPECT_EQ(datos.FieldByName(u"CVE").AsString(), u"12") << "a move posts";
-  datos.Append();
-  datos.Cancel();
-  EXPECT_EQ(datos.RecordCount(), 1U);
-  datos.Edit();
-  datos.EmptyDataSet();
-  EXPECT_TRUE(datos.IsEmpty() && datos.Eof());
-  EXPECT_THROW(datos.FieldByName(u"PREC").SetAsFloat(3), EDatabaseError) << "no more in edit";
-  EXPECT_THROW(datos.Delete(), EDatabaseError);
+  const TField& cve = datos.FieldByName(u"cve");
+  EXPECT_EQ(datos.FieldByName(u"PREC").AsFloat(), 0) << "an empty data set reads as null";
+  EXPECT_EQ(cve.TextView(), u"");
+  EXPECT_EQ(cve.AsDateTime().Val(), 0);
+  EXPECT_TRUE(cve.Value().IsNull());
+  EXPECT_EQ(datos.FieldByName(u"LOTES").NestedDataSet(), nullptr);
+  for (const auto& caso : pruebas::Casos("paquetes/recorridos.txt", " | ")) {
+    std::istringstream pasos = pruebas::Entrada(caso.at(0));
+    std::string dice;
+    for (std::string paso; std::getline(pasos >> std::ws, paso, ';');) {
+      try {
+        dice += Da(datos, paso);
+      } catch (const EConvertError& e) {
+        dice += "no conversion: " + UTF8Encode(e.Message());
+      } catch (const EDatabaseError& e) {
+        dice += UTF8Encode(e.Message());
+      }
+    }
+    EXPECT_EQ(Ve(datos) + (dice.empty() ? "" : " " + dice), caso.at(1)) << caso[0];
+    EXPECT_EQ(cve.TextView(), cve.AsString());
+  }
 }
 
 TEST(TClientDataSet, CopiesAndAppendsByName) {
@@ -181,35 +158,18 @@ TEST(TClientDataSet, CopiesAndAppendsByName) {
 }
 
 TEST(TClientDataSet, KeepsOfAValueWhatItsFieldIs) {
-  const struct {
-    TFieldType tipo;
-    Variant valor;
-    double queda;
-    const char16_t* texto;
-  } casos[] = {{TFieldType::ftDate, Variant(TDateTime(45427.75)), 45427, u"15/05/2024"},
-               {TFieldType::ftTime, Variant(TDateTime(45427.75)), 0.75, u"18:00:00"},
-               {TFieldType::ftTime, Variant(TDateTime(-1.25)), 0.25, u"06:00:00"},
-               {TFieldType::ftTime, Variant(TDateTime(45427)), 0, u"00:00:00"},
-               {TFieldType::ftDateTime, Variant(u"15/05/2024"), 45427, u"15/05/2024"},
-               {TFieldType::ftInteger, Variant(true), -1, u"-1"},
-               {TFieldType::ftInteger, Variant(u" "), 0, u""},
-               {TFieldType::ftLargeint, Variant(std::int64_t{5'000'000'000}), 5e9, u"5000000000"},
-               {TFieldType::ftFloat, Variant(true), -1, u"-1"},
-               {TFieldType::ftBoolean, Variant(7), -1, u"True"},
-               {TFieldType::ftBoolean, Variant(0), 0, u"False"},
-               {TFieldType::ftBoolean, Variant(-0.5), -1, u"True"},
-               {TFieldType::ftBoolean, Variant(u"true"), -1, u"True"},
-               {TFieldType::ftString, Variant(-1.5), -1.5, u"-1.5"}};
   TClientDataSet datos;
-  for (const auto& c : casos) {
-    datos.CreateDataSet({{.Name = u"A", .DataType = c.tipo}});
+  for (const auto& c : pruebas::Casos("paquetes/conversiones.txt", "|")) {
+    const Variant valor = pruebas::ValorDe(c.at(1));
+    const double queda = pruebas::Real(c.at(2));
+    datos.CreateDataSet({{.Name = u"A", .DataType = pruebas::TipoDe(c.at(0))}});
     datos.Append();
-    datos.Fields(0).SetValue(c.valor);
-    SCOPED_TRACE(static_cast<int>(c.tipo));
-    EXPECT_EQ(datos.Fields(0).AsFloat(), c.queda);
-    EXPECT_EQ(datos.Fields(0).AsString(), c.texto);
-    EXPECT_EQ(datos.Fields(0).AsBoolean(), c.queda != 0);
-    EXPECT_EQ(datos.Locate(u"A", c.valor), *c.texto != 0);
+    datos.Fields(0).SetValue(valor);
+    SCOPED_TRACE(c[0] + " " + c[1]);
+    EXPECT_EQ(datos.Fields(0).AsFloat(), queda);
+    EXPECT_EQ(UTF8Encode(datos.Fields(0).AsString()), c.at(3));
+    EXPECT_EQ(datos.Fields(0).AsBoolean(), queda != 0);
+    EXPECT_EQ(datos.Locate(u"A", valor), !c[3].empty());
   }
   datos.CreateDataSet({{.Name = u"A", .DataType = TFieldType::ftString}});
   datos.Append();

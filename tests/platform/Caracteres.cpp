@@ -50,13 +50,6 @@ TEST(Caracteres, AnswerAsTheReferenceForEveryCodeUnit) {
   }
 }
 
-TEST(Caracteres, TestsDigitsAndLettersOfAnyScript) {
-  for (const char16_t c : std::u16string_view(u"09٣")) EXPECT_TRUE(EsDigito(c) && EsAlfanumerico(c));
-  for (const char16_t c : std::u16string_view(u"aÑéЖ")) EXPECT_TRUE(EsAlfanumerico(c) && !EsDigito(c));
-  for (const char16_t c : std::u16string_view(u" &@-½²³Ⅻⅻ\u0301\u00A0"))
-    EXPECT_EQ(EsAlfanumerico(c) + EsDigito(c), 0);
-}
-
 TEST(PaginaCodigos, EveryByteSurvives) {
   AnsiString bytes;
   for (int i = 0; i < 256; ++i) bytes.push_back(static_cast<char>(static_cast<unsigned char>(i)));

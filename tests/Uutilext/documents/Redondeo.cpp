@@ -14,6 +14,7 @@
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
 #include "tests/Casos.h"
+#include "tests/Reales.h"
 
 namespace vel {
 namespace {
@@ -57,56 +58,27 @@ double PorTexto(double valor, int n) {
   return StrToFloat(w.substr(0, w.find(u'.'))) * p;
 }
 
-// Where one way of rounding gives way to another.
-constexpr double kEsquinas[] = {0,
-                                1e-4,
-                                9.9999e-5,
-                                1.5e-5,
-                                1.2345e-7,
-                                0.49999999999999994,
-                                0.005,
-                                0.0049999999999999,
-                                999999.5,
-                                999999999999.5,
-                                1e9,
-                                999999999.9999999,
-                                123456789012.345,
-                                99999999999999.9,
-                                1e12 - 0.5,
-                                1e15 - 0.125,
-                                1e15,
-                                1e15 + 0.25,
-                                123456.7890125,
-                                4503599627370497.5};
-
 TEST(GRedoTo, EqualsTheTextRuleBitForBit) {
   std::mt19937_64 azar(20240515);
   const auto entero = [&azar](std::int64_t maximo) {
     return static_cast<double>(static_cast<std::int64_t>(azar() % static_cast<std::uint64_t>(maximo)));
   };
+  // Where one way of rounding gives way to another.
+  const auto esquinas = pruebas::Casos("documentos/esquinas.txt", "|");
   std::array<std::vector<double>, 24> columnas;
   for (int i = 0; i < 400'000; ++i) {
     const int n = 1 + static_cast<int>(azar() % (i % 7 == 0 ? 23 : 9));
-    double valor = 0;
-    switch (i % 5) {
-      case 0:
-        valor = entero(1'000'000'000'000) / 1e6;
-        break;
-      case 1:  // halves and their neighbours
-        valor = (entero(100'000'000) + 0.5) / std::pow(10, n);
-        if (i % 2 == 0) valor = std::nextafter(valor, i % 4 == 0 ? kInf : 0);
-        break;
-      case 2:  // the fifteenth digit
-        valor = entero(2'000'000'000'000'000) / std::pow(10, static_cast<double>(azar() % 16));
-        break;
-      case 3:  // just below a whole number of units
-        valor =
-            (entero(1'000'000'000) + 1 - std::ldexp(1.0, -static_cast<int>(azar() % 53))) / std::pow(10, n);
-        break;
-      default:
-        valor = std::ldexp(entero(1LL << 53), static_cast<int>(azar() % 400) - 250);
-    }
-    if (i % 64 == 0) valor = kEsquinas[azar() % std::size(kEsquinas)];
+    const double unidad = std::pow(10, n);
+    // Amounts, halves, the fifteenth digit, just below a whole number of units, and all magnitudes.
+    const double formas[] = {
+        entero(1'000'000'000'000) / 1e6, (entero(100'000'000) + 0.5) / unidad,
+        entero(2'000'000'000'000'000) / std::pow(10, static_cast<double>(azar() % 16)),
+        (entero(1'000'000'000) + 1 - std::ldexp(1.0, -static_cast<int>(azar() % 53))) / unidad,
+        std::ldexp(entero(1LL << 53), static_cast<int>(azar() % 400) - 250)};
+    double valor = formas[i % 5];
+    // The neighbours of halves.
+    if (i % 10 == 6) valor = std::nextafter(valor, i % 4 == 0 ? kInf : 0);
+    if (i % 64 == 0) valor = pruebas::Real(esquinas[azar() % esquinas.size()][0]);
     if (azar() % 2 == 0) valor = -valor;
     columnas[static_cast<std::size_t>(n)].push_back(valor);
     ASSERT_EQ(std::bit_cast<std::uint64_t>(g_redoTo(valor, n)),

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
+#include "tests/Casos.h"
 #include "tests/Mensaje.h"
 #include "tools/utilvel/cfdi/Comprobante.h"
 
@@ -16,33 +17,9 @@ TMontoFiscal Exige(const char* texto) {
 }
 
 TEST(Montos, AreReadAsTheyArePrinted) {
-  const struct {
-    const char* texto;
-    TMontoFiscal monto;
-    std::string falla;
-  } casos[] = {
-      {"10.50", {1050, 2}, ""},
-      {" 7\n", {7, 0}, ""},
-      {".5", {5, 1}, ""},
-      {"5.", {5, 0}, ""},
-      {"0.000001", {1, 6}, ""},
-      {"9223372036854.775807", {9'223'372'036'854'775'807, 6}, ""},
-      {"9223372036854", {9'223'372'036'854, 0}, ""},
-      {"9223372036854.775808", {}, "es demasiado grande"},
-      {"9223372036855", {}, "es demasiado grande"},
-      {"99999999999999999999999999", {}, "es demasiado grande"},
-      {"0.0000001", {}, "tiene demasiados decimales"},
-      {"", {}, "no es un número sin signo"},
-      {".", {}, "no es un número sin signo"},
-      {"-1", {}, "no es un número sin signo"},
-      {"1e3", {}, "no es un número sin signo"},
-      {"1,000", {}, "no es un número sin signo"},
-      {"1.2.3", {}, "no es un número sin signo"},
-  };
-  for (const auto& caso : casos) {
-    const Lectura lectura = LeeMonto(caso.texto, kDecimales);
-    EXPECT_EQ(lectura.falla == nullptr ? "" : lectura.falla, caso.falla) << caso.texto;
-    EXPECT_EQ(lectura.falla == nullptr ? lectura.monto : TMontoFiscal(), caso.monto) << caso.texto;
+  for (const auto& caso : pruebas::Casos("cfdi/montos.txt", "|")) {
+    const Lectura lectura = LeeMonto(pruebas::Descifra(caso.at(0)), kDecimales);
+    EXPECT_EQ(lectura.falla == nullptr ? Texto(lectura.monto) : lectura.falla, caso.at(1)) << caso[0];
   }
 }
 
@@ -79,12 +56,8 @@ TEST(Montos, OfAnotherCurrencyHaveTheMarginOfTheirPrintedDigits) {
 }
 
 TEST(Montos, HaveTheDecimalsOfTheirCurrency) {
-  const struct {
-    const char* moneda;
-    int decimales;
-  } casos[] = {{"MXN", 2}, {"USD", 2}, {"BHD", 3}, {"CLF", 4}, {"JPY", 0},
-               {"TND", 3}, {"XXX", 0}, {"", 2},    {"ZZZ", 2}};
-  for (const auto& caso : casos) EXPECT_EQ(DecimalesMoneda(caso.moneda), caso.decimales) << caso.moneda;
+  for (const auto& caso : pruebas::Casos("cfdi/monedas.txt", "|"))
+    EXPECT_EQ(DecimalesMoneda(caso.at(0)), std::stoi(caso.at(1))) << caso[0];
 }
 
 }  // namespace
