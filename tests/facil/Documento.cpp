@@ -57,7 +57,7 @@ EnPalabras LeeEnPalabras(const std::string& texto) {
     if (nombre == "Descuentos") {
       std::ranges::transform(partes, p.Descuentos.begin(), pruebas::Real);
     } else if (nombre == "Cuota") {
-      CuotaIeps& cuota = p.Cuota.emplace(pruebas::Real(partes[0]));
+      CuotaIeps& cuota = p.Cuota.emplace(CuotaIeps{pruebas::Real(partes[0])});
       if (partes.size() > 1 && !partes[1].empty()) cuota.Unidades = pruebas::Real(partes[1]);
       if (partes.size() > 2) cuota.Modo = ENUM_CUOTA{static_cast<char16_t>(partes[2].at(0))};
     } else if (nombre == "Local") {
