@@ -48,6 +48,8 @@ TEST(Impuestos, TakeTheirBaseFromTheCode) {
   Calculo cuota({Mas(Iva(0, 100), {{u"MTO_CUOTA", Variant(5.0)}})});
   cuota.ImpuestoPartida[2] = 7;
   EXPECT_EQ(cuota.AplicaImpuAdicIEPS(u"C", 100, 10, 0, 2), 5);
+  // One that is applied in no known way leaves it.
+  for (const char16_t* modo : {u"", u"X", u"MC"}) EXPECT_EQ(cuota.AplicaImpuAdicIEPS(modo, 100, 10, 0, 2), 5);
 }
 
 TEST(Totales, AddToTheListsOfTheCalculationBefore) {
