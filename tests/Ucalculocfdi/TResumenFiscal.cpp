@@ -274,8 +274,9 @@ TEST(Resumen, KnowsTheLimitsByBothReadings) {
     const TMontoFiscal uno{std::stoll(c.at(1)), std::stoi(c.at(2))};
     const bool deImpuesto = c.at(0) == "tax";
     const TMontoFiscal otro{std::stoll(c.at(3)), std::stoi(c.at(4))};
+    const TMontoFiscal importe{0, deImpuesto ? 2 : std::stoi(c.at(6))};
     const TLimitesFiscales l = deImpuesto ? limites(uno, otro.Unidades, otro.Decimales)
-                                          : TResumenFiscal().LimitesImporte({1, uno, otro, {0, 2}, {}, {}});
+                                          : TResumenFiscal().LimitesImporte({1, uno, otro, importe, {}, {}});
     EXPECT_EQ(Texto(l.Inferior) + " " + Texto(l.Superior), c.at(5)) << c[1];
     const std::string enMoneda = Texto(l.InferiorMoneda) + " " + Texto(l.SuperiorMoneda);
     EXPECT_TRUE(!deImpuesto || enMoneda == c.at(6)) << c[1] << ": " << enMoneda;
