@@ -78,7 +78,7 @@ TEST(GRedoTo, EqualsTheTextRuleBitForBit) {
     double valor = formas[i % 5];
     // The neighbours of halves.
     if (i % 10 == 6) valor = std::nextafter(valor, i % 4 == 0 ? kInf : 0);
-    if (i % 64 == 0) valor = pruebas::Real(esquinas[azar() % esquinas.size()][0]);
+    if (i % 64 == 0) valor = pruebas::Real(esquinas[static_cast<std::size_t>(azar() % esquinas.size())][0]);
     if (azar() % 2 == 0) valor = -valor;
     columnas[static_cast<std::size_t>(n)].push_back(valor);
     ASSERT_EQ(std::bit_cast<std::uint64_t>(g_redoTo(valor, n)),
