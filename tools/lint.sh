@@ -19,11 +19,13 @@ step() {
 }
 
 # tidy FOLDER [OPTION] FILE...: clang-tidy with the folder's compile commands. Only the count of what it holds back in
-# other people's headers is left out.
+# other people's headers is left out. Its analyzer gives up on a function after 75,000 states, which is what Clang takes
+# for a quick look; three times as many, its default, found nothing more in half as much time again.
 tidy() {
-  local folder=$1 options=()
+  local folder=$1 option options=()
   shift
-  if [[ $1 == --* ]]; then options=("$1"); shift; fi
+  for option in -Xclang -analyzer-config -Xclang max-nodes=75000; do options+=("--extra-arg=$option"); done
+  if [[ $1 == --* ]]; then options+=("$1"); shift; fi
   printf '%s\0' "$@" | xargs -0 -P "$(nproc)" -n 3 clang-tidy --quiet -p "$folder" "${options[@]}" \
     2> >(grep -vE '^[0-9]+ warnings? generated\.$' >&2 || true)
 }
