@@ -22,7 +22,8 @@ std::size_t AnchoTerminal();
 bool ConColor(Flujo flujo);
 
 /// From here on Ctrl-C (and what asks a program to end) only raises a flag, the second time it ends the
-/// program, and a reader that went away is an error of writing.
+/// program and deletes the file that an Escritor has not finished, and a reader that went away is an error of
+/// writing.
 void AtiendeSenales();
 bool HuboInterrupcion() noexcept;
 /// Raises Interrumpido after a Ctrl-C. Loops ask between rows, where nothing is half done.
@@ -31,14 +32,13 @@ void RevisaInterrupcion();
 [[noreturn]] void TerminaPorInterrupcion();
 [[noreturn]] void TerminaPorTuberia();
 
-/// While one lives, Ctrl-C ends the program at once: around calls of other libraries that wait and take no
-/// notice. The file that an Escritor has not finished is deleted even so.
+/// While one lives, Ctrl-C, also one that came just before, ends the program at once: around calls of other
+/// libraries that wait and take no notice. The file that an Escritor has not finished is deleted even so.
 class EsperaLarga {
  public:
   EsperaLarga() noexcept;
   EsperaLarga(const EsperaLarga&) = delete;
   EsperaLarga& operator=(const EsperaLarga&) = delete;
-  /// Raises nothing; a Ctrl-C that came before it is noticed by RevisaInterrupcion.
   ~EsperaLarga();
 };
 

@@ -72,6 +72,12 @@ std::string Nativa(const std::string& ruta) {
   std::_Exit(128 + senal);
 }
 
+// Muere after deleting the file that has no name yet. For handlers too.
+[[noreturn]] void Acaba(int senal) {
+  if (porBorrar != nullptr) unlink(porBorrar);
+  Muere(senal);
+}
+
 // Keeps what is typed from the screen until it is destroyed.
 class SinEco {
  public:
@@ -109,13 +115,13 @@ bool ConColor(Flujo flujo) {
 void AtiendeSenales() {
   struct sigaction accion {};
   accion.sa_handler = [](int senal) {
+    const bool otra = interrumpido != 0;
     interrumpido = senal;
-    if (esperaLarga == 0) return;
-    if (porBorrar != nullptr) unlink(porBorrar);
-    Muere(senal);
+    if (otra || esperaLarga != 0) Acaba(senal);
   };
-  // Without SA_RESTART: who waits for input must notice. A second signal ends the program at once.
-  accion.sa_flags = static_cast<int>(SA_RESETHAND | SA_NODEFER);
+  // Without SA_RESTART: who waits for input must notice. With SA_NODEFER: a second signal comes even while
+  // the first is attended to (timeout sends two at once), and Muere's own arrives.
+  accion.sa_flags = SA_NODEFER;
   for (const int senal : {SIGINT, SIGTERM, SIGHUP}) {
     struct sigaction previa {};
     // What whoever started the program wants ignored (nohup) stays so.
@@ -132,7 +138,10 @@ void RevisaInterrupcion() {
   if (HuboInterrupcion()) throw Interrumpido();
 }
 
-EsperaLarga::EsperaLarga() noexcept { esperaLarga = 1; }
+EsperaLarga::EsperaLarga() noexcept {
+  esperaLarga = 1;
+  if (HuboInterrupcion()) Acaba(interrumpido);
+}
 EsperaLarga::~EsperaLarga() { esperaLarga = 0; }
 
 void TerminaPorInterrupcion() { Muere(interrumpido); }
