@@ -1,6 +1,5 @@
 // utilvel certificado: number and validity of a seal's certificate, and whether a key belongs to it.
 
-#include <CLI/CLI.hpp>
 #include <ctime>
 #include <memory>
 #include <string>
@@ -8,6 +7,7 @@
 
 #include "Uutilext/crypto/Certificados.h"
 #include "framework/Excepciones.h"
+#include "tools/utilvel/Argumentos.h"
 #include "tools/utilvel/Comandos.h"
 #include "tools/utilvel/Entrada.h"
 #include "tools/utilvel/Errores.h"
@@ -124,8 +124,8 @@ void AgregaCertificado(Programa& programa) {
                     {"utilvel certificado sello.cer --llave sello.key < contrasena.txt",
                      "También si la contraseña abre la llave y si es la del certificado."}}},
       [o] { return Corre(*o); });
-  comando.add_option("CERTIFICADO", o->certificado, "Archivo .cer")->required();
-  comando.add_option("--llave", o->llave, "Archivo .key con la llave privada")->type_name("ARCHIVO");
+  AgregaArgumento(comando, "CERTIFICADO", o->certificado, "Archivo .cer").Exige();
+  AgregaArgumento(comando, "--llave", o->llave, "Archivo .key con la llave privada").Toma("ARCHIVO");
   AgregaOpcionesFilas(comando, o->filas);
 }
 

@@ -1,6 +1,5 @@
 // utilvel cfdi: verifies the figures of electronic invoices.
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <condition_variable>
 #include <exception>
@@ -15,6 +14,7 @@
 #include <vector>
 
 #include "framework/Excepciones.h"
+#include "tools/utilvel/Argumentos.h"
 #include "tools/utilvel/Avance.h"
 #include "tools/utilvel/Comandos.h"
 #include "tools/utilvel/Entrada.h"
@@ -355,9 +355,10 @@ void AgregaCfdi(Programa& programa) {
                     {"find . -name '*.xml' | utilvel cfdi --lista - --csv --salida informe.csv",
                      "Verifica miles de facturas, con una barra de avance."}}},
       [o] { return Corre(*o); });
-  comando.add_option("FACTURA", o->archivos, "Factura electrónica en XML; \"-\" es la entrada estándar");
-  comando.add_option("--lista", o->lista, "Archivo con los nombres de las facturas, uno por renglón")
-      ->type_name("ARCHIVO");
+  AgregaArgumento(comando, "FACTURA", o->archivos,
+                  "Factura electrónica en XML; \"-\" es la entrada estándar");
+  AgregaArgumento(comando, "--lista", o->lista, "Archivo con los nombres de las facturas, uno por renglón")
+      .Toma("ARCHIVO");
   AgregaOpcionesFilas(comando, o->filas);
 }
 

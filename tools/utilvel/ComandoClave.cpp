@@ -1,11 +1,11 @@
 // utilvel clave: how catalogs store a key, and its series and number.
 
-#include <CLI/CLI.hpp>
 #include <memory>
 #include <string>
 
 #include "Uutilext/text/Claves.h"
 #include "Uutilext/text/Mascaras.h"
+#include "tools/utilvel/Argumentos.h"
 #include "tools/utilvel/Comandos.h"
 #include "tools/utilvel/Entrada.h"
 #include "tools/utilvel/Filas.h"
@@ -48,9 +48,9 @@ void AgregaClave(Programa& programa) {
                        .ejemplos = {{"utilvel clave FAC00123", "Su serie es FAC y su número 123."},
                                     {"utilvel clave - --csv < claves.txt", "Una por renglón, a CSV."}}},
                       [o] { return Corre(*o); });
-  comando.add_option("CLAVE", o->clave, "Clave; con - se lee una por renglón")->required();
-  comando.add_option("--ancho", o->ancho, "Ancho de las claves del catálogo; si no se dice, 10")
-      ->type_name("CARACTERES");
+  AgregaArgumento(comando, "CLAVE", o->clave, "Clave; con - se lee una por renglón").Exige();
+  AgregaArgumento(comando, "--ancho", o->ancho, "Ancho de las claves del catálogo; si no se dice, 10")
+      .Toma("CARACTERES");
   AgregaOpcionesFilas(comando, o->filas);
 }
 

@@ -1,6 +1,5 @@
 // utilvel config: reads and changes settings files.
 
-#include <CLI/CLI.hpp>
 #include <memory>
 #include <string>
 
@@ -8,6 +7,7 @@
 #include "framework/Excepciones.h"
 #include "framework/TextoIni.h"
 #include "platform/TextoArchivo.h"
+#include "tools/utilvel/Argumentos.h"
 #include "tools/utilvel/Comandos.h"
 #include "tools/utilvel/Entrada.h"
 #include "tools/utilvel/Errores.h"
@@ -105,15 +105,15 @@ void AgregaConfig(Programa& programa) {
            "como estaba, con su orden, sus comentarios y su codificación, y no se pierde lo que otro "
            "programa cambie al mismo tiempo."},
       nullptr);
-  config.require_subcommand(1);
+  ExigeOrden(config);
   const auto archivo = [](CLI::App& comando, Opciones& o) {
-    comando.add_option("ARCHIVO", o.archivo, "Archivo de ajustes")->required();
+    AgregaArgumento(comando, "ARCHIVO", o.archivo, "Archivo de ajustes").Exige();
   };
   const auto seccion = [](CLI::App& comando, Opciones& o) {
-    return comando.add_option("SECCION", o.seccion, "Sección, sin corchetes");
+    return AgregaArgumento(comando, "SECCION", o.seccion, "Sección, sin corchetes");
   };
   const auto clave = [](CLI::App& comando, Opciones& o) {
-    comando.add_option("CLAVE", o.clave, "Clave, lo que está antes del =")->required();
+    AgregaArgumento(comando, "CLAVE", o.clave, "Clave, lo que está antes del =").Exige();
   };
 
   const auto o = std::make_shared<Opciones>();
@@ -124,7 +124,7 @@ void AgregaConfig(Programa& programa) {
                                                  "El tercer rango de fechas, como está escrito."}}},
                                   [o] { return Lee(*o); });
   archivo(lee, *o);
-  seccion(lee, *o)->required();
+  seccion(lee, *o).Exige();
   clave(lee, *o);
 
   CLI::App& escribe = programa.Agrega(
@@ -134,9 +134,9 @@ void AgregaConfig(Programa& programa) {
        .ejemplos = {{"utilvel config escribe ajustes.ini Ventas Almacen 3", "Almacén de las ventas."}}},
       [o] { return Escribe(*o); });
   archivo(escribe, *o);
-  seccion(escribe, *o)->required();
+  seccion(escribe, *o).Exige();
   clave(escribe, *o);
-  escribe.add_option("VALOR", o->valor, "Valor; con - se lee de la entrada estándar")->required();
+  AgregaArgumento(escribe, "VALOR", o->valor, "Valor; con - se lee de la entrada estándar").Exige();
 
   CLI::App& borra = programa.Agrega(
       config,
@@ -147,7 +147,7 @@ void AgregaConfig(Programa& programa) {
              "La sección se va; lo demás queda."}}},
       [o] { return Borra(*o); });
   archivo(borra, *o);
-  seccion(borra, *o)->required();
+  seccion(borra, *o).Exige();
 
   CLI::App& lista = programa.Agrega(
       config,

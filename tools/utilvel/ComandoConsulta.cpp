@@ -1,6 +1,5 @@
 // utilvel consulta: a saved definition's statement, and its rows in a database.
 
-#include <CLI/CLI.hpp>
 #include <cstdlib>
 #include <memory>
 #include <set>
@@ -10,6 +9,7 @@
 
 #include "Paramsql/ConsultaGuardada.h"
 #include "Paramsql/Paramsql.h"
+#include "tools/utilvel/Argumentos.h"
 #include "tools/utilvel/Comandos.h"
 #include "tools/utilvel/Entrada.h"
 #include "tools/utilvel/Errores.h"
@@ -209,21 +209,21 @@ void AgregaConsulta(Programa& programa) {
             {"utilvel consulta consulta.ini --base sqlite3://ventas.db --valor :var2=2024-05-01 --csv",
              "Lo mismo desde mayo, para una hoja de cálculo."}}},
       [o] { return Corre(*o); });
-  comando.add_option("DEFINICION", o->definicion, "Archivo INI de la consulta guardada")->required();
-  comando.add_option("--numero", o->numero, "Número de la consulta en el archivo; sin él, la que no tiene")
-      ->type_name("N");
-  comando.add_option("--base", o->base, "Base en la que se ejecuta")->type_name("DIRECCION");
-  comando.add_flag("--literales", o->literales, "Escribe los valores en la sentencia");
-  comando
-      .add_option(
-          "--valor", o->valores,
-          "Otro valor de un parámetro: :var1=TEXTO; se lee según el tipo de su campo, y en un LIKE es el "
-          "patrón completo")
-      ->type_name(":varN=TEXTO")
-      ->allow_extra_args(false);
-  comando.add_option("--clave-archivo", o->archivoClave, "Archivo cuyo primer renglón es la contraseña")
-      ->type_name("ARCHIVO");
-  comando.add_flag("--pide-clave", o->pideClave, "Pide la contraseña sin mostrarla");
+  AgregaArgumento(comando, "DEFINICION", o->definicion, "Archivo INI de la consulta guardada").Exige();
+  AgregaArgumento(comando, "--numero", o->numero,
+                  "Número de la consulta en el archivo; sin él, la que no tiene")
+      .Toma("N");
+  AgregaArgumento(comando, "--base", o->base, "Base en la que se ejecuta").Toma("DIRECCION");
+  AgregaBandera(comando, "--literales", o->literales, "Escribe los valores en la sentencia");
+  AgregaArgumento(
+      comando, "--valor", o->valores,
+      "Otro valor de un parámetro: :var1=TEXTO; se lee según el tipo de su campo, y en un LIKE es el "
+      "patrón completo")
+      .Toma(":varN=TEXTO")
+      .UnoPorVez();
+  AgregaArgumento(comando, "--clave-archivo", o->archivoClave, "Archivo cuyo primer renglón es la contraseña")
+      .Toma("ARCHIVO");
+  AgregaBandera(comando, "--pide-clave", o->pideClave, "Pide la contraseña sin mostrarla");
   AgregaOpcionesFilas(comando, o->filas);
 }
 

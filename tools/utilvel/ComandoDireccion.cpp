@@ -1,11 +1,11 @@
 // utilvel direccion: splits addresses of one line.
 
-#include <CLI/CLI.hpp>
 #include <memory>
 #include <string>
 
 #include "Uutilext/text/Direcciones.h"
 #include "Uutilext/text/Limpieza.h"
+#include "tools/utilvel/Argumentos.h"
 #include "tools/utilvel/Comandos.h"
 #include "tools/utilvel/Entrada.h"
 #include "tools/utilvel/Filas.h"
@@ -43,7 +43,7 @@ void AgregaDireccion(Programa& programa) {
                      "Una dirección."},
                     {"utilvel direccion - --csv < direcciones.txt", "Una por renglón, a CSV."}}},
       [o] { return Corre(*o); });
-  comando.add_option("DIRECCION", o->direccion, "Dirección; con - se lee una por renglón")->required();
+  AgregaArgumento(comando, "DIRECCION", o->direccion, "Dirección; con - se lee una por renglón").Exige();
   AgregaOpcionesFilas(comando, o->filas);
 }
 

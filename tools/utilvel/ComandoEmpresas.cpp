@@ -1,6 +1,5 @@
 // utilvel empresas: the company catalog.
 
-#include <CLI/CLI.hpp>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -8,6 +7,7 @@
 #include "Uutilext/config/Empresas.h"
 #include "facil/Catalogo.h"
 #include "framework/TClientDataSet.h"
+#include "tools/utilvel/Argumentos.h"
 #include "tools/utilvel/Comandos.h"
 #include "tools/utilvel/Entrada.h"
 #include "tools/utilvel/Errores.h"
@@ -82,8 +82,8 @@ Codigo Renombra(const Opciones& o) {
 }
 
 void OpcionesLista(CLI::App& comando, Opciones& o) {
-  comando.add_option("--catalogo", o.catalogo, "Otro catálogo que el de la instalación")
-      ->type_name("ARCHIVO");
+  AgregaArgumento(comando, "--catalogo", o.catalogo, "Otro catálogo que el de la instalación")
+      .Toma("ARCHIVO");
   AgregaOpcionesFilas(comando, o.filas);
 }
 
@@ -114,15 +114,14 @@ void AgregaEmpresas(Programa& programa) {
        .ejemplos = {{"utilvel empresas agrega 7 \"Comercial Peña\" --datos 'C:\\Datos\\Empresa07'",
                      "La empresa 7, con su carpeta de datos."}}},
       [o] { return Agrega(*o); });
-  agrega.add_option("NUMERO", o->numero, "Número, que no esté en el catálogo")->required();
-  agrega.add_option("NOMBRE", o->nombre, "Nombre de la empresa")->required();
-  agrega.add_option("--datos", o->datos, "Carpeta de los datos")->type_name("CARPETA");
-  agrega
-      .add_option("--controlador,--driver", o->driver,
+  AgregaArgumento(agrega, "NUMERO", o->numero, "Número, que no esté en el catálogo").Exige();
+  AgregaArgumento(agrega, "NOMBRE", o->nombre, "Nombre de la empresa").Exige();
+  AgregaArgumento(agrega, "--datos", o->datos, "Carpeta de los datos").Toma("CARPETA");
+  AgregaArgumento(agrega, "--controlador,--driver", o->driver,
                   "Controlador de la base de datos; si no se dice, DEVARTINTERBASE")
-      ->type_name("NOMBRE");
-  agrega.add_option("--trabajo", o->trabajo, "Carpeta de trabajo")->type_name("CARPETA");
-  agrega.add_option("--version-bd", o->version, "Versión de la base de datos")->type_name("VERSION");
+      .Toma("NOMBRE");
+  AgregaArgumento(agrega, "--trabajo", o->trabajo, "Carpeta de trabajo").Toma("CARPETA");
+  AgregaArgumento(agrega, "--version-bd", o->version, "Versión de la base de datos").Toma("VERSION");
 
   CLI::App& renombra = programa.Agrega(empresas,
                                        {.nombre = "renombra",
@@ -130,8 +129,8 @@ void AgregaEmpresas(Programa& programa) {
                                         .ejemplos = {{"utilvel empresas renombra 7 \"Comercial Peña Núñez\"",
                                                       "La empresa 7 se llama así desde ahora."}}},
                                        [o] { return Renombra(*o); });
-  renombra.add_option("NUMERO", o->numero, "Número de la empresa")->required();
-  renombra.add_option("NOMBRE", o->nombre, "Nombre nuevo")->required();
+  AgregaArgumento(renombra, "NUMERO", o->numero, "Número de la empresa").Exige();
+  AgregaArgumento(renombra, "NOMBRE", o->nombre, "Nombre nuevo").Exige();
 }
 
 }  // namespace utilvel

@@ -1,11 +1,11 @@
 // utilvel fechas: the named date ranges of a file, for today or for a date given.
 
-#include <CLI/CLI.hpp>
 #include <memory>
 #include <string>
 
 #include "Fechas/Fechas.h"
 #include "Uutilext/time/Reloj.h"
+#include "tools/utilvel/Argumentos.h"
 #include "tools/utilvel/Comandos.h"
 #include "tools/utilvel/Entrada.h"
 #include "tools/utilvel/Errores.h"
@@ -65,8 +65,8 @@ void AgregaFechas(Programa& programa) {
                        .ejemplos = {{"utilvel fechas fechas.ini --hoy 2024-05-15",
                                      "Los rangos como los veía quien abrió el programa ese día."}}},
                       [o] { return Corre(*o); });
-  comando.add_option("RANGOS", o->archivo, "Archivo INI con la sección FECHAS")->required();
-  comando.add_option("--hoy", o->hoy, "Día de referencia; sin ella, el de hoy")->type_name("AAAA-MM-DD");
+  AgregaArgumento(comando, "RANGOS", o->archivo, "Archivo INI con la sección FECHAS").Exige();
+  AgregaArgumento(comando, "--hoy", o->hoy, "Día de referencia; sin ella, el de hoy").Toma("AAAA-MM-DD");
   AgregaOpcionesFilas(comando, o->filas);
 }
 

@@ -1,6 +1,5 @@
 // utilvel formula: the value of a formula, for one set of variables or for each row of a CSV file.
 
-#include <CLI/CLI.hpp>
 #include <array>
 #include <memory>
 #include <string>
@@ -11,6 +10,7 @@
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
 #include "framework/TStringList.h"
+#include "tools/utilvel/Argumentos.h"
 #include "tools/utilvel/Avance.h"
 #include "tools/utilvel/Comandos.h"
 #include "tools/utilvel/Entrada.h"
@@ -214,16 +214,15 @@ void AgregaFormula(Programa& programa) {
                     {"utilvel formula \"(VENTA-COSTO)/VENTA*100\" --csv ventas.csv",
                      "El margen de cada venta, en CSV."}}},
       [o] { return o->csv.empty() ? UnValor(*o) : PorRenglones(*o); });
-  comando.add_option("EXPRESION", o->expresion, "Fórmula; con - se lee de la entrada estándar")->required();
-  comando.add_option("-v,--variable", o->variables, "Valor de una variable; se repite para cada una")
-      ->type_name("NOMBRE=VALOR")
-      ->expected(1)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-  comando.add_option("--csv", o->csv, "CSV con los nombres de las variables en el primer renglón")
-      ->type_name("ARCHIVO");
-  comando.add_flag("--json", o->json, "Un objeto JSON por renglón");
-  comando.add_option("--salida", o->salida, "Archivo que recibe el resultado, completo o nada")
-      ->type_name("ARCHIVO");
+  AgregaArgumento(comando, "EXPRESION", o->expresion, "Fórmula; con - se lee de la entrada estándar").Exige();
+  AgregaArgumento(comando, "-v,--variable", o->variables, "Valor de una variable; se repite para cada una")
+      .Toma("NOMBRE=VALOR")
+      .UnoPorVez();
+  AgregaArgumento(comando, "--csv", o->csv, "CSV con los nombres de las variables en el primer renglón")
+      .Toma("ARCHIVO");
+  AgregaBandera(comando, "--json", o->json, "Un objeto JSON por renglón");
+  AgregaArgumento(comando, "--salida", o->salida, "Archivo que recibe el resultado, completo o nada")
+      .Toma("ARCHIVO");
 }
 
 }  // namespace utilvel

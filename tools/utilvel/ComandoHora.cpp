@@ -1,6 +1,5 @@
 // utilvel hora: the time of this computer in other zones.
 
-#include <CLI/CLI.hpp>
 #include <memory>
 #include <string>
 #include <vector>
@@ -8,6 +7,7 @@
 #include "Uutilext/time/Reloj.h"
 #include "facil/Zonas.h"
 #include "framework/Excepciones.h"
+#include "tools/utilvel/Argumentos.h"
 #include "tools/utilvel/Comandos.h"
 #include "tools/utilvel/Entrada.h"
 #include "tools/utilvel/Errores.h"
@@ -69,9 +69,9 @@ void AgregaHora(Programa& programa) {
                     {"utilvel hora \"Pacific Standard Time (Mexico)\" --cuando \"2024-07-15 12:00\"",
                      "Qué hora era en Tijuana cuando aquí eran las doce."}}},
       [o] { return Corre(*o); });
-  comando.add_option("ZONA", o->zonas, "Nombre de la zona; con - se lee uno por renglón")->required();
-  comando.add_option("--cuando", o->cuando, "Fecha y hora de este equipo; sin ella, la de ahora")
-      ->type_name("MOMENTO");
+  AgregaArgumento(comando, "ZONA", o->zonas, "Nombre de la zona; con - se lee uno por renglón").Exige();
+  AgregaArgumento(comando, "--cuando", o->cuando, "Fecha y hora de este equipo; sin ella, la de ahora")
+      .Toma("MOMENTO");
   AgregaOpcionesFilas(comando, o->filas);
 }
 

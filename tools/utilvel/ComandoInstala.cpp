@@ -1,10 +1,10 @@
 // utilvel instala: sets a machine up for the suite's programs.
 
-#include <CLI/CLI.hpp>
 #include <memory>
 #include <string>
 
 #include "facil/Instalacion.h"
+#include "tools/utilvel/Argumentos.h"
 #include "tools/utilvel/Comandos.h"
 #include "tools/utilvel/Filas.h"
 #include "tools/utilvel/Programa.h"
@@ -58,10 +58,10 @@ void AgregaInstala(Programa& programa) {
        .ejemplos = {{"utilvel instala --comun \"$PWD/tavex\"",
                      "La carpeta común queda en la carpeta actual."}}},
       [o] { return Corre(*o); });
-  comando.add_option("--comun", o->comun, "Carpeta común, con su ruta completa")
-      ->type_name("CARPETA")
-      ->required();
-  comando.add_flag("--cambia", o->cambia, "Cambia la carpeta común si el registro ya nombra otra");
+  AgregaArgumento(comando, "--comun", o->comun, "Carpeta común, con su ruta completa")
+      .Toma("CARPETA")
+      .Exige();
+  AgregaBandera(comando, "--cambia", o->cambia, "Cambia la carpeta común si el registro ya nombra otra");
   AgregaOpcionesFilas(comando, o->filas);
 }
 

@@ -1,12 +1,12 @@
 // utilvel redondea: rounds an amount as the suite's documents do.
 
-#include <CLI/CLI.hpp>
 #include <memory>
 #include <string>
 
 #include "Uutilext/documents/Redondeo.h"
 #include "framework/Excepciones.h"
 #include "framework/Numeros.h"
+#include "tools/utilvel/Argumentos.h"
 #include "tools/utilvel/Comandos.h"
 #include "tools/utilvel/Entrada.h"
 #include "tools/utilvel/Errores.h"
@@ -52,11 +52,10 @@ void AgregaRedondea(Programa& programa) {
                   "abajo: 2.675 a dos decimales da 2.68.",
        .ejemplos = {{"utilvel redondea 2.675 2", "Da 2.68."}}},
       [o] { return Corre(*o); });
-  comando.add_option("VALOR", o->valor, "Cantidad por redondear; con - se lee una por renglón")->required();
-  comando
-      .add_option("DECIMALES", o->decimales,
+  AgregaArgumento(comando, "VALOR", o->valor, "Cantidad por redondear; con - se lee una por renglón").Exige();
+  AgregaArgumento(comando, "DECIMALES", o->decimales,
                   "Decimales que quedan, hasta 7; con negativos, decenas, centenas...")
-      ->required();
+      .Exige();
 }
 
 }  // namespace utilvel

@@ -1,6 +1,5 @@
 // utilvel rutas: where the installation keeps what.
 
-#include <CLI/CLI.hpp>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -11,6 +10,7 @@
 #include "Uutilext/config/Configuracion.h"
 #include "Uutilext/config/Rutas.h"
 #include "platform/Rutas.h"
+#include "tools/utilvel/Argumentos.h"
 #include "tools/utilvel/Comandos.h"
 #include "tools/utilvel/Entrada.h"
 #include "tools/utilvel/Filas.h"
@@ -76,8 +76,8 @@ void AgregaRutas(Programa& programa) {
        .ejemplos = {{"utilvel rutas", "Las de la instalación."},
                     {"utilvel rutas --empresa 7 --json", "También las de la empresa 7, en JSON."}}},
       [o] { return Corre(*o); });
-  comando.add_option("--empresa", o->empresa, "Número de una empresa, cuyas carpetas se agregan")
-      ->type_name("NUMERO");
+  AgregaArgumento(comando, "--empresa", o->empresa, "Número de una empresa, cuyas carpetas se agregan")
+      .Toma("NUMERO");
   AgregaOpcionesFilas(comando, o->filas);
 }
 

@@ -1,6 +1,5 @@
 // utilvel totales: taxes by rate and totals of a document in data packets.
 
-#include <CLI/CLI.hpp>
 #include <array>
 #include <memory>
 #include <string>
@@ -11,6 +10,7 @@
 #include "Uutilext/documents/TiposDocto.h"
 #include "framework/Numeros.h"
 #include "framework/TClientDataSet.h"
+#include "tools/utilvel/Argumentos.h"
 #include "tools/utilvel/Comandos.h"
 #include "tools/utilvel/Entrada.h"
 #include "tools/utilvel/Errores.h"
@@ -111,12 +111,12 @@ void AgregaTotales(Programa& programa) {
                     {"utilvel totales documento_partidas.xml --json",
                      "Lo mismo para otro programa, sin la cabecera."}}},
       [o] { return Corre(*o); });
-  comando.add_option("PARTIDAS", o->partidas, "Paquete con las partidas")->required();
-  comando.add_option("--cabecera", o->cabecera, "Paquete con la cabecera, que da el título")
-      ->type_name("ARCHIVO");
-  comando.add_option("--modulo", o->modulo, "Módulo del documento: ventas (si no se dice) o compras")
-      ->type_name("MODULO")
-      ->check([](const std::string& m) {
+  AgregaArgumento(comando, "PARTIDAS", o->partidas, "Paquete con las partidas").Exige();
+  AgregaArgumento(comando, "--cabecera", o->cabecera, "Paquete con la cabecera, que da el título")
+      .Toma("ARCHIVO");
+  AgregaArgumento(comando, "--modulo", o->modulo, "Módulo del documento: ventas (si no se dice) o compras")
+      .Toma("MODULO")
+      .Revisa([](const std::string& m) {
         return m == "ventas" || m == "compras" ? "" : "El módulo es ventas o compras, no " + m;
       });
   AgregaOpcionesFilas(comando, o->filas);

@@ -1,7 +1,5 @@
 // utilvel version: the library's version.
 
-#include <CLI/CLI.hpp>
-
 #include "tools/utilvel/Comandos.h"
 #include "tools/utilvel/Programa.h"
 #include "tools/utilvel/Sistema.h"

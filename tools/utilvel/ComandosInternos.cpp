@@ -1,9 +1,9 @@
 // Commands that the build, the shell and the tests ask for: the texts that are made from the commands.
 
-#include <CLI/CLI.hpp>
 #include <memory>
 #include <string>
 
+#include "tools/utilvel/Argumentos.h"
 #include "tools/utilvel/Ayuda.h"
 #include "tools/utilvel/Comandos.h"
 #include "tools/utilvel/Programa.h"
@@ -26,9 +26,9 @@ void AgregaInternos(Programa& programa) {
           salida.Termina();
           return Codigo::Bien;
         });
-    comando.add_option("--salida", *archivo);
+    AgregaArgumento(comando, "--salida", *archivo, "");
     // Without a group it does not show.
-    comando.group("");
+    Oculta(comando);
   }
 }
 

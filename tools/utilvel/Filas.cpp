@@ -1,9 +1,9 @@
 #include "tools/utilvel/Filas.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <utility>
 
+#include "tools/utilvel/Argumentos.h"
 #include "tools/utilvel/Textos.h"
 
 namespace utilvel {
@@ -17,11 +17,11 @@ bool ALaDerecha(TipoColumna tipo) { return tipo == TipoColumna::Monto || tipo ==
 }  // namespace
 
 void AgregaOpcionesFilas(CLI::App& comando, OpcionesFilas& opciones) {
-  auto* const json = comando.add_flag("--json", opciones.json, "Un objeto JSON por renglón");
-  comando.add_flag("--csv", opciones.csv, "Renglones en CSV, con los nombres de las columnas")
-      ->excludes(json);
-  comando.add_option("--salida", opciones.archivo, "Archivo que recibe los renglones, completo o nada")
-      ->type_name("ARCHIVO");
+  const Argumento json = AgregaBandera(comando, "--json", opciones.json, "Un objeto JSON por renglón");
+  AgregaBandera(comando, "--csv", opciones.csv, "Renglones en CSV, con los nombres de las columnas")
+      .SinOtro(json);
+  AgregaArgumento(comando, "--salida", opciones.archivo, "Archivo que recibe los renglones, completo o nada")
+      .Toma("ARCHIVO");
 }
 
 Filas::Filas(const OpcionesFilas& opciones, std::vector<Columna> columnas)

@@ -11,7 +11,8 @@
 //
 //  1. A file ComandoX.cpp with `void AgregaX(Programa& programa)`, which calls Programa::Agrega with what the
 //     help and the manual page say of the command and with the function that runs it, and gives the CLI::App
-//     that it gets back its arguments and options. Their values live in a structure that the function shares.
+//     that it gets back its arguments and options (Argumentos.h). Their values live in a structure that the
+//     function shares.
 //  2. The function's name in Comandos.h and in the list of Comandos.cpp, whose order is that of the help, and
 //     the file in CMakeLists.txt.
 //  3. Its examples, with what they print, in tests/tools/utilvel; a test misses an example that has no case.
@@ -23,7 +24,7 @@
 //       CLI::App& comando = programa.Agrega({.nombre = "doble", .resumen = "Duplica una cantidad",
 //                                            .ejemplos = {{"utilvel doble 21", "Da 42."}}},
 //                                           [o] { return Corre(*o); });
-//       comando.add_option("VALOR", o->valor, "Cantidad")->required();
+//       AgregaArgumento(comando, "VALOR", o->valor, "Cantidad").Exige();
 //     }
 //
 // A command prints rows through Filas, other results through Escritor, and what went wrong through Avisa. To
