@@ -72,6 +72,11 @@ TEST(Formula, IsBuiltOnceAndExecutedWithOtherVariables) {
   EXPECT_THROW(formula.Execute(), EInvalidOperation);
   EXPECT_TRUE(formula.NewFormula(u"A+B"));
   EXPECT_EQ(formula.Texto(), u"A+B");
+  // A bound variable hides a node too.
+  formula.NewFormula(u"A*B-1");
+  EXPECT_EQ(formula.Execute(), 3);
+  formula.EnlazaVariable(u"Fun0").Asigna(10);
+  EXPECT_EQ(formula.Execute(), 9);
 }
 
 TEST(Formula, TakesTheFirstInOrderOfARepeatedVariable) {
