@@ -20,7 +20,8 @@ import time
 NADIE = 65534
 IDIOMAS = ('es_MX', 'de_DE', 'tr_TR')
 # They take long, and what they show does not depend on the environment.
-LARGAS = ('Muertes.*', '*AfterAKill*', 'SinMemoria.*', 'Fallas.EachCallOfTheSystemOnce', 'Fallas.FullDisk')
+LARGAS = ('Muertes.*', '*AfterAKill*', 'SinMemoria.*', 'Fallas.Each*', 'Fallas.FullDisk',
+          'ReemplazaArchivo.IsNeverSeenHalfDone')
 # They write beside the library, where another user may not.
 JUNTO_A_LA_BIBLIOTECA = ':Configuracion.GivesItsDefaultsOnABareMachine'
 
