@@ -172,7 +172,7 @@ Grupo& Grupo::existe(const Sql& subconsulta) {
 }
 
 CondicionAbierta::CondicionAbierta(Grupo& grupo, const Texto& campo) : grupo_(grupo), campo_(campo.Vista()) {
-  if (TrimView(campo_).empty()) throw EInvalidOperation(u"Falta el campo de una condición");
+  if (TrimLeftView(campo_).empty()) throw EInvalidOperation(u"Falta el campo de una condición");
 }
 
 void CondicionAbierta::Agrega(TFieldType tipo, Variant&& valor, ENUM_OPERADOR op, bool sensitive) {

@@ -20,7 +20,7 @@ std::unique_ptr<TParametrosFiltro> Exige(std::unique_ptr<TParametrosFiltro> defi
 
 // A name or clause that is empty would leave a statement that no database takes.
 std::u16string_view Exige(std::u16string_view texto, std::u16string_view falta) {
-  if (TrimView(texto).empty()) throw EInvalidOperation(falta);
+  if (TrimLeftView(texto).empty()) throw EInvalidOperation(falta);
   return texto;
 }
 
