@@ -77,10 +77,22 @@ def construye(objetivos):
                           stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL).returncode == 0
 
 
-def pasa(programa):
+def ruta_y_filtro(programa):
     nombre, _, filtro = programa.partition(' ')
-    ruta = next((COPIA / 'build' / 'dev' / 'tests').rglob(nombre))
-    orden = [ruta, '--gtest_fail_fast', '--gtest_filter=' + (filtro or '*')]
+    return next((COPIA / 'build' / 'dev' / 'tests').rglob(nombre)), filtro or '*'
+
+
+def sin_pruebas(programa):
+    """The patterns of its filter that no test fits any more."""
+    ruta, filtro = ruta_y_filtro(programa)
+    return [patron for patron in filtro.lstrip('-').split(':')
+            if not subprocess.run([ruta, '--gtest_list_tests', '--gtest_filter=' + patron], check=True,
+                                  capture_output=True).stdout]
+
+
+def pasa(programa):
+    ruta, filtro = ruta_y_filtro(programa)
+    orden = [ruta, '--gtest_fail_fast', '--gtest_filter=' + filtro]
     try:
         return subprocess.run(orden, cwd=ruta.parent, stdin=subprocess.DEVNULL,
                               stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
@@ -136,6 +148,8 @@ def main():
     if not construye(programas):
         sys.exit('The tree does not build')
     for programa in programas:
+        if perdidos := sin_pruebas(programa):
+            sys.exit(f'{programa}: no test fits {", ".join(perdidos)}')
         if not pasa(programa):
             sys.exit(f'{programa} fails without any fault')
     vivas, errores = [], 0
