@@ -40,12 +40,14 @@ std::string Pedazos(const CLI::Option& opcion) {
   return opcion.get_items_expected_max() > 0 && !tipo.empty() ? " " + tipo : "";
 }
 
+// "[FACTURA...]" takes several values; "[--valor TEXTO]..." is written once for each.
 std::string NombreEnUso(const CLI::Option& opcion) {
+  const bool argumento = opcion.get_positional();
   const std::string puntos = opcion.get_items_expected_max() > 1 ? "..." : "";
   std::string nombre =
-      opcion.get_positional() ? opcion.get_name() + puntos : opcion.get_name(false, false) + Pedazos(opcion);
-  if (!opcion.get_positional() && !puntos.empty()) nombre += "...";
-  return opcion.get_required() ? nombre : "[" + nombre + "]";
+      argumento ? opcion.get_name() + puntos : opcion.get_name(false, false) + Pedazos(opcion);
+  if (!opcion.get_required()) nombre = "[" + nombre + "]";
+  return argumento ? nombre : nombre + puntos;
 }
 
 std::vector<const CLI::Option*> Opciones(const CLI::App& comando, bool posicionales) {
