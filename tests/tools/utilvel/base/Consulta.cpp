@@ -178,6 +178,10 @@ TEST_P(EnBases, EndWithTheirReaderAndOnCtrlC) {
     const Corrida c = programa.Corre("utilvel" + orden + " | head -1; exit ${PIPESTATUS[0]}");
     EXPECT_EQ(c.codigo, 141);
     EXPECT_EQ(c.errores, "");
+    // Where the reader stays and does not read, one signal waits for it and a second one does not.
+    const Corrida parada = programa.Corre("'" UTILVEL "'" + orden + " > >(exec sleep 5 >/dev/null 2>&1) & " +
+                                          "sleep 0.3; kill $!; sleep 0.2; kill $!; wait $!");
+    EXPECT_EQ(parada.codigo, 143);
   }
   // After one row no other comes: the engine itself is at work when the signal does.
   filtro.AgregaFiltro(suma, TFieldType::ftInteger, Variant(motor == "mysql" ? 8 : 9), Op::MENOR, AND, NADA,
